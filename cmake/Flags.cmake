@@ -1,0 +1,26 @@
+# SPDX-FileCopyrightText: 2026 The Tactus authors
+# SPDX-License-Identifier: MIT
+#
+# Numerics: every target links it. Floating point is strict: the bits that the source spells are
+# the bits that come out, with every compiler and build type.
+# Warnings: our own code compiles without any.
+
+add_library(Numerics INTERFACE)
+target_compile_features(Numerics INTERFACE cxx_std_20)
+target_compile_options(Numerics INTERFACE -ffp-contract=off -fno-fast-math)
+
+if(TACTUS_SANITIZE)
+    target_compile_options(Numerics INTERFACE
+        -fsanitize=${TACTUS_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(Numerics INTERFACE -fsanitize=${TACTUS_SANITIZE})
+endif()
+
+add_library(Warnings INTERFACE)
+target_compile_options(Warnings INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wdouble-promotion
+    -Wfloat-conversion -Wold-style-cast -Wcast-align -Wnon-virtual-dtor -Woverloaded-virtual
+    -Wnull-dereference -Wformat=2 -Wimplicit-fallthrough -Werror)
+if(TACTUS_SANITIZE)
+    # gcc reports false positives of these two once it has instrumented the code.
+    target_compile_options(Warnings INTERFACE -Wno-null-dereference -Wno-maybe-uninitialized)
+endif()
