@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
-int main() {
-    return 0;
+#include "cli/Program.h"
+
+int main(int argc, char** argv) {
+    return RunProgram(argc, argv);
 }

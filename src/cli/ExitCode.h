@@ -1,0 +1,9 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+constexpr int kExitDone = 0;         // Fixed: everything asked for was done.
+constexpr int kExitFailed = 1;       // Fixed: something failed or was not found.
+constexpr int kExitUsage = 2;        // Fixed: the command line itself was wrong.
+constexpr int kExitSignalBase = 128; // Standard: POSIX shells add the signal's number.
