@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+/// What one row tells beside its three texts. A copy, taken under the list's lock.
+struct CRowState {
+    std::u16string m_sPath;      ///< Full path, bytes that are not UTF-8 as lone surrogates.
+    bool m_bDone = false;        ///< Has a tempo, from its tag or from an analysis.
+    int m_nPercent = -1;         ///< Progress while the row is analysed, 0 to 100; otherwise -1.
+    std::string m_sFailure;      ///< Why the analysis failed; empty when it didn't.
+    std::string m_sNotStored;    ///< Why the tempo isn't in the file; empty when it is.
+    bool m_bStoreFailed = false; ///< Storing was tried and failed, or was refused for this file.
+};
+
+/// Where the batch stands. A copy, taken under the list's lock.
+struct CBatchStatus {
+    bool m_bAdding = false;        ///< Paths are being looked through on the adding worker.
+    bool m_bRunning = false;       ///< A file is being analysed.
+    bool m_bStopping = false;      ///< The batch was stopped; its running file is winding down.
+    std::size_t m_nRows = 0;       ///< Rows in the list.
+    std::size_t m_nUndone = 0;     ///< Rows without a tempo, the running one included.
+    std::size_t m_nBatchFiles = 0; ///< Files of this batch, done and still to come.
+    std::size_t m_nFailed = 0;     ///< Rows whose analysis failed.
+    std::size_t m_nNotStored = 0;  ///< Rows whose tempo could not be stored in the file.
+    int m_nPercent = -1;           ///< Progress of the running file; -1 when there is none.
+    std::u16string m_sRunningName; ///< File name of the running file.
+    std::size_t m_nProblems = 0;   ///< Problems met so far; grows by one with each.
+    std::size_t m_nProblemRow = 0; ///< Row of the latest problem; only when there were any.
+};
+
+/// The list as the window reads it: rows are only ever appended, and a row's number is its
+/// identity for as long as the program runs.
+/// Thread: safe from any thread.
+class IFileList {
+public:
+    virtual ~IFileList() = default;
+
+    [[nodiscard]] virtual std::size_t numberOfRowsInTableView() const = 0;
+
+    /// Text of one cell. Columns: 1 is the artist, 2 the tempo, any other the title. A row past
+    /// the end has empty texts.
+    [[nodiscard]] virtual std::u16string objectValueForTableColumn(std::int32_t column,
+                                                                   std::size_t row) const = 0;
+
+    [[nodiscard]] virtual CRowState rowState(std::size_t row) const = 0;
+
+    [[nodiscard]] virtual CBatchStatus status() const = 0;
+};
+
+/// The window as the controller sees it: told what has changed, it reads the list in its own
+/// time. No call waits for the window.
+/// Thread: called from any thread, sometimes under the list's lock; it must neither block nor call
+/// back into the controller.
+class IBpmView {
+public:
+    virtual ~IBpmView() = default;
+
+    /// The texts or the state of `row` have changed.
+    virtual void reloadRow(std::size_t row) = 0;
+
+    /// Every row may have changed.
+    virtual void reloadAll() = 0;
+
+    /// Rows were appended.
+    virtual void rowsAdded() = 0;
+
+    /// `status()` has changed.
+    virtual void statusChanged() = 0;
+
+    /// Says whether the window may close. Calls arrive in the order of the batch's turns.
+    virtual void setCanClose(bool canClose) = 0;
+
+    /// Opens the product's page in the default browser. Only on the thread that asked for help.
+    virtual void openHomePage() = 0;
+};
