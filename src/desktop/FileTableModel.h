@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/BpmView.h"
+
+#include <QAbstractTableModel>
+#include <QCollator>
+#include <QIcon>
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+/// The file list as a sortable table of title, artist and tempo. Texts stay with the list; the
+/// model keeps only the order in which its rows are shown. Row numbers of the list ("ids") are
+/// identities: sorting changes places, never ids.
+/// Thread: main.
+class CFileTableModel : public QAbstractTableModel {
+    Q_OBJECT
+
+public:
+    enum EColumn { kTitleColumn, kArtistColumn, kTempoColumn, kColumnCount };
+    enum ERole {
+        kPercentRole = Qt::UserRole, ///< int, 0 to 100, while the row is analysed; else invalid.
+        kPathRole,                   ///< Full path, readable form.
+        kProblemRole,                ///< What went wrong with the row, as a sentence, or empty.
+    };
+
+    explicit CFileTableModel(IFileList const& list, QObject* parent = nullptr);
+
+    int rowCount(QModelIndex const& parent = {}) const override;
+    int columnCount(QModelIndex const& parent = {}) const override;
+    QVariant data(QModelIndex const& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+    /// Sorts the shown order by `column`; -1 restores the order of the list. Rows without a tempo
+    /// come last whichever way the tempo is sorted; ties keep the order of the list.
+    void sort(int column, Qt::SortOrder order) override;
+
+    /// Shows rows that the list has gained, `limit` at the most.
+    /// Returns: true when rows are left for a further call.
+    bool takeAddedRows(std::size_t limit);
+
+    /// Tells the table that the tempo cell of row `id` has changed.
+    void reloadRow(std::size_t id);
+
+    /// Tells the table that every row may have changed.
+    void reloadAll();
+
+    /// The list's row number shown in table row `row`.
+    [[nodiscard]] std::size_t idAt(int row) const;
+
+private:
+    /// What a row is sorted by: a text, or a number that is NaN for a row without a tempo.
+    struct CSortKey {
+        std::optional<QCollatorSortKey> m_text;
+        double m_fNumber = 0.0;
+    };
+    using Ids = std::vector<std::size_t>;
+
+    [[nodiscard]] QString textOf(std::size_t id, int column) const;
+    [[nodiscard]] QString tipOf(std::size_t id) const;
+    [[nodiscard]] bool hasProblem(std::size_t id) const;
+    [[nodiscard]] CSortKey makeKey(std::size_t id) const;
+    [[nodiscard]] bool comesBefore(std::size_t left, std::size_t right) const;
+    void addKeys();
+    void refreshKey(std::size_t id);
+    void rearrange(std::size_t sortedCount);
+
+    IFileList const& m_list;
+    QCollator m_collator;
+    QIcon m_warning;
+    Ids m_vOrder;                  // Table row to id.
+    Ids m_vPlaces;                 // Id to table row.
+    std::vector<CSortKey> m_vKeys; // By id; filled while a column is sorted.
+    int m_nSortColumn = -1;
+    Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+};

@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QIcon>
+#include <QPainter>
+#include <QRectF>
+#include <array>
+
+/// The toolbar's signs.
+enum class EGlyph { Add, Analyze, Rescan, Stop, Help };
+
+/// Icons of the five actions, in the order of `EGlyph`. The desktop's icon theme serves them when
+/// it has all five in a form that this program can draw; otherwise all five are drawn here, in the
+/// palette's text colour, so that the set is never mixed.
+/// Thread: main.
+std::array<QIcon, 5> ActionIcons();
+
+/// One drawn sign. It follows the palette and the screen's scale each time it is painted.
+QIcon DrawnIcon(EGlyph glyph);
+
+/// A warning sign of the same hand, for rows with a problem.
+QIcon WarningIcon();
+
+/// The product's picture: the four beats of a measure, the first one accented.
+/// Shape: fills the largest square centred in `area`.
+void PaintProductPicture(QPainter& painter, QRectF const& area);
+
+/// The product's picture in the sizes that window managers ask for.
+QIcon ProductIcon();

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/BpmView.h"
+
+#include <string>
+#include <vector>
+
+/// A file list of rows written by hand.
+class FakeFileList : public IFileList {
+public:
+    struct Row {
+        std::u16string title;
+        std::u16string artist;
+        std::u16string tempo;
+        CRowState state;
+    };
+
+    std::size_t numberOfRowsInTableView() const override { return rows.size(); }
+    std::u16string objectValueForTableColumn(std::int32_t column, std::size_t row) const override;
+    CRowState rowState(std::size_t row) const override { return rows.at(row).state; }
+    CBatchStatus status() const override { return batch; }
+
+    /// Appends a row with these texts.
+    void append(std::u16string title, std::u16string artist, std::u16string tempo);
+
+    std::vector<Row> rows;
+    CBatchStatus batch;
+    mutable std::size_t textReads = 0; ///< Calls of `objectValueForTableColumn` so far.
+};

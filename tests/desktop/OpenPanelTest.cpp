@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "desktop/OpenPanel.h"
+
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFile>
+#include <QListView>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+bool EndsWith(std::string const& text, std::string const& end) {
+    return text.size() >= end.size() &&
+           text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+/// A panel over a folder that holds a.mp3, b.m4a, c.txt and the folder sub. Texts are hidden,
+/// m4a files are shown but can't be chosen.
+struct OpenPanelTest : testing::Test {
+    OpenPanelTest() {
+        for (char const* name : {"a.mp3", "b.m4a", "c.txt", "d.mp3"}) {
+            QFile file(root.filePath(name));
+            EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        }
+        QDir(root.path()).mkdir("sub");
+        panel.setDirectory(root.path());
+        panel.show();
+        list = panel.findChild<QListView*>("listView");
+    }
+
+    /// The entry's place in the panel; invalid when it isn't listed.
+    QModelIndex entry(QString const& name) const {
+        QModelIndex found;
+        EXPECT_TRUE(
+            QTest::qWaitFor([&] { return list->model()->rowCount(list->rootIndex()) >= 4; }));
+        for (int row = 0; row < list->model()->rowCount(list->rootIndex()); ++row) {
+            QModelIndex const index = list->model()->index(row, 0, list->rootIndex());
+            if (index.data().toString() == name) {
+                found = index;
+            }
+        }
+        return found;
+    }
+
+    void select(QString const& name) {
+        list->selectionModel()->select(entry(name),
+                                       QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    }
+
+    std::string path(char const* name) const { return root.filePath(name).toStdString(); }
+
+    QTemporaryDir root;
+    COpenPanel panel{{[](std::string const& shown) { return !EndsWith(shown, ".txt"); },
+                      [](std::string const& chosen) { return !EndsWith(chosen, ".m4a"); }}};
+    QListView* list = nullptr;
+};
+
+using Paths = std::vector<std::string>;
+
+} // namespace
+
+TEST_F(OpenPanelTest, ListsWhatTheRuleShows) {
+    EXPECT_TRUE(entry("a.mp3").isValid());
+    EXPECT_TRUE(entry("b.m4a").isValid());
+    EXPECT_TRUE(entry("sub").isValid());
+    EXPECT_FALSE(entry("c.txt").isValid());
+}
+
+TEST_F(OpenPanelTest, GreysWhatCannotBeChosen) {
+    EXPECT_TRUE(entry("a.mp3").flags().testFlag(Qt::ItemIsEnabled));
+    EXPECT_FALSE(entry("b.m4a").flags().testFlag(Qt::ItemIsEnabled));
+    EXPECT_FALSE(entry("b.m4a").flags().testFlag(Qt::ItemIsSelectable));
+}
+
+TEST_F(OpenPanelTest, TakesFilesAndFoldersTogether) {
+    select("a.mp3");
+    select("d.mp3");
+    select("sub");
+    panel.accept();
+    EXPECT_EQ(panel.result(), QDialog::Accepted);
+    Paths chosen = panel.chosenPaths();
+    std::sort(chosen.begin(), chosen.end());
+    EXPECT_EQ(chosen, (Paths{path("a.mp3"), path("d.mp3"), path("sub")}));
+}
+
+TEST_F(OpenPanelTest, TheButtonTakesASingleFolder) {
+    select("sub");
+    QPushButton* button = panel.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open);
+    ASSERT_NE(button, nullptr);
+    ASSERT_TRUE(button->isEnabled());
+    QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_EQ(panel.result(), QDialog::Accepted);
+    EXPECT_EQ(panel.chosenPaths(), (Paths{path("sub")}));
+}
+
+TEST_F(OpenPanelTest, ADoubleClickOnAFolderEntersIt) {
+    QModelIndex const folder = entry("sub");
+    emit list->activated(folder);
+    EXPECT_TRUE(panel.isVisible());
+    EXPECT_EQ(panel.directory().dirName(), "sub");
+    EXPECT_TRUE(panel.chosenPaths().empty());
+}
+
+TEST_F(OpenPanelTest, CancellingChoosesNothing) {
+    select("a.mp3");
+    panel.reject();
+    EXPECT_EQ(panel.result(), QDialog::Rejected);
+    EXPECT_TRUE(panel.chosenPaths().empty());
+}
