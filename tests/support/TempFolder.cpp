@@ -6,8 +6,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
+#include <utility>
 
 CTempFolder::CTempFolder() {
     m_sPath = (std::filesystem::temp_directory_path() / "tactus-test-XXXXXX").string();
@@ -42,7 +43,11 @@ std::string ReadText(std::string const& path) {
     if (!in) {
         throw std::runtime_error("can't read " + path);
     }
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    std::ostringstream out;
+    if (in.peek() != std::ifstream::traits_type::eof()) {
+        out << in.rdbuf();
+    }
+    return std::move(out).str();
 }
 
 std::vector<std::uint8_t> ReadBytes(std::string const& path) {

@@ -14,7 +14,9 @@ namespace {
 using CBytes = std::vector<std::uint8_t>;
 
 void PutText(CBytes& bytes, std::string_view text) {
-    bytes.insert(bytes.end(), text.begin(), text.end());
+    for (char const c : text) {
+        bytes.push_back(static_cast<std::uint8_t>(c));
+    }
 }
 
 /// Appends the low `count` bytes of `value`, the lowest first.
