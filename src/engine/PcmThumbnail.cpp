@@ -3,7 +3,7 @@
 
 #include "engine/PcmThumbnail.h"
 
-#include "engine/Numbers.h"
+#include "base/Rounding.h"
 
 #include <algorithm>
 #include <limits>

@@ -8,7 +8,7 @@
 
 #include "engine/ThumbnailBuilder.h"
 
-#include "engine/Numbers.h"
+#include "base/Rounding.h"
 #include "engine/PcmReader.h"
 #include "engine/PcmThumbnail.h"
 #include "engine/Profiler.h"

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "base/CancelFlag.h"
+
+#include <cstdint>
+
+class CFingerprint;
+class CProfiler;
+class CProfileResults;
+class IPcmReader;
+class IProfileObserver;
+
+/// Driver of one analysis: runs every stage of the engine in a fixed order over one PCM source and
+/// fills the record. Make a fresh one for each file: its cancel flag is never cleared.
+/// Thread: `BuildProfile` on one worker, `CancelProfiling` from any.
+class CProfileBuilder {
+public:
+    CProfileBuilder() = default;
+    CProfileBuilder(CProfileBuilder const&) = delete;
+    CProfileBuilder& operator=(CProfileBuilder const&) = delete;
+    virtual ~CProfileBuilder() = default;
+
+    /// Profiles `reader` into `results`, which should be empty. `print` and `largePrint` receive
+    /// the fingerprints and may be null. Nothing is taken over. Progress: 0, then 0 to 94 from the
+    /// pass, 95, 98, 99, 100. A source that is not valid, or a cancelled pass, ends after what was
+    /// sent so far; the results then keep their defaults but for bit rate and key. Returns: 0.
+    std::int32_t BuildProfile(CProfiler* profiler, IPcmReader* reader, CProfileResults* results,
+                              CFingerprint* print, CFingerprint* largePrint);
+
+    /// Makes every stage return early. Returns: true.
+    bool CancelProfiling();
+
+    /// Hears the intermediate results of `BuildProfile`; null for none. Not owned.
+    void SetObserver(IProfileObserver* observer) { m_pObserver = observer; }
+
+    /// Tempo at which a clip of less than 30 s is one measure of four beats, doubled or halved into
+    /// the band from 82 to 164.01 BPM; 0 for an empty clip. Any longer clip, and a rate of 0, leave
+    /// `bpm` alone.
+    static void ShortClipBpmUpdate(std::int64_t sampleCount, std::uint32_t sampleRate, float* bpm);
+
+private:
+    CCancelFlag m_cancel;
+    IProfileObserver* m_pObserver = nullptr;
+};
