@@ -9,6 +9,8 @@
 #include "engine/ThumbnailBuilder.h"
 
 #include "base/Rounding.h"
+#include "engine/Fingerprint.h"
+#include "engine/NoteDetector.h"
 #include "engine/PcmReader.h"
 #include "engine/PcmThumbnail.h"
 #include "engine/Profiler.h"
@@ -71,6 +73,13 @@ public:
 
 private:
     void TakeFrame() {
+        auto const length = static_cast<std::uint32_t>(m_nFrameLength);
+        if (m_pNotes != nullptr) {
+            (void)m_pNotes->PushPcm(m_pFrame.get(), length);
+        }
+        if (m_pPrint != nullptr) {
+            (void)m_pPrint->PushPcm(m_pFrame.get(), length);
+        }
         m_pThumb->SetAt(static_cast<std::int32_t>(m_nFrameIndex),
                         m_specEng.GetSpecEnergy(m_pFrame.get()));
         if (m_nFrameIndex % kFramesPerReport == 0) {
@@ -153,6 +162,9 @@ bool CPcmThumbnailBuilder::BuildSpecEng(CProfiler* profiler, IPcmReader* reader,
     (void)reader->GetSampleCount(&sampleCount);
     auto const elementCount = static_cast<std::uint32_t>(sampleCount / frameLength);
     (void)specThumb->Initialize(sampleCount, WorkingRate(), frameLength);
+    if (fingerprintBuilder != nullptr) {
+        fingerprintBuilder->SetSampleRate(WorkingRate());
+    }
 
     CSpectralPass pass(profiler, frameLength, elementCount, specThumb, noteDetector,
                        fingerprintBuilder);

@@ -4,6 +4,8 @@
 #include "engine/ThumbnailBuilder.h"
 
 #include "base/NotificationCenter.h"
+#include "engine/Fingerprint.h"
+#include "engine/NoteDetector.h"
 #include "engine/PcmReader.h"
 #include "engine/PcmThumbnail.h"
 #include "engine/Profiler.h"
@@ -256,4 +258,29 @@ TEST(ThumbnailBuilderTest, TheLargestAbsoluteValue) {
     EXPECT_EQ(CPcmThumbnailBuilder::GetMaxValue(pcm.data(), 3), 0.5f);
     EXPECT_EQ(CPcmThumbnailBuilder::GetMaxValue(pcm.data(), 1), 0.1f);
     EXPECT_EQ(CPcmThumbnailBuilder::GetMaxValue(nullptr, 0), 0.0f);
+}
+
+TEST(ThumbnailBuilderTest, BothListenersHearEveryFrame) {
+    std::vector<float> const samples = MakeSine(55.0, 2.5, 0.5f);
+    CPcmReader reader(samples.data(), static_cast<std::int32_t>(samples.size()));
+    CProfiler profiler(nullptr);
+    CPcmThumbnailBuilder builder(nullptr, 44100.0);
+    CPfPcmThumbnail energy;
+    CPfPcmThumbnail bass;
+    CPfNoteDetector notes(&reader, &builder, &bass);
+    CSmartPtr<CFingerprint> print;
+    print.Create();
+    CPfFingerprintBuilder prints(print.Get(), nullptr, nullptr);
+    ASSERT_TRUE(builder.BuildSpecEng(&profiler, &reader, 256, &energy, &notes, &prints));
+    EXPECT_EQ(notes.FinalizeNoteDetection(&profiler), kStatusOk);
+    // Each of the three sections w^2 / (s^2 + 1.25 w s + w^2) at x = 55 / 120 of its edge has the
+    // gain ((1 - x^2)^2 + (1.25 x)^2)^-1/2 = 1.0248: 0.5 * 1.0762 in all. A crest lies within half
+    // a sample of some sample: cos(pi * 55 / 44100) is 1 - 8e-6.
+    std::int32_t const half = bass.GetCount() / 2;
+    EXPECT_NEAR(static_cast<double>(bass.GetMaxRangeValue(half, half + 10)), 0.5381, 1e-4);
+    EXPECT_GT(bass.GetMaxRangeValue(bass.GetCount() - 5, bass.GetCount() - 1), 0.5f);
+    // The first capture is at the first frame that starts past the first second: position 44288,
+    // (44288 * 1000000 + 22050) / 44100 = 1004263 us. Wider excerpts may replace it later.
+    EXPECT_GE(print->GetTime(), 1004263);
+    EXPECT_EQ(print->GetValues().size(), 128U);
 }
