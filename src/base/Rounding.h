@@ -13,7 +13,8 @@ template <typename Integer, typename Real>
 [[nodiscard]] constexpr Integer TruncateTo(Real value) noexcept {
     static_assert(std::is_integral_v<Integer> && std::is_floating_point_v<Real>);
     // One above the largest integer is a power of two, hence exact in every floating type.
-    constexpr Real kPastEnd = static_cast<Real>(std::numeric_limits<Integer>::max() / 2 + 1) * 2;
+    constexpr Integer kMiddle = std::numeric_limits<Integer>::max() / 2 + 1;
+    constexpr Real kPastEnd = static_cast<Real>(kMiddle) * 2;
     constexpr auto kLowest = static_cast<Real>(std::numeric_limits<Integer>::min());
     if (value >= kPastEnd) {
         return std::numeric_limits<Integer>::max();

@@ -45,8 +45,8 @@ CStatus CPcmReader::GetSampleRate(std::uint32_t* rate) {
 }
 
 CStatus CPcmReader::GetStreamLength(std::int64_t* bytes) {
-    *bytes = static_cast<std::int64_t>(static_cast<std::uint32_t>(m_nCount) *
-                                       std::uint32_t{kBytesPerSample});
+    std::uint32_t const product = static_cast<std::uint32_t>(m_nCount) * kBytesPerSample;
+    *bytes = product;
     return kStatusOk;
 }
 
