@@ -40,6 +40,8 @@ CStatus CMemBuffer::CopyTo(std::uint8_t* dest, std::uint32_t* size) const {
 }
 
 CStatus CMemBuffer::CopyFrom(std::uint8_t const* source, std::uint32_t size) {
+    // Deliberate: the block never shrinks; a shorter copy keeps the old size and the bytes behind
+    // the copy.
     if (m_nSize < size) {
         AllocMem(size);
     }
