@@ -10,6 +10,7 @@
 #include "engine/ProfileBuilder.h"
 
 #include "engine/Fingerprint.h"
+#include "engine/KeyDetector.h"
 #include "engine/NoteDetector.h"
 #include "engine/PcmReader.h"
 #include "engine/PcmThumbnail.h"
@@ -74,6 +75,7 @@ bool CProfileRun::Listen(IPcmReader* reader, CFingerprint* print, CFingerprint* 
         m_builder.BuildSpecEng(m_pProfiler, reader, kFrameLength, &m_energy, &notes, &prints);
     (void)notes.FinalizeNoteDetection(m_pProfiler);
     prints.BuildLargePrint(&m_energy, largePrint);
+    (void)CPfKeyDetector::DetectKey(m_pProfiler, notes.GetNoteMap(), m_pResults);
     if (m_pObserver != nullptr) {
         m_pObserver->OnNotes(static_cast<std::int32_t>(notes.GetFoundCount()),
                              static_cast<std::int32_t>(notes.GetNoteMap()->GetCount()));
