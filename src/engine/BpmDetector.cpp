@@ -1,0 +1,134 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+// DetectBaseBpm: nine windows, two divisions each (DetectBpmWindow), median of the results.
+// DetectBpmWindow: CollectPositions, then BestBin (histogram of phases) for each candidate tempo.
+
+#include "engine/BpmDetector.h"
+
+#include "engine/ImpactPoints.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+namespace {
+
+constexpr float kSlowestTempoBpm = 82.0f;        // Fixed: first candidate.
+constexpr float kTempoStepBpm = 0.1f;            // Fixed: step, added up in single precision.
+constexpr int kCandidates = 820;                 // Fixed: the last lies near 163.9 BPM.
+constexpr std::size_t kMostPositions = 512;      // Fixed: later points of a window don't count.
+constexpr std::uint32_t kBins = 40;              // Fixed: bins of a period.
+constexpr std::uint32_t kToleranceFraction = 10; // Fixed: a tenth of a period, about four bins.
+constexpr int kWindows = 9;                      // Fixed: window k starts at k tenths.
+constexpr std::int64_t kWindowSamples = 882'000; // Fixed: 20 s at 44100 Hz, at every rate.
+constexpr std::array<std::uint16_t, 2> kDivisions = {4, 8}; // Fixed: periods to the measure.
+constexpr float kFastestFoldedBpm = 100.0f;                 // Fixed: above it nothing is doubled.
+constexpr float kHalfBeatPercent = 53.0f;                   // Fixed: share of half-beat intervals.
+
+/// Low 32 bits of the first points strictly between start and end, in stored order.
+std::vector<std::uint32_t> CollectPositions(CPfImpactPoints const& points, std::int64_t start,
+                                            std::int64_t end) {
+    std::vector<std::uint32_t> kept;
+    for (std::int64_t const position : points.Points()) {
+        if (start < position && position < end) {
+            kept.push_back(static_cast<std::uint32_t>(position));
+            if (kept.size() == kMostPositions) {
+                break;
+            }
+        }
+    }
+    return kept;
+}
+
+/// Highest count of any bin. A position votes for every bin that starts before its phase by less
+/// than the tolerance; nothing wraps around at the end of the period.
+std::uint16_t BestBin(std::vector<std::uint32_t> const& positions, std::uint32_t period,
+                      std::uint32_t bin) {
+    std::uint32_t const tolerance = period / kToleranceFraction;
+    std::array<std::uint16_t, kBins> counts{};
+    for (std::uint32_t const position : positions) {
+        std::uint32_t const phase = position % period;
+        std::uint32_t j = phase > tolerance ? (phase - tolerance) / bin : 0;
+        for (; j < kBins && bin * j < phase; ++j) {
+            if (phase < tolerance + bin * j) {
+                ++counts[j];
+            }
+        }
+    }
+    return *std::max_element(counts.begin(), counts.end());
+}
+
+} // namespace
+
+float CPfBpmDetector::DetectBpmWindow(CPfImpactPoints const* points, std::int64_t start,
+                                      std::int64_t length, std::uint16_t divisions) const {
+    std::vector<std::uint32_t> const positions = CollectPositions(*points, start, start + length);
+    if (positions.size() < 2 || divisions == 0) {
+        return 0.0f;
+    }
+    std::uint16_t best = 0;
+    float bestBpm = 0.0f;
+    float bpm = kSlowestTempoBpm;
+    for (int candidate = 0; candidate < kCandidates && !IsCancelled(); ++candidate) {
+        std::uint32_t const period = points->SamPerMeas(bpm) / divisions;
+        std::uint32_t const bin = period / kBins;
+        if (bin == 0) {
+            break;
+        }
+        // Deliberate: only a strictly higher count wins, so a tie goes to the slower tempo.
+        std::uint16_t const count = BestBin(positions, period, bin);
+        if (count > best) {
+            best = count;
+            bestBpm = bpm;
+        }
+        bpm += kTempoStepBpm;
+    }
+    return bestBpm;
+}
+
+float CPfBpmDetector::DetectBaseBpm(CPfImpactPoints const* points) const {
+    std::int64_t const step = points->GetSampleCount() / (kWindows + 1);
+    std::vector<float> tempos;
+    for (int k = 1; k <= kWindows; ++k) {
+        for (std::uint16_t const divisions : kDivisions) {
+            float const bpm = DetectBpmWindow(points, step * k, kWindowSamples, divisions);
+            if (bpm != 0.0f) {
+                tempos.push_back(bpm);
+            }
+        }
+        if (IsCancelled()) {
+            return 0.0f;
+        }
+    }
+    if (tempos.empty()) {
+        return 0.0f;
+    }
+    auto const median = tempos.begin() + static_cast<std::ptrdiff_t>(tempos.size() / 2);
+    std::nth_element(tempos.begin(), median, tempos.end());
+    return *median;
+}
+
+float CPfBpmDetector::FoldUpBpm(CPfImpactPoints const* points, float bpm) {
+    if (bpm > kFastestFoldedBpm) {
+        return bpm;
+    }
+    std::uint32_t const halfBeat = points->SamPerMeas(bpm) / 8;
+    std::uint32_t const tolerance = halfBeat / 5;
+    auto const positions = points->Points();
+    std::int32_t halfBeats = 0;
+    for (std::size_t i = 1; i < positions.size(); ++i) {
+        std::uint32_t const interval =
+            static_cast<std::uint32_t>(positions[i]) - static_cast<std::uint32_t>(positions[i - 1]);
+        if (halfBeat - tolerance < interval && interval < halfBeat + tolerance) {
+            ++halfBeats;
+        }
+    }
+    std::int32_t const intervals = points->GetUpperBound();
+    if (intervals < 1) {
+        return bpm;
+    }
+    // Deliberate: 53 of 100 comes to 52.9999962 in single precision and does not double.
+    float const percent = static_cast<float>(halfBeats) / static_cast<float>(intervals) * 100.0f;
+    return percent > kHalfBeatPercent ? bpm + bpm : bpm;
+}
