@@ -1,0 +1,154 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+// The grid's gaps and ends, and the arithmetic of steps.
+
+#include "engine/BeatBuilder.h"
+
+#include "base/Rounding.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr float kLeastInterval = 1.0f;   // Fixed: a step shorter than one sample adds nothing.
+constexpr double kPllPhaseBand = 0.02;   // Fixed: phase per step beyond which a point is passed.
+constexpr double kPllDeadBand = 0.00025; // Fixed: phase per step that is not corrected.
+
+/// The nearest whole number, halves away from 0, in single precision.
+float RoundNearest(float x) {
+    return std::trunc(x >= 0.0f ? x + 0.5f : x - 0.5f);
+}
+
+/// interval * m in single precision, truncated.
+std::int64_t StepsAway(float interval, std::int64_t m) {
+    return TruncateTo<std::int64_t>(interval * static_cast<float>(m));
+}
+
+} // namespace
+
+bool CPfBeatBuilder::InterpolatePoints(float interval, CPfImpactPoints* points) {
+    points->Sort();
+    if (!(interval >= kLeastInterval)) {
+        return true;
+    }
+    CVectorArray<std::int64_t> filled;
+    auto const positions = points->Points();
+    for (std::size_t i = 1; i < positions.size(); ++i) {
+        std::int64_t const distance = positions[i] - positions[i - 1];
+        std::uint32_t const steps = IntervalCount(distance, interval);
+        // Deliberate: a gap is filled at its own spacing, not at the nominal interval.
+        double const spacing = static_cast<double>(distance) / static_cast<double>(steps);
+        for (std::uint32_t m = 1; m < steps; ++m) {
+            filled.Add(positions[i - 1] + TruncateToInt64(spacing * static_cast<double>(m)));
+        }
+    }
+    points->Append(filled);
+    points->Sort();
+    return true;
+}
+
+bool CPfBeatBuilder::ExtrapolatePoints(float interval, std::int64_t sampleCount,
+                                       CPfImpactPoints* points) {
+    points->Sort();
+    auto const positions = points->Points();
+    if (positions.empty() || !(interval >= kLeastInterval)) {
+        return true;
+    }
+    std::int64_t const first = positions.front();
+    std::int64_t const last = positions.back();
+    CVectorArray<std::int64_t> added;
+    for (std::int64_t m = 1; StepsAway(interval, m) <= first; ++m) {
+        added.Add(first - StepsAway(interval, m));
+    }
+    for (std::int64_t m = 1; StepsAway(interval, m) < sampleCount - last; ++m) {
+        added.Add(last + StepsAway(interval, m));
+    }
+    points->Append(added);
+    points->Sort();
+    return true;
+}
+
+bool CPfBeatBuilder::RemoveLowConfidencePoints(CPfPcmThumbnail const* envelope, float keepFraction,
+                                               CPfImpactPoints* points) {
+    std::vector<CPfImpactPoint> ranked;
+    for (std::int64_t const position : points->Points()) {
+        ranked.push_back({position, CalcPointConfidence(envelope, position)});
+    }
+    std::stable_sort(ranked.begin(), ranked.end(),
+                     [](CPfImpactPoint const& a, CPfImpactPoint const& b) {
+                         return !ImpactPointConfSort(b, a);
+                     });
+    std::size_t const kept = std::min<std::size_t>(
+        TruncateTo<std::uint32_t>(static_cast<float>(ranked.size()) * keepFraction), ranked.size());
+    points->RemoveAll();
+    for (std::size_t i = 0; i < kept; ++i) {
+        points->Add(ranked[i].m_nPosition);
+    }
+    points->Sort();
+    return true;
+}
+
+bool CPfBeatBuilder::BuildGridPll(CPfImpactPoints const* in, float interval,
+                                  CPfImpactPoints* out) const {
+    auto const positions = in->Points();
+    if (positions.empty()) {
+        return true;
+    }
+    std::int64_t grid = positions.front();
+    for (std::int64_t const position : positions) {
+        if (IsCancelled()) {
+            return false;
+        }
+        std::int64_t const distance = position - grid;
+        if (distance <= 0) {
+            continue;
+        }
+        double const steps = IntervalCount(distance, interval);
+        double const phase = static_cast<double>(PhaseOffset(distance, interval));
+        if (!(steps > 0.0 && -kPllPhaseBand * steps < phase && phase < kPllPhaseBand * steps)) {
+            continue;
+        }
+        double corrected = steps;
+        if (std::abs(phase) >= kPllDeadBand * steps) {
+            corrected += phase / std::sqrt(std::abs(phase) / (kPllDeadBand * steps));
+        }
+        std::int64_t const step = TruncateToInt64(static_cast<double>(distance) / corrected);
+        while (step > 0 && position - step > grid) {
+            grid += step;
+            out->Add(grid);
+        }
+    }
+    return true;
+}
+
+float CPfBeatBuilder::PhaseOffset(std::int64_t distance, float interval) {
+    float const steps = static_cast<float>(distance) / interval;
+    return steps - RoundNearest(steps);
+}
+
+float CPfBeatBuilder::AbsPhaseOffset(std::int64_t distance, float interval) {
+    return std::abs(PhaseOffset(distance, interval));
+}
+
+std::uint32_t CPfBeatBuilder::IntervalCount(std::int64_t distance, float interval) {
+    return RoundHalfUpToUint32(static_cast<double>(distance) / static_cast<double>(interval));
+}
+
+float CPfBeatBuilder::GetBoundedValue(float value, float lo, float hi) {
+    if (value < lo) {
+        return lo;
+    }
+    return value > hi ? hi : value;
+}
+
+void CPfBeatBuilder::DownsampleByHalf(std::int8_t keepFirst, CPfImpactPoints* points) {
+    CVectorArray<std::int64_t> kept;
+    auto const positions = points->Points();
+    for (std::size_t i = keepFirst != 0 ? 0 : 1; i < positions.size(); i += 2) {
+        kept.Add(positions[i]);
+    }
+    points->RemoveAll();
+    points->Append(kept);
+}
