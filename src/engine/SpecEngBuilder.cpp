@@ -13,6 +13,9 @@
 
 #include "engine/SpecEngBuilder.h"
 
+#include "engine/CpuFeatures.h"
+#include "engine/SpecEngLanes.h"
+
 #include <bit>
 #include <cmath>
 #include <cstddef>
@@ -69,6 +72,7 @@ void CPfSpecEngBuilder::InitializeFFT(std::uint16_t frameLength) {
             static_cast<float>(kHammingOffset - kHammingSwing * std::cos(kTwoPi * k / frameLength));
     }
     m_vWork.resize(length);
+    m_vLaneWork.resize(length);
 }
 
 void CPfSpecEngBuilder::EndFFT() {
@@ -76,6 +80,7 @@ void CPfSpecEngBuilder::EndFFT() {
     m_vTwiddles.clear();
     m_vWindow.clear();
     m_vWork.clear();
+    m_vLaneWork.clear();
 }
 
 void CPfSpecEngBuilder::RealFFT(float* data, std::uint16_t frameLength) const {
@@ -153,6 +158,23 @@ float CPfSpecEngBuilder::GetSpecEnergy(float const* frame) {
         sum += m_vMagnitudes[k];
     }
     return sum;
+}
+
+void CPfSpecEngBuilder::GetSpecEnergies(float const* frames, std::size_t count, float* energies) {
+    std::size_t done = 0;
+#if defined(__x86_64__)
+    if (m_vWork.size() >= kSpecEngLanes && UseAvx2()) {
+        CPfSpecEngTables const tables{m_vWork.size(), m_vBitReversal.data(), m_vTwiddles.data(),
+                                      m_vWindow.data()};
+        for (; count - done >= kSpecEngLanes; done += kSpecEngLanes) {
+            SpecEnergyLanes(tables, frames + done * m_nFrameLength, m_vLaneWork.front().m_fLanes,
+                            energies + done);
+        }
+    }
+#endif
+    for (; done < count; ++done) {
+        energies[done] = GetSpecEnergy(frames + done * m_nFrameLength);
+    }
 }
 
 std::int32_t CPfSpecEngBuilder::GetBinIndex(std::int32_t k) const {

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -40,11 +41,21 @@ public:
     /// Sum of the magnitudes of bins 1 .. N/2 - 1, in ascending order.
     float GetSpecEnergy(float const* frame);
 
+    /// Energies of `count` consecutive frames: `GetSpecEnergy` of each, bit for bit, with eight
+    /// frames side by side where the processor allows.
+    /// Shape: reads frames[0, count * N), writes energies[0, count).
+    void GetSpecEnergies(float const* frames, std::size_t count, float* energies);
+
     /// Float index at which `RealFFT` leaves the real part of bin k, 0 <= k < N/2; the imaginary
     /// part follows.
     [[nodiscard]] std::int32_t GetBinIndex(std::int32_t k) const;
 
 private:
+    /// One float of every lane; rows of them make the lanes' work buffer, aligned for AVX.
+    struct alignas(32) CLaneRow {
+        float m_fLanes[8];
+    };
+
     void RunStages(float* data) const;
     void SplitSpectrum(float* data) const;
 
@@ -52,6 +63,7 @@ private:
     std::vector<float> m_vTwiddles;           // N/2 pairs at bit-reversed places
     std::vector<float> m_vWindow;
     std::vector<float> m_vWork;
+    std::vector<CLaneRow> m_vLaneWork; // N rows
     std::vector<float> m_vMagnitudes;
     std::uint16_t m_nFrameLength = 0;
 };

@@ -15,8 +15,10 @@
 #include "engine/PcmThumbnail.h"
 #include "engine/Profiler.h"
 #include "engine/SpecEngBuilder.h"
+#include "engine/SpecEngLanes.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -28,7 +30,8 @@ namespace {
 constexpr std::uint32_t kThumbnailRate = 44100; // Fixed: rate of every thumbnail that is sized.
 constexpr std::int64_t kReadBytes = 24576;      // Fixed: 6144 floats, 24 frames of 256.
 constexpr std::uint32_t kPassPercent = 94;      // Fixed: where the pass ends on the progress scale.
-constexpr std::uint32_t kFramesPerReport = 2000; // Fixed: 11.6 s of audio in frames of 256.
+constexpr std::size_t kFramesHeld = kSpecEngLanes; // Derived: what is transformed side by side.
+constexpr std::uint32_t kFramesPerReport = 2000;   // Fixed: 11.6 s of audio in frames of 256.
 
 /// a * b / c with a product that wraps at 64 bits.
 std::int64_t ScaleWrapped(std::int64_t a, std::uint32_t b, std::uint32_t c) {
@@ -47,11 +50,11 @@ public:
           m_pNotes(noteDetector),
           m_pPrint(fingerprintBuilder),
           m_specEng(frameLength),
-          m_pFrame(new (std::nothrow) float[frameLength]),
+          m_pFrames(new (std::nothrow) float[kFramesHeld * frameLength]),
           m_nFrameLength(frameLength),
           m_nElementCount(elementCount) {}
 
-    [[nodiscard]] bool IsReady() const { return m_pFrame != nullptr; }
+    [[nodiscard]] bool IsReady() const { return m_pFrames != nullptr; }
 
     /// Fills frames from `samples`. Returns: false when cancelled.
     bool TakeChunk(std::span<float const> samples, CCancelFlag const* cancel) {
@@ -60,32 +63,47 @@ public:
                 return false;
             }
             std::size_t const piece = std::min(samples.size(), m_nFrameLength - m_nFill);
-            std::ranges::copy(samples.first(piece), m_pFrame.get() + m_nFill);
+            float* const frame = m_pFrames.get() + m_nHeld * m_nFrameLength;
+            std::ranges::copy(samples.first(piece), frame + m_nFill);
             samples = samples.subspan(piece);
             m_nFill += piece;
             if (m_nFill == m_nFrameLength) {
-                TakeFrame();
+                TakeFrame(frame);
                 m_nFill = 0;
             }
         }
         return true;
     }
 
+    /// Stores the energies of the frames still held; to be called at the end of every pass.
+    void StoreEnergies() {
+        std::array<float, kFramesHeld> energies;
+        m_specEng.GetSpecEnergies(m_pFrames.get(), m_nHeld, energies.data());
+        for (std::size_t i = 0; i < m_nHeld; ++i) {
+            m_pThumb->SetAt(static_cast<std::int32_t>(m_nFrameIndex - m_nHeld + i), energies[i]);
+        }
+        m_nHeld = 0;
+    }
+
 private:
-    void TakeFrame() {
+    // The listeners get every frame at once. Its energy, which nobody reads during the pass, waits
+    // until there are enough frames to transform side by side.
+    void TakeFrame(float const* frame) {
         auto const length = static_cast<std::uint32_t>(m_nFrameLength);
         if (m_pNotes != nullptr) {
-            (void)m_pNotes->PushPcm(m_pFrame.get(), length);
+            (void)m_pNotes->PushPcm(frame, length);
         }
         if (m_pPrint != nullptr) {
-            (void)m_pPrint->PushPcm(m_pFrame.get(), length);
+            (void)m_pPrint->PushPcm(frame, length);
         }
-        m_pThumb->SetAt(static_cast<std::int32_t>(m_nFrameIndex),
-                        m_specEng.GetSpecEnergy(m_pFrame.get()));
         if (m_nFrameIndex % kFramesPerReport == 0) {
             m_pProfiler->SendProfileProgress(Percent());
         }
         ++m_nFrameIndex;
+        ++m_nHeld;
+        if (m_nHeld == kFramesHeld) {
+            StoreEnergies();
+        }
     }
 
     [[nodiscard]] std::uint8_t Percent() const {
@@ -100,9 +118,10 @@ private:
     CPfNoteDetector* m_pNotes;
     CPfFingerprintBuilder* m_pPrint;
     CPfSpecEngBuilder m_specEng;
-    std::unique_ptr<float[]> m_pFrame;
+    std::unique_ptr<float[]> m_pFrames; // the frames held, the last of them being filled
     std::size_t m_nFrameLength;
     std::size_t m_nFill = 0;
+    std::size_t m_nHeld = 0; // whole frames whose energies are to come
     std::uint32_t m_nFrameIndex = 0;
     std::uint32_t m_nElementCount;
 };
@@ -175,10 +194,15 @@ bool CPcmThumbnailBuilder::BuildSpecEng(CProfiler* profiler, IPcmReader* reader,
         (void)reader->LoadPcm(reinterpret_cast<std::uint8_t*>(samples.get()), offset, chunk);
         offset += chunk;
         if (!pass.TakeChunk({samples.get(), chunk / sizeof(float)}, m_pCancel)) {
+            pass.StoreEnergies();
             return false;
         }
     }
-    return pass.IsReady() && !IsCancelled();
+    if (!pass.IsReady()) {
+        return false;
+    }
+    pass.StoreEnergies();
+    return !IsCancelled();
 }
 
 bool CPcmThumbnailBuilder::IsCancelled() const {

@@ -5,10 +5,13 @@
 
 #include "support/ClickTrack.h"
 
+#include <bit>
 #include <cmath>
 #include <complex>
 #include <cstddef>
+#include <cstdint>
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <numbers>
 #include <vector>
 
@@ -183,4 +186,28 @@ TEST(SpecEngBuilderTest, EndsAndStartsAgain) {
     EXPECT_GT(builder.GetSpecEnergy(frame.data()), 0.0f);
     builder.InitializeFFT(256);
     EXPECT_EQ(builder.GetSpecEnergy(frame.data()), before);
+}
+
+// Eight lanes and a rest, against one frame at a time, bit for bit: the lanes do the same
+// operations in the same order.
+TEST(SpecEngBuilderTest, FramesSideBySideGiveTheBitsOfSingleFrames) {
+    constexpr std::size_t kFrames = 19;
+    for (std::uint16_t const length :
+         std::initializer_list<std::uint16_t>{4, 8, 16, 64, 256, 1024}) {
+        std::vector<float> frames(kFrames * length);
+        std::uint32_t seed = 12345;
+        for (float& sample : frames) {
+            seed = seed * 1664525U + 1013904223U;
+            sample = static_cast<float>(static_cast<std::int32_t>(seed)) / 2147483648.0f;
+        }
+        CPfSpecEngBuilder builder(length);
+        std::vector<float> together(kFrames);
+        builder.GetSpecEnergies(frames.data(), kFrames, together.data());
+        for (std::size_t i = 0; i < kFrames; ++i) {
+            EXPECT_EQ(
+                std::bit_cast<std::uint32_t>(together[i]),
+                std::bit_cast<std::uint32_t>(builder.GetSpecEnergy(frames.data() + i * length)))
+                << "frame " << i << " of " << length;
+        }
+    }
 }
