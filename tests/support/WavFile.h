@@ -13,8 +13,9 @@
 struct CWavShape {
     std::uint32_t m_nRate = 44100;
     std::uint16_t m_nChannels = 1;
-    std::uint16_t m_nBits = 16;                  // 8, 16, 24 or 32
-    std::optional<std::uint32_t> m_nClaimedData; // size in the data chunk; unset: the truth
+    std::uint16_t m_nBits = 16; // 8, 16, 24 or 32
+    std::optional<std::uint32_t> m_nClaimedData =
+        std::nullopt; // size in the data chunk; unset: the truth
 };
 
 /// The file for `samples`, channels interleaved. A sample s becomes s x 32767 rounded to the

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/DecodedAudio.h"
+
+#include "platform/LastMessage.h"
+
+#include <limits>
+
+std::optional<std::int32_t> SampleCountOf(std::int64_t frames) {
+    // Deliberate: frames at the file's own rate count samples at 44100 Hz, their low 32 bits only:
+    // a slower file is cut short, a faster one ends in zeros.
+    auto const low = static_cast<std::uint32_t>(frames & 0xFFFFFFFF);
+    if (low > static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max())) {
+        return std::nullopt;
+    }
+    return static_cast<std::int32_t>(low);
+}
+
+std::string TakeSamples(CSampleBuffer& buffer, std::int64_t frames, std::int64_t musicEnd,
+                        CDecodedAudio& audio) {
+    if (frames <= 0) {
+        return WithMessage("holds no audio");
+    }
+    std::optional<std::int32_t> const count = SampleCountOf(frames);
+    if (!count) {
+        return "is too long";
+    }
+    if ((musicEnd < buffer.GetCount() && !buffer.SetCount(static_cast<std::int32_t>(musicEnd))) ||
+        !buffer.SetCount(*count)) {
+        return "is too long for the memory at hand";
+    }
+    audio.m_pSamples = buffer.Release();
+    audio.m_nCount = *count;
+    return {};
+}

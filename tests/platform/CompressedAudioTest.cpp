@@ -1,0 +1,213 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/AudioDecoder.h"
+
+#include "support/ClickTrack.h"
+#include "support/Process.h"
+#include "support/TempFolder.h"
+#include "support/WavFile.h"
+
+#include <cmath>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <numeric>
+#include <vector>
+
+// Files that ffmpeg's encoders made from one source: what comes back has the source's length where
+// the container tells the padding, and the encoder's where it doesn't.
+
+namespace {
+
+using testing::HasSubstr;
+
+// 2 1/12 s, deliberately no multiple of an encoder's frame of 1024 or 1152.
+constexpr std::int32_t kFrames = 91'875;
+constexpr std::int32_t kMp3Frame = 1152; // Standard: ISO/IEC 11172-3, samples of a frame.
+constexpr std::int32_t kAacFrame = 1024; // Standard: ISO/IEC 14496-3, samples of a frame.
+
+class CompressedAudioTest : public testing::Test {
+protected:
+    void SetUp() override {
+        m_vSource = MakeSine(440.0, 91'875.0 / 44100.0, 0.5f);
+        ASSERT_EQ(m_vSource.size(), static_cast<std::size_t>(kFrames));
+        std::vector<float> stereo;
+        for (float const sample : m_vSource) {
+            stereo.insert(stereo.end(), {sample, sample});
+        }
+        WriteWav(m_folder / "source.wav", {.m_nChannels = 2}, stereo);
+    }
+
+    std::string Encode(std::string const& name, std::vector<std::string> const& options) {
+        std::vector<std::string> arguments = {"-i", m_folder / "source.wav"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        arguments.push_back(m_folder / name);
+        Ffmpeg(arguments);
+        return m_folder / name;
+    }
+
+    CDecodedAudio Decode(std::string const& path) {
+        CAudioDecoder decoder;
+        CDecodedAudio audio;
+        EXPECT_EQ(decoder.Decode(path, audio), kStatusOk) << decoder.GetReason();
+        return audio;
+    }
+
+    /// Root mean square of the difference from the source, which starts `delay` samples late. The
+    /// ends, where an encoder swings in and out, are left aside.
+    double Distance(CDecodedAudio const& audio, std::int32_t delay = 0) {
+        double sum = 0.0;
+        auto const music = audio.Samples().subspan(static_cast<std::size_t>(delay));
+        constexpr std::size_t kEnd = 3000;
+        std::size_t const last = std::min(music.size(), m_vSource.size()) - kEnd;
+        for (std::size_t i = kEnd; i < last; ++i) {
+            double const difference =
+                static_cast<double>(music[i]) - static_cast<double>(m_vSource[i]);
+            sum += difference * difference;
+        }
+        return std::sqrt(sum / static_cast<double>(last - kEnd));
+    }
+
+    /// Copies the first `size` bytes of `from` to `to`.
+    std::string CutFile(std::string const& from, std::string const& to, std::size_t size) {
+        WriteText(m_folder / to, ReadText(from).substr(0, size));
+        return m_folder / to;
+    }
+
+    CTempFolder m_folder;
+    std::vector<float> m_vSource;
+};
+
+// An encoder at these rates (LAME turns the volume down below 256 kbit/s) stays within a hundredth
+// of a steady tone of a half; one sample too early or late would be 0.022 away.
+constexpr double kLossy = 0.01;
+// Rounding to 16 bits is off by up to half a step; the mix of two equal channels adds none.
+constexpr double kLossless = 1.0 / 32767.0;
+
+TEST_F(CompressedAudioTest, LosslessContainersKeepLengthAndSamples) {
+    struct CCase {
+        std::string m_sName;
+        std::vector<std::string> m_vOptions;
+    };
+    for (CCase const& item :
+         {CCase{"x.aiff", {}}, CCase{"x.aif", {"-f", "aiff"}}, CCase{"x.caf", {}},
+          CCase{"alac.caf", {"-c:a", "alac"}}, CCase{"alac.m4a", {"-c:a", "alac"}},
+          CCase{"float.wav", {"-c:a", "pcm_f32le"}}}) {
+        CDecodedAudio const audio = Decode(Encode(item.m_sName, item.m_vOptions));
+        EXPECT_EQ(audio.m_nCount, kFrames) << item.m_sName;
+        EXPECT_LE(Distance(audio), kLossless) << item.m_sName;
+        EXPECT_EQ(audio.m_sDamage, "") << item.m_sName;
+    }
+}
+
+TEST_F(CompressedAudioTest, Mp3WithEncoderNoteIsTrimmed) {
+    for (std::vector<std::string> const& options :
+         {std::vector<std::string>{"-c:a", "libmp3lame", "-b:a", "320k"},
+          std::vector<std::string>{"-c:a", "libmp3lame", "-q:a", "2"}}) {
+        CDecodedAudio const audio = Decode(Encode("x.mp3", options));
+        EXPECT_EQ(audio.m_nCount, kFrames);
+        EXPECT_LT(Distance(audio), kLossy);
+        EXPECT_EQ(audio.m_sDamage, "");
+    }
+}
+
+TEST_F(CompressedAudioTest, Mp3WithoutEncoderNoteKeepsItsPadding) {
+    CDecodedAudio const audio =
+        Decode(Encode("x.mp3", {"-c:a", "libmp3lame", "-b:a", "128k", "-write_xing", "0"}));
+    // Whole frames: the music, the encoder's delay before it and the rest of the last frame.
+    EXPECT_EQ(audio.m_nCount % kMp3Frame, 0);
+    EXPECT_GT(audio.m_nCount, kFrames);
+    EXPECT_LT(audio.m_nCount, kFrames + 3 * kMp3Frame);
+}
+
+TEST_F(CompressedAudioTest, AacInMp4LosesStartAndTail) {
+    for (std::vector<std::string> const& options :
+         {std::vector<std::string>{"-c:a", "aac"},
+          std::vector<std::string>{"-c:a", "aac", "-movflags", "+faststart"}}) {
+        CDecodedAudio const audio = Decode(Encode("x.m4a", options));
+        EXPECT_EQ(audio.m_nCount, kFrames);
+        EXPECT_LT(Distance(audio), kLossy);
+    }
+}
+
+TEST_F(CompressedAudioTest, AacInMp4WithoutEditListKeepsTheStart) {
+    CDecodedAudio const audio = Decode(Encode("x.m4a", {"-c:a", "aac", "-use_editlist", "0"}));
+    // The track's table counts one frame of priming and the music.
+    EXPECT_EQ(audio.m_nCount, kFrames + kAacFrame);
+    EXPECT_LT(Distance(audio, kAacFrame), kLossy);
+}
+
+TEST_F(CompressedAudioTest, GaplessNoteDecidesAboutTheTail) {
+    // 91 frames of which the first is priming: 92160 remain, 285 of them padding.
+    CDecodedAudio const audio =
+        Decode(Encode("x.m4a", {"-c:a", "aac", "-movflags", "use_metadata_tags", "-metadata",
+                                "iTunSMPB= 00000000 00000400 00000200 0000000000016600 00000000"}));
+    // The note of this file says 512 of padding: delay 1024 and 91648 frames of music.
+    EXPECT_EQ(audio.m_nCount, 92'160 - 512);
+}
+
+TEST_F(CompressedAudioTest, FasterAacEndsInZerosFromItsEndOn) {
+    CDecodedAudio const audio = Decode(Encode("x.m4a", {"-c:a", "aac", "-ar", "48000"}));
+    // 91875 x 480 / 441 = 100000 frames, which are 91875 samples again.
+    ASSERT_EQ(audio.m_nCount, 100'000);
+    EXPECT_LT(Distance(audio), kLossy);
+    for (float const sample : audio.Samples().subspan(kFrames)) {
+        ASSERT_EQ(sample, 0.0f);
+    }
+}
+
+TEST_F(CompressedAudioTest, CoverAndSecondStreamAreNoObstacle) {
+    Ffmpeg({"-f", "lavfi", "-i", "color=red:s=64x64", "-frames:v", "1", m_folder / "cover.png"});
+    std::string const mp3 = Encode("x.mp3", {"-c:a", "libmp3lame"});
+    Ffmpeg({"-i", mp3, "-i", m_folder / "cover.png", "-map", "0", "-map", "1", "-c", "copy",
+            "-disposition:v", "attached_pic", m_folder / "cover.mp3"});
+    EXPECT_EQ(Decode(m_folder / "cover.mp3").m_nCount, kFrames);
+    Ffmpeg({"-i", m_folder / "source.wav", "-i", m_folder / "cover.png", "-map", "1", "-map", "0",
+            "-c:v", "copy", "-disposition:v", "attached_pic", m_folder / "cover.m4a"});
+    EXPECT_EQ(Decode(m_folder / "cover.m4a").m_nCount, kFrames);
+    Ffmpeg({"-i", m_folder / "source.wav", "-f", "lavfi", "-i", "sine=880:d=1", "-map", "0", "-map",
+            "1", m_folder / "two.m4a"});
+    EXPECT_EQ(Decode(m_folder / "two.m4a").m_nCount, kFrames);
+}
+
+TEST_F(CompressedAudioTest, BrokenOffMp3GivesWhatIsThereAndSaysSo) {
+    std::string const whole =
+        Encode("x.mp3", {"-c:a", "libmp3lame", "-b:a", "128k", "-write_xing", "0"});
+    CDecodedAudio const audio = Decode(CutFile(whole, "cut.mp3", 20'100));
+    EXPECT_EQ(audio.m_sDamage, "breaks off in the middle of a frame");
+    // 128 kbit/s are 16000 bytes a second.
+    EXPECT_NEAR(audio.m_nCount / 44100.0, 20'100.0 / 16'000.0, 0.1);
+}
+
+TEST_F(CompressedAudioTest, BrokenOffMp4GivesWhatIsThereAndSaysSo) {
+    std::string const whole = Encode("x.m4a", {"-c:a", "aac", "-movflags", "+faststart"});
+    std::size_t const half = ReadText(whole).size() / 2;
+    CDecodedAudio const audio = Decode(CutFile(whole, "cut.m4a", half));
+    EXPECT_THAT(audio.m_sDamage, HasSubstr("damaged"));
+    EXPECT_GT(audio.m_nCount, kFrames / 4);
+    EXPECT_LT(audio.m_nCount, kFrames * 3 / 4);
+}
+
+TEST_F(CompressedAudioTest, BytesBehindAnMp3AreNoDamage) {
+    std::string const whole = Encode("x.mp3", {"-c:a", "libmp3lame", "-write_xing", "0"});
+    CDecodedAudio const clean = Decode(whole);
+    WriteText(m_folder / "tail.mp3", ReadText(whole) + std::string(3000, 'x'));
+    CDecodedAudio const audio = Decode(m_folder / "tail.mp3");
+    EXPECT_EQ(audio.m_sDamage, "");
+    EXPECT_EQ(audio.m_nCount, clean.m_nCount);
+}
+
+TEST_F(CompressedAudioTest, ForgedLengthAllocatesNothing) {
+    std::string const whole = Encode("x.mp3", {"-c:a", "libmp3lame", "-b:a", "128k"});
+    std::string bytes = ReadText(whole);
+    std::size_t const note = bytes.find("Info");
+    ASSERT_NE(note, std::string::npos);
+    // The four bytes behind the name are flags, the next four the number of frames.
+    bytes.replace(note + 8, 4, "\x7F\xFF\xFF\xFF");
+    WriteText(m_folder / "forged.mp3", bytes);
+    CDecodedAudio const audio = Decode(m_folder / "forged.mp3");
+    EXPECT_GE(audio.m_nCount, kFrames);
+    EXPECT_LT(audio.m_nCount, kFrames + 3 * kMp3Frame);
+}
+
+} // namespace

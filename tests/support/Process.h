@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// What a program left behind.
+struct CProcessResult {
+    int m_nExit = -1;   // exit code; -1 when a signal ended it
+    int m_nSignal = 0;  // the signal, if any
+    std::string m_sOut; // standard output
+    std::string m_sErr; // standard error
+};
+
+/// How a program is started.
+struct CProcessSetup {
+    std::vector<std::string> m_vArguments; // the program first; found through PATH
+    std::string m_sFolder;                 // working folder; empty: this process's
+    std::string m_sInput;                  // path of its standard input; empty: nothing to read
+    std::string m_sOutput;                 // path of its standard output; empty: captured
+};
+
+/// Runs a program to its end.
+CProcessResult RunProcess(CProcessSetup const& setup);
+CProcessResult RunProcess(std::vector<std::string> arguments);
+
+/// Runs ffmpeg quietly with `arguments`; throws when it fails.
+void Ffmpeg(std::vector<std::string> const& arguments);
