@@ -7,6 +7,7 @@
 #include "engine/ProfileResults.h"
 
 #include "base/IArchive.h"
+#include "engine/ImpactPoints.h"
 
 #include <utility>
 
@@ -38,6 +39,14 @@ void CProfileResults::AddOutroBeatMixSproc(std::uint64_t position) {
 void CProfileResults::EraseBeatMixSprocs() {
     m_vIntroSprockets.RemoveAll();
     m_vOutroSprockets.RemoveAll();
+}
+
+void CProfileResults::AddMeasMarks(CPfImpactPoints const* points) {
+    m_vMeasMarks.RemoveAll();
+    std::int64_t position = 0;
+    for (std::int32_t i = 0; points->EnumMeasStartMarks(i, &position); ++i) {
+        m_vMeasMarks.Add(position);
+    }
 }
 
 void CProfileResults::AddBeatPatterns(CPfBeatPattern const* a, CPfBeatPattern const* b) {
