@@ -9,8 +9,13 @@
 
 #include "engine/ProfileBuilder.h"
 
+#include "engine/BeatBuilder.h"
+#include "engine/BpmDetector.h"
 #include "engine/Fingerprint.h"
+#include "engine/ImpactFinder.h"
+#include "engine/ImpactPoints.h"
 #include "engine/KeyDetector.h"
+#include "engine/MixParamGen.h"
 #include "engine/NoteDetector.h"
 #include "engine/PcmReader.h"
 #include "engine/PcmThumbnail.h"
@@ -19,13 +24,22 @@
 #include "engine/Profiler.h"
 #include "engine/ThumbnailBuilder.h"
 
+#include <algorithm>
 #include <array>
 #include <new>
+#include <optional>
 
 namespace {
 
 constexpr double kWorkingRate = 44100.0;    // Fixed: rate of the stages, in samples per second.
 constexpr std::uint16_t kFrameLength = 256; // Fixed: samples per element of the energy.
+
+constexpr std::uint16_t kOnsetsPerMeasure = 4; // Fixed: resolution of the onset searches.
+constexpr std::uint16_t kHoodDivisor = 2;      // Fixed: hoods of half a measure.
+constexpr std::uint16_t kFadePoints = 12;      // Fixed: length of the fade curve.
+constexpr std::int32_t kFadeLevelStep = -600;  // Fixed: attenuation from one point to the next.
+constexpr std::int32_t kFadeFallLimit = -600;  // Fixed: attenuation of a second at most.
+constexpr std::uint16_t kSprocketMeasures = 8; // Fixed: length of a sprocket pair in measures.
 
 // Fixed: progress behind the stages, in per cent.
 constexpr std::uint8_t kStartPercent = 0;
@@ -39,10 +53,12 @@ class CProfileRun {
 public:
     CProfileRun(CCancelFlag const* cancel, IProfileObserver* observer, CProfiler* profiler,
                 CProfileResults* results)
-        : m_pObserver(observer),
+        : m_pCancel(cancel),
+          m_pObserver(observer),
           m_pProfiler(profiler),
           m_pResults(results),
-          m_builder(cancel, kWorkingRate) {}
+          m_builder(cancel, kWorkingRate),
+          m_beatBuilder(cancel) {}
 
     /// The pass and what comes straight out of it. Returns: false when it was cancelled or failed.
     bool Listen(IPcmReader* reader, CFingerprint* print, CFingerprint* largePrint);
@@ -52,18 +68,29 @@ public:
 
 private:
     void ReadFormat(IPcmReader* reader);
+    void FindOnsets();
     void FindTempo();
+    void BuildGrid();
+    void PlaceMeasures();
+    void WeighSteps();
+    void FindFades();
+    void FindSprockets();
     void StoreLength();
 
+    CCancelFlag const* m_pCancel;
     IProfileObserver* m_pObserver;
     CProfiler* m_pProfiler;
     CProfileResults* m_pResults;
     CPcmThumbnailBuilder m_builder;
+    CPfBeatBuilder m_beatBuilder;
 
     std::int64_t m_nReaderCount = 0; // of the reader, in its own samples
     std::uint32_t m_nReaderRate = 1;
     CPfPcmThumbnail m_energy; // spectral energy
     CPfPcmThumbnail m_bass;   // peaks of the signal below 120 Hz
+    CPfPcmThumbnail m_peaks;  // peak-held energy
+    std::optional<CPfImpactPoints> m_onsets;
+    std::optional<CPfImpactPoints> m_beats;
     float m_fBpm = 0.0f;
 };
 
@@ -99,20 +126,104 @@ void CProfileRun::Analyse() {
     if (m_pObserver != nullptr) {
         m_pObserver->OnThumbnails(m_energy, m_bass);
     }
+    FindOnsets();
     m_pProfiler->SendProfileProgress(kOnsetsPercent);
     FindTempo();
-    m_pResults->SetBpm(m_fBpm);
+    BuildGrid();
+    PlaceMeasures();
     m_pProfiler->SendProfileProgress(kMeasuresPercent);
+    WeighSteps();
+    FindFades();
+    FindSprockets();
     StoreLength();
     m_pProfiler->SendProfileProgress(kDonePercent);
 }
 
+void CProfileRun::FindOnsets() {
+    m_peaks = m_energy;
+    (void)m_builder.PeakHoldThumbnail(&m_peaks);
+    m_onsets.emplace(m_energy.GetSampleRate(), m_energy.GetSampleCount());
+    CPfImpactFinder(m_pCancel).BuildImpactPoints(&m_peaks, kOnsetsPerMeasure, &*m_onsets);
+    if (m_pObserver != nullptr) {
+        m_pObserver->OnImpactPoints(*m_onsets);
+    }
+}
+
 void CProfileRun::FindTempo() {
+    m_fBpm = CPfBpmDetector(m_pCancel).DetectBaseBpm(&*m_onsets);
+    if (m_pObserver != nullptr) {
+        m_pObserver->OnBaseBpm(m_fBpm);
+    }
+    CPfPcmThumbnail smooth(m_bass);
+    (void)m_builder.SmoothThumbnail(&smooth);
+    CPfImpactPoints bassOnsets(m_energy.GetSampleRate(), m_energy.GetSampleCount());
+    CPfImpactFinder(m_pCancel).BuildImpactPointsClassic(&smooth, kOnsetsPerMeasure, &bassOnsets);
+    m_fBpm = CPfBpmDetector::FoldUpBpm(&bassOnsets, m_fBpm);
+    if (m_pObserver != nullptr) {
+        m_pObserver->OnClassicPoints(bassOnsets);
+        m_pObserver->OnFoldedBpm(m_fBpm);
+    }
     CProfileBuilder::ShortClipBpmUpdate(m_energy.GetSampleCount(), m_energy.GetSampleRate(),
                                         &m_fBpm);
     if (m_pObserver != nullptr) {
         m_pObserver->OnShortClipBpm(m_fBpm);
     }
+}
+
+void CProfileRun::BuildGrid() {
+    m_beats.emplace(m_energy.GetSampleRate(), m_energy.GetSampleCount());
+    (void)m_beatBuilder.BuildBeatPointsAlt(&m_energy, &m_peaks, &m_fBpm, &*m_beats);
+    m_pResults->SetBpm(m_fBpm);
+    if (m_pObserver != nullptr) {
+        m_pObserver->OnBeats(*m_beats);
+    }
+}
+
+void CProfileRun::PlaceMeasures() {
+    CPfPcmThumbnail attacks(m_bass);
+    (void)m_builder.PeakHoldThumbnail(&attacks);
+    // Deliberate: no tempo has been applied to the copy yet, so this changes nothing.
+    (void)m_builder.ApplyPeakHoods(&attacks, kHoodDivisor);
+    attacks.ApplyBpm(m_fBpm);
+    (void)CPfBeatBuilder::BuildMeasStartMarks(&m_bass, &attacks, &*m_beats);
+
+    CPfImpactPoints marks(*m_beats);
+    (void)CPfBeatBuilder::BuildExtMeasStartMarks(&marks);
+    m_pResults->AddMeasMarks(&marks);
+}
+
+void CProfileRun::WeighSteps() {
+    CPfBeatPattern patternA;
+    CPfBeatPattern patternB;
+    (void)CPfBeatBuilder::BuildBeatPattern(&m_energy, &*m_beats, &patternA);
+    (void)CPfBeatBuilder::BuildBeatPattern(&m_bass, &*m_beats, &patternB);
+    m_pResults->AddBeatPatterns(&patternA, &patternB);
+}
+
+void CProfileRun::FindFades() {
+    CPfPcmThumbnail smooth(m_energy);
+    (void)m_builder.SmoothThumbnail(&smooth);
+    smooth.ApplyBpm(m_fBpm);
+    std::int64_t const introEnd = CPfMixParamGen::FindIntroEnd(&smooth);
+    std::int64_t const outroStart = CPfMixParamGen::FindOutroStart(&smooth);
+    m_pResults->SetIntroEnd(introEnd);
+    m_pResults->SetOutroStart(std::max(introEnd, outroStart));
+    m_pResults->SetPeakLevel(smooth.GetMaxRunningMeasAvg());
+    std::array<std::uint64_t, kFadePoints> points{};
+    (void)CPfMixParamGen::BuildIntroFadePoints(points.data(), kFadePoints, kFadeLevelStep,
+                                               kFadeFallLimit, &smooth, introEnd);
+    for (std::uint64_t const point : points) {
+        m_pResults->AddIntroFadePoint(point);
+    }
+}
+
+void CProfileRun::FindSprockets() {
+    CPfPcmThumbnail level(m_energy);
+    // Deliberate: as in PlaceMeasures, no tempo yet, so the hoods change nothing.
+    (void)m_builder.ApplyPeakHoods(&level, kHoodDivisor);
+    level.ApplyBpm(m_fBpm);
+    (void)CPfMixParamGen::BuildBeatMixSprockets(&level, &*m_beats, kSprocketMeasures, m_pCancel,
+                                                m_pResults);
 }
 
 void CProfileRun::StoreLength() {
