@@ -116,20 +116,20 @@ float CPfPcmThumbnail::GetMaxRangeValue(std::int32_t first, std::int32_t last) c
 
 float CPfPcmThumbnail::GetAvgValueBetwImpPts(CPfImpactPoints const* points, std::int32_t a,
                                              std::int32_t b) const {
-    std::int64_t position = 0;
     std::int64_t first = 0;
+    std::int64_t last = std::int64_t{m_nCount} - 1;
+    std::int64_t position = 0;
     if (points->EnumPoints(a, &position)) {
         first = std::max<std::int64_t>(position / m_nSamplesPerElement, 0);
     }
-    std::int64_t last = std::int64_t{m_nCount} - 1;
     if (points->EnumPoints(b, &position)) {
         last = std::min(position / m_nSamplesPerElement, last);
     }
     float sum = 0.0f;
     for (std::int64_t i = first; i <= last; ++i) {
-        sum += GetAt(static_cast<std::int32_t>(i));
+        sum += m_pElements[static_cast<std::size_t>(i)];
     }
-    // Deliberate: the distance, not the number of elements; points on one element divide by 0.
+    // Deliberate: the divisor is the distance, one less than the elements summed; it may be 0.
     return sum / static_cast<float>(last - first);
 }
 

@@ -2,14 +2,21 @@
 // SPDX-License-Identifier: MIT
 //
 // BuildProfile
-//   CProfileRun::Listen            the pass over the audio: energy, notes, prints, key
+//   CProfileRun::Listen        the pass over the audio: energy, notes, prints, key
 //   CProfileRun::Analyse
-//     FindTempo                    the rule for short clips
-//     StoreLength                  sample count, translation to the reader's rate
+//     FindOnsets               onsets in the held energy
+//     FindTempo                tempo of the onsets, octave fold, rule for short clips
+//     FindBeats                grid and refined tempo, which is the one reported
+//     MarkMeasures             first downbeat, then every measure
+//     WeighBeats               accent patterns
+//     FindIntroAndOutro        intro, outro, fade points
+//     FindSprockets            mix points
+//     StoreLength              sample count, translation to the reader's rate
 
 #include "engine/ProfileBuilder.h"
 
 #include "engine/BeatBuilder.h"
+#include "engine/BeatPattern.h"
 #include "engine/BpmDetector.h"
 #include "engine/Fingerprint.h"
 #include "engine/ImpactFinder.h"
@@ -27,19 +34,17 @@
 #include <algorithm>
 #include <array>
 #include <new>
-#include <optional>
 
 namespace {
 
-constexpr double kWorkingRate = 44100.0;    // Fixed: rate of the stages, in samples per second.
-constexpr std::uint16_t kFrameLength = 256; // Fixed: samples per element of the energy.
-
-constexpr std::uint16_t kOnsetsPerMeasure = 4; // Fixed: resolution of the onset searches.
+constexpr double kWorkingRate = 44100.0;       // Fixed: rate of the stages, samples per second.
+constexpr std::uint16_t kFrameLength = 256;    // Fixed: samples per element of the energy.
+constexpr std::uint16_t kPointsPerMeasure = 4; // Fixed: onsets wanted, one a beat.
 constexpr std::uint16_t kHoodDivisor = 2;      // Fixed: hoods of half a measure.
-constexpr std::uint16_t kFadePoints = 12;      // Fixed: length of the fade curve.
-constexpr std::int32_t kFadeLevelStep = -600;  // Fixed: attenuation from one point to the next.
-constexpr std::int32_t kFadeFallLimit = -600;  // Fixed: attenuation of a second at most.
-constexpr std::uint16_t kSprocketMeasures = 8; // Fixed: length of a sprocket pair in measures.
+constexpr std::uint16_t kFadePoints = 12;      // Fixed: 0 down to -6600.
+constexpr std::int32_t kFadeStep = -600;       // Fixed: attenuation from point to point.
+constexpr std::int32_t kFadeLimit = -600;      // Fixed: steepest fade in a second.
+constexpr std::uint16_t kSprocketMeasures = 8; // Fixed: length of a mix.
 
 // Fixed: progress behind the stages, in per cent.
 constexpr std::uint8_t kStartPercent = 0;
@@ -57,8 +62,7 @@ public:
           m_pObserver(observer),
           m_pProfiler(profiler),
           m_pResults(results),
-          m_builder(cancel, kWorkingRate),
-          m_beatBuilder(cancel) {}
+          m_builder(cancel, kWorkingRate) {}
 
     /// The pass and what comes straight out of it. Returns: false when it was cancelled or failed.
     bool Listen(IPcmReader* reader, CFingerprint* print, CFingerprint* largePrint);
@@ -70,27 +74,31 @@ private:
     void ReadFormat(IPcmReader* reader);
     void FindOnsets();
     void FindTempo();
-    void BuildGrid();
-    void PlaceMeasures();
-    void WeighSteps();
-    void FindFades();
+    void FoldTempo();
+    void FindBeats();
+    void MarkMeasures();
+    void WeighBeats();
+    void FindIntroAndOutro();
     void FindSprockets();
     void StoreLength();
 
+    [[nodiscard]] CPfImpactPoints NewPoints() const {
+        return {m_energy.GetSampleRate(), m_energy.GetSampleCount()};
+    }
+
     CCancelFlag const* m_pCancel;
-    IProfileObserver* m_pObserver;
+    IProfileObserver* m_pObserver; // may be null
     CProfiler* m_pProfiler;
     CProfileResults* m_pResults;
     CPcmThumbnailBuilder m_builder;
-    CPfBeatBuilder m_beatBuilder;
 
     std::int64_t m_nReaderCount = 0; // of the reader, in its own samples
     std::uint32_t m_nReaderRate = 1;
-    CPfPcmThumbnail m_energy; // spectral energy
-    CPfPcmThumbnail m_bass;   // peaks of the signal below 120 Hz
-    CPfPcmThumbnail m_peaks;  // peak-held energy
-    std::optional<CPfImpactPoints> m_onsets;
-    std::optional<CPfImpactPoints> m_beats;
+    CPfPcmThumbnail m_energy;     // spectral energy
+    CPfPcmThumbnail m_bass;       // peaks of the signal below 120 Hz
+    CPfPcmThumbnail m_heldEnergy; // the energy with its peaks held
+    CPfImpactPoints m_onsets{0, 0};
+    CPfImpactPoints m_beats{0, 0};
     float m_fBpm = 0.0f;
 };
 
@@ -129,40 +137,34 @@ void CProfileRun::Analyse() {
     FindOnsets();
     m_pProfiler->SendProfileProgress(kOnsetsPercent);
     FindTempo();
-    BuildGrid();
-    PlaceMeasures();
+    FindBeats();
+    MarkMeasures();
     m_pProfiler->SendProfileProgress(kMeasuresPercent);
-    WeighSteps();
-    FindFades();
+    WeighBeats();
+    FindIntroAndOutro();
     FindSprockets();
     StoreLength();
     m_pProfiler->SendProfileProgress(kDonePercent);
 }
 
 void CProfileRun::FindOnsets() {
-    m_peaks = m_energy;
-    (void)m_builder.PeakHoldThumbnail(&m_peaks);
-    m_onsets.emplace(m_energy.GetSampleRate(), m_energy.GetSampleCount());
-    CPfImpactFinder(m_pCancel).BuildImpactPoints(&m_peaks, kOnsetsPerMeasure, &*m_onsets);
+    m_heldEnergy = m_energy;
+    (void)m_builder.PeakHoldThumbnail(&m_heldEnergy);
+    m_onsets = NewPoints();
+    CPfImpactFinder const finder(m_pCancel);
+    (void)finder.BuildImpactPoints(&m_heldEnergy, kPointsPerMeasure, &m_onsets);
     if (m_pObserver != nullptr) {
-        m_pObserver->OnImpactPoints(*m_onsets);
+        m_pObserver->OnImpactPoints(m_onsets);
     }
 }
 
 void CProfileRun::FindTempo() {
-    m_fBpm = CPfBpmDetector(m_pCancel).DetectBaseBpm(&*m_onsets);
+    CPfBpmDetector const detector(m_pCancel);
+    m_fBpm = detector.DetectBaseBpm(&m_onsets);
     if (m_pObserver != nullptr) {
         m_pObserver->OnBaseBpm(m_fBpm);
     }
-    CPfPcmThumbnail smooth(m_bass);
-    (void)m_builder.SmoothThumbnail(&smooth);
-    CPfImpactPoints bassOnsets(m_energy.GetSampleRate(), m_energy.GetSampleCount());
-    CPfImpactFinder(m_pCancel).BuildImpactPointsClassic(&smooth, kOnsetsPerMeasure, &bassOnsets);
-    m_fBpm = CPfBpmDetector::FoldUpBpm(&bassOnsets, m_fBpm);
-    if (m_pObserver != nullptr) {
-        m_pObserver->OnClassicPoints(bassOnsets);
-        m_pObserver->OnFoldedBpm(m_fBpm);
-    }
+    FoldTempo();
     CProfileBuilder::ShortClipBpmUpdate(m_energy.GetSampleCount(), m_energy.GetSampleRate(),
                                         &m_fBpm);
     if (m_pObserver != nullptr) {
@@ -170,37 +172,53 @@ void CProfileRun::FindTempo() {
     }
 }
 
-void CProfileRun::BuildGrid() {
-    m_beats.emplace(m_energy.GetSampleRate(), m_energy.GetSampleCount());
-    (void)m_beatBuilder.BuildBeatPointsAlt(&m_energy, &m_peaks, &m_fBpm, &*m_beats);
-    m_pResults->SetBpm(m_fBpm);
+void CProfileRun::FoldTempo() {
+    CPfPcmThumbnail smooth(m_bass);
+    (void)m_builder.SmoothThumbnail(&smooth);
+    CPfImpactPoints classic = NewPoints();
+    CPfImpactFinder const finder(m_pCancel);
+    (void)finder.BuildImpactPointsClassic(&smooth, kPointsPerMeasure, &classic);
+    m_fBpm = CPfBpmDetector::FoldUpBpm(&classic, m_fBpm);
     if (m_pObserver != nullptr) {
-        m_pObserver->OnBeats(*m_beats);
+        m_pObserver->OnClassicPoints(classic);
+        m_pObserver->OnFoldedBpm(m_fBpm);
     }
 }
 
-void CProfileRun::PlaceMeasures() {
+void CProfileRun::FindBeats() {
+    m_beats = NewPoints();
+    CPfBeatBuilder beats(m_pCancel);
+    (void)beats.BuildBeatPointsAlt(&m_energy, &m_heldEnergy, &m_fBpm, &m_beats);
+    m_pResults->SetBpm(m_fBpm);
+    if (m_pObserver != nullptr) {
+        m_pObserver->OnBeats(m_beats);
+    }
+}
+
+void CProfileRun::MarkMeasures() {
     CPfPcmThumbnail attacks(m_bass);
     (void)m_builder.PeakHoldThumbnail(&attacks);
-    // Deliberate: no tempo has been applied to the copy yet, so this changes nothing.
+    // Deliberate: the hoods come before the tempo that they take their length from and so change
+    // nothing.
     (void)m_builder.ApplyPeakHoods(&attacks, kHoodDivisor);
     attacks.ApplyBpm(m_fBpm);
-    (void)CPfBeatBuilder::BuildMeasStartMarks(&m_bass, &attacks, &*m_beats);
+    (void)CPfBeatBuilder::BuildMeasStartMarks(&m_bass, &attacks, &m_beats);
 
-    CPfImpactPoints marks(*m_beats);
-    (void)CPfBeatBuilder::BuildExtMeasStartMarks(&marks);
-    m_pResults->AddMeasMarks(&marks);
+    CPfImpactPoints measures = NewPoints();
+    measures = m_beats;
+    (void)CPfBeatBuilder::BuildExtMeasStartMarks(&measures);
+    m_pResults->AddMeasMarks(&measures);
 }
 
-void CProfileRun::WeighSteps() {
-    CPfBeatPattern patternA;
-    CPfBeatPattern patternB;
-    (void)CPfBeatBuilder::BuildBeatPattern(&m_energy, &*m_beats, &patternA);
-    (void)CPfBeatBuilder::BuildBeatPattern(&m_bass, &*m_beats, &patternB);
-    m_pResults->AddBeatPatterns(&patternA, &patternB);
+void CProfileRun::WeighBeats() {
+    CPfBeatPattern energyPattern;
+    CPfBeatPattern bassPattern;
+    (void)CPfBeatBuilder::BuildBeatPattern(&m_energy, &m_beats, &energyPattern);
+    (void)CPfBeatBuilder::BuildBeatPattern(&m_bass, &m_beats, &bassPattern);
+    m_pResults->AddBeatPatterns(&energyPattern, &bassPattern);
 }
 
-void CProfileRun::FindFades() {
+void CProfileRun::FindIntroAndOutro() {
     CPfPcmThumbnail smooth(m_energy);
     (void)m_builder.SmoothThumbnail(&smooth);
     smooth.ApplyBpm(m_fBpm);
@@ -209,26 +227,27 @@ void CProfileRun::FindFades() {
     m_pResults->SetIntroEnd(introEnd);
     m_pResults->SetOutroStart(std::max(introEnd, outroStart));
     m_pResults->SetPeakLevel(smooth.GetMaxRunningMeasAvg());
+
     std::array<std::uint64_t, kFadePoints> points{};
-    (void)CPfMixParamGen::BuildIntroFadePoints(points.data(), kFadePoints, kFadeLevelStep,
-                                               kFadeFallLimit, &smooth, introEnd);
+    (void)CPfMixParamGen::BuildIntroFadePoints(points.data(), kFadePoints, kFadeStep, kFadeLimit,
+                                               &smooth, introEnd);
     for (std::uint64_t const point : points) {
         m_pResults->AddIntroFadePoint(point);
     }
 }
 
 void CProfileRun::FindSprockets() {
-    CPfPcmThumbnail level(m_energy);
-    // Deliberate: as in PlaceMeasures, no tempo yet, so the hoods change nothing.
-    (void)m_builder.ApplyPeakHoods(&level, kHoodDivisor);
-    level.ApplyBpm(m_fBpm);
-    (void)CPfMixParamGen::BuildBeatMixSprockets(&level, &*m_beats, kSprocketMeasures, m_pCancel,
+    CPfPcmThumbnail envelope(m_energy);
+    // Deliberate: without a tempo yet, as for the measures; and the peaks are not held.
+    (void)m_builder.ApplyPeakHoods(&envelope, kHoodDivisor);
+    envelope.ApplyBpm(m_fBpm);
+    (void)CPfMixParamGen::BuildBeatMixSprockets(&envelope, &m_beats, kSprocketMeasures, m_pCancel,
                                                 m_pResults);
 }
 
 void CProfileRun::StoreLength() {
     m_pResults->SetSampleCount(m_nReaderCount);
-    m_pResults->SetSampleRate(m_nReaderRate, m_energy.GetSampleRate());
+    m_pResults->SetSampleRate(m_nReaderRate, m_heldEnergy.GetSampleRate());
 }
 
 } // namespace
@@ -244,6 +263,7 @@ std::int32_t CProfileBuilder::BuildProfile(CProfiler* profiler, IPcmReader* read
         }
     } catch (std::bad_alloc const&) {
         // Without memory the record keeps what it has; nothing is thrown out of the engine.
+        return 0;
     }
     return 0;
 }

@@ -3,6 +3,7 @@
 
 #include "engine/PcmThumbnail.h"
 
+#include "engine/ImpactPoints.h"
 #include "support/FailingAllocation.h"
 
 #include <cmath>
@@ -264,4 +265,50 @@ TEST(PcmThumbnailTest, AnAssignmentWithoutMemoryLeavesTheTargetEmpty) {
     EXPECT_EQ(target.GetMaxRunningMeasAvg(), 0.0f);
     EXPECT_EQ(target.GetElePerMeas(0.0f), 0U);
     EXPECT_EQ(target.GetSampleCount(), 3);
+}
+
+TEST(PcmThumbnailTest, PinsAverageBetweenPointsDividesByTheDistance) {
+    // Points at samples 4 and 12, four samples per element: elements 1 to 3, 2 apart.
+    CPfPcmThumbnail thumb;
+    ASSERT_TRUE(thumb.Initialize(20, 44100, 4));
+    thumb.SetAt(0, 100.0f);
+    thumb.SetAt(1, 1.0f);
+    thumb.SetAt(2, 2.0f);
+    thumb.SetAt(3, 4.0f);
+    thumb.SetAt(4, 100.0f);
+    CPfImpactPoints points(44100, 20);
+    points.Add(4);
+    points.Add(12);
+    points.Add(15); // in element 3 as well
+    EXPECT_EQ(thumb.GetAvgValueBetwImpPts(&points, 0, 1), 3.5f);
+    EXPECT_TRUE(std::isinf(thumb.GetAvgValueBetwImpPts(&points, 1, 2))); // 4 / 0
+    thumb.SetAt(3, 0.0f);
+    EXPECT_TRUE(std::isnan(thumb.GetAvgValueBetwImpPts(&points, 1, 2))); // 0 / 0
+}
+
+TEST(PcmThumbnailTest, AverageOfMissingPointsGoesToTheEnds) {
+    CPfPcmThumbnail const thumb = Thumbnail({1.0f, 2.0f, 3.0f, 6.0f});
+    CPfImpactPoints points(44100, 4);
+    points.Add(1);
+    points.Add(2);
+    points.Add(9);
+    points.Add(-5);
+    EXPECT_EQ(thumb.GetAvgValueBetwImpPts(&points, 7, 1), 3.0f);  // 0..2: 6 / 2
+    EXPECT_EQ(thumb.GetAvgValueBetwImpPts(&points, 0, 7), 5.5f);  // 1..3: 11 / 2
+    EXPECT_EQ(thumb.GetAvgValueBetwImpPts(&points, -1, 7), 4.0f); // 0..3: 12 / 3
+    EXPECT_EQ(thumb.GetAvgValueBetwImpPts(&points, 1, 2), 9.0f);  // 2..3, held to the end: 9 / 1
+    EXPECT_EQ(thumb.GetAvgValueBetwImpPts(&points, 3, 1), 3.0f);  // from 0 on: 6 / 2
+}
+
+TEST(PcmThumbnailTest, AverageOfABackwardRangeIsZero) {
+    CPfPcmThumbnail const thumb = Thumbnail({1.0f, 2.0f, 3.0f, 6.0f});
+    CPfImpactPoints points(44100, 4);
+    points.Add(3);
+    points.Add(1);
+    points.Add(-9);
+    points.Add(50);
+    EXPECT_EQ(thumb.GetAvgValueBetwImpPts(&points, 0, 1), 0.0f); // 0 / -2
+    EXPECT_EQ(thumb.GetAvgValueBetwImpPts(&points, 0, 2), 0.0f); // 0 / -12
+    EXPECT_EQ(thumb.GetAvgValueBetwImpPts(&points, 3, 0), 0.0f); // starts behind the end
+    EXPECT_EQ(CPfPcmThumbnail().GetAvgValueBetwImpPts(&points, 7, 7), 0.0f); // 0 / -1
 }
