@@ -50,6 +50,7 @@ void InsertionSort(std::span<std::int64_t> values, std::size_t gap) {
 std::optional<std::size_t> NearestOfAny(std::span<std::int64_t const> values,
                                         std::int64_t position) {
     std::optional<std::size_t> best;
+    // Deliberate: the search starts from a far position of no point, which a point must beat.
     std::uint64_t nearest = Distance(kNoPoint, position);
     for (std::size_t i = 0; i < values.size(); ++i) {
         std::uint64_t const distance = Distance(values[i], position);
@@ -83,8 +84,7 @@ std::uint32_t CalcSortStepSize(std::uint32_t n) {
     if (n < kSmallestGappedCount) {
         return 1;
     }
-    // Deliberate: the gap stops growing here, however long the array; the order of the values is
-    // the same, only the work differs.
+    // Deliberate: the gap stops growing here, however long the array.
     if (n >= kLargestGapCount) {
         return kLargestGap;
     }
@@ -96,8 +96,7 @@ std::uint32_t CalcSortStepSize(std::uint32_t n) {
 }
 
 bool Sort(CVectorArray<std::int64_t>* values) {
-    std::span<std::int64_t> const all(values->GetData(),
-                                      static_cast<std::size_t>(values->GetCount()));
+    std::span<std::int64_t> const all(values->GetData(), values->GetCount());
     if (all.empty()) {
         return false;
     }
@@ -174,14 +173,14 @@ void CPfImpactPoints::Append(CPfImpactPoints const& other) {
 }
 
 void CPfImpactPoints::Append(CVectorArray<std::int64_t> const& positions) {
-    m_vPoints.Append(CVectorArray<std::int64_t>(positions));
-    m_bAscending = std::ranges::is_sorted(Points());
+    m_bAscending = m_bAscending && positions.IsEmpty();
+    m_vPoints.Append(positions);
 }
 
 std::span<std::int64_t const> CPfImpactPoints::Points() const {
-    return {m_vPoints.GetData(), static_cast<std::size_t>(m_vPoints.GetCount())};
+    return {m_vPoints.GetData(), m_vPoints.GetCount()};
 }
 
 std::span<std::int64_t const> CPfImpactPoints::MeasStartMarks() const {
-    return {m_vMeasStartMarks.GetData(), static_cast<std::size_t>(m_vMeasStartMarks.GetCount())};
+    return {m_vMeasStartMarks.GetData(), m_vMeasStartMarks.GetCount()};
 }
