@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -20,21 +21,23 @@ public:
 
     /// Appends every element of `other`, in order; `other` may be this array.
     void Append(CVectorArray const& other) {
-        std::size_t const count = other.m_vItems.size();
-        m_vItems.reserve(m_vItems.size() + count);
-        for (std::size_t i = 0; i < count; ++i) {
-            m_vItems.push_back(other.m_vItems[i]);
+        if (&other == this) {
+            CVectorArray const copy(other);
+            Append(copy);
+            return;
         }
+        m_vItems.insert(m_vItems.end(), other.m_vItems.begin(), other.m_vItems.end());
     }
 
     /// Inserts before the element at `index`; an index at or past the end appends, and so does a
     /// negative one, which compares as a very large unsigned number.
     void InsertAt(std::int32_t index, T const& value) {
+        std::size_t const count = m_vItems.size();
         auto const place = static_cast<std::uint32_t>(index);
-        if (place < m_vItems.size()) {
-            m_vItems.insert(m_vItems.begin() + index, value);
-        } else {
-            m_vItems.push_back(value);
+        m_vItems.push_back(value);
+        if (place < count) {
+            std::rotate(m_vItems.begin() + static_cast<std::ptrdiff_t>(place), m_vItems.end() - 1,
+                        m_vItems.end());
         }
     }
 
