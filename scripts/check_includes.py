@@ -1,0 +1,49 @@
+#!/usr/bin/env python3
+# SPDX-FileCopyrightText: 2026 The Tactus authors
+# SPDX-License-Identifier: MIT
+"""Holds the includes of src/ to the arrows of the house, and the toolkits to their rooms."""
+
+import pathlib
+import re
+import sys
+
+ROOMS = {
+    "base": {"base"},
+    "platform": {"platform", "base"},
+    "engine": {"engine", "base"},
+    "IDTag": {"IDTag", "base"},
+    "app": {"app", "engine", "IDTag", "platform", "base"},
+    "desktop": {"desktop", "app", "engine", "IDTag", "platform", "base"},
+    "cli": {"cli", "app", "engine", "IDTag", "platform", "base"},
+}
+# What only these files may include, by the start of the header's name.
+TOOLKITS = {
+    r"Q[A-Z]|Qt": lambda path: path.parts[1] == "desktop",
+    r"lib(av|sw)": lambda path: path.as_posix() == "src/platform/AudioDecoder.cpp",
+}
+INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]', re.M)
+
+
+def complaints(root):
+    for path in sorted((root / "src").rglob("*")):
+        if path.suffix not in {".h", ".cpp"}:
+            continue
+        path = path.relative_to(root)
+        room = path.parts[1]
+        for quote, name in INCLUDE.findall((root / path).read_text(encoding="utf-8")):
+            target = name.split("/")[0]
+            if quote == '"' and "/" in name and target not in ROOMS[room]:
+                yield f"{path}: includes {name}, which {room} does not reach"
+            for start, allowed in TOOLKITS.items():
+                if re.match(start, name) and not allowed(path):
+                    yield f"{path}: includes {name}, which belongs to another room"
+
+
+def main():
+    found = list(complaints(pathlib.Path(__file__).resolve().parent.parent))
+    print("\n".join(found) if found else "includes: every arrow points down")
+    return 1 if found else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

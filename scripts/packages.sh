@@ -1,0 +1,57 @@
+# shellcheck shell=bash
+# SPDX-FileCopyrightText: 2026 The Tactus authors
+# SPDX-License-Identifier: MIT
+#
+# Debian 12 packages that Tactus needs, by purpose, and how to install the missing ones. Sourced by
+# run.sh, test.sh and .ci/run.
+
+# To build the program: compiler, decoder, text and command-line libraries.
+PACKAGES_BUILD=(
+    ca-certificates cmake g++ ninja-build pkg-config
+    libavcodec-dev libavformat-dev libavutil-dev libswresample-dev
+    libutf8proc-dev libcli11-dev nlohmann-json3-dev
+)
+
+# To build and show the window. The last two let it come up on a bare machine and draw text.
+PACKAGES_DESKTOP=(
+    qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools linguist-qt6
+    qt6-wayland fonts-dejavu-core
+)
+
+# To run the tests: frameworks, encoders of other makers, independent tag readers, a display.
+PACKAGES_TEST=(
+    libgtest-dev libgmock-dev ffmpeg python3 python3-mutagen eyed3 id3v2 jq attr
+    xvfb openbox xdotool x11-utils procps
+)
+
+# To check the code: another compiler, its sanitizers and fuzzer, formatting, static analysis.
+PACKAGES_CHECK=(
+    clang-14 clang-format-14 clang-tidy-14 clang-tools-14 libclang-rt-14-dev
+    libbenchmark-dev git
+)
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    elif command -v sudo >/dev/null; then
+        sudo "$@"
+    else
+        echo "Installing packages needs root or sudo." >&2
+        return 1
+    fi
+}
+
+# install_missing PACKAGE...: installs those that aren't there, and asks for lists only then.
+install_missing() {
+    local missing=() name
+    for name in "$@"; do
+        if [ "$(dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null)" != installed ]; then
+            missing+=("$name")
+        fi
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    echo "Installing: ${missing[*]}" >&2
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get update -q >/dev/null &&
+        as_root env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -y -q --no-install-recommends "${missing[@]}" >/dev/null
+}
