@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "base/CancelFlag.h"
+#include "platform/DecodedAudio.h"
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <string>
+
+class CBPMFile;
+class CString;
+class CProfileBuilder;
+class MacThread;
+
+/// Analyses one file per call of `Analyze` on a worker of its own: decodes it, profiles it and
+/// posts what came out to the process's notification centre, from the worker:
+/// `kFileProgressNotification` while it runs, `kFileCompleteNotification` once with the tempo as
+/// text ("%3.2f", "0.00" when there is none), and `kAnalysisCompleteNotification` at the end of
+/// every run, also of one without a file.
+///
+/// The next call may come from within a handler of the last notification, hence from the worker
+/// that is about to end: every worker first waits for those before it, so that no two run at once
+/// and no more than two thread objects exist.
+///
+/// Thread: every operation is safe from any thread. `Wait` and the destructor not on a worker.
+class CFileAnalyzer {
+public:
+    CFileAnalyzer();
+    CFileAnalyzer(CFileAnalyzer const&) = delete;
+    CFileAnalyzer& operator=(CFileAnalyzer const&) = delete;
+
+    /// Starts no further run, cancels the one in hand and waits for it.
+    virtual ~CFileAnalyzer();
+
+    /// Starts the analysis of `file`, which stays the caller's and may be null, and returns.
+    /// Returns: false when no worker could be started; nothing is posted then.
+    bool Analyze(CBPMFile* file);
+
+    /// Makes the run in hand end early. It posts its notifications all the same; what they carry
+    /// is void when `WasCancelled` says so.
+    void Cancel();
+
+    /// Waits until no run is in hand, whatever the handlers may still start meanwhile.
+    void Wait();
+
+    /// True when the last file's run was cancelled, in time or not.
+    [[nodiscard]] bool WasCancelled() const;
+
+    /// Why the last file could not be analysed, for a person; empty when it could.
+    [[nodiscard]] std::string GetFailure() const;
+
+    /// What of the last file could not be decoded although the rest was analysed; empty: nothing.
+    [[nodiscard]] std::string GetDamage() const;
+
+private:
+    static std::uint32_t AnalyzeFile(void* param);
+    void AnalyzeFile();
+    void loadAudioWithFilename(CBPMFile const* file, CCancelFlag const& cancel);
+    void ProcessFile(CBPMFile* file);
+    void WaitForOlderThreads();
+    void Await(std::shared_ptr<MacThread> const& oldest);
+    void SetBuilder(CProfileBuilder* builder);
+
+    mutable std::mutex m_lock; // Guards everything but the audio, which is the worker's.
+    CBPMFile* m_pFile = nullptr;
+    std::shared_ptr<CCancelFlag> m_pCancel;
+    CProfileBuilder* m_pBuilder = nullptr; // Of the run in hand, while it profiles.
+    std::string m_sFailure;
+    std::string m_sDamage;
+    bool m_bClosing = false;
+    std::deque<std::shared_ptr<MacThread>> m_vThreads; // Oldest first.
+
+    CDecodedAudio m_audio;
+};
+
+/// True when there is a folder at `path`.
+bool IsDirectory(CString const& path);
