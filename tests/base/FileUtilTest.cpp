@@ -6,6 +6,7 @@
 #include "base/FileManager.h"
 #include "support/TempFolder.h"
 
+#include <cstdint>
 #include <gtest/gtest.h>
 #include <string>
 
