@@ -13,6 +13,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <deque>
+#include <span>
 
 namespace {
 
@@ -50,6 +52,46 @@ std::vector<double> PhaseEnergies(CPfPcmThumbnail const& envelope, CPfImpactPoin
     return energies;
 }
 
+/// The largest of the last elements of a walk, each looked at once: only those can still become the
+/// largest that no later one has passed.
+class CSlidingMaximum {
+public:
+    CSlidingMaximum(CPfPcmThumbnail const& thumbnail, std::int64_t reach)
+        : m_pThumbnail(&thumbnail),
+          m_elements(thumbnail.Elements()),
+          m_nReach(reach),
+          m_bOrdered(std::ranges::none_of(m_elements, [](float x) { return std::isnan(x); })) {}
+
+    /// The largest of elements max(0, last - reach)..last. `last` must not fall from call to call.
+    float UpTo(std::int64_t last) {
+        if (!m_bOrdered) {
+            return m_pThumbnail->GetMaxRangeValue(
+                static_cast<std::int32_t>(std::max<std::int64_t>(0, last - m_nReach)),
+                static_cast<std::int32_t>(last));
+        }
+        for (; m_nNext <= last; ++m_nNext) {
+            while (!m_vCandidates.empty() && At(m_vCandidates.back()) <= At(m_nNext)) {
+                m_vCandidates.pop_back();
+            }
+            m_vCandidates.push_back(m_nNext);
+        }
+        while (m_vCandidates.front() < last - m_nReach) {
+            m_vCandidates.pop_front();
+        }
+        return At(m_vCandidates.front());
+    }
+
+private:
+    [[nodiscard]] float At(std::int64_t i) const { return m_elements[static_cast<std::size_t>(i)]; }
+
+    CPfPcmThumbnail const* m_pThumbnail;
+    std::span<float const> m_elements;
+    std::int64_t m_nReach;
+    bool m_bOrdered; // no NaN among the elements, which has no place in an order
+    std::int64_t m_nNext = 0;
+    std::deque<std::int64_t> m_vCandidates;
+};
+
 /// How many attacks fall nearest to a grid point of each phase. After an attack half a measure
 /// passes before the next can count.
 std::vector<std::int32_t> CountVotes(CPfPcmThumbnail const& attacks,
@@ -59,14 +101,11 @@ std::vector<std::int32_t> CountVotes(CPfPcmThumbnail const& attacks,
     std::int64_t const half = perMeasure / 2;
     std::int64_t const lead = perMeasure / kLeadFraction;
     float const level = kAttackLevel * attacks.GetMaxRunningMeasAvg();
+    CSlidingMaximum loudest(attacks, half);
     for (std::int64_t i = 0; i < attacks.GetCount(); ++i) {
         std::int64_t const behind = i - lead;
         float const value = attacks.GetAt(static_cast<std::int32_t>(i));
-        float const base =
-            behind < 1 ? 0.0f
-                       : attacks.GetMaxRangeValue(
-                             static_cast<std::int32_t>(std::max<std::int64_t>(0, behind - half)),
-                             static_cast<std::int32_t>(behind));
+        float const base = behind < 1 ? 0.0f : loudest.UpTo(behind);
         if (!(value - base > level && value - base > kAttackRatio * base)) {
             continue;
         }
