@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <vector>
 
 namespace {
@@ -41,22 +42,55 @@ std::vector<std::uint32_t> CollectPositions(CPfImpactPoints const& points, std::
     return kept;
 }
 
+/// Division of 32-bit numbers by one that stays, as a multiplication: with the reciprocal rounded
+/// up to 64 bits the quotient is exact (Granlund and Montgomery, "Division by invariant integers
+/// using multiplication", 1994).
+class CDivisor {
+public:
+    explicit CDivisor(std::uint32_t divisor)
+        : m_nDivisor(divisor),
+          m_nReciprocal(std::numeric_limits<std::uint64_t>::max() / divisor + 1) {}
+
+    [[nodiscard]] std::uint32_t Divide(std::uint32_t n) const {
+        if (m_nDivisor == 1) {
+            return n; // 2^64 does not fit into the reciprocal
+        }
+        __extension__ using Wide = unsigned __int128;
+        return static_cast<std::uint32_t>((static_cast<Wide>(m_nReciprocal) * n) >> 64);
+    }
+    [[nodiscard]] std::uint32_t Modulo(std::uint32_t n) const { return n - Divide(n) * m_nDivisor; }
+
+private:
+    std::uint32_t m_nDivisor;
+    std::uint64_t m_nReciprocal;
+};
+
 /// Highest count of any bin. A position votes for every bin that starts before its phase by less
-/// than the tolerance; nothing wraps around at the end of the period.
-std::uint16_t BestBin(std::vector<std::uint32_t> const& positions, std::uint32_t period,
-                      std::uint32_t bin) {
+/// than the tolerance; nothing wraps around at the end of the period. The bins of one position
+/// follow each other, so only the ends of its run are noted and the counts are their running sum.
+std::int32_t BestBin(std::vector<std::uint32_t> const& positions, std::uint32_t period,
+                     std::uint32_t bin) {
     std::uint32_t const tolerance = period / kToleranceFraction;
-    std::array<std::uint16_t, kBins> counts{};
+    CDivisor const byPeriod(period);
+    CDivisor const byBin(bin);
+    std::array<std::int32_t, kBins + 1> ends{};
     for (std::uint32_t const position : positions) {
-        std::uint32_t const phase = position % period;
-        std::uint32_t j = phase > tolerance ? (phase - tolerance) / bin : 0;
-        for (; j < kBins && bin * j < phase; ++j) {
-            if (phase < tolerance + bin * j) {
-                ++counts[j];
-            }
+        std::uint32_t const phase = byPeriod.Modulo(position);
+        // The first bin with phase < tolerance + start; the first with start >= phase.
+        std::uint32_t const first = phase < tolerance ? 0 : byBin.Divide(phase - tolerance) + 1;
+        std::uint32_t const end = std::min(byBin.Divide(phase + bin - 1), kBins);
+        if (first < end) {
+            ++ends[first];
+            --ends[end];
         }
     }
-    return *std::max_element(counts.begin(), counts.end());
+    std::int32_t best = 0;
+    std::int32_t count = 0;
+    for (std::uint32_t j = 0; j < kBins; ++j) {
+        count += ends[j];
+        best = std::max(best, count);
+    }
+    return best;
 }
 
 } // namespace
@@ -67,7 +101,7 @@ float CPfBpmDetector::DetectBpmWindow(CPfImpactPoints const* points, std::int64_
     if (positions.size() < 2 || divisions == 0) {
         return 0.0f;
     }
-    std::uint16_t best = 0;
+    std::int32_t best = 0;
     float bestBpm = 0.0f;
     float bpm = kSlowestTempoBpm;
     for (int candidate = 0; candidate < kCandidates && !IsCancelled(); ++candidate) {
@@ -77,7 +111,7 @@ float CPfBpmDetector::DetectBpmWindow(CPfImpactPoints const* points, std::int64_
             break;
         }
         // Deliberate: only a strictly higher count wins, so a tie goes to the slower tempo.
-        std::uint16_t const count = BestBin(positions, period, bin);
+        std::int32_t const count = BestBin(positions, period, bin);
         if (count > best) {
             best = count;
             bestBpm = bpm;

@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <functional>
 #include <gtest/gtest.h>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -283,4 +284,20 @@ TEST(ThumbnailBuilderTest, BothListenersHearEveryFrame) {
     // (44288 * 1000000 + 22050) / 44100 = 1004263 us. Wider excerpts may replace it later.
     EXPECT_GE(print->GetTime(), 1004263);
     EXPECT_EQ(print->GetValues().size(), 128U);
+}
+
+// The largest may stand in any lane or in the rest, and NaN never counts.
+TEST(ThumbnailBuilderTest, LargestAbsoluteValueAtAnyPlacePassesNanOver) {
+    for (std::uint32_t n = 1; n <= 19; ++n) {
+        for (std::uint32_t place = 0; place < n; ++place) {
+            std::vector<float> samples(n, 0.25f);
+            samples[place] = -0.5f;
+            if (place + 1 < n) {
+                samples[place + 1] = std::numeric_limits<float>::quiet_NaN();
+            }
+            EXPECT_EQ(CPcmThumbnailBuilder::GetMaxValue(samples.data(), n), 0.5f)
+                << place << " of " << n;
+        }
+    }
+    EXPECT_EQ(CPcmThumbnailBuilder::GetMaxValue(nullptr, 0), 0.0f);
 }
