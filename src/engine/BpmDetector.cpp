@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -26,6 +27,15 @@ constexpr std::int64_t kWindowSamples = 882'000; // Fixed: 20 s at 44100 Hz, at 
 constexpr std::array<std::uint16_t, 2> kDivisions = {4, 8}; // Fixed: periods to the measure.
 constexpr float kFastestFoldedBpm = 100.0f;                 // Fixed: above it nothing is doubled.
 constexpr float kHalfBeatPercent = 53.0f;                   // Fixed: share of half-beat intervals.
+
+/// start + length, held to the largest position where it would overflow.
+std::int64_t EndOfWindow(std::int64_t start, std::int64_t length) {
+    if (length <= 0) {
+        return start; // nothing lies strictly inside
+    }
+    std::int64_t const room = std::numeric_limits<std::int64_t>::max() - length;
+    return start > room ? std::numeric_limits<std::int64_t>::max() : start + length;
+}
 
 /// Low 32 bits of the first points strictly between start and end, in stored order.
 std::vector<std::uint32_t> CollectPositions(CPfImpactPoints const& points, std::int64_t start,
@@ -97,7 +107,8 @@ std::int32_t BestBin(std::vector<std::uint32_t> const& positions, std::uint32_t 
 
 float CPfBpmDetector::DetectBpmWindow(CPfImpactPoints const* points, std::int64_t start,
                                       std::int64_t length, std::uint16_t divisions) const {
-    std::vector<std::uint32_t> const positions = CollectPositions(*points, start, start + length);
+    std::vector<std::uint32_t> const positions =
+        CollectPositions(*points, start, EndOfWindow(start, length));
     if (positions.size() < 2 || divisions == 0) {
         return 0.0f;
     }
@@ -135,6 +146,10 @@ float CPfBpmDetector::DetectBaseBpm(CPfImpactPoints const* points) const {
             return 0.0f;
         }
     }
+    return UpperMedian(std::move(tempos));
+}
+
+float CPfBpmDetector::UpperMedian(std::vector<float> tempos) {
     if (tempos.empty()) {
         return 0.0f;
     }

@@ -6,6 +6,7 @@
 #include "base/CancelFlag.h"
 
 #include <cstdint>
+#include <vector>
 
 class CPfImpactPoints;
 
@@ -28,6 +29,9 @@ public:
     /// Twice the tempo when it is at most 100 and more than 53 % of the intervals between
     /// consecutive points are half a beat long, within a fifth; else the tempo.
     static float FoldUpBpm(CPfImpactPoints const* points, float bpm);
+
+    /// Element n / 2 of the n tempos in ascending order; 0 when there are none.
+    [[nodiscard]] static float UpperMedian(std::vector<float> tempos);
 
 private:
     [[nodiscard]] bool IsCancelled() const { return m_pCancel != nullptr && m_pCancel->IsSet(); }
