@@ -52,7 +52,7 @@ void AppendText(wchar_t const* text, Bytes& out) {
     out.insert(out.end(), {0xFF, 0xFE});
     for (; *text != 0; ++text) {
         // Deliberate: a character above U+FFFF is cut to its low 16 bits, not paired.
-        auto const unit = static_cast<std::uint16_t>(*text);
+        auto const unit = static_cast<std::uint32_t>(*text & 0xFFFF);
         out.push_back(static_cast<std::uint8_t>(unit));
         out.push_back(static_cast<std::uint8_t>(unit >> 8U));
     }

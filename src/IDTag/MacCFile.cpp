@@ -4,6 +4,7 @@
 #include "IDTag/MacCFile.h"
 
 #include "base/Assertion.h"
+#include "base/FileManager.h"
 
 #include <algorithm>
 #include <fcntl.h>
@@ -148,7 +149,7 @@ std::uint32_t CFile::Write(void const* buffer, std::uint32_t count) {
 }
 
 std::uint32_t CFile::GetPosition() const {
-    TACTUS_ASSERT(kLabel, m_pfile != NULL);
+    TACTUS_ASSERT_TEXT(kLabel, m_pfile != nullptr, "m_pfile != NULL");
     return Position32(Position());
 }
 
@@ -167,9 +168,9 @@ void CFile::Abort() {
 }
 
 void CFile::Remove(wchar_t const* path) {
-    (void)::unlink(CString(path).ToPath().c_str());
+    (void)CFileManager::Remove(CString(path));
 }
 
 void CFile::Rename(wchar_t const* from, wchar_t const* to) {
-    (void)::rename(CString(from).ToPath().c_str(), CString(to).ToPath().c_str());
+    (void)CFileManager::Rename(CString(from), CString(to));
 }

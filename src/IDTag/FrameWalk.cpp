@@ -1,0 +1,104 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "IDTag/FrameWalk.h"
+
+#include "IDTag/FrameIds.h"
+#include "IDTag/TagBytes.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+constexpr std::uint8_t kExtendedHeader = 0x40;            // Standard: ID3v2.3.0, section 3.1.
+constexpr std::uint32_t kLongestExtendedHeaderBytes = 14; // Standard: ID3v2.3.0, section 3.2.
+constexpr std::uint32_t kExtendedSizeBytes = 4;           // Standard: ID3v2.3.0, section 3.2.
+constexpr std::uint32_t kOldHeaderBytes = 6;              // Standard: ID3v2.2.0, section 3.2.
+constexpr std::uint32_t kOldIdBytes = 3;                  // Standard: ID3v2.2.0, section 3.2.
+constexpr char kOldPictureId[] = "PIC";                   // Standard: ID3v2.2.0, section 4.15.
+
+} // namespace
+
+CFrameWalk::CFrameWalk(CTagImage const& image) : m_image(image), m_nOffset(StartOffset()) {
+}
+
+std::uint32_t CFrameWalk::StartOffset() const {
+    // Deliberate: version 2.4's extended header isn't skipped, and version 2.3's is skipped
+    // without the four bytes of its size.
+    if ((m_image.Flags() & kExtendedHeader) == 0 || m_image.Version() != 3) {
+        return 0;
+    }
+    std::uint8_t size[kExtendedSizeBytes] = {};
+    if (m_image.m_nBodyBytes > 0) {
+        std::memcpy(size, m_image.m_pBody.get(),
+                    std::min(m_image.m_nBodyBytes, kExtendedSizeBytes));
+    }
+    return ReadSyncsafe(size);
+}
+
+bool CFrameWalk::Next(CFoundFrame* found) {
+    return m_image.Version() == 2 ? NextOld(found) : NextPlain(found);
+}
+
+bool CFrameWalk::NextOld(CFoundFrame* found) {
+    if (std::uint64_t{m_nOffset} + kOldHeaderBytes >= m_image.m_nBodyBytes) {
+        return false;
+    }
+    std::uint8_t const* const header = m_image.m_pBody.get() + m_nOffset;
+    if (header[0] == 0) {
+        return false;
+    }
+    *found = CFoundFrame();
+    auto const* const oldId = reinterpret_cast<char const*>(header);
+    char const* const id = FindV3FrameId(oldId);
+    if (id == nullptr) {
+        found->m_bKnownId = false;
+        return true;
+    }
+    std::memcpy(found->m_header.m_sId, id, kFrameIdBytes);
+    found->m_bOldPicture = std::strncmp(oldId, kOldPictureId, kOldIdBytes) == 0;
+    std::uint8_t const size[4] = {0, header[3], header[4], header[5]};
+    return TakeBody(kOldHeaderBytes, ReadBigEndian(size), found);
+}
+
+bool CFrameWalk::NextPlain(CFoundFrame* found) {
+    if (std::uint64_t{m_nOffset} + kFrameHeaderBytes >= m_image.m_nBodyBytes) {
+        return false;
+    }
+    std::uint8_t const* const header = m_image.m_pBody.get() + m_nOffset;
+    if (header[0] == 0) {
+        return false;
+    }
+    *found = CFoundFrame();
+    std::memcpy(&found->m_header, header, kFrameHeaderBytes);
+    std::uint8_t const* const size = found->m_header.m_nBodyBytes;
+    return TakeBody(kFrameHeaderBytes,
+                    m_image.Version() == 3 ? ReadBigEndian(size) : ReadSyncsafe(size), found);
+}
+
+bool CFrameWalk::TakeBody(std::uint32_t headerBytes, std::uint64_t size, CFoundFrame* found) {
+    std::uint64_t const end = m_nOffset + headerBytes + size;
+    if (size == 0 || end > m_image.m_nBodyBytes) {
+        return false;
+    }
+    found->m_pBody = m_image.m_pBody.get() + m_nOffset + headerBytes;
+    found->m_nBodyBytes = static_cast<std::uint32_t>(size);
+    m_nOffset = static_cast<std::uint32_t>(end);
+    return true;
+}
+
+bool CFrameWalk::HasData(std::uint32_t begin, std::uint32_t end) const {
+    std::uint8_t const* const body = m_image.m_pBody.get();
+    return begin < end &&
+           std::any_of(body + begin, body + end, [](std::uint8_t byte) { return byte != 0; });
+}
+
+bool CFrameWalk::HasUnreachedData() const {
+    std::uint32_t const end = m_image.m_nBodyBytes;
+    std::uint32_t const start = StartOffset();
+    if (start >= end && start > 0) {
+        return HasData(kExtendedSizeBytes, end);
+    }
+    return HasData(m_nOffset, end) || HasData(kLongestExtendedHeaderBytes, start);
+}

@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "IDTag/WriteProblem.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <sys/stat.h>
+#include <utility>
+
+/// Owner of one file descriptor.
+class CDescriptor {
+public:
+    CDescriptor() = default;
+    explicit CDescriptor(int number) : m_nNumber(number) {}
+    CDescriptor(CDescriptor&& other) noexcept : m_nNumber(std::exchange(other.m_nNumber, -1)) {}
+    CDescriptor& operator=(CDescriptor&& other) noexcept;
+    ~CDescriptor();
+
+    [[nodiscard]] int Get() const { return m_nNumber; }
+    [[nodiscard]] bool IsOpen() const { return m_nNumber >= 0; }
+
+private:
+    int m_nNumber = -1;
+};
+
+/// True when both describe the same file of the same file system.
+bool IsSameFile(struct stat const& one, struct stat const& other);
+
+/// True when nothing was written to the file between the two.
+bool IsSameContent(struct stat const& one, struct stat const& other);
+
+/// Takes the exclusive advisory lock without waiting.
+/// Returns: `InUse` when somebody else holds it, `NotWritable` when the file system has no locks.
+EWriteProblem LockFile(int file);
+
+/// Reads exactly `room.size()` bytes at `offset`; false when there are fewer or on an error.
+bool ReadAllAt(int file, std::span<std::uint8_t> room, std::uint64_t offset);
+
+/// Writes all of `bytes` at `offset`.
+EWriteProblem WriteAllAt(int file, std::span<std::uint8_t const> bytes, std::uint64_t offset);
+
+/// `DiskFull`, `FileTooLarge` or `WriteFailed`, by the system's error number.
+EWriteProblem ProblemOf(int error);

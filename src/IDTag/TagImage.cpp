@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "IDTag/TagImage.h"
+
+#include "IDTag/MacCFile.h"
+#include "IDTag/TagBytes.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+namespace {
+
+constexpr std::uint64_t kDigestPrime = 0x100000001B3U; // Standard: FNV-1a prime, 64 bits.
+constexpr char kTagMark[] = "ID3";                     // Standard: ID3v2.3.0, section 3.1.
+constexpr std::size_t kTagMarkBytes = 3;               // Standard: ID3v2.3.0, section 3.1.
+constexpr std::size_t kSizeOffset = 6;                 // Standard: ID3v2.3.0, section 3.1.
+constexpr std::uint8_t kOldestVersion = 2;             // Fixed: ID3v2.2.
+constexpr std::uint8_t kNewestVersion = 4;             // Fixed: ID3v2.4.
+constexpr std::uint8_t kWholeTagUnsynchronized = 0x80; // Standard: ID3v2.3.0, section 3.1.
+
+} // namespace
+
+void CDigest::Add(std::span<std::uint8_t const> bytes) {
+    for (std::uint8_t const byte : bytes) {
+        m_nState = (m_nState ^ byte) * kDigestPrime;
+    }
+}
+
+std::uint64_t DigestedBytes(std::uint64_t tagBytes, std::uint64_t fileBytes) {
+    return std::min(std::max<std::uint64_t>(tagBytes, kTagHeaderBytes), fileBytes);
+}
+
+CStatus CTagImage::Load(wchar_t const* path) {
+    *this = CTagImage();
+    CFile file;
+    if (!file.Open(path, CFile::modeRead, nullptr)) {
+        return kStatusFailure;
+    }
+    file.Seek(0, CFile::begin);
+    std::uint32_t const headerBytes = file.Read(m_header.data(), kTagHeaderBytes);
+    m_digest.Add({m_header.data(), headerBytes});
+    if (headerBytes < kTagHeaderBytes ||
+        std::memcmp(m_header.data(), kTagMark, kTagMarkBytes) != 0 || Version() < kOldestVersion ||
+        Version() > kNewestVersion) {
+        return kStatusNothing;
+    }
+    std::uint32_t const size = ReadSyncsafe(&m_header[kSizeOffset]);
+    if (size > file.GetLength() - kTagHeaderBytes) {
+        return kStatusFailure;
+    }
+    m_pBody.reset(new (std::nothrow) std::uint8_t[size]);
+    if (m_pBody == nullptr || file.Read(m_pBody.get(), size) != size) {
+        return kStatusFailure;
+    }
+    m_digest.Add({m_pBody.get(), size});
+    m_nTagBytes = size + static_cast<std::uint32_t>(kTagHeaderBytes);
+    m_nBodyBytes = size;
+    if ((Flags() & kWholeTagUnsynchronized) != 0) {
+        RemoveUnsynchronization(m_pBody.get(), &m_nBodyBytes);
+    }
+    return kStatusOk;
+}

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "base/Status.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+constexpr std::size_t kTagHeaderBytes = 10; // Standard: ID3v2.3.0, section 3.1.
+
+/// Fingerprint of a file's first bytes, to tell whether they have changed since (FNV-1a, 64 bits).
+class CDigest {
+public:
+    void Add(std::span<std::uint8_t const> bytes);
+    bool operator==(CDigest const&) const = default;
+
+private:
+    std::uint64_t m_nState = 0xCBF29CE484222325U; // Standard: FNV-1a offset basis, 64 bits.
+};
+
+/// The tag at a file's start as bytes: header and body, the body decoded when the whole tag is
+/// unsynchronised.
+struct CTagImage {
+    std::array<std::uint8_t, kTagHeaderBytes> m_header = {};
+    std::unique_ptr<std::uint8_t[]> m_pBody;
+    std::uint32_t m_nBodyBytes = 0; // after decoding
+    std::uint32_t m_nTagBytes = 0;  // on disk, header included; 0 without a tag
+    CDigest m_digest;               // of the tag, or of the first bytes of a file without one
+
+    [[nodiscard]] std::uint8_t Version() const { return m_header[3]; }
+    [[nodiscard]] std::uint8_t Revision() const { return m_header[4]; }
+    [[nodiscard]] std::uint8_t Flags() const { return m_header[5]; }
+
+    /// Reads the tag of the file at `path`. Nothing is taken from memory before the file is known
+    /// to hold as many bytes as the header claims.
+    /// Returns: `kStatusOk`; `kStatusNothing` for a file without a tag of version 2, 3 or 4;
+    /// `kStatusFailure` when the file doesn't open, ends within the tag or the body gets no memory.
+    CStatus Load(wchar_t const* path);
+};
+
+/// Number of a file's first bytes that its digest covers.
+std::uint64_t DigestedBytes(std::uint64_t tagBytes, std::uint64_t fileBytes);
