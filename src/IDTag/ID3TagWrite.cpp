@@ -1,0 +1,218 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+//
+// Writing the tag back. The steps: does the new tag fit into the old one's bytes; open the file,
+// lock it and see that it is still the one that was read; make the new tag in memory; then write
+// it over the old one, or build a new file that takes the old one's place.
+
+#include "IDTag/FileSwap.h"
+#include "IDTag/ID3Tag.h"
+#include "IDTag/MacCFile.h"
+#include "base/FileUtil.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <new>
+#include <unistd.h>
+
+namespace {
+
+constexpr wchar_t kTemporaryExtension[] = L"MP~";     // Fixed: song.mp3 is built as song.MP~.
+constexpr std::uint64_t kPaddingBytes = 4096;         // Fixed: room for later edits.
+constexpr std::uint64_t kTagLimitBytes = 1ULL << 28U; // Standard: ID3v2.3.0, 3.1: 28 size bits.
+constexpr std::uint8_t kWrittenVersion[] = {'I', 'D', '3', 3, 0, 0}; // Fixed: 2.3.0, no flags.
+constexpr std::size_t kSizeOffset = 6;             // Standard: ID3v2.3.0, section 3.1.
+constexpr std::uint8_t kDiscardWhenAltered = 0x40; // Standard: ID3v2.3.0, section 3.3.1.
+
+using Bytes = std::vector<std::uint8_t>;
+
+/// The file itself: `path`, or what the symbolic link there leads to.
+CString FileBehind(CString const& path) {
+    std::string const bytes = path.ToPath();
+    struct stat info = {};
+    if (::lstat(bytes.c_str(), &info) != 0 || !S_ISLNK(info.st_mode)) {
+        return path;
+    }
+    std::unique_ptr<char, decltype(&std::free)> const real(::realpath(bytes.c_str(), nullptr),
+                                                           &std::free);
+    return real != nullptr ? CString::FromPath(real.get()) : path;
+}
+
+bool IsNameOf(std::string const& path, struct stat const& opened) {
+    struct stat named = {};
+    return ::lstat(path.c_str(), &named) == 0 && IsSameFile(named, opened);
+}
+
+/// Writes what differs between two tags of the same length, in one call.
+///
+/// One call, because the kernel finishes a write to a file before the process dies of any signal
+/// but the one that can't be caught, and looks for that one between memory pages only: a tempo
+/// that goes into the padding lies in one page or two, and is there wholly or not at all. The
+/// bytes behind the tag are never part of it.
+EWriteProblem WriteInPlace(int file, Bytes const& oldTag, Bytes const& newTag) {
+    auto const first = std::ranges::mismatch(oldTag, newTag).in1 - oldTag.begin();
+    auto const last = std::mismatch(oldTag.rbegin(), oldTag.rend(), newTag.rbegin()).first.base() -
+                      oldTag.begin();
+    if (first >= last) {
+        return EWriteProblem::None;
+    }
+    auto const offset = static_cast<std::size_t>(first);
+    auto const count = static_cast<std::size_t>(last - first);
+    EWriteProblem problem = WriteAllAt(file, std::span(newTag).subspan(offset, count), offset);
+    if (problem == EWriteProblem::None) {
+        problem = ::fsync(file) == 0 ? EWriteProblem::None : ProblemOf(errno);
+    }
+    if (problem != EWriteProblem::None) {
+        (void)WriteAllAt(file, std::span(oldTag).subspan(offset, count), offset);
+    }
+    return problem;
+}
+
+} // namespace
+
+std::uint64_t CID3Tag::PendingBytes() const {
+    std::uint64_t sum = 0;
+    CID3Frame* frame = nullptr;
+    for (std::uint32_t i = 0; m_frames.EnumItems(i, &frame); ++i) {
+        std::uint32_t length = 0;
+        frame->GetTotalLength(&length);
+        sum += length;
+    }
+    return sum;
+}
+
+std::uint32_t CID3Tag::GetPendingBodySize() const {
+    return static_cast<std::uint32_t>(PendingBytes());
+}
+
+CString CID3Tag::CreateTempFileName() const {
+    CString name;
+    CFileUtil::ChangeFileExt(m_sPath, kTemporaryExtension, name);
+    return name;
+}
+
+CStatus CID3Tag::UpdateFile(bool* rewritten) {
+    m_eProblem = EWriteProblem::None;
+    if (!m_bModified) {
+        return kStatusNothing;
+    }
+    try {
+        m_eProblem = WriteTag(rewritten);
+    } catch (std::bad_alloc const&) {
+        m_eProblem = EWriteProblem::WriteFailed;
+    }
+    return m_eProblem == EWriteProblem::None ? kStatusOk : kStatusFailure;
+}
+
+EWriteProblem CID3Tag::WriteTag(bool* rewritten) {
+    if (!m_bReadable) {
+        return EWriteProblem::TagUnreadable;
+    }
+    std::uint64_t const needed = PendingBytes() + kTagHeaderBytes;
+    bool const inPlace = m_nTagBytes >= needed;
+    std::uint64_t const newTagBytes = inPlace ? m_nTagBytes : needed + kPaddingBytes;
+    if (newTagBytes >= kTagLimitBytes) {
+        return EWriteProblem::TagTooLarge;
+    }
+    CString const target = FileBehind(m_sPath);
+    CDescriptor file;
+    Bytes oldTag;
+    EWriteProblem const problem = OpenTarget(target, inPlace, file, oldTag);
+    if (problem != EWriteProblem::None) {
+        return problem;
+    }
+    Bytes const newTag = MakeTag(static_cast<std::uint32_t>(newTagBytes));
+    return inPlace ? WriteInPlace(file.Get(), oldTag, newTag)
+                   : SwapFile(file.Get(), target, newTag, rewritten);
+}
+
+/// Opens and locks the file and reads its tag's bytes again, which must be those of `OpenFile`.
+EWriteProblem CID3Tag::OpenTarget(CString const& target, bool inPlace, CDescriptor& file,
+                                  std::vector<std::uint8_t>& oldTag) const {
+    std::string const path = target.ToPath();
+    constexpr int kFlags = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    file = CDescriptor(::open(path.c_str(), kFlags | O_RDWR));
+    if (!file.IsOpen() && !inPlace) {
+        file = CDescriptor(::open(path.c_str(), kFlags | O_RDONLY));
+    }
+    struct stat info = {};
+    if (!file.IsOpen() || ::fstat(file.Get(), &info) != 0 || !S_ISREG(info.st_mode)) {
+        return EWriteProblem::NotWritable;
+    }
+    EWriteProblem const locked = LockFile(file.Get());
+    if (locked != EWriteProblem::None) {
+        return locked;
+    }
+    if (::fstat(file.Get(), &info) != 0 || !IsNameOf(path, info)) {
+        return EWriteProblem::Changed;
+    }
+    auto const fileBytes = static_cast<std::uint64_t>(info.st_size);
+    oldTag.resize(DigestedBytes(m_nTagBytes, fileBytes));
+    CDigest digest;
+    if (!ReadAllAt(file.Get(), oldTag, 0)) {
+        return EWriteProblem::TagUnreadable;
+    }
+    digest.Add(oldTag);
+    if (oldTag.size() < m_nTagBytes || !(digest == m_digest)) {
+        return EWriteProblem::Changed;
+    }
+    return EWriteProblem::None;
+}
+
+/// Header, frames and zeros: exactly `tagBytes` bytes, so that the header tells the truth also when
+/// frames are dropped.
+std::vector<std::uint8_t> CID3Tag::MakeTag(std::uint32_t tagBytes) const {
+    Bytes tag;
+    tag.reserve(tagBytes);
+    tag.assign(std::begin(kWrittenVersion), std::end(kWrittenVersion));
+    tag.resize(kTagHeaderBytes);
+    WriteSyncsafe(tagBytes - static_cast<std::uint32_t>(kTagHeaderBytes), &tag[kSizeOffset]);
+    CID3Frame* frame = nullptr;
+    for (std::uint32_t i = 0; m_frames.EnumItems(i, &frame); ++i) {
+        ID3V2_3_FRAMEHEADER header = {};
+        std::uint8_t* body = nullptr;
+        std::uint32_t size = 0;
+        if (frame->GetData(&header, &body, &size) < 0 ||
+            (header.m_nStatusFlags & kDiscardWhenAltered) != 0) {
+            continue;
+        }
+        auto const* const bytes = reinterpret_cast<std::uint8_t const*>(&header);
+        tag.insert(tag.end(), bytes, bytes + kFrameHeaderBytes);
+        tag.insert(tag.end(), body, body + size);
+    }
+    tag.resize(tagBytes);
+    return tag;
+}
+
+EWriteProblem CID3Tag::SwapFile(int file, CString const& target,
+                                std::vector<std::uint8_t> const& tag, bool* rewritten) const {
+    struct stat info = {};
+    if (::fstat(file, &info) != 0) {
+        return EWriteProblem::TagUnreadable;
+    }
+    std::uint64_t const audioBytes = static_cast<std::uint64_t>(info.st_size) - m_nTagBytes;
+    if (audioBytes + tag.size() > kLargestFileBytes) {
+        return EWriteProblem::FileTooLarge;
+    }
+    CString temporary;
+    CFileUtil::ChangeFileExt(target, kTemporaryExtension, temporary);
+    CFileSwap swap(file, target.ToPath(), temporary.ToPath());
+    EWriteProblem problem = swap.Begin();
+    if (problem == EWriteProblem::None) {
+        problem = swap.Write(tag);
+    }
+    if (problem == EWriteProblem::None) {
+        problem = swap.CopyRest(m_nTagBytes);
+    }
+    if (problem == EWriteProblem::None) {
+        problem = swap.Commit();
+    }
+    if (problem == EWriteProblem::None) {
+        *rewritten = true;
+    }
+    return problem;
+}
