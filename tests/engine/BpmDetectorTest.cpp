@@ -329,13 +329,18 @@ float PlainWindow(CPfImpactPoints const& points, std::uint16_t divisions) {
 } // namespace
 
 TEST_F(BpmDetectorTest, CountsLikeAScanThatCastsEveryVote) {
-    std::mt19937 random(1);
+    std::mt19937 engine(1);
+    auto const random = [&engine](std::uint32_t bound) {
+        return static_cast<std::uint32_t>(engine()) % bound;
+    };
     for (int round = 0; round < 40; ++round) {
-        std::uint32_t const rate = round % 4 == 0 ? 300 + random() % 2000 : kRate;
+        std::uint32_t const rate = round % 4 == 0 ? 300 + random(2000) : kRate;
+        // Low 32 bits near their end now and then.
+        std::int64_t const origin = round % 3 == 0 ? 0xFFF00000 : 0x100000000;
         CPfImpactPoints points(rate, 0);
-        for (std::uint32_t i = 0; i < 3 + random() % 60; ++i) {
-            // Low 32 bits near their end now and then.
-            points.Add((round % 3 == 0 ? 0xFFF00000 : 0x100000000) + random() % (rate * 20));
+        std::uint32_t const count = 3 + random(60);
+        for (std::uint32_t i = 0; i < count; ++i) {
+            points.Add(origin + random(rate * 20));
         }
         for (std::uint16_t const divisions : {kFour, kEight}) {
             EXPECT_EQ(m_detector.DetectBpmWindow(&points, 0, INT64_MAX, divisions),
