@@ -3,6 +3,7 @@
 
 #include "cli/Program.h"
 
+#include "cli/AnalyzeCommand.h"
 #include "cli/Command.h"
 #include "cli/ExitCode.h"
 #include "cli/Message.h"
@@ -24,6 +25,7 @@ using CommandList = std::vector<std::unique_ptr<ICommand>>;
 /// The commands in the order of the help text. A new one is entered here.
 CommandList MakeCommands() {
     CommandList commands;
+    commands.push_back(std::make_unique<CAnalyzeCommand>());
     return commands;
 }
 

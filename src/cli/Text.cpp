@@ -83,6 +83,19 @@ std::string CutToWidth(std::string_view text, std::size_t width) {
     return std::string(text.substr(0, kept)) + std::string(kEllipsis);
 }
 
+std::string CutStartToWidth(std::string_view text, std::size_t width) {
+    std::size_t cells = DisplayWidth(text);
+    if (cells <= width) {
+        return std::string(text);
+    }
+    while (!text.empty() && cells + 1 > width) {
+        CCharacter const character = FirstCharacter(text);
+        cells -= CellsOf(character);
+        text.remove_prefix(character.m_nBytes);
+    }
+    return width == 0 ? std::string() : std::string(kEllipsis) + std::string(text);
+}
+
 std::string PercentEncoded(std::string_view path) {
     constexpr std::string_view kHexDigits = "0123456789ABCDEF";
     constexpr std::string_view kKept =

@@ -34,6 +34,9 @@ std::size_t DisplayWidth(std::string_view text);
 /// `text` cut to at most `width` cells, the last of them an ellipsis when something was cut.
 std::string CutToWidth(std::string_view text, std::size_t width);
 
-/// `path` as a file URI of an absolute path or a relative reference: every byte outside the
+/// The same with the end of `text` kept: an ellipsis comes first when something was cut.
+std::string CutStartToWidth(std::string_view text, std::size_t width);
+
+/// A file URI for an absolute path, a relative reference for another: every byte outside the
 /// unreserved set of RFC 3986 and "/" is percent-encoded.
 std::string PercentEncoded(std::string_view path);

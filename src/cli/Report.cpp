@@ -1,0 +1,131 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "cli/Report.h"
+
+#include "cli/Json.h"
+#include "cli/TableReport.h"
+#include "cli/Text.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <filesystem>
+
+namespace {
+
+char const* SourceName(ETempoSource source) {
+    switch (source) {
+    case ETempoSource::Tag:
+        return "tag";
+    case ETempoSource::Analysis:
+        return "analysis";
+    case ETempoSource::None:
+        break;
+    }
+    return "";
+}
+
+/// Comma-separated values by RFC 4180, lines ended as on this system. Paths keep their bytes.
+class CCsvReport final : public IReport {
+public:
+    explicit CCsvReport(COutput& output) : m_output(output) {}
+
+    bool Add(CReportRow const& row) override {
+        return Begin() &&
+               m_output.Write(Field(row.m_sPath) + "," + Field(row.m_sTitle) + "," +
+                              Field(row.m_sArtist) + "," + TempoText(row.m_dTempo).value_or("") +
+                              "," + SourceName(row.m_source) + "," + Field(row.m_sError) + "\n");
+    }
+
+    bool End() override { return Begin(); }
+
+private:
+    static std::string Field(std::string const& text) {
+        if (text.find_first_of(",\"\r\n") == std::string::npos) {
+            return text;
+        }
+        std::string quoted = "\"";
+        for (char const c : text) {
+            quoted += c == '"' ? "\"\"" : std::string(1, c);
+        }
+        return quoted + "\"";
+    }
+
+    bool Begin() {
+        bool const isFirst = !m_bBegun;
+        m_bBegun = true;
+        return m_output.Write(isFirst ? "path,title,artist,tempo,source,error\n" : "");
+    }
+
+    COutput& m_output;
+    bool m_bBegun = false;
+};
+
+/// The exact name of a file that JSON can't spell.
+std::string UriOf(std::string const& path) {
+    std::error_code error;
+    std::filesystem::path const absolute = std::filesystem::absolute(path, error);
+    return PercentEncoded(error ? path : absolute.native());
+}
+
+std::string JsonRow(CReportRow const& row) {
+    CJsonObject object;
+    object.Add("path", JsonText(row.m_sPath));
+    if (!IsUtf8(row.m_sPath)) {
+        object.Add("uri", JsonText(UriOf(row.m_sPath)));
+    }
+    std::string const source = SourceName(row.m_source);
+    object.Add("title", JsonText(row.m_sTitle))
+        .Add("artist", JsonText(row.m_sArtist))
+        .Add("tempo", TempoText(row.m_dTempo).value_or("null"))
+        .Add("source", source.empty() ? "null" : JsonText(source))
+        .Add("error", row.m_sError.empty() ? "null" : JsonText(row.m_sError));
+    return object.Close();
+}
+
+/// One JSON object a line, on their own or as the elements of an array.
+class CJsonReport final : public IReport {
+public:
+    CJsonReport(COutput& output, bool isArray) : m_output(output), m_bArray(isArray) {}
+
+    bool Add(CReportRow const& row) override {
+        std::string const before = !m_bArray ? "" : m_bBegun ? ",\n" : "[\n";
+        m_bBegun = true;
+        return m_output.Write(before + JsonRow(row) + (m_bArray ? "" : "\n"));
+    }
+
+    bool End() override { return m_output.Write(!m_bArray ? "" : m_bBegun ? "\n]\n" : "[]\n"); }
+
+private:
+    COutput& m_output;
+    bool m_bArray;
+    bool m_bBegun = false;
+};
+
+} // namespace
+
+std::optional<std::string> TempoText(std::optional<double> tempo) {
+    if (!tempo || !std::isfinite(*tempo)) {
+        return std::nullopt;
+    }
+    constexpr int kDecimals = 2;
+    std::array<char, 320> text{}; // Derived: the largest double has 309 digits before the point.
+    auto const [end, error] = std::to_chars(text.data(), text.data() + text.size(), *tempo,
+                                            std::chars_format::fixed, kDecimals);
+    return std::string(text.data(), end);
+}
+
+std::unique_ptr<IReport> MakeReport(EReportFormat format, COutput& output) {
+    switch (format) {
+    case EReportFormat::Csv:
+        return std::make_unique<CCsvReport>(output);
+    case EReportFormat::Json:
+        return std::make_unique<CJsonReport>(output, true);
+    case EReportFormat::JsonLines:
+        return std::make_unique<CJsonReport>(output, false);
+    case EReportFormat::Table:
+        break;
+    }
+    return std::make_unique<CTableReport>(output);
+}

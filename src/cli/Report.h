@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "cli/Output.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+enum class ETempoSource { None, Tag, Analysis };
+
+/// What there is to tell about one file.
+struct CReportRow {
+    std::string m_sPath;            // bytes as given or found
+    std::string m_sTitle;           // UTF-8
+    std::string m_sArtist;          // UTF-8
+    std::optional<double> m_dTempo; // beats per minute; nothing when there is none
+    ETempoSource m_source = ETempoSource::None;
+    std::string m_sError; // the reason for a person; empty when all went well
+};
+
+enum class EReportFormat { Table, Csv, Json, JsonLines };
+
+/// Writes rows in one format.
+/// Thread: main.
+class IReport {
+public:
+    virtual ~IReport() = default;
+
+    /// Takes the next row. Returns: false once the output can't be written.
+    virtual bool Add(CReportRow const& row) = 0;
+
+    /// Writes what belongs behind the last row, and what was held back. Returns: as `Add`.
+    virtual bool End() = 0;
+
+protected:
+    IReport() = default;
+    IReport(IReport const&) = delete;
+    IReport& operator=(IReport const&) = delete;
+};
+
+/// A report that writes to `output`, which must outlive it. Table rows are held back to the end,
+/// because the columns are as wide as what they hold; the other formats write row by row.
+std::unique_ptr<IReport> MakeReport(EReportFormat format, COutput& output);
+
+/// The tempo with two decimals. Nothing for infinity and NaN, which are no tempo.
+std::optional<std::string> TempoText(std::optional<double> tempo);
