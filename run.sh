@@ -8,13 +8,13 @@
 set -euo pipefail
 called_from=$PWD
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
+# shellcheck source=scripts/packages.sh
 . scripts/packages.sh
 
 install_missing "${PACKAGES_BUILD[@]}" "${PACKAGES_DESKTOP[@]}"
 
 log=$(mktemp)
-demo=
-trap 'rm -rf "$log" ${demo:+"$demo"}' EXIT
+trap 'rm -f "$log"' EXIT
 quietly() {
     if ! "$@" >"$log" 2>&1; then
         cat "$log" >&2
@@ -38,10 +38,10 @@ for path in "$@"; do
     esac
 done
 if [ ${#paths[@]} -eq 0 ]; then
-    demo=$(mktemp -d)
-    build/scripts/tactus-demo-track "$demo/Demonstration at 124 BPM.wav" 124
+    demo="build/Demonstration at 124 BPM.wav"
+    build/scripts/tactus-demo-track "$demo" 124
     echo "No path was given: here is a demonstration track of 124 BPM." >&2
-    paths=("$demo/Demonstration at 124 BPM.wav")
+    paths=("$demo")
 fi
 
 if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then

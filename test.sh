@@ -5,6 +5,7 @@
 # test.sh [CTEST OPTION...]: installs what is missing, builds and runs every test.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
+# shellcheck source=scripts/packages.sh
 . scripts/packages.sh
 
 install_missing "${PACKAGES_BUILD[@]}" "${PACKAGES_DESKTOP[@]}" "${PACKAGES_TEST[@]}"

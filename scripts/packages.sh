@@ -1,4 +1,4 @@
-# shellcheck shell=bash
+# shellcheck shell=bash disable=SC2034
 # SPDX-FileCopyrightText: 2026 The Tactus authors
 # SPDX-License-Identifier: MIT
 #
@@ -27,7 +27,7 @@ PACKAGES_TEST=(
 # To check the code: another compiler, its sanitizers and fuzzer, formatting, static analysis.
 PACKAGES_CHECK=(
     clang-14 clang-format-14 clang-tidy-14 clang-tools-14 libclang-rt-14-dev
-    libbenchmark-dev git
+    libbenchmark-dev git shellcheck
 )
 
 as_root() {
