@@ -4,22 +4,33 @@
 #include "engine/BeatGraph.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace {
 
 using Links = std::vector<CPfBeatPoint*> CPfBeatPoint::*;
 
-// Walks everything that can be reached from `start` over one side's links, with a list of our own
-// instead of recursion: a chain may hold thousands of nodes. Links of one side lead to ever higher
-// or ever lower indices, so the walk ends.
+// Visits everything that can be reached from `start` over one side's links, with a list of our own
+// instead of recursion: a chain may hold thousands of nodes.
 template <typename Visit>
 void WalkLinks(CPfBeatPoint const& start, Links side, Visit visit) {
-    std::vector<CPfBeatPoint*> open(start.*side);
+    // Every chain is a plain run, which needs no list at all.
+    CPfBeatPoint const* at = &start;
+    while ((at->*side).size() == 1 && (at->*side).front()->m_nIndex != at->m_nIndex) {
+        CPfBeatPoint* const next = (at->*side).front();
+        visit(*next);
+        at = next;
+    }
+    // Where paths fork they may meet again; each node is visited once all the same.
+    std::vector<CPfBeatPoint*> open(at->*side);
+    std::unordered_set<CPfBeatPoint const*> seen;
     while (!open.empty()) {
         CPfBeatPoint* const node = open.back();
         open.pop_back();
-        visit(*node);
-        open.insert(open.end(), (node->*side).begin(), (node->*side).end());
+        if (seen.insert(node).second) {
+            visit(*node);
+            open.insert(open.end(), (node->*side).begin(), (node->*side).end());
+        }
     }
 }
 
@@ -114,7 +125,8 @@ std::int32_t CPfBeatPoint::GetLatestLink() const {
 }
 
 void CPfBeatPointChain::AddPoint(std::int32_t nodeIndex) {
-    m_vPoints.insert(std::upper_bound(m_vPoints.begin(), m_vPoints.end(), nodeIndex), nodeIndex);
+    m_vPoints.push_back(nodeIndex);
+    std::sort(m_vPoints.begin(), m_vPoints.end());
 }
 
 void CPfBeatPointChain::RemovePoint(std::int32_t nodeIndex) {
@@ -122,6 +134,7 @@ void CPfBeatPointChain::RemovePoint(std::int32_t nodeIndex) {
     if (found != m_vPoints.end()) {
         m_vPoints.erase(found);
     }
+    std::sort(m_vPoints.begin(), m_vPoints.end());
 }
 
 void CPfBeatPointChain::RemoveAll() {
