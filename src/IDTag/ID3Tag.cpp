@@ -50,14 +50,13 @@ CStatus CID3Tag::OpenFile(wchar_t const* path) {
     m_frames.DeleteAll();
     CTagImage image;
     CStatus const status = image.Load(m_sPath);
-    bool const hasTag = status == kStatusOk;
     m_bReadable = status >= 0;
     m_digest = image.m_digest;
     m_nTagBytes = image.m_nTagBytes;
-    m_nVersion = hasTag ? image.Version() : std::uint8_t{0};
-    m_nRevision = hasTag ? image.Revision() : std::uint8_t{0};
+    m_nVersion = image.m_bMarked ? image.Version() : std::uint8_t{0};
+    m_nRevision = image.m_bMarked ? image.Revision() : std::uint8_t{0};
     m_bUnreachedData = false;
-    if (!hasTag) {
+    if (status != kStatusOk) {
         return status;
     }
     CFrameWalk walk(image);

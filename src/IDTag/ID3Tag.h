@@ -79,11 +79,11 @@ public:
     /// True when the tag holds bytes that reading didn't reach and writing would throw away.
     [[nodiscard]] bool HasUnreachedData() const { return m_bUnreachedData; }
 
-    /// Major version and revision as they stand on disk, 0 without a tag.
+    /// Major version and revision as they stand on disk, also of a tag that isn't read; 0 without.
     [[nodiscard]] std::uint8_t GetVersion() const { return m_nVersion; }
     [[nodiscard]] std::uint8_t GetRevision() const { return m_nRevision; }
 
-    /// Bytes of the tag on disk, header included; 0 without a tag.
+    /// Bytes of the tag on disk by its header, which they include; 0 without a tag that is read.
     [[nodiscard]] std::uint32_t GetTagSize() const { return m_nTagBytes; }
 
     [[nodiscard]] CPtrContainer<CID3Frame> const& GetFrames() const { return m_frames; }

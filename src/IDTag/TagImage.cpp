@@ -41,12 +41,13 @@ CStatus CTagImage::Load(wchar_t const* path) {
     file.Seek(0, CFile::begin);
     std::uint32_t const headerBytes = file.Read(m_header.data(), kTagHeaderBytes);
     m_digest.Add({m_header.data(), headerBytes});
-    if (headerBytes < kTagHeaderBytes ||
-        std::memcmp(m_header.data(), kTagMark, kTagMarkBytes) != 0 || Version() < kOldestVersion ||
-        Version() > kNewestVersion) {
+    m_bMarked = headerBytes == kTagHeaderBytes &&
+                std::memcmp(m_header.data(), kTagMark, kTagMarkBytes) == 0;
+    if (!m_bMarked || Version() < kOldestVersion || Version() > kNewestVersion) {
         return kStatusNothing;
     }
     std::uint32_t const size = ReadSyncsafe(&m_header[kSizeOffset]);
+    m_nTagBytes = size + static_cast<std::uint32_t>(kTagHeaderBytes);
     if (size > file.GetLength() - kTagHeaderBytes) {
         return kStatusFailure;
     }
@@ -55,7 +56,6 @@ CStatus CTagImage::Load(wchar_t const* path) {
         return kStatusFailure;
     }
     m_digest.Add({m_pBody.get(), size});
-    m_nTagBytes = size + static_cast<std::uint32_t>(kTagHeaderBytes);
     m_nBodyBytes = size;
     if ((Flags() & kWholeTagUnsynchronized) != 0) {
         RemoveUnsynchronization(m_pBody.get(), &m_nBodyBytes);

@@ -27,9 +27,10 @@ private:
 /// unsynchronised.
 struct CTagImage {
     std::array<std::uint8_t, kTagHeaderBytes> m_header = {};
+    bool m_bMarked = false; // the header is one of a tag, be its version known or not
     std::unique_ptr<std::uint8_t[]> m_pBody;
     std::uint32_t m_nBodyBytes = 0; // after decoding
-    std::uint32_t m_nTagBytes = 0;  // on disk, header included; 0 without a tag
+    std::uint32_t m_nTagBytes = 0;  // as claimed, header included; 0 without a known tag
     CDigest m_digest;               // of the tag, or of the first bytes of a file without one
 
     [[nodiscard]] std::uint8_t Version() const { return m_header[3]; }

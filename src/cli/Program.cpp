@@ -7,6 +7,7 @@
 #include "cli/Command.h"
 #include "cli/ExitCode.h"
 #include "cli/Message.h"
+#include "cli/TagCommand.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -26,6 +27,7 @@ using CommandList = std::vector<std::unique_ptr<ICommand>>;
 CommandList MakeCommands() {
     CommandList commands;
     commands.push_back(std::make_unique<CAnalyzeCommand>());
+    commands.push_back(std::make_unique<CTagCommand>());
     return commands;
 }
 

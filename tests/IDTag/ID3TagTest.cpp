@@ -58,6 +58,13 @@ TEST_F(ID3TagTest, FileWithoutATagHasNone) {
     }
 }
 
+TEST_F(ID3TagTest, VersionIsToldAlsoWhenItIsNotRead) {
+    EXPECT_EQ(Open(TagOf(5, Frame23("TIT2", Latin1Text("A")))), kStatusNothing);
+    EXPECT_EQ(m_tag.GetVersion(), 5);
+    EXPECT_EQ(Open(FakeAudio(100)), kStatusNothing);
+    EXPECT_EQ(m_tag.GetVersion(), 0);
+}
+
 TEST_F(ID3TagTest, SizeOfZeroIsATagWithoutFrames) {
     EXPECT_EQ(Open(TagHeader(3, 0)), kStatusOk);
     EXPECT_EQ(m_tag.GetFrames().GetCount(), 0U);
@@ -248,7 +255,8 @@ TEST_F(ID3TagTest, TagPastTheEndOfTheFileFails) {
     EXPECT_EQ(Open(Joined({TagHeader(3, static_cast<std::uint32_t>(frame.size()) + 1), frame})),
               kStatusFailure);
     EXPECT_EQ(m_tag.GetFrames().GetCount(), 0U);
-    EXPECT_EQ(m_tag.GetTagSize(), 0U);
+    EXPECT_EQ(m_tag.GetTagSize(), 10U + 12U + 1U);
+    EXPECT_EQ(m_tag.GetVersion(), 3);
     // The most that a header can claim, in a file of a few bytes.
     EXPECT_EQ(Open(Joined({Ascii("ID3"), {3, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF}, frame})),
               kStatusFailure);
