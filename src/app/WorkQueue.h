@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+/// One worker thread that runs jobs in the order in which they were posted. The thread starts with
+/// the first job and stays until the queue ends.
+/// Thread: `Post` from any thread; construction, `End` and destruction from one.
+class CWorkQueue {
+public:
+    using Job = std::function<void()>;
+
+    CWorkQueue() = default;
+    CWorkQueue(CWorkQueue const&) = delete;
+    CWorkQueue& operator=(CWorkQueue const&) = delete;
+    ~CWorkQueue() { End(); }
+
+    /// Hands over a job; after `End` it is dropped. A job must not throw.
+    void Post(Job job);
+
+    /// Drops the jobs that haven't begun and waits for the one that has. May be called twice.
+    void End();
+
+private:
+    void Run();
+
+    std::mutex m_lock;
+    std::condition_variable m_wake;
+    std::deque<Job> m_vJobs;
+    bool m_bEnding = false;
+    std::thread m_thread;
+};
