@@ -3,34 +3,49 @@
 
 #pragma once
 
+#include "IDTag/WriteProblem.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
 
 /// What one row tells beside its three texts. A copy, taken under the list's lock.
 struct CRowState {
-    std::u16string m_sPath;      ///< Full path, bytes that are not UTF-8 as lone surrogates.
-    bool m_bDone = false;        ///< Has a tempo, from its tag or from an analysis.
-    int m_nPercent = -1;         ///< Progress while the row is analysed, 0 to 100; otherwise -1.
-    std::string m_sFailure;      ///< Why the analysis failed; empty when it didn't.
-    std::string m_sNotStored;    ///< Why the tempo isn't in the file; empty when it is.
-    bool m_bStoreFailed = false; ///< Storing was tried and failed, or was refused for this file.
+    std::u16string m_sPath; ///< Full path, bytes that are not UTF-8 as lone surrogates.
+    bool m_bDone = false;   ///< Has a tempo, from its tag or from an analysis.
+    int m_nPercent = -1;    ///< Progress while the row is analysed, 0 to 100; otherwise -1.
+    std::string m_sFailure; ///< Why the analysis failed; empty when it didn't.
+    std::string m_sDamage;  ///< What of it could not be decoded; empty when all could.
+    EWriteProblem m_writeProblem = EWriteProblem::None; ///< Why its tempo isn't in the file.
 };
+
+/// True for a tempo that should be in the file and isn't. Files of a kind that is never written
+/// are no failure.
+inline bool IsStoreFailure(EWriteProblem problem) {
+    return problem != EWriteProblem::None && problem != EWriteProblem::OtherExtension;
+}
+
+/// True for a row that the user should look at.
+inline bool HasProblem(CRowState const& row) {
+    return !row.m_sFailure.empty() || !row.m_sDamage.empty() || IsStoreFailure(row.m_writeProblem);
+}
 
 /// Where the batch stands. A copy, taken under the list's lock.
 struct CBatchStatus {
-    bool m_bAdding = false;        ///< Paths are being looked through on the adding worker.
-    bool m_bRunning = false;       ///< A file is being analysed.
-    bool m_bStopping = false;      ///< The batch was stopped; its running file is winding down.
-    std::size_t m_nRows = 0;       ///< Rows in the list.
-    std::size_t m_nUndone = 0;     ///< Rows without a tempo, the running one included.
-    std::size_t m_nBatchFiles = 0; ///< Files of this batch, done and still to come.
-    std::size_t m_nFailed = 0;     ///< Rows whose analysis failed.
-    std::size_t m_nNotStored = 0;  ///< Rows whose tempo could not be stored in the file.
-    int m_nPercent = -1;           ///< Progress of the running file; -1 when there is none.
-    std::u16string m_sRunningName; ///< File name of the running file.
-    std::size_t m_nProblems = 0;   ///< Problems met so far; grows by one with each.
-    std::size_t m_nProblemRow = 0; ///< Row of the latest problem; only when there were any.
+    bool m_bAdding = false;           ///< Paths are being looked through on the adding worker.
+    bool m_bRunning = false;          ///< A file is being analysed.
+    bool m_bStopping = false;         ///< The batch was stopped; its running file is ending.
+    std::size_t m_nRows = 0;          ///< Rows in the list.
+    std::size_t m_nUndone = 0;        ///< Rows without a tempo, the running one included.
+    std::size_t m_nBatchFiles = 0;    ///< Files of this batch, done and still to come.
+    int m_nPercent = -1;              ///< Progress of the running file; -1 when there is none.
+    std::u16string m_sRunningName;    ///< File name of the running file.
+    std::size_t m_nFailed = 0;        ///< Rows whose analysis failed.
+    std::size_t m_nNotStored = 0;     ///< Rows whose tempo could not be stored in the file.
+    std::size_t m_nProblems = 0;      ///< Problems met so far; grows by one with each.
+    std::size_t m_nProblemRow = 0;    ///< Row of the latest problem; only when there were any.
+    std::size_t m_nUnreadFolders = 0; ///< Folders met so far that could not be read.
+    std::u16string m_sUnreadFolder;   ///< The latest of them.
 };
 
 /// The list as the window reads it: rows are only ever appended, and a row's number is its

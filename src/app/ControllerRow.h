@@ -1,0 +1,21 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/BPMController.h"
+
+/// One row as the controller keeps it: the file with its texts and done flag, and what the window
+/// is told beside them. Once in the list, everything but `m_nIndex` and
+/// `m_bTagIsClosed` is guarded by its lock.
+struct BPMController::CRow {
+    explicit CRow(CString const& path) : m_file(path) {}
+
+    CBPMFile m_file;
+    std::size_t m_nIndex = 0; // Fixed once the row is in the list.
+    int m_nPercent = -1;      // Of the running analysis; -1 when there is none.
+    std::string m_sFailure;   // Why the analysis failed, or empty.
+    std::string m_sDamage;    // What of the file could not be decoded, or empty.
+    EWriteProblem m_writeProblem = EWriteProblem::None; // Why the tempo isn't in the file.
+    bool m_bTagIsClosed = false; // The tag must neither be opened nor written.
+};
