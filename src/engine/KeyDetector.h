@@ -17,8 +17,8 @@ constexpr std::size_t kPitchClasses = 12; // Standard: semitones of the octave, 
 /// Weight of each pitch above the tonic, index 0 being the tonic.
 using CKeyProfile = std::array<float, kPitchClasses>;
 
-// Fixed: the major profile takes 0.1 off for each tone outside the scale where the minor one takes
-// nothing, which decides close calls between relative keys.
+// Deliberate: the major profile takes 0.1 off for each tone outside its scale, the minor one takes
+// nothing off; this decides close calls. Fixed: the weights.
 inline constexpr CKeyProfile g_fMajorKeyMap = {0.16f, -0.1f, 0.1f,  -0.1f,  0.1f,  0.145f,
                                                -0.1f, 0.1f,  -0.1f, 0.135f, -0.1f, 0.1f};
 inline constexpr CKeyProfile g_fMinorKeyMap = {0.352f, 0.0f,   0.114f, 0.176f, 0.0f,   0.073f,
