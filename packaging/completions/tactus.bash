@@ -1,0 +1,46 @@
+# SPDX-FileCopyrightText: 2026 The Tactus authors
+# SPDX-License-Identifier: MIT
+# shellcheck shell=bash
+# Completion of tactus for bash.
+
+_tactus() {
+    local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD - 1]}
+    local command=${COMP_WORDS[1]} words=""
+    COMPREPLY=()
+    if [ "$COMP_CWORD" -eq 1 ]; then
+        mapfile -t COMPREPLY < <(compgen -W "analyze profile tag --help --version" -- "$cur")
+        return
+    fi
+    case $prev in
+        --format)
+            mapfile -t COMPREPLY < <(compgen -W "table csv json jsonl" -- "$cur")
+            return
+            ;;
+        -j | --jobs) return ;;
+    esac
+    case $command in
+        analyze) words="--write --force --jobs --format --output --quiet --help" ;;
+        profile) words="--trace --help" ;;
+        tag)
+            words="--help"
+            if [ "$COMP_CWORD" -eq 2 ]; then
+                mapfile -t COMPREPLY < <(compgen -W "get set list --help" -- "$cur")
+                return
+            fi
+            if [ "${COMP_WORDS[2]}" = list ]; then
+                words="--json --help"
+            elif [ "$COMP_CWORD" -eq 4 ]; then
+                mapfile -t COMPREPLY < <(compgen -W "TBPM TIT2 TPE1 TALB TCON TKEY" -- "$cur")
+                return
+            fi
+            ;;
+        *) return ;;
+    esac
+    if [[ $cur == -* ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$words" -- "$cur")
+    else
+        compopt -o filenames 2>/dev/null
+        mapfile -t COMPREPLY < <(compgen -f -- "$cur")
+    fi
+}
+complete -F _tactus tactus

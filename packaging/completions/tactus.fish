@@ -1,0 +1,27 @@
+# SPDX-FileCopyrightText: 2026 The Tactus authors
+# SPDX-License-Identifier: MIT
+# Completion of tactus for fish.
+
+set -l commands analyze profile tag
+complete -c tactus -n "not __fish_seen_subcommand_from $commands" -f
+complete -c tactus -n "not __fish_seen_subcommand_from $commands" -a analyze -d "Find the tempo of files and folders"
+complete -c tactus -n "not __fish_seen_subcommand_from $commands" -a profile -d "Print the whole result record as JSON"
+complete -c tactus -n "not __fish_seen_subcommand_from $commands" -a tag -d "Read and write the text frames of a tag"
+complete -c tactus -n "not __fish_seen_subcommand_from $commands" -l version -d "Show the version"
+complete -c tactus -s h -l help -d "Show the help"
+
+set -l analyze "__fish_seen_subcommand_from analyze"
+complete -c tactus -n $analyze -s w -l write -d "Store each tempo in the tag"
+complete -c tactus -n $analyze -s f -l force -d "Analyse every file, whatever its tag says"
+complete -c tactus -n $analyze -s j -l jobs -x -d "Files to analyse at once"
+complete -c tactus -n $analyze -l format -x -a "table csv json jsonl" -d "How to print the rows"
+complete -c tactus -n $analyze -s o -l output -r -d "Write the rows to a file"
+complete -c tactus -n $analyze -s q -l quiet -d "Show no progress"
+
+complete -c tactus -n "__fish_seen_subcommand_from profile" -l trace -d "Add what the stages hand to each other"
+
+set -l tag "__fish_seen_subcommand_from tag; and not __fish_seen_subcommand_from get set list"
+complete -c tactus -n $tag -f -a get -d "Print the text of a frame"
+complete -c tactus -n $tag -f -a set -d "Replace the text of a frame"
+complete -c tactus -n $tag -f -a list -d "List the frames"
+complete -c tactus -n "__fish_seen_subcommand_from list" -l json -d "Print an object"
