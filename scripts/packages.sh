@@ -5,11 +5,11 @@
 # Debian 12 packages that Tactus needs, by purpose, and how to install the missing ones. Sourced by
 # run.sh, test.sh and .ci/run.
 
-# To build the program: compiler, decoder, text and command-line libraries.
+# To build the program: compiler, decoder, text and command-line libraries, the guide.
 PACKAGES_BUILD=(
     ca-certificates cmake g++ ninja-build pkg-config
     libavcodec-dev libavformat-dev libavutil-dev libswresample-dev
-    libutf8proc-dev libcli11-dev nlohmann-json3-dev
+    libutf8proc-dev libcli11-dev nlohmann-json3-dev cmark-gfm
 )
 
 # To build and show the window. The last two let it come up on a bare machine and draw text.

@@ -1,0 +1,39 @@
+# SPDX-FileCopyrightText: 2026 The Tactus authors
+# SPDX-License-Identifier: MIT
+#
+# cmake -DCMARK=program -DPAGE=page.md -DHTML=page.html -P MakePage.cmake
+#
+# Turns one page of the guide into HTML: the first heading becomes the title, links to other pages
+# follow them to their HTML, and every page has the same way around.
+execute_process(COMMAND ${CMARK} --extension table ${PAGE}
+    OUTPUT_VARIABLE body COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCH "<h1>([^\n]*)</h1>" heading "${body}")
+set(title "${CMAKE_MATCH_1}")
+string(REGEX REPLACE "href=\"([a-z-]+)\\.md([\"#])" "href=\"\\1.html\\2" body "${body}")
+
+set(around "")
+foreach(entry "index:First steps" "window:The window" "command-line:The command line"
+        "numbers:What the numbers mean" "limits:Formats and limits")
+    string(REGEX MATCH "^([^:]*):(.*)$" entry "${entry}")
+    set(here "")
+    if(HTML MATCHES "/${CMAKE_MATCH_1}\\.html$")
+        set(here " aria-current=\"page\"")
+    endif()
+    string(APPEND around "<a href=\"${CMAKE_MATCH_1}.html\"${here}>${CMAKE_MATCH_2}</a>\n")
+endforeach()
+file(WRITE ${HTML} "<!DOCTYPE html>
+<html lang=\"en\">
+<head>
+<meta charset=\"utf-8\">
+<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">
+<title>${title} - Tactus</title>
+<link rel=\"stylesheet\" href=\"guide.css\">
+</head>
+<body>
+<nav aria-label=\"Pages of the guide\">
+${around}</nav>
+<main>
+${body}</main>
+</body>
+</html>
+")
