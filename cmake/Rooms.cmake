@@ -20,6 +20,7 @@ function(tactus_room room)
     set_target_properties(tactus_${room} PROPERTIES EXPORT_NAME ${room})
     target_include_directories(tactus_${room} PUBLIC
         $<BUILD_INTERFACE:${door}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/tactus>)
+    target_compile_features(tactus_${room} PUBLIC cxx_std_20)
     target_link_libraries(tactus_${room}
         PUBLIC $<BUILD_INTERFACE:Numerics> ${ARG_LINKS}
         PRIVATE $<BUILD_INTERFACE:Warnings> ${ARG_PRIVATE_LINKS})
