@@ -27,13 +27,13 @@ bool HasAudioExtension(CString const& path) {
     return CString(kAudioExtensions).Find(extension) >= 0;
 }
 
-CInputList::CInputList(std::vector<std::string> const& paths) {
+CInputList::CInputList(std::vector<std::string> const& paths, EFolders folders) {
     std::unordered_set<std::string> known;
     for (std::string const& path : paths) {
         CString const file = CString::FromPath(path);
         if (path == "-") {
             AddStandardInput();
-        } else if (CFileManager::IsDirectory(file)) {
+        } else if (folders == EFolders::Search && CFileManager::IsDirectory(file)) {
             AddFolder(path);
         } else {
             m_vFiles.push_back({path, file, {}});

@@ -21,7 +21,10 @@ struct CInputFile {
 /// its error.
 class CInputList {
 public:
-    explicit CInputList(std::vector<std::string> const& paths);
+    /// What becomes of a path that names a folder: the files below it, or an entry like a file.
+    enum class EFolders { Search, Keep };
+
+    explicit CInputList(std::vector<std::string> const& paths, EFolders folders = EFolders::Search);
     ~CInputList();
     CInputList(CInputList const&) = delete;
     CInputList& operator=(CInputList const&) = delete;

@@ -7,6 +7,7 @@
 #include "cli/Command.h"
 #include "cli/ExitCode.h"
 #include "cli/Message.h"
+#include "cli/ProfileCommand.h"
 #include "cli/TagCommand.h"
 
 #include <CLI/CLI.hpp>
@@ -27,6 +28,7 @@ using CommandList = std::vector<std::unique_ptr<ICommand>>;
 CommandList MakeCommands() {
     CommandList commands;
     commands.push_back(std::make_unique<CAnalyzeCommand>());
+    commands.push_back(std::make_unique<CProfileCommand>());
     commands.push_back(std::make_unique<CTagCommand>());
     return commands;
 }
@@ -89,7 +91,12 @@ int FinishParsing(CLI::App const& app, CLI::ParseError const& error) {
         }
         return kExitDone;
     }
-    ReportProblem(error.what());
+    std::vector<std::string> const strangers = app.remaining();
+    if (error.get_name() == "RequiredError" && !strangers.empty()) {
+        ReportProblem(strangers.front(), "there is no such command");
+    } else {
+        ReportProblem(error.what());
+    }
     ReportProblem("'--help' lists what can be asked for");
     return kExitUsage;
 }

@@ -10,7 +10,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <filesystem>
 
 namespace {
 
@@ -62,18 +61,11 @@ private:
     bool m_bBegun = false;
 };
 
-/// The exact name of a file that JSON can't spell.
-std::string UriOf(std::string const& path) {
-    std::error_code error;
-    std::filesystem::path const absolute = std::filesystem::absolute(path, error);
-    return PercentEncoded(error ? path : absolute.native());
-}
-
 std::string JsonRow(CReportRow const& row) {
     CJsonObject object;
     object.Add("path", JsonText(row.m_sPath));
     if (!IsUtf8(row.m_sPath)) {
-        object.Add("uri", JsonText(UriOf(row.m_sPath)));
+        object.Add("uri", JsonText(FileUri(row.m_sPath)));
     }
     std::string const source = SourceName(row.m_source);
     object.Add("title", JsonText(row.m_sTitle))

@@ -4,6 +4,7 @@
 #include "cli/Text.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <utf8proc.h>
 
 CCharacter FirstCharacter(std::string_view text) {
@@ -96,18 +97,20 @@ std::string CutStartToWidth(std::string_view text, std::size_t width) {
     return width == 0 ? std::string() : std::string(kEllipsis) + std::string(text);
 }
 
-std::string PercentEncoded(std::string_view path) {
+std::string FileUri(std::string const& path) {
     constexpr std::string_view kHexDigits = "0123456789ABCDEF";
     constexpr std::string_view kKept =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
-    std::string out = path.starts_with('/') ? "file://" : "";
-    for (char const c : path) {
+    std::error_code error;
+    std::filesystem::path const absolute = std::filesystem::absolute(path, error);
+    std::string uri = "file://";
+    for (char const c : error ? path : absolute.native()) {
         if (kKept.find(c) != std::string_view::npos) {
-            out += c;
+            uri += c;
         } else {
             auto const byte = static_cast<unsigned char>(c);
-            out += {'%', kHexDigits[byte >> 4U], kHexDigits[byte & 15U]};
+            uri += {'%', kHexDigits[byte >> 4U], kHexDigits[byte & 15U]};
         }
     }
-    return out;
+    return uri;
 }

@@ -37,6 +37,6 @@ std::string CutToWidth(std::string_view text, std::size_t width);
 /// The same with the end of `text` kept: an ellipsis comes first when something was cut.
 std::string CutStartToWidth(std::string_view text, std::size_t width);
 
-/// A file URI for an absolute path, a relative reference for another: every byte outside the
-/// unreserved set of RFC 3986 and "/" is percent-encoded.
-std::string PercentEncoded(std::string_view path);
+/// The file URI of `path`, made absolute by the working folder, which spells every name exactly:
+/// every byte outside the unreserved set of RFC 3986 and "/" is percent-encoded.
+std::string FileUri(std::string const& path);

@@ -3,9 +3,8 @@
 
 #include "support/Process.h"
 
-#include "support/TempFolder.h"
-
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
 #include <spawn.h>
 #include <stdexcept>
@@ -14,17 +13,15 @@
 
 extern char** environ;
 
-CProcessResult RunProcess(CProcessSetup const& setup) {
-    CTempFolder const folder;
-    std::string const outPath = setup.m_sOutput.empty() ? folder / "out" : setup.m_sOutput;
-    std::string const errPath = folder / "err";
+CProcess::CProcess(CProcessSetup const& setup)
+    : m_sOutput(setup.m_sOutput.empty() ? m_folder / "out" : setup.m_sOutput) {
+    std::string const errPath = m_folder / "err";
     std::string const inPath = setup.m_sInput.empty() ? "/dev/null" : setup.m_sInput;
-
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     int const create = O_WRONLY | O_CREAT | O_TRUNC;
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, inPath.c_str(), O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, outPath.c_str(), create, 0600);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, m_sOutput.c_str(), create, 0600);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errPath.c_str(), create, 0600);
     if (!setup.m_sFolder.empty()) {
         posix_spawn_file_actions_addchdir_np(&actions, setup.m_sFolder.c_str());
@@ -35,22 +32,45 @@ CProcessResult RunProcess(CProcessSetup const& setup) {
         pointers.push_back(argument.data());
     }
     pointers.push_back(nullptr);
-    pid_t process = 0;
     int const error =
-        posix_spawnp(&process, pointers.front(), &actions, nullptr, pointers.data(), environ);
+        posix_spawnp(&m_nProcess, pointers.front(), &actions, nullptr, pointers.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0) {
+        m_bEnded = true;
         throw std::runtime_error("can't start " + setup.m_vArguments.front());
     }
-    int status = 0;
-    while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
+}
+
+CProcess::~CProcess() {
+    if (!m_bEnded) {
+        Signal(SIGKILL);
+        (void)waitpid(m_nProcess, nullptr, 0);
     }
+}
+
+void CProcess::Signal(int signal) const {
+    (void)kill(m_nProcess, signal);
+}
+
+std::string CProcess::Output() const {
+    return ReadText(m_sOutput);
+}
+
+CProcessResult CProcess::Wait() {
+    int status = 0;
+    while (waitpid(m_nProcess, &status, 0) < 0 && errno == EINTR) {
+    }
+    m_bEnded = true;
     CProcessResult result;
     result.m_nExit = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     result.m_nSignal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
-    result.m_sOut = setup.m_sOutput.empty() ? ReadText(outPath) : "";
-    result.m_sErr = ReadText(errPath);
+    result.m_sOut = m_sOutput.starts_with(m_folder.Path()) ? Output() : "";
+    result.m_sErr = ReadText(m_folder / "err");
     return result;
+}
+
+CProcessResult RunProcess(CProcessSetup const& setup) {
+    return CProcess(setup).Wait();
 }
 
 CProcessResult RunProcess(std::vector<std::string> arguments) {

@@ -3,7 +3,10 @@
 
 #pragma once
 
+#include "support/TempFolder.h"
+
 #include <string>
+#include <sys/types.h>
 #include <vector>
 
 /// What a program left behind.
@@ -20,6 +23,29 @@ struct CProcessSetup {
     std::string m_sFolder;                 // working folder; empty: this process's
     std::string m_sInput;                  // path of its standard input; empty: nothing to read
     std::string m_sOutput;                 // path of its standard output; empty: captured
+};
+
+/// A program that runs.
+class CProcess {
+public:
+    explicit CProcess(CProcessSetup const& setup);
+    ~CProcess();
+    CProcess(CProcess const&) = delete;
+    CProcess& operator=(CProcess const&) = delete;
+
+    void Signal(int signal) const;
+
+    /// What it has written to standard output so far.
+    [[nodiscard]] std::string Output() const;
+
+    /// Waits for its end, once.
+    CProcessResult Wait();
+
+private:
+    CTempFolder m_folder;
+    std::string m_sOutput;
+    pid_t m_nProcess = 0;
+    bool m_bEnded = false;
 };
 
 /// Runs a program to its end.

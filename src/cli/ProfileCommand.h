@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "cli/Command.h"
+
+#include <string>
+#include <vector>
+
+class CString;
+
+/// `tactus profile`: prints the whole result record of files as JSON.
+class CProfileCommand final : public ICommand {
+public:
+    CLI::App* AddTo(CLI::App& program) override;
+    int Run() override;
+
+private:
+    /// Profiles one file. Returns: its JSON text; empty, after a message, when there is none.
+    std::string ProfileFile(std::string const& name, CString const& path);
+
+    bool m_bTrace = false;
+    std::vector<std::string> m_vFiles;
+    bool m_bAllWell = true;
+};

@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "support/ClickTrack.h"
+#include "support/Process.h"
+#include "support/TempFolder.h"
+#include "support/WavFile.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+// The program from outside: `tactus profile`.
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+using testing::ElementsAre;
+
+class ProfileTest : public testing::Test {
+protected:
+    CProcessResult Profile(std::vector<std::string> const& arguments) {
+        CProcessSetup setup;
+        setup.m_vArguments = {TACTUS_PROGRAM, "profile"};
+        setup.m_vArguments.insert(setup.m_vArguments.end(), arguments.begin(), arguments.end());
+        setup.m_sFolder = m_folder.Path();
+        return RunProcess(setup);
+    }
+
+    static std::vector<std::string> KeysOf(Json const& object) {
+        std::vector<std::string> keys;
+        for (auto const& [key, value] : object.items()) {
+            keys.push_back(key);
+        }
+        return keys;
+    }
+
+    CTempFolder m_folder;
+};
+
+TEST_F(ProfileTest, PrintsTheWholeRecord) {
+    WriteWav(m_folder / "a.wav", MakeClickTrack(120.0, 40.0));
+    CProcessResult const result = Profile({"a.wav"});
+    ASSERT_EQ(result.m_nExit, 0) << result.m_sErr;
+    EXPECT_EQ(result.m_sErr, "");
+    EXPECT_EQ(std::count(result.m_sOut.begin(), result.m_sOut.end(), '\n'), 1);
+    Json const json = Json::parse(result.m_sOut);
+    EXPECT_THAT(KeysOf(json),
+                ElementsAre("file", "bpm", "key", "sampleRate", "sampleCount", "bitRate",
+                            "peakLevel", "introEnd", "outroStart", "introFadePoints",
+                            "introSprockets", "outroSprockets", "measureMarks", "beatPatternA",
+                            "beatPatternB", "fingerprint", "largePrint", "progress"));
+    EXPECT_EQ(json["file"], "a.wav");
+    EXPECT_EQ(json["sampleRate"], 44100);
+    EXPECT_EQ(json["sampleCount"], 40 * 44100);
+    EXPECT_EQ(json["bitRate"], 44100 * 32);
+    EXPECT_EQ(json["introFadePoints"].size(), 12U);
+    EXPECT_EQ(json["beatPatternA"].size(), 8U);
+    EXPECT_EQ(json["beatPatternB"].size(), 8U);
+    EXPECT_THAT(KeysOf(json["key"]), ElementsAre("tonic", "mode", "name"));
+    EXPECT_THAT(KeysOf(json["fingerprint"]), ElementsAre("time", "min", "max", "values"));
+    EXPECT_EQ(json["fingerprint"]["values"].size(), 128U);
+    EXPECT_EQ(json["largePrint"]["values"].size(), 4096U);
+    // 0 from the driver; frames 0, 2000, 4000 and 6000 of 6890 from the pass, 94 x 2000 / 6890 =
+    // 27.3 and so on; then the driver's last four.
+    EXPECT_THAT(std::vector<int>(json["progress"]), ElementsAre(0, 0, 27, 54, 81, 95, 98, 99, 100));
+}
+
+TEST_F(ProfileTest, TraceAddsWhatTheStagesHandOn) {
+    WriteWav(m_folder / "a.wav", MakeClickTrack(120.0, 40.0));
+    CProcessResult const result = Profile({"--trace", "a.wav"});
+    ASSERT_EQ(result.m_nExit, 0);
+    Json const json = Json::parse(result.m_sOut);
+    std::vector<std::string> const keys = KeysOf(json);
+    ASSERT_EQ(keys.size(), 27U);
+    EXPECT_THAT(std::vector<std::string>(keys.begin() + 18, keys.end()),
+                ElementsAre("baseBpm", "foldedBpm", "shortClipBpm", "beats", "impactPoints",
+                            "classicPoints", "energy", "bass", "noteCount"));
+    // 40 s have 1764000 / 256 = 6890 elements.
+    EXPECT_EQ(json["energy"].size(), 6890U);
+    EXPECT_EQ(json["bass"].size(), 6890U);
+    // Onsets lie on whole elements of 256 samples, 1.2 % of a beat.
+    EXPECT_NEAR(json["baseBpm"].get<double>(), 120.0, 1.2);
+    EXPECT_THAT(KeysOf(json["noteCount"]), ElementsAre("found", "kept"));
+}
+
+TEST_F(ProfileTest, TwoRunsGiveTheSameBytes) {
+    WriteWav(m_folder / "a.wav", MakeSong(128.0, 40.0));
+    EXPECT_EQ(Profile({"--trace", "a.wav"}).m_sOut, Profile({"--trace", "a.wav"}).m_sOut);
+}
+
+TEST_F(ProfileTest, SilenceHasNoKey) {
+    WriteWav(m_folder / "a.wav", MakeSilence(10.0));
+    Json const json = Json::parse(Profile({"a.wav"}).m_sOut);
+    EXPECT_EQ(json["key"]["tonic"], 0);
+    EXPECT_EQ(json["key"]["mode"], 0);
+    EXPECT_TRUE(json["key"]["name"].is_null());
+    // The beat grid's samples per measure are whole numbers, which moves the last decimals.
+    EXPECT_NEAR(json["bpm"].get<double>(), 96.0, 0.005);
+}
+
+TEST_F(ProfileTest, OneObjectAFileAndAMessageForTheOthers) {
+    WriteWav(m_folder / "a\xFF.wav", MakeSilence(1.0));
+    CProcessResult const result = Profile({"a\xFF.wav", "none.wav", ".", "a\xFF.wav"});
+    EXPECT_EQ(result.m_nExit, 1);
+    EXPECT_EQ(result.m_sErr, "tactus: none.wav: No such file or directory\n"
+                             "tactus: .: is a folder, not a file\n");
+    EXPECT_EQ(std::count(result.m_sOut.begin(), result.m_sOut.end(), '\n'), 1);
+    Json const json = Json::parse(result.m_sOut);
+    EXPECT_EQ(json["file"], "a\xEF\xBF\xBD.wav");
+    EXPECT_THAT(json["uri"].get<std::string>(), testing::EndsWith("/a%FF.wav"));
+}
+
+} // namespace

@@ -1,0 +1,136 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "cli/Report.h"
+
+#include "cli/TableReport.h"
+#include "support/TempFolder.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+#include <vector>
+
+namespace {
+
+CReportRow Analysed(std::string path, std::string title, std::string artist, double tempo) {
+    return {std::move(path), std::move(title),       std::move(artist),
+            tempo,           ETempoSource::Analysis, ""};
+}
+
+CReportRow Failed(std::string path, std::string reason) {
+    return {path, path, "", std::nullopt, ETempoSource::None, std::move(reason)};
+}
+
+class ReportTest : public testing::Test {
+protected:
+    std::string Write(EReportFormat format, std::vector<CReportRow> const& rows) {
+        COutput output;
+        EXPECT_TRUE(output.Open(m_folder / "out"));
+        auto const report = MakeReport(format, output);
+        return Finish(*report, output, rows);
+    }
+
+    std::string WriteTable(std::size_t width, bool isBold, std::vector<CReportRow> const& rows) {
+        COutput output;
+        EXPECT_TRUE(output.Open(m_folder / "out"));
+        CTableReport report(output, width, isBold);
+        return Finish(report, output, rows);
+    }
+
+    std::string Finish(IReport& report, COutput& output, std::vector<CReportRow> const& rows) {
+        for (CReportRow const& row : rows) {
+            EXPECT_TRUE(report.Add(row));
+        }
+        EXPECT_TRUE(report.End());
+        EXPECT_TRUE(output.Finish());
+        return ReadText(m_folder / "out");
+    }
+
+    CTempFolder m_folder;
+};
+
+TEST_F(ReportTest, TempoHasTwoDecimals) {
+    EXPECT_EQ(TempoText(128.0), "128.00");
+    EXPECT_EQ(TempoText(99.999), "100.00");
+    EXPECT_EQ(TempoText(0.0), "0.00");
+    EXPECT_EQ(TempoText(std::nullopt), std::nullopt);
+    EXPECT_EQ(TempoText(std::numeric_limits<double>::infinity()), std::nullopt);
+    EXPECT_EQ(TempoText(std::numeric_limits<double>::quiet_NaN()), std::nullopt);
+    EXPECT_EQ(TempoText(std::numeric_limits<double>::max())->size(), 312U); // 309 digits, "." and 2
+}
+
+TEST_F(ReportTest, TableAlignsItsColumns) {
+    EXPECT_EQ(WriteTable(0, false,
+                         {Analysed("a.mp3", "Song", "Someone", 128.0),
+                          Analysed("longer.wav", "\xC3\x89t\xC3\xA9", "", 82.5),
+                          Failed("b.wav", "is empty")}),
+              "Path        Title  Artist    Tempo  Source\n"
+              "a.mp3       Song   Someone  128.00  analysis\n"
+              "longer.wav  \xC3\x89t\xC3\xA9              82.50  analysis\n"
+              "b.wav       b.wav                -  failed\n");
+}
+
+TEST_F(ReportTest, TableKeepsToTheTerminal) {
+    // 6 + 8 cells for tempo and source and 8 for the gaps leave 18 for the texts.
+    std::string const table =
+        WriteTable(40, false, {Analysed("/music/song.mp3", "A long title", "Artist", 100.0)});
+    EXPECT_EQ(table, "Path    Title   Artist   Tempo  Source\n"
+                     "\xE2\x80\xA6g.mp3  A lon\xE2\x80\xA6  Artist  100.00  analysis\n");
+}
+
+TEST_F(ReportTest, TableHeadingsAreBoldWhereThatIsWelcome) {
+    EXPECT_EQ(WriteTable(80, true, {}), "\x1B[1mPath  Title  Artist  Tempo  Source\x1B[0m\n");
+}
+
+TEST_F(ReportTest, TableShowsNoControlCharacters) {
+    std::string const table = WriteTable(0, false, {Analysed("a\x1B[2J\n", "t\r", "", 1.0)});
+    EXPECT_EQ(table.find('\x1B'), std::string::npos);
+    EXPECT_EQ(table.find('\r'), std::string::npos);
+    EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 2);
+}
+
+TEST_F(ReportTest, CsvQuotesWhatNeedsIt) {
+    EXPECT_EQ(Write(EReportFormat::Csv, {Analysed("a,b.mp3", "Say \"hi\"", "x\ny", 120.5),
+                                         Failed("c\xFF.wav", "is empty")}),
+              "path,title,artist,tempo,source,error\n"
+              "\"a,b.mp3\",\"Say \"\"hi\"\"\",\"x\ny\",120.50,analysis,\n"
+              "c\xFF.wav,c\xFF.wav,,,,is empty\n");
+    EXPECT_EQ(Write(EReportFormat::Csv, {}), "path,title,artist,tempo,source,error\n");
+}
+
+TEST_F(ReportTest, JsonIsAnArrayOfRows) {
+    CReportRow tagged = Analysed("a.mp3", "T", "A", 128.0);
+    tagged.m_source = ETempoSource::Tag;
+    EXPECT_EQ(
+        Write(EReportFormat::Json, {tagged, Failed("b.wav", "no")}),
+        "[\n"
+        R"({"path":"a.mp3","title":"T","artist":"A","tempo":128.00,"source":"tag","error":null})"
+        ",\n"
+        R"({"path":"b.wav","title":"b.wav","artist":"","tempo":null,"source":null,"error":"no"})"
+        "\n]\n");
+    EXPECT_EQ(Write(EReportFormat::Json, {}), "[]\n");
+}
+
+TEST_F(ReportTest, JsonLinesAreOneObjectEach) {
+    EXPECT_EQ(
+        Write(EReportFormat::JsonLines, {Analysed("/m/\xFF.mp3", "T", "A", 99.5)}),
+        R"({"path":"/m/)"
+        "\xEF\xBF\xBD"
+        R"(.mp3","uri":"file:///m/%FF.mp3","title":"T","artist":"A","tempo":99.50,"source":"analysis","error":null})"
+        "\n");
+    EXPECT_EQ(Write(EReportFormat::JsonLines, {}), "");
+}
+
+TEST_F(ReportTest, FullDiskIsNoticed) {
+    COutput output;
+    ASSERT_TRUE(output.Open("/dev/full"));
+    auto const report = MakeReport(EReportFormat::Csv, output);
+    report->Add(Failed("a", "b"));
+    report->End();
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(output.Finish());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "tactus: /dev/full: can't be written: No space left on device\n");
+}
+
+} // namespace
