@@ -96,7 +96,7 @@ CPrototype MakePrototype(std::int32_t type, double w, double q, double gainDb) {
 /// Coefficients over (z^0, z^-1, z^-2) of c0 + c1 s + c2 s^2, multiplied out with
 /// (1 + z^-1)^order.
 void ExpandInZ(float const* s, std::int32_t order, double* z) {
-    double const c0 = s[0];
+    double const c0 = static_cast<double>(s[0]);
     double const c1 = order >= 1 ? static_cast<double>(s[1]) : 0.0;
     double const c2 = order >= 2 ? static_cast<double>(s[2]) : 0.0;
     if (order >= 2) {
