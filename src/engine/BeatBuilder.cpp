@@ -31,13 +31,13 @@ float BpmOfInterval(float interval, std::uint32_t sampleRate, float bpm) {
     return beatSeconds == 0.0f ? bpm : kSecondsPerMinute / beatSeconds;
 }
 
+/// Sum of the elements first..last in ascending order, each end held to the thumbnail.
 float SumElements(CPfPcmThumbnail const& envelope, std::int64_t first, std::int64_t last) {
-    auto const clamp = [&envelope](std::int64_t element) {
-        return static_cast<std::int32_t>(
-            std::max<std::int64_t>(std::min<std::int64_t>(element, envelope.GetCount() - 1), 0));
-    };
+    std::int64_t const highest = std::max(envelope.GetCount() - 1, 0);
+    auto const begin = static_cast<std::int32_t>(std::clamp<std::int64_t>(first, 0, highest));
+    auto const end = static_cast<std::int32_t>(std::clamp<std::int64_t>(last, 0, highest));
     float sum = 0.0f;
-    for (std::int32_t i = clamp(first); i <= clamp(last); ++i) {
+    for (std::int32_t i = begin; i <= end; ++i) {
         sum += envelope.GetAt(i);
     }
     return sum;
@@ -45,12 +45,13 @@ float SumElements(CPfPcmThumbnail const& envelope, std::int64_t first, std::int6
 
 } // namespace
 
-bool CPfBeatBuilder::BuildBeatPointsAlt(CPfPcmThumbnail const* envelope, CPfPcmThumbnail* onsets,
-                                        float* bpm, CPfImpactPoints* out) {
+bool CPfBeatBuilder::BuildBeatPointsAlt(CPfPcmThumbnail const* envelope,
+                                        CPfPcmThumbnail const* onsets, float* bpm,
+                                        CPfImpactPoints* out) const {
     out->RemoveAll();
     std::uint32_t const sampleRate = onsets->GetSampleRate();
     CPfImpactPoints candidates(sampleRate, onsets->GetSampleCount());
-    CPfImpactFinder finder(m_pCancel);
+    CPfImpactFinder const finder(m_pCancel);
     finder.BuildImpactPoints(onsets, kPointsPerMeasure, &candidates);
 
     auto interval = static_cast<float>(::SamPerMeas(*bpm, sampleRate) >> kPointsPerMeasureShift);
@@ -76,7 +77,10 @@ float CPfBeatBuilder::CalcPointConfidence(CPfPcmThumbnail const* envelope, std::
     if (envelope->GetSamplesPerElement() == 0) {
         return 0.0f;
     }
-    std::int64_t const element = position / envelope->GetSamplesPerElement();
+    // Far outside it makes no difference how far.
+    std::int64_t const element =
+        std::clamp<std::int64_t>(position / envelope->GetSamplesPerElement(), -kConfidenceElements,
+                                 envelope->GetCount() + kConfidenceElements);
     float const after = SumElements(*envelope, element, element + kConfidenceElements - 1);
     float const before = SumElements(*envelope, element - kConfidenceElements, element - 1);
     return after - before;

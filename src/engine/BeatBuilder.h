@@ -4,11 +4,13 @@
 #pragma once
 
 #include "base/CancelFlag.h"
+#include "base/Rounding.h"
 #include "engine/BeatGraph.h"
 #include "engine/BeatPattern.h"
 #include "engine/ImpactPoints.h"
 #include "engine/PcmThumbnail.h"
 
+#include <cmath>
 #include <cstdint>
 #include <map>
 #include <vector>
@@ -29,14 +31,15 @@ public:
     /// rough tempo and refined. `out` receives the grid, sorted, without duplicates, resolution 8.
     /// A tempo of 0 leaves `bpm` alone and makes the onsets themselves the grid.
     /// Returns: true; a cancelled run gives whatever stands by then.
-    bool BuildBeatPointsAlt(CPfPcmThumbnail const* envelope, CPfPcmThumbnail* onsets, float* bpm,
-                            CPfImpactPoints* out);
+    bool BuildBeatPointsAlt(CPfPcmThumbnail const* envelope, CPfPcmThumbnail const* onsets,
+                            float* bpm, CPfImpactPoints* out) const;
 
     /// Links candidates that lie whole steps apart into chains and hands out the members of the
     /// best long ones that don't overlap, and the step measured from the best of them.
     /// Returns: false on cancel, the outputs then untouched.
     bool ClusterFilterPoints(CPfPcmThumbnail const* envelope, float interval,
-                             CPfImpactPoints const* in, CPfImpactPoints* out, float* intervalOut);
+                             CPfImpactPoints const* in, CPfImpactPoints* out,
+                             float* intervalOut) const;
 
     /// Rise of the envelope across a position: the sum over eight elements from it on less the sum
     /// over the eight before. Indices past either end mean the element there.
@@ -48,6 +51,13 @@ public:
     /// Quality of a link: how whole the number of steps between the nodes is, times a score that
     /// falls with their distance, times both confidences. 0 to 1; 0 beyond 31 steps.
     static float CalcConQuality(Nodes const& nodes, float interval, std::int32_t i, std::int32_t j);
+
+    /// The connections of quality above 0 between nodes up to 32 steps apart, by first, then second
+    /// node. `nodes` must be in position order and numbered 0, 1, 2 ...
+    static std::vector<CPfBeatConnection> BuildConnections(Nodes const& nodes, float step);
+
+    /// Sorts by descending quality; equals keep their order. Qualities must be above 0.
+    static void RankConnections(std::vector<CPfBeatConnection>* connections);
 
     /// Fraction of the active nodes that are in a chain; 0 when none is active.
     static float CalcCoverage(Nodes const& nodes);
@@ -78,11 +88,18 @@ public:
     bool BuildGridPll(CPfImpactPoints const* in, float interval, CPfImpactPoints* out) const;
 
     /// Distance from the nearest whole step, -0.5 to 0.5 steps, and its absolute value.
-    static float PhaseOffset(std::int64_t distance, float interval);
-    static float AbsPhaseOffset(std::int64_t distance, float interval);
+    static float PhaseOffset(std::int64_t distance, float interval) {
+        float const steps = static_cast<float>(distance) / interval;
+        return steps - std::trunc(steps >= 0.0f ? steps + 0.5f : steps - 0.5f);
+    }
+    static float AbsPhaseOffset(std::int64_t distance, float interval) {
+        return std::abs(PhaseOffset(distance, interval));
+    }
 
     /// Whole steps in a distance, halves up.
-    static std::uint32_t IntervalCount(std::int64_t distance, float interval);
+    static std::uint32_t IntervalCount(std::int64_t distance, float interval) {
+        return RoundHalfUpToUint32(static_cast<double>(distance) / static_cast<double>(interval));
+    }
 
     /// `value` held to lo..hi.
     static float GetBoundedValue(float value, float lo, float hi);
@@ -106,7 +123,7 @@ public:
                                  CPfBeatPattern* pattern);
 
     /// True when every point strictly between i and j lies within 2 % of a step from its even
-    /// place; false for i = j. Both points must exist.
+    /// place; false for i = j and for points that don't exist.
     static bool IsRangeLinear(CPfImpactPoints const* points, std::int32_t i, std::int32_t j);
 
 private:

@@ -4,8 +4,9 @@
 // Steps of ClusterFilterPoints:
 // 1. BuildNodes          a node per candidate, confidences stretched to 0..1
 // 2. ProximityConfFilter of close neighbours the more confident stays
-// 3. BuildConnections    every pair up to 32 steps apart that fits the step
-// 4. LinkNodes           greedily, best first, until 80 % of the nodes are chained (BeatLinker.cpp)
+// 3. BuildConnections    every pair up to 32 steps apart that fits the step, RankConnections: best
+//                        first (BeatConnections.cpp)
+// 4. LinkBestFirst       greedily, until 80 % of the nodes are chained (BeatLinker.cpp)
 // 5. RankChains          by span and confidence
 // 6. DropOverlaps, DropShortChains
 // 7. MeasureStep         the step, from the best chain
@@ -16,22 +17,14 @@
 #include "base/Rounding.h"
 
 #include <algorithm>
-#include <cmath>
 #include <list>
-#include <tuple>
+#include <map>
 
 namespace {
 
 using Nodes = CPfBeatBuilder::Nodes;
 
 constexpr float kProximitySteps = 0.45f;        // Fixed: reach of the proximity filter.
-constexpr float kLeastCloseness = 0.8f;         // Fixed: closeness that scores 0.
-constexpr float kFullCloseness = 0.98f;         // Fixed: closeness above which the score is 1.
-constexpr float kClosenessRange = 0.18f;        // Derived: 0.98 - 0.8, as its own nearest float.
-constexpr std::uint32_t kNearSteps = 8;         // Fixed: up to one measure a link loses nothing.
-constexpr std::uint32_t kFarthestSteps = 32;    // Fixed: four measures; the score falls to 0 there.
-constexpr float kFallingSteps = 24.0f;          // Derived: 32 - 8.
-constexpr float kEnoughCoverage = 0.8f;         // Fixed: linking stops here.
 constexpr std::int32_t kLeastChainIndices = 32; // Fixed: shorter chains are dropped.
 
 Nodes BuildNodes(CPfPcmThumbnail const& envelope, CPfImpactPoints const& candidates) {
@@ -65,59 +58,6 @@ std::vector<std::int64_t> Positions(Nodes const& nodes) {
         positions.push_back(node.m_nPosition);
     }
     return positions;
-}
-
-std::vector<CPfBeatConnection> BuildConnections(Nodes const& nodes, float step) {
-    std::vector<CPfBeatConnection> connections;
-    auto const count = static_cast<std::int32_t>(nodes.size());
-    for (std::int32_t i = 0; i < count; ++i) {
-        for (std::int32_t j = i + 1; j < count; ++j) {
-            std::int64_t const distance = nodes[static_cast<std::size_t>(j)].m_nPosition -
-                                          nodes[static_cast<std::size_t>(i)].m_nPosition;
-            if (CPfBeatBuilder::IntervalCount(distance, step) > kFarthestSteps) {
-                break;
-            }
-            float const quality = CPfBeatBuilder::CalcConQuality(nodes, step, i, j);
-            if (quality > 0.0f) {
-                connections.push_back({i, j, quality});
-            }
-        }
-    }
-    return connections;
-}
-
-/// Descending quality; ties go to the earlier nodes, so that the order never depends on the sort.
-bool RanksBefore(CPfBeatConnection const& a, CPfBeatConnection const& b) {
-    if (BeatConQualitySort(a, b) || BeatConQualitySort(b, a)) {
-        return BeatConQualitySort(a, b);
-    }
-    return std::tie(a.m_nFirst, a.m_nSecond) < std::tie(b.m_nFirst, b.m_nSecond);
-}
-
-/// Links the connections best first. They are put in order a portion at a time, since linking
-/// mostly ends long before the last.
-/// Returns: false when the run was cancelled.
-bool LinkNodes(std::vector<CPfBeatConnection>& connections, std::size_t portion,
-               CCancelFlag const* cancel, CPfBeatLinker* linker) {
-    for (auto first = connections.begin(); first != connections.end();) {
-        auto const left = static_cast<std::size_t>(connections.end() - first);
-        auto const last = first + static_cast<std::ptrdiff_t>(std::min(portion, left));
-        if (last != connections.end()) {
-            std::nth_element(first, last, connections.end(), RanksBefore);
-        }
-        std::sort(first, last, RanksBefore);
-        for (; first != last; ++first) {
-            if (cancel != nullptr && cancel->IsSet()) {
-                return false;
-            }
-            linker->Link(*first);
-            if (linker->Coverage() >= kEnoughCoverage) {
-                return true;
-            }
-        }
-        portion *= 2;
-    }
-    return true;
 }
 
 void MeasureChain(Nodes const& nodes, CPfBeatPointChain* chain) {
@@ -163,10 +103,17 @@ std::list<CPfBeatPointChain> RankChains(Nodes const& nodes, CPfBeatBuilder::Chai
     return ranked;
 }
 
+/// A chain goes when it overlaps one that ranks before it and stays. Those that stay don't overlap
+/// each other, so of them only the last that begins before the chain's end can reach into it.
 void DropOverlaps(std::list<CPfBeatPointChain>* ranked) {
-    for (auto better = ranked->begin(); better != ranked->end(); ++better) {
-        for (auto other = std::next(better); other != ranked->end();) {
-            other = better->IsOverlapping(*other) ? ranked->erase(other) : std::next(other);
+    std::map<std::int32_t, CPfBeatPointChain const*> staying; // by first index
+    for (auto chain = ranked->begin(); chain != ranked->end();) {
+        auto const behind = staying.upper_bound(chain->GetLastIndex());
+        if (behind != staying.begin() && std::prev(behind)->second->IsOverlapping(*chain)) {
+            chain = ranked->erase(chain);
+        } else {
+            staying.emplace_hint(behind, chain->GetFirstIndex(), &*chain);
+            ++chain;
         }
     }
 }
@@ -194,7 +141,7 @@ float MeasureStep(Nodes const& nodes, CPfBeatPointChain const& best, float step)
 
 bool CPfBeatBuilder::ClusterFilterPoints(CPfPcmThumbnail const* envelope, float interval,
                                          CPfImpactPoints const* in, CPfImpactPoints* out,
-                                         float* intervalOut) {
+                                         float* intervalOut) const {
     if (IsCancelled()) {
         return false;
     }
@@ -206,8 +153,9 @@ bool CPfBeatBuilder::ClusterFilterPoints(CPfPcmThumbnail const* envelope, float 
     float const step = AverageInterval(interval, Positions(nodes));
 
     std::vector<CPfBeatConnection> connections = BuildConnections(nodes, step);
+    RankConnections(&connections);
     CPfBeatLinker linker(&nodes);
-    if (!LinkNodes(connections, nodes.size() + 1, m_pCancel, &linker)) {
+    if (!linker.LinkBestFirst(connections, m_pCancel)) {
         return false;
     }
     std::list<CPfBeatPointChain> ranked = RankChains(nodes, linker.TakeChains());
@@ -224,48 +172,27 @@ bool CPfBeatBuilder::ClusterFilterPoints(CPfPcmThumbnail const* envelope, float 
 
 bool CPfBeatBuilder::ProximityConfFilter(float interval, Nodes* nodes) {
     std::int64_t const reach = TruncateTo<std::int64_t>(interval * kProximitySteps);
-    std::list<CPfBeatPoint> left(nodes->begin(), nodes->end());
-    for (auto at = left.begin(); at != left.end();) {
-        auto best = at;
-        for (auto other = at; at->m_nPosition - other->m_nPosition < reach; --other) {
-            if (other->m_fConfidence > best->m_fConfidence) {
-                best = other;
-            }
-            if (other == left.begin()) {
-                break;
-            }
+    Nodes left;
+    left.reserve(nodes->size());
+    for (std::size_t i = 0; i < nodes->size(); ++i) {
+        CPfBeatPoint const& node = (*nodes)[i];
+        bool outshone = false;
+        // Backwards only those count that are left; forwards all.
+        for (std::size_t k = left.size();
+             k-- > 0 && node.m_nPosition - left[k].m_nPosition < reach && !outshone;) {
+            outshone = left[k].m_fConfidence > node.m_fConfidence;
         }
-        for (auto other = at; other != left.end() && other->m_nPosition - at->m_nPosition < reach;
-             ++other) {
-            if (other->m_fConfidence > best->m_fConfidence) {
-                best = other;
-            }
+        for (std::size_t k = i + 1;
+             k < nodes->size() && (*nodes)[k].m_nPosition - node.m_nPosition < reach && !outshone;
+             ++k) {
+            outshone = (*nodes)[k].m_fConfidence > node.m_fConfidence;
         }
-        at = at->m_fConfidence < best->m_fConfidence ? left.erase(at) : std::next(at);
+        if (!outshone) {
+            left.push_back(node);
+        }
     }
-    nodes->assign(left.begin(), left.end());
+    nodes->swap(left);
     return true;
-}
-
-float CPfBeatBuilder::CalcConQuality(Nodes const& nodes, float interval, std::int32_t i,
-                                     std::int32_t j) {
-    CPfBeatPoint const& a = nodes[static_cast<std::size_t>(i)];
-    CPfBeatPoint const& b = nodes[static_cast<std::size_t>(j)];
-    std::int64_t const distance = std::abs(b.m_nPosition - a.m_nPosition);
-    std::uint32_t const steps = IntervalCount(distance, interval);
-    if (steps == 0 || steps > kFarthestSteps) {
-        return 0.0f;
-    }
-    float const closeness = 1.0f - AbsPhaseOffset(distance, interval);
-    float phaseScore = 0.0f;
-    if (closeness > kFullCloseness) {
-        phaseScore = 1.0f;
-    } else if (closeness > kLeastCloseness) {
-        phaseScore = (closeness - kLeastCloseness) / kClosenessRange;
-    }
-    float const distanceScore =
-        steps <= kNearSteps ? 1.0f : static_cast<float>(kFarthestSteps - steps) / kFallingSteps;
-    return phaseScore * distanceScore * a.m_fConfidence * b.m_fConfidence;
 }
 
 float CPfBeatBuilder::CalcCoverage(Nodes const& nodes) {

@@ -13,13 +13,8 @@
 namespace {
 
 constexpr float kLeastInterval = 1.0f;   // Fixed: a step shorter than one sample adds nothing.
-constexpr double kPllPhaseBand = 0.02;   // Fixed: phase per step beyond which a point is passed.
-constexpr double kPllDeadBand = 0.00025; // Fixed: phase per step that is not corrected.
-
-/// The nearest whole number, halves away from 0, in single precision.
-float RoundNearest(float x) {
-    return std::trunc(x >= 0.0f ? x + 0.5f : x - 0.5f);
-}
+constexpr float kPllPhaseBand = 0.02f;   // Fixed: phase per step beyond which a point is passed.
+constexpr float kPllDeadBand = 0.00025f; // Fixed: phase per step that is not corrected.
 
 /// interval * m in single precision, truncated.
 std::int64_t StepsAway(float interval, std::int64_t m) {
@@ -62,7 +57,11 @@ bool CPfBeatBuilder::ExtrapolatePoints(float interval, std::int64_t sampleCount,
     for (std::int64_t m = 1; StepsAway(interval, m) <= first; ++m) {
         added.Add(first - StepsAway(interval, m));
     }
-    for (std::int64_t m = 1; StepsAway(interval, m) < sampleCount - last; ++m) {
+    // The room behind the last point, without sign: it may exceed 63 bits for absurd positions.
+    std::uint64_t const room = last < sampleCount ? static_cast<std::uint64_t>(sampleCount) -
+                                                        static_cast<std::uint64_t>(last)
+                                                  : 0;
+    for (std::int64_t m = 1; static_cast<std::uint64_t>(StepsAway(interval, m)) < room; ++m) {
         added.Add(last + StepsAway(interval, m));
     }
     points->Append(added);
@@ -78,7 +77,7 @@ bool CPfBeatBuilder::RemoveLowConfidencePoints(CPfPcmThumbnail const* envelope, 
     }
     std::stable_sort(ranked.begin(), ranked.end(),
                      [](CPfImpactPoint const& a, CPfImpactPoint const& b) {
-                         return !ImpactPointConfSort(b, a);
+                         return a.m_fConfidence > b.m_fConfidence;
                      });
     std::size_t const kept = std::min<std::size_t>(
         TruncateTo<std::uint32_t>(static_cast<float>(ranked.size()) * keepFraction), ranked.size());
@@ -105,35 +104,23 @@ bool CPfBeatBuilder::BuildGridPll(CPfImpactPoints const* in, float interval,
         if (distance <= 0) {
             continue;
         }
-        double const steps = IntervalCount(distance, interval);
-        double const phase = static_cast<double>(PhaseOffset(distance, interval));
-        if (!(steps > 0.0 && -kPllPhaseBand * steps < phase && phase < kPllPhaseBand * steps)) {
+        auto const steps = static_cast<float>(IntervalCount(distance, interval));
+        float const phase = PhaseOffset(distance, interval);
+        if (!(steps > 0.0f && -kPllPhaseBand * steps < phase && phase < kPllPhaseBand * steps)) {
             continue;
         }
-        double corrected = steps;
+        float corrected = steps;
         if (std::abs(phase) >= kPllDeadBand * steps) {
             corrected += phase / std::sqrt(std::abs(phase) / (kPllDeadBand * steps));
         }
-        std::int64_t const step = TruncateToInt64(static_cast<double>(distance) / corrected);
+        std::int64_t const step =
+            TruncateTo<std::int64_t>(static_cast<float>(distance) / corrected);
         while (step > 0 && position - step > grid) {
             grid += step;
             out->Add(grid);
         }
     }
     return true;
-}
-
-float CPfBeatBuilder::PhaseOffset(std::int64_t distance, float interval) {
-    float const steps = static_cast<float>(distance) / interval;
-    return steps - RoundNearest(steps);
-}
-
-float CPfBeatBuilder::AbsPhaseOffset(std::int64_t distance, float interval) {
-    return std::abs(PhaseOffset(distance, interval));
-}
-
-std::uint32_t CPfBeatBuilder::IntervalCount(std::int64_t distance, float interval) {
-    return RoundHalfUpToUint32(static_cast<double>(distance) / static_cast<double>(interval));
 }
 
 float CPfBeatBuilder::GetBoundedValue(float value, float lo, float hi) {

@@ -9,18 +9,37 @@
 
 #include <utility>
 
+namespace {
+
+constexpr float kEnoughCoverage = 0.8f; // Fixed: linking stops here.
+
+} // namespace
+
 CPfBeatLinker::CPfBeatLinker(CPfBeatBuilder::Nodes* nodes)
     : m_pNodes(nodes), m_nActive(static_cast<std::int32_t>(nodes->size())) {
 }
 
-void CPfBeatLinker::Link(CPfBeatConnection const& connection) {
+bool CPfBeatLinker::LinkBestFirst(std::vector<CPfBeatConnection> const& connections,
+                                  CCancelFlag const* cancel) {
+    for (CPfBeatConnection const& connection : connections) {
+        if (cancel != nullptr && cancel->IsSet()) {
+            return false;
+        }
+        if (Link(connection) && Coverage() >= kEnoughCoverage) {
+            break;
+        }
+    }
+    return true;
+}
+
+bool CPfBeatLinker::Link(CPfBeatConnection const& connection) {
     CPfBeatPoint* a = &(*m_pNodes)[static_cast<std::size_t>(connection.m_nFirst)];
     CPfBeatPoint* b = &(*m_pNodes)[static_cast<std::size_t>(connection.m_nSecond)];
     if (b->m_nIndex < a->m_nIndex) {
         std::swap(a, b);
     }
     if (!a->m_bActive || !b->m_bActive) {
-        return;
+        return false;
     }
     if (a->m_nChainId == -1 && b->m_nChainId == -1) {
         BeginRun(*a, *b);
@@ -31,6 +50,7 @@ void CPfBeatLinker::Link(CPfBeatConnection const& connection) {
     } else {
         MeetRuns(*a, *b);
     }
+    return true;
 }
 
 float CPfBeatLinker::Coverage() const {

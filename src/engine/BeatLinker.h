@@ -10,7 +10,7 @@
 #include <vector>
 
 /// Greedy linking of beat nodes, best connection first, into chains. Every chain is one run of
-/// active nodes, each linked to the one before and the one after; `CBeatLinker` keeps the ends of
+/// active nodes, each linked to the one before and the one after; `CPfBeatLinker` keeps the ends of
 /// every run and the counts behind the coverage, so that one connection costs next to nothing
 /// however long the chains are. The results are those of walking the links each time.
 /// Thread: worker.
@@ -19,8 +19,14 @@ public:
     /// `nodes` must be in position order, numbered 0, 1, 2 ... and stay where they are.
     explicit CPfBeatLinker(CPfBeatBuilder::Nodes* nodes);
 
-    /// Takes the next best connection into account; those with an inactive end are passed over.
-    void Link(CPfBeatConnection const& connection);
+    /// Links `connections` in their order until 80 % of the active nodes are in a chain.
+    /// Returns: false when the run was cancelled in between. `cancel` may be null.
+    bool LinkBestFirst(std::vector<CPfBeatConnection> const& connections,
+                       CCancelFlag const* cancel);
+
+    /// Takes the next best connection into account.
+    /// Returns: false when it was passed over because one of its ends is inactive.
+    bool Link(CPfBeatConnection const& connection);
 
     /// Fraction of the active nodes that are in a chain; 0 when none is active.
     [[nodiscard]] float Coverage() const;
