@@ -8,6 +8,7 @@
 // BuildBeatPattern: PhaseEnergies, turned so that the downbeat comes first.
 
 #include "engine/BeatBuilder.h"
+#include "engine/EvenRun.h"
 
 #include "base/Rounding.h"
 
@@ -165,14 +166,16 @@ void WalkForwards(CPfImpactPoints const& points, CVectorArray<std::int64_t>* mar
         if (points.EnumMeasStartMarks(k + 1, &mark)) {
             points.GetClosestPointIndex(mark, &limit);
         }
+        CPfEvenRun run(points, anchor);
         for (std::int32_t current = anchor; current + measure <= limit; current += measure) {
-            if (CPfBeatBuilder::IsRangeLinear(&points, anchor, current + measure)) {
+            if (run.ReachesTo(current + measure)) {
                 continue;
             }
             if (anchor < current) {
                 marks->Add(PointAt(points, current));
             }
             anchor = current + measure;
+            run = CPfEvenRun(points, anchor);
         }
     }
 }
@@ -186,9 +189,10 @@ void WalkBackwards(CPfImpactPoints const& points, CVectorArray<std::int64_t>* ma
         return;
     }
     std::int32_t previous = anchor;
+    CPfEvenRun run(points, anchor);
     for (std::int32_t i = anchor - measure; i >= 0; i -= measure) {
-        if (!CPfBeatBuilder::IsRangeLinear(&points, i, anchor)) {
-            anchor = i;
+        if (!run.ReachesTo(i)) {
+            run = CPfEvenRun(points, i);
             marks->Add(PointAt(points, previous));
         }
         previous = i;
@@ -275,10 +279,13 @@ bool CPfBeatBuilder::BuildBeatPattern(CPfPcmThumbnail const* envelope,
 }
 
 bool CPfBeatBuilder::IsRangeLinear(CPfImpactPoints const* points, std::int32_t i, std::int32_t j) {
-    if (i == j) {
+    auto const positions = points->Points();
+    auto const exists = [&positions](std::int32_t k) {
+        return k >= 0 && static_cast<std::size_t>(k) < positions.size();
+    };
+    if (i == j || !exists(i) || !exists(j)) {
         return false;
     }
-    auto const positions = points->Points();
     auto const at = [&positions](std::int32_t k) { return positions[static_cast<std::size_t>(k)]; };
     double const step = static_cast<double>(at(j) - at(i)) / static_cast<double>(j - i);
     std::int64_t const tolerance = TruncateToInt64(step * kLinearTolerance);
