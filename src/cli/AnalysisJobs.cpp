@@ -6,11 +6,14 @@
 
 #include "cli/AnalysisJobs.h"
 
+#include "IDTag/ID3Reader.h"
 #include "app/BPMFile.h"
 #include "app/FileAnalyzer.h"
+#include "app/RowTags.h"
 #include "base/FileUtil.h"
 #include "cli/Interrupt.h"
 #include "cli/Progress.h"
+#include "cli/WriteReason.h"
 
 #include <algorithm>
 #include <charconv>
@@ -20,14 +23,40 @@
 namespace {
 
 constexpr std::chrono::milliseconds kLongestWait(50); // Fixed: until a request to stop is seen.
+constexpr char kTempoFrameId[] = "TBPM";              // Standard: ID3v2.3.0, section 4.2.1.
 
 /// The number that `text` begins with, blanks before it left out; 0 when there is none.
 template <typename Number>
-Number LeadingNumber(std::string_view text) {
+Number ParseNumber(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
     Number value = 0;
     (void)std::from_chars(text.data(), text.data() + text.size(), value);
     return value;
+}
+
+/// Fills the row's texts from the file's tag. Returns: false when the tag must not be touched.
+bool ReadTexts(CBPMFile& file, std::string const& name, CReportRow& row) {
+    bool const isTagOpen = ReadRowTags(file);
+    CString fileName;
+    CFileUtil::ExtractFileName(file.GetPath(), fileName);
+    // Standard input lies in a file of another name.
+    bool const isItsName = name == kStandardInputName && file.GetTitle() == fileName;
+    row.m_sTitle = isItsName ? name : file.GetTitle().ToUtf8();
+    row.m_sArtist = file.GetArtist().ToUtf8();
+    return isTagOpen;
+}
+
+/// Stores a tempo in the file's tag as the window does, but never one of 0.
+/// Returns: why that can't be done, for a person; empty when it is done or there is no need.
+std::string StoreTempo(CBPMFile const& file, bool isTagOpen, std::string const& tempo) {
+    if (!(ParseNumber<double>(tempo) > 0.0)) {
+        return {};
+    }
+    EWriteProblem problem = EWriteProblem::UnknownFrameId;
+    if (isTagOpen) {
+        CID3Reader::SetTagString(file.GetPath(), kTempoFrameId, CString(tempo.c_str()), &problem);
+    }
+    return problem == EWriteProblem::OtherExtension ? std::string() : WriteReason(problem);
 }
 
 } // namespace
@@ -39,6 +68,7 @@ struct CAnalysisJobs::CSlot {
     std::size_t m_nIndex = 0;
     CReportRow m_row;
     int m_nPercent = 0;
+    bool m_bTagOpen = true; // the tag may be written
     bool m_bFinished = false;
     bool m_bDone = false; // finished with a tempo or an error, not cancelled
 };
@@ -93,18 +123,30 @@ void CAnalysisJobs::StartNext() {
 /// Begins the file at `index`. The slot stays free when the file is done without an analysis.
 void CAnalysisJobs::Begin(CSlot& slot, std::size_t index) {
     CInputFile const& input = m_vFiles[index];
-    auto file = std::make_unique<CBPMFile>(input.m_sPath);
-    CString title;
-    CFileUtil::ExtractFileName(CString::FromPath(input.m_sName), title);
+    slot.m_nIndex = index;
     slot.m_row = {};
     slot.m_row.m_sPath = input.m_sName;
-    slot.m_row.m_sTitle = title.ToUtf8();
+    slot.m_row.m_sTitle = input.m_sName;
     slot.m_row.m_sError = input.m_sError;
-    slot.m_nIndex = index;
     if (!input.m_sError.empty()) {
         TakeRow(slot);
         return;
     }
+    auto file = std::make_unique<CBPMFile>(input.m_sPath);
+    slot.m_bTagOpen = ReadTexts(*file, input.m_sName, slot.m_row);
+    if (!slot.m_bTagOpen) {
+        slot.m_row.m_sNote = "its ID3v2.2 tag holds an unknown kind of frame and isn't read";
+    }
+    if (file->IsDone() && !m_options.m_bForce) {
+        slot.m_row.m_dTempo = LeadingNumber(file->GetTempo());
+        slot.m_row.m_source = ETempoSource::Tag;
+        TakeRow(slot);
+        return;
+    }
+    StartAnalysis(slot, std::move(file));
+}
+
+void CAnalysisJobs::StartAnalysis(CSlot& slot, std::unique_ptr<CBPMFile> file) {
     {
         std::scoped_lock const guard(m_lock);
         slot.m_nPercent = 0;
@@ -223,23 +265,34 @@ CAnalysisJobs::CSlot* CAnalysisJobs::SlotOf(CUserInfo const* info) {
 void CAnalysisJobs::OnProgress(CUserInfo const* info) {
     std::scoped_lock const guard(m_lock);
     if (CSlot* const slot = SlotOf(info); slot != nullptr) {
-        slot->m_nPercent = LeadingNumber<int>(UserInfoText(info, kPercentKey));
+        slot->m_nPercent = ParseNumber<int>(UserInfoText(info, kPercentKey));
     }
 }
 
 void CAnalysisJobs::OnComplete(CUserInfo const* info) {
-    std::scoped_lock const guard(m_lock);
-    CSlot* const slot = SlotOf(info);
+    CSlot* slot = nullptr;
+    {
+        std::scoped_lock const guard(m_lock);
+        slot = SlotOf(info);
+    }
     if (slot == nullptr) {
         return;
     }
+    // Until it is finished, the slot's row and file are this worker's alone.
+    bool const isDone = !slot->m_analyzer.WasCancelled();
     std::string const failure = slot->m_analyzer.GetFailure();
-    slot->m_bDone = !slot->m_analyzer.WasCancelled();
-    slot->m_row.m_sError = failure.empty() ? slot->m_analyzer.GetDamage() : failure;
-    if (failure.empty()) {
-        slot->m_row.m_dTempo = LeadingNumber<double>(UserInfoText(info, kBpmKey));
-        slot->m_row.m_source = ETempoSource::Analysis;
+    std::string const tempo = UserInfoText(info, kBpmKey);
+    CReportRow& row = slot->m_row;
+    row.m_sError = failure.empty() ? slot->m_analyzer.GetDamage() : failure;
+    if (isDone && failure.empty()) {
+        row.m_dTempo = ParseNumber<double>(tempo);
+        row.m_source = ETempoSource::Analysis;
+        std::string const problem =
+            m_options.m_bWrite ? StoreTempo(*slot->m_pFile, slot->m_bTagOpen, tempo) : "";
+        row.m_sError += row.m_sError.empty() || problem.empty() ? problem : "; " + problem;
     }
+    std::scoped_lock const guard(m_lock);
+    slot->m_bDone = isDone;
     slot->m_bFinished = true;
     m_changed.notify_one();
 }

@@ -15,10 +15,12 @@
 #include <optional>
 #include <vector>
 
+class CBPMFile;
 class CProgress;
 
 struct CAnalysisOptions {
     bool m_bForce = false;   // analyse files too whose tag has a tempo
+    bool m_bWrite = false;   // store what an analysis finds in the tags of mp3 files
     std::size_t m_nJobs = 1; // files at once
 };
 
@@ -44,6 +46,7 @@ private:
     struct CSlot;
 
     void Begin(CSlot& slot, std::size_t index);
+    void StartAnalysis(CSlot& slot, std::unique_ptr<CBPMFile> file);
     void TakeRow(CSlot& slot);
     void Free(CSlot& slot);
     void Stop();

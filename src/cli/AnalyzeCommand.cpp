@@ -34,6 +34,8 @@ CLI::App* CAnalyzeCommand::AddTo(CLI::App& program) {
     m_options.m_nJobs = std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, kMostJobs);
     CLI::App* const app = program.add_subcommand(
         "analyze", "Find the tempo of files, and of the audio files in folders");
+    app->add_flag("-w,--write", m_options.m_bWrite,
+                  "Store the tempos found in the tags of mp3 files");
     app->add_flag("-f,--force", m_options.m_bForce, "Analyse files too whose tag has a tempo");
     app->add_option("-j,--jobs", m_options.m_nJobs, "Files to analyse at once")
         ->type_name("N")
@@ -95,6 +97,8 @@ int CAnalyzeCommand::RunJobs(CInputList const& inputs, COutput& output) {
         if (!row.m_sError.empty()) {
             ReportProblem(row.m_sPath, row.m_sError);
             isAllWell = false;
+        } else if (!row.m_sNote.empty()) {
+            ReportProblem(row.m_sPath, row.m_sNote);
         }
         return report->Add(row);
     });

@@ -31,7 +31,7 @@ CInputList::CInputList(std::vector<std::string> const& paths, EFolders folders) 
     std::unordered_set<std::string> known;
     for (std::string const& path : paths) {
         CString const file = CString::FromPath(path);
-        if (path == "-") {
+        if (path == kStandardInputName) {
             AddStandardInput();
         } else if (folders == EFolders::Search && CFileManager::IsDirectory(file)) {
             AddFolder(path);
@@ -69,5 +69,5 @@ void CInputList::AddStandardInput() {
         m_nStandardInput = SpoolStandardInput(error);
     }
     std::string const path = "/dev/fd/" + std::to_string(m_nStandardInput);
-    m_vFiles.push_back({"-", CString::FromPath(path), error});
+    m_vFiles.push_back({std::string(kStandardInputName), CString::FromPath(path), error});
 }

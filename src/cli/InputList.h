@@ -6,7 +6,10 @@
 #include "base/CString.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
+
+inline constexpr std::string_view kStandardInputName = "-"; // Standard: POSIX, guideline 13.
 
 /// One file to be analysed, or something that can't be.
 struct CInputFile {

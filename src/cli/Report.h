@@ -18,7 +18,8 @@ struct CReportRow {
     std::string m_sArtist;          // UTF-8
     std::optional<double> m_dTempo; // beats per minute; nothing when there is none
     ETempoSource m_source = ETempoSource::None;
-    std::string m_sError; // the reason for a person; empty when all went well
+    std::string m_sError;     // the reason for a person; empty when all went well
+    std::string m_sNote = {}; // something for a person that is no failure; not part of the report
 };
 
 enum class EReportFormat { Table, Csv, Json, JsonLines };

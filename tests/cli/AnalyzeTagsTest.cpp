@@ -1,0 +1,149 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "support/ClickTrack.h"
+#include "support/Process.h"
+#include "support/TagFile.h"
+#include "support/TempFolder.h"
+#include "support/WavFile.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+// The program from outside: `tactus analyze` and the tags of files.
+
+namespace {
+
+using testing::ContainsRegex;
+using testing::HasSubstr;
+
+class AnalyzeTagsTest : public testing::Test {
+protected:
+    CProcessResult Tactus(std::vector<std::string> const& arguments) {
+        CProcessSetup setup;
+        setup.m_vArguments = {TACTUS_PROGRAM};
+        setup.m_vArguments.insert(setup.m_vArguments.end(), arguments.begin(), arguments.end());
+        setup.m_sFolder = m_folder.Path();
+        return RunProcess(setup);
+    }
+
+    /// Writes an mp3 of `seconds` without a sound; `metadata` as "key=value".
+    void WriteMp3(std::string const& name, double seconds,
+                  std::vector<std::string> const& metadata = {}) {
+        WriteWav(m_folder / "source.wav", MakeSilence(seconds));
+        std::vector<std::string> arguments = {"-i", m_folder / "source.wav", "-c:a", "libmp3lame"};
+        for (std::string const& item : metadata) {
+            arguments.insert(arguments.end(), {"-metadata", item});
+        }
+        arguments.push_back(m_folder / name);
+        Ffmpeg(arguments);
+    }
+
+    /// The same without a tag and without the encoder's note on padding.
+    void WriteBareMp3(std::string const& name, double seconds) {
+        WriteWav(m_folder / "source.wav", MakeSilence(seconds));
+        Ffmpeg({"-i", m_folder / "source.wav", "-c:a", "libmp3lame", "-write_xing", "0",
+                "-id3v2_version", "0", m_folder / name});
+    }
+
+    std::string TempoTag(std::string const& name) {
+        return Tactus({"tag", "get", name, "TBPM"}).m_sOut;
+    }
+
+    CTempFolder m_folder;
+};
+
+TEST_F(AnalyzeTagsTest, TempoOfTheTagIsTakenUnlessForced) {
+    WriteMp3("a.mp3", 10.0, {"TBPM=133.333", "title=Song", "artist=Someone"});
+    CProcessResult const tagged = Tactus({"analyze", "--format", "csv", "a.mp3"});
+    EXPECT_EQ(tagged.m_nExit, 0);
+    EXPECT_THAT(tagged.m_sOut, HasSubstr("\na.mp3,Song,Someone,133.33,tag,\n"));
+    CProcessResult const forced = Tactus({"analyze", "-f", "--format", "csv", "a.mp3"});
+    EXPECT_THAT(forced.m_sOut, HasSubstr("\na.mp3,Song,Someone,96.00,analysis,\n"));
+    EXPECT_EQ(TempoTag("a.mp3"), "133.333\n");
+}
+
+TEST_F(AnalyzeTagsTest, TitleOfTheTagComesWithATempoTextOnly) {
+    WriteMp3("a.mp3", 10.0, {"title=Song", "artist=Someone"});
+    WriteMp3("b.mp3", 10.0, {"TBPM=unknown", "title=Song", "artist=Someone"});
+    WriteMp3("c.mp3", 10.0, {"TBPM=0", "title=Song"});
+    CProcessResult const result = Tactus({"analyze", "--format", "csv", "a.mp3", "b.mp3", "c.mp3"});
+    EXPECT_EQ(result.m_sOut, "path,title,artist,tempo,source,error\n"
+                             "a.mp3,a.mp3,Someone,96.00,analysis,\n"
+                             "b.mp3,Song,Someone,96.00,analysis,\n"
+                             "c.mp3,Song,,96.00,analysis,\n");
+}
+
+TEST_F(AnalyzeTagsTest, WriteStoresTheTempoInMp3FilesAlone) {
+    WriteMp3("a.mp3", 10.0, {"title=Song"});
+    WriteMp3("B.MP3", 10.0);
+    WriteWav(m_folder / "c.wav", MakeSilence(10.0));
+    std::string const wav = ReadText(m_folder / "c.wav");
+    CProcessResult const result =
+        Tactus({"analyze", "-w", "--format", "csv", "a.mp3", "B.MP3", "c.wav"});
+    EXPECT_EQ(result.m_nExit, 0) << result.m_sErr;
+    EXPECT_EQ(result.m_sErr, "");
+    EXPECT_EQ(TempoTag("a.mp3"), "96.00\n");
+    EXPECT_EQ(TempoTag("B.MP3"), "96.00\n");
+    EXPECT_EQ(ReadText(m_folder / "c.wav"), wav);
+    EXPECT_EQ(Tactus({"tag", "get", "a.mp3", "TIT2"}).m_sOut, "Song\n");
+    // The next run reads what this one wrote, the title with it.
+    EXPECT_THAT(Tactus({"analyze", "-w", "--format", "csv", "a.mp3"}).m_sOut,
+                HasSubstr("\na.mp3,Song,,96.00,tag,\n"));
+}
+
+TEST_F(AnalyzeTagsTest, TempoOfZeroIsNeverWritten) {
+    // Half a minute of silence has no onset, hence no tempo.
+    WriteMp3("a.mp3", 31.0);
+    std::string const before = ReadText(m_folder / "a.mp3");
+    CProcessResult const result = Tactus({"analyze", "-w", "--format", "csv", "a.mp3"});
+    EXPECT_EQ(result.m_nExit, 0);
+    EXPECT_THAT(result.m_sOut, HasSubstr("\na.mp3,a.mp3,,0.00,analysis,\n"));
+    EXPECT_EQ(ReadText(m_folder / "a.mp3"), before);
+}
+
+TEST_F(AnalyzeTagsTest, WithoutWriteNoFileIsTouched) {
+    WriteMp3("a.mp3", 10.0);
+    std::string const before = ReadText(m_folder / "a.mp3");
+    auto const time = std::filesystem::last_write_time(m_folder / "a.mp3");
+    EXPECT_EQ(Tactus({"analyze", "a.mp3"}).m_nExit, 0);
+    EXPECT_EQ(ReadText(m_folder / "a.mp3"), before);
+    EXPECT_EQ(std::filesystem::last_write_time(m_folder / "a.mp3"), time);
+}
+
+TEST_F(AnalyzeTagsTest, TempoThatCannotBeStoredIsAFailure) {
+    WriteBareMp3("a.mp3", 10.0);
+    // Without a tag there is no room for one, and a folder keeps the new file from being made.
+    std::filesystem::create_directory(m_folder / "a.MP~");
+    std::string const before = ReadText(m_folder / "a.mp3");
+    CProcessResult const result = Tactus({"analyze", "-w", "--format", "jsonl", "a.mp3"});
+    EXPECT_EQ(result.m_nExit, 1);
+    EXPECT_THAT(result.m_sErr, ContainsRegex("^tactus: a.mp3: isn't written: "));
+    EXPECT_THAT(result.m_sOut, ContainsRegex("\"tempo\":9[0-9.]+,\"source\":\"analysis\""));
+    EXPECT_THAT(result.m_sOut, HasSubstr("\"error\":\"isn't written: "));
+    EXPECT_EQ(ReadText(m_folder / "a.mp3"), before);
+}
+
+TEST_F(AnalyzeTagsTest, TagWithAnUnknownFrameIsLeftAlone) {
+    WriteBareMp3("bare.mp3", 10.0);
+    // "PCS", a podcast's mark, has no name in version 2.3.
+    TagBytes const tag =
+        TagOf(2, Joined({Frame22("PCS", Zeros(4)), Frame22("TT2", Latin1Text("X"))}));
+    WriteBytes(m_folder / "a.mp3", Joined({tag, ReadBytes(m_folder / "bare.mp3")}));
+    std::string const before = ReadText(m_folder / "a.mp3");
+
+    CProcessResult const read = Tactus({"analyze", "--format", "csv", "a.mp3"});
+    EXPECT_EQ(read.m_nExit, 0);
+    EXPECT_EQ(read.m_sErr,
+              "tactus: a.mp3: its ID3v2.2 tag holds an unknown kind of frame and isn't read\n");
+    EXPECT_THAT(read.m_sOut, ContainsRegex("\na.mp3,a.mp3,,9[0-9.]+,analysis,\n"));
+
+    CProcessResult const write = Tactus({"analyze", "-w", "--format", "csv", "a.mp3"});
+    EXPECT_EQ(write.m_nExit, 1);
+    EXPECT_EQ(write.m_sErr,
+              "tactus: a.mp3: isn't written: its ID3v2.2 tag holds an unknown kind of frame\n");
+    EXPECT_EQ(ReadText(m_folder / "a.mp3"), before);
+}
+
+} // namespace
