@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cmath>
 #include <deque>
+#include <limits>
 #include <span>
 
 namespace {
@@ -33,8 +34,10 @@ std::vector<double> PhaseEnergies(CPfPcmThumbnail const& envelope, CPfImpactPoin
     auto const positions = points.Points();
     std::size_t const count = positions.size() / resolution * resolution;
     auto const element = [&](std::size_t j) {
-        return TruncateTo<std::int32_t>(
-            static_cast<double>(positions[j] / envelope.GetSamplesPerElement()));
+        std::int64_t const whole = positions[j] / envelope.GetSamplesPerElement();
+        return static_cast<std::int32_t>(
+            std::clamp<std::int64_t>(whole, std::numeric_limits<std::int32_t>::min(),
+                                     std::numeric_limits<std::int32_t>::max()));
     };
     for (std::size_t j = 1; j < count; ++j) {
         energies[(turn + j - 1) % resolution] +=

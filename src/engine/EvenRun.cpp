@@ -27,8 +27,9 @@ CPfEvenRun::CPfEvenRun(CPfImpactPoints const& points, std::int32_t anchor)
 bool CPfEvenRun::ReachesTo(std::int32_t end) {
     std::int32_t const side = end < m_nAnchor ? -1 : 1;
     auto const distance = [this, side](std::int32_t steps) {
+        std::int32_t const place = m_nAnchor + side * steps;
         auto const anchor = m_positions[static_cast<std::size_t>(m_nAnchor)];
-        auto const point = m_positions[static_cast<std::size_t>(m_nAnchor + side * steps)];
+        auto const point = m_positions[static_cast<std::size_t>(place)];
         return static_cast<double>(side < 0 ? anchor - point : point - anchor);
     };
     std::int32_t const steps = std::abs(end - m_nAnchor);

@@ -17,7 +17,7 @@ CPfImpactPoints Grid(std::int32_t count, std::int64_t jitter, std::uint32_t seed
     std::mt19937 random(seed);
     CPfImpactPoints points(44100, 0);
     for (std::int32_t i = 0; i < count; ++i) {
-        std::int64_t const off = static_cast<std::int64_t>(random() % (2 * jitter + 1)) - jitter;
+        auto const off = static_cast<std::int64_t>(random()) % (2 * jitter + 1) - jitter;
         points.Add(10'000 + i * std::int64_t{5000} + off);
     }
     return points;
