@@ -51,12 +51,14 @@ QVariant CFileTableModel::data(QModelIndex const& index, int role) const {
     case Qt::TextAlignmentRole:
         return static_cast<int>((isTempo ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     case Qt::DecorationRole:
-        return isTempo && hasProblem(id) ? QVariant(m_warning) : QVariant();
+        return isTempo && HasProblem(m_list.rowState(id)) ? QVariant(m_warning) : QVariant();
     case Qt::AccessibleDescriptionRole:
     case kProblemRole:
         return ProblemText(m_list.rowState(id));
     case kPathRole:
         return ReadableText(m_list.rowState(id).m_sPath);
+    case kPlaceholderRole:
+        return index.column() == kTitleColumn ? placeholderOf(id) : QVariant();
     case kPercentRole: {
         int const percent = m_list.rowState(id).m_nPercent;
         return isTempo && percent >= 0 ? QVariant(percent) : QVariant();
@@ -71,16 +73,18 @@ QString CFileTableModel::textOf(std::size_t id, int column) const {
     return column == kTempoColumn ? TempoText(text) : ReadableText(text);
 }
 
+QVariant CFileTableModel::placeholderOf(std::size_t id) const {
+    if (!m_list.objectValueForTableColumn(kTitleColumn, id).empty()) {
+        return {};
+    }
+    return FileNameOf(ReadableText(m_list.rowState(id).m_sPath));
+}
+
 QString CFileTableModel::tipOf(std::size_t id) const {
     CRowState const state = m_list.rowState(id);
     QString const problem = ProblemText(state);
     QString const path = ReadableText(state.m_sPath);
     return problem.isEmpty() ? path : path + QLatin1Char('\n') + problem;
-}
-
-bool CFileTableModel::hasProblem(std::size_t id) const {
-    CRowState const state = m_list.rowState(id);
-    return !state.m_sFailure.empty() || state.m_bStoreFailed;
 }
 
 QVariant CFileTableModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -24,6 +24,7 @@ public:
     enum ERole {
         kPercentRole = Qt::UserRole, ///< int, 0 to 100, while the row is analysed; else invalid.
         kPathRole,                   ///< Full path, readable form.
+        kPlaceholderRole,            ///< File name, for a title that is empty; else invalid.
         kProblemRole,                ///< What went wrong with the row, as a sentence, or empty.
     };
 
@@ -60,8 +61,8 @@ private:
     using Ids = std::vector<std::size_t>;
 
     [[nodiscard]] QString textOf(std::size_t id, int column) const;
+    [[nodiscard]] QVariant placeholderOf(std::size_t id) const;
     [[nodiscard]] QString tipOf(std::size_t id) const;
-    [[nodiscard]] bool hasProblem(std::size_t id) const;
     [[nodiscard]] CSortKey makeKey(std::size_t id) const;
     [[nodiscard]] bool comesBefore(std::size_t left, std::size_t right) const;
     void addKeys();

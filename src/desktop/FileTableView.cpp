@@ -3,27 +3,55 @@
 
 #include "desktop/FileTableView.h"
 
+#include "desktop/CellDelegate.h"
 #include "desktop/FileTableModel.h"
-#include "desktop/TempoDelegate.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QEvent>
 #include <QHeaderView>
+#include <QKeySequence>
 #include <QLabel>
 #include <QPainter>
-#include <QScrollBar>
+#include <QProxyStyle>
+#include <QStyleOption>
 #include <QVBoxLayout>
 #include <algorithm>
 
 namespace {
 
-constexpr int kArtistColumnChars = 26;  // Fixed: first width of the column, in average letters.
-constexpr int kTempoColumnChars = 13;   // Fixed: likewise; "100 %" and a sort arrow fit.
+constexpr int kArtistColumnChars = 26;  // Fixed: first width, in average letters.
 constexpr int kSmallestColumnChars = 6; // Fixed: a column can't be made narrower.
 constexpr int kRowPadding = 8;          // Fixed: pixels added to a line's height.
 constexpr qreal kHintFontScale = 1.4;   // Fixed: size of the hint's first line.
+constexpr int kCellMargin = 8;          // Fixed: pixels left and right of a cell's text.
 constexpr int kDropFrameWidth = 2;      // Fixed: pixels.
+
+/// The desktop's own style with more room left and right of the texts.
+class CRoomyStyle : public QProxyStyle {
+public:
+    CRoomyStyle() : QProxyStyle(QApplication::style()->name()) {}
+
+    int pixelMetric(PixelMetric metric, QStyleOption const* option,
+                    QWidget const* widget) const override {
+        return metric == PM_FocusFrameHMargin ? kCellMargin
+                                              : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+
+    void drawControl(ControlElement element, QStyleOption const* option, QPainter* painter,
+                     QWidget const* widget) const override {
+        auto const* header = qstyleoption_cast<QStyleOptionHeader const*>(option);
+        if (element != CE_HeaderLabel || header == nullptr) {
+            QProxyStyle::drawControl(element, option, painter, widget);
+            return;
+        }
+        QStyleOptionHeader label = *header;
+        int const more = kCellMargin - pixelMetric(PM_HeaderMargin, option, widget) / 2;
+        bool const hasArrow = label.sortIndicator != QStyleOptionHeader::None;
+        label.rect.adjust(more, 0, hasArrow ? 0 : -more, 0);
+        QProxyStyle::drawControl(element, &label, painter, widget);
+    }
+};
 
 /// A cell as one field of tab-separated text.
 QString AsField(QString text) {
@@ -38,6 +66,11 @@ QString AsField(QString text) {
 CFileTableView::CFileTableView(CFileTableModel& model, QWidget* parent)
     : QTableView(parent), m_model(model) {
     setModel(&model);
+    auto* roomy = new CRoomyStyle;
+    roomy->setParent(this);
+    setStyle(roomy);
+    horizontalHeader()->setStyle(roomy);
+    setItemDelegate(new CCellDelegate(this));
     setItemDelegateForColumn(CFileTableModel::kTempoColumn, new CTempoDelegate(this));
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -49,8 +82,8 @@ CFileTableView::CFileTableView(CFileTableModel& model, QWidget* parent)
     setFrameShape(QFrame::NoFrame);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     verticalHeader()->hide();
-    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    setHeights();
     setUpHeader();
     setUpHint();
     connect(&model, &QAbstractItemModel::rowsInserted, this, &CFileTableView::onRowsChanged);
@@ -65,17 +98,26 @@ void CFileTableView::setUpHeader() {
     header->setSortIndicatorClearable(true);
     header->setSortIndicator(-1, Qt::AscendingOrder);
     header->resizeSection(CFileTableModel::kArtistColumn, letter * kArtistColumnChars);
-    header->resizeSection(CFileTableModel::kTempoColumn, letter * kTempoColumnChars);
+    int const icon = style()->pixelMetric(QStyle::PM_SmallIconSize);
+    header->resizeSection(CFileTableModel::kTempoColumn,
+                          fontMetrics().horizontalAdvance("000.00") + icon + 5 * kCellMargin);
     setSortingEnabled(true);
     connect(header, &QHeaderView::sectionResized, this, &CFileTableView::onSectionResized);
+}
+
+void CFileTableView::setHeights() {
+    int const height = fontMetrics().height() + kRowPadding;
+    verticalHeader()->setDefaultSectionSize(height);
+    horizontalHeader()->setFixedHeight(height);
 }
 
 void CFileTableView::setUpHint() {
     m_pHint = new QWidget(viewport());
     m_pHint->setAttribute(Qt::WA_TransparentForMouseEvents);
+    QString const keys = QKeySequence(QKeySequence::Open).toString(QKeySequence::NativeText);
     m_pHintTitle = new QLabel(tr("Drop music files or folders here"), m_pHint);
     m_pHintTitle->setObjectName("emptyHint");
-    auto* way = new QLabel(tr("or press Ctrl+O to choose them"), m_pHint);
+    auto* way = new QLabel(tr("or press %1 to choose them").arg(keys), m_pHint);
     auto* layout = new QVBoxLayout(m_pHint);
     for (QLabel* label : {m_pHintTitle, way}) {
         label->setAlignment(Qt::AlignCenter);
@@ -136,18 +178,41 @@ void CFileTableView::resizeEvent(QResizeEvent* event) {
 void CFileTableView::changeEvent(QEvent* event) {
     QTableView::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
-        verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
+        setHeights();
     }
 }
 
 void CFileTableView::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
+    paintFocus();
     if (m_bDropTarget) {
-        QPainter painter(viewport());
-        painter.setPen(QPen(palette().color(QPalette::Highlight), kDropFrameWidth));
-        int const inset = kDropFrameWidth / 2;
-        painter.drawRect(viewport()->rect().adjusted(inset, inset, -inset, -inset));
+        paintDropFrame();
     }
+}
+
+// A selected row shows where one is. Only somebody who moves about with the keyboard can be on
+// another one, and gets a frame around that row.
+void CFileTableView::paintFocus() {
+    QModelIndex const current = currentIndex();
+    bool const byKeyboard =
+        window()->testAttribute(Qt::WA_KeyboardFocusChange) || selectionModel()->hasSelection();
+    if (!hasFocus() || !byKeyboard || !current.isValid() || selectionModel()->isSelected(current)) {
+        return;
+    }
+    QPainter painter(viewport());
+    QStyleOptionFocusRect option;
+    option.initFrom(this);
+    option.backgroundColor = palette().color(QPalette::Base);
+    option.rect = visualRect(current.siblingAtColumn(0))
+                      .united(visualRect(current.siblingAtColumn(CFileTableModel::kTempoColumn)));
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+}
+
+void CFileTableView::paintDropFrame() {
+    QPainter painter(viewport());
+    painter.setPen(QPen(palette().color(QPalette::Highlight), kDropFrameWidth));
+    int const inset = kDropFrameWidth / 2;
+    painter.drawRect(viewport()->rect().adjusted(inset, inset, -inset, -inset));
 }
 
 // The columns always fill the table: a column that is dragged takes from, or gives to, the one on

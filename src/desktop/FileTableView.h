@@ -30,7 +30,10 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    void setHeights();
     void setUpHeader();
+    void paintFocus();
+    void paintDropFrame();
     void setUpHint();
     void placeHint();
     void onRowsChanged();

@@ -7,19 +7,18 @@
 
 #include <QGuiApplication>
 #include <QIconEngine>
-#include <QLinearGradient>
+#include <QPainter>
 #include <QPainterPath>
 #include <QPalette>
+#include <QPen>
 #include <algorithm>
 #include <functional>
 
 namespace {
 
-constexpr qreal kGridUnits = 24.0;                   // Fixed: side of the drawing grid.
-constexpr qreal kStrokeUnits = 1.75;                 // Fixed: width of every line, in grid units.
-constexpr QColor kWarningColor(0xD9, 0x8E, 0x04);    // Fixed: amber, legible on light and dark.
-constexpr QColor kPictureTopColor(0x2F, 0x6F, 0xDE); // Fixed: the picture's blue,
-constexpr QColor kPictureBottomColor(0x4B, 0x38, 0xB0); // Fixed: and the violet it turns into.
+constexpr qreal kGridUnits = 24.0;                // Fixed: side of the drawing grid.
+constexpr qreal kStrokeUnits = 1.75;              // Fixed: width of every line, in grid units.
+constexpr QColor kWarningColor(0xD9, 0x8E, 0x04); // Fixed: amber, legible on light and dark.
 
 using PaintProc = std::function<void(QPainter&, QIcon::Mode)>;
 
@@ -166,37 +165,10 @@ std::array<QIcon, 5> ActionIcons() {
     return icons;
 }
 
-void PaintProductPicture(QPainter& painter, QRectF const& area) {
-    qreal const side = std::min(area.width(), area.height());
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.translate(area.center() - QPointF(side / 2, side / 2));
-    painter.scale(side / kGridUnits, side / kGridUnits);
-    QLinearGradient ground(0, 0, kGridUnits, kGridUnits);
-    ground.setColorAt(0, kPictureTopColor);
-    ground.setColorAt(1, kPictureBottomColor);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(ground);
-    painter.drawRoundedRect(QRectF(1, 1, 22, 22), 5.5, 5.5);
-    constexpr std::array<qreal, 4> kBeatHeights{13.0, 6.0, 9.0, 6.0}; // Fixed: in grid units.
-    painter.setBrush(Qt::white);
-    qreal left = 5.25;
-    for (qreal const height : kBeatHeights) {
-        painter.drawRoundedRect(QRectF(left, 12 - height / 2, 2.25, height), 1.125, 1.125);
-        left += 3.75;
-    }
-    painter.restore();
-}
-
 QIcon ProductIcon() {
     QIcon icon;
     for (int const side : {16, 24, 32, 48, 64, 128, 256}) {
-        QPixmap pixmap(side, side);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        PaintProductPicture(painter, QRectF(0, 0, side, side));
-        painter.end();
-        icon.addPixmap(pixmap);
+        icon.addFile(QString(":/icons/tactus-desktop-%1.png").arg(side));
     }
     return icon;
 }

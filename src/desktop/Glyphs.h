@@ -4,8 +4,6 @@
 #pragma once
 
 #include <QIcon>
-#include <QPainter>
-#include <QRectF>
 #include <array>
 
 /// The toolbar's signs.
@@ -22,10 +20,6 @@ QIcon DrawnIcon(EGlyph glyph);
 
 /// A warning sign of the same hand, for rows with a problem.
 QIcon WarningIcon();
-
-/// The product's picture: the four beats of a measure, the first one accented.
-/// Shape: fills the largest square centred in `area`.
-void PaintProductPicture(QPainter& painter, QRectF const& area);
 
 /// The product's picture in the sizes that window managers ask for.
 QIcon ProductIcon();

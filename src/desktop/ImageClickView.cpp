@@ -13,8 +13,8 @@
 
 namespace {
 
-constexpr int kSidePixels = 30;    // Fixed: side of the view, in device-independent pixels.
-constexpr qreal kMarginPixels = 3; // Fixed: room for the focus frame around the picture.
+constexpr int kSidePixels = 30;  // Fixed: side of the view, in device-independent pixels.
+constexpr int kMarginPixels = 3; // Fixed: room for the focus frame around the picture.
 
 } // namespace
 
@@ -58,8 +58,8 @@ void QxImageClickView::keyPressEvent(QKeyEvent* event) {
 
 void QxImageClickView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    PaintProductPicture(painter, QRectF(rect()).adjusted(kMarginPixels, kMarginPixels,
-                                                         -kMarginPixels, -kMarginPixels));
+    ProductIcon().paint(
+        &painter, rect().adjusted(kMarginPixels, kMarginPixels, -kMarginPixels, -kMarginPixels));
     if (hasFocus()) {
         QStyleOptionFocusRect option;
         option.initFrom(this);

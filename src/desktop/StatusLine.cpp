@@ -11,9 +11,8 @@
 namespace {
 
 constexpr int kNoticeMilliseconds = 6000; // Fixed: long enough to read a sentence twice.
+constexpr int kSideMargin = 6;            // Fixed: pixels to the window's edges.
 constexpr int kProgressWidth = 180;       // Fixed: pixels.
-constexpr int kActivityStretch = 2;       // Fixed: shares of the room between the two texts.
-constexpr int kMessageStretch = 3;
 
 } // namespace
 
@@ -25,6 +24,7 @@ CStatusLine::CStatusLine(QWidget* parent)
     setObjectName("statusBar");
     setAccessibleName(tr("Status bar"));
     setSizeGripEnabled(false);
+    setContentsMargins(kSideMargin, 0, kSideMargin, 0);
     m_pActivity->setObjectName("activity");
     m_pMessage->setObjectName("message");
     m_pMessage->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -32,8 +32,8 @@ CStatusLine::CStatusLine(QWidget* parent)
     m_pProgress->setAccessibleName(tr("Overall progress"));
     m_pProgress->setFixedWidth(kProgressWidth);
     m_pProgress->hide();
-    addWidget(m_pActivity, kActivityStretch);
-    addWidget(m_pMessage, kMessageStretch);
+    addWidget(m_pActivity);
+    addWidget(m_pMessage, 1);
     addPermanentWidget(m_pProgress);
     m_noticeTimer.setSingleShot(true);
     connect(&m_noticeTimer, &QTimer::timeout, this, &CStatusLine::showStanding);

@@ -3,6 +3,8 @@
 
 #include "desktop/Texts.h"
 
+#include "app/RowTags.h"
+
 #include <QCoreApplication>
 #include <QLocale>
 #include <QRegularExpression>
@@ -18,8 +20,41 @@ class CTexts {
     Q_DECLARE_TR_FUNCTIONS(Texts)
 };
 
-QString ReasonText(std::string const& reason) {
-    return QString::fromStdString(reason);
+/// The decoder's reasons are English; those that the translations know are shown in their words.
+QString FailureText(std::string const& reason) {
+    return QCoreApplication::translate("Reasons", reason.c_str());
+}
+
+QString WriteProblemText(EWriteProblem problem) {
+    switch (problem) {
+    case EWriteProblem::None:
+        break;
+    case EWriteProblem::OtherExtension:
+        return CTexts::tr("only MP3 files are tagged");
+    case EWriteProblem::NotWritable:
+        return CTexts::tr("the file cannot be written to");
+    case EWriteProblem::FileTooLarge:
+        return CTexts::tr("the file is too large");
+    case EWriteProblem::TagUnreadable:
+        return CTexts::tr("its tag is damaged");
+    case EWriteProblem::UnknownData:
+        return CTexts::tr("its tag holds data that would be lost");
+    case EWriteProblem::UnknownFrameId:
+        return CTexts::tr("its old tag holds frames that would be lost");
+    case EWriteProblem::TagTooLarge:
+        return CTexts::tr("its tag would become too large");
+    case EWriteProblem::InUse:
+        return CTexts::tr("another program is writing to it");
+    case EWriteProblem::Changed:
+        return CTexts::tr("the file has changed meanwhile");
+    case EWriteProblem::NoTemporaryFile:
+        return CTexts::tr("no file can be made in its folder");
+    case EWriteProblem::DiskFull:
+        return CTexts::tr("the disk is full");
+    case EWriteProblem::WriteFailed:
+        return CTexts::tr("writing to the disk failed");
+    }
+    return {};
 }
 
 int AsCount(std::size_t count) {
@@ -36,6 +71,8 @@ QString ReadableText(std::u16string const& text) {
             ++i;
         } else if (readable[i].isSurrogate()) {
             readable[i] = QChar::ReplacementCharacter;
+        } else if (readable[i].category() == QChar::Other_Control) {
+            readable[i] = QLatin1Char(' ');
         }
     }
     return readable;
@@ -51,21 +88,20 @@ QString TempoText(std::u16string const& tempo) {
 }
 
 double TempoValue(std::u16string const& tempo) {
-    static QRegularExpression const leadingNumber("^\\s*\\+?([0-9]+(\\.[0-9]*)?|\\.[0-9]+)");
-    auto const match = leadingNumber.match(QString::fromStdU16String(tempo));
-    double const value = match.hasMatch() ? match.captured(1).toDouble() : 0.0;
+    double const value = LeadingNumber(CString(tempo));
     return value > 0.0 ? value : std::numeric_limits<double>::quiet_NaN();
 }
 
 QString ProblemText(CRowState const& row) {
     QStringList sentences;
     if (!row.m_sFailure.empty()) {
-        sentences
-            << CTexts::tr("The file could not be analyzed: %1.").arg(ReasonText(row.m_sFailure));
+        sentences << CTexts::tr("Not analyzed: %1").arg(FailureText(row.m_sFailure));
     }
-    if (!row.m_sNotStored.empty()) {
-        sentences << CTexts::tr("The tempo was not stored in the file: %1.")
-                         .arg(ReasonText(row.m_sNotStored));
+    if (!row.m_sDamage.empty()) {
+        sentences << CTexts::tr("Analyzed in part: %1").arg(FailureText(row.m_sDamage));
+    }
+    if (row.m_writeProblem != EWriteProblem::None) {
+        sentences << CTexts::tr("Tempo not stored: %1").arg(WriteProblemText(row.m_writeProblem));
     }
     return sentences.join(QLatin1Char('\n'));
 }

@@ -12,7 +12,8 @@
 /// follows the user's locale.
 /// Thread: main.
 
-/// Text of the list for the screen; bytes that are no text become replacement characters.
+/// Text of the list for the screen: bytes that are no text become replacement characters, control
+/// characters blanks.
 QString ReadableText(std::u16string const& text);
 
 /// A tempo as the user writes numbers: only the decimal point changes. Anything else than a plain

@@ -203,22 +203,21 @@ TEST_F(FileTableModelTest, ARowOfTheListThatIsNotShownYetIsNotReloaded) {
 TEST_F(FileTableModelTest, TheToolTipHasThePathAndWhatWentWrong) {
     list.append(u"a.mp3", u"", u"0.00");
     list.rows[0].state.m_sFailure = "no audio found";
-    list.rows[0].state.m_sNotStored = "the file is read-only";
-    list.rows[0].state.m_bStoreFailed = true;
+    list.rows[0].state.m_writeProblem = EWriteProblem::DiskFull;
     show();
     EXPECT_EQ(model.index(0, 0).data(Qt::ToolTipRole).toString(),
               "/music/a.mp3\n"
-              "The file could not be analyzed: no audio found.\n"
-              "The tempo was not stored in the file: the file is read-only.");
+              "Not analyzed: no audio found\n"
+              "Tempo not stored: the disk is full");
     EXPECT_TRUE(model.index(0, 2).data(Qt::DecorationRole).isValid());
 }
 
 TEST_F(FileTableModelTest, AFileThatTakesNoTagHasNoWarning) {
     list.append(u"a.wav", u"", u"120.00");
-    list.rows[0].state.m_sNotStored = "only mp3 files can hold it";
+    list.rows[0].state.m_writeProblem = EWriteProblem::OtherExtension;
     show();
     EXPECT_FALSE(model.index(0, 2).data(Qt::DecorationRole).isValid());
-    EXPECT_TRUE(model.index(0, 2).data(Qt::ToolTipRole).toString().contains("only mp3"));
+    EXPECT_TRUE(model.index(0, 2).data(Qt::ToolTipRole).toString().contains("only MP3"));
 }
 
 TEST_F(FileTableModelTest, TheTempoIsWrittenInTheUsersForm) {
@@ -236,6 +235,26 @@ TEST_F(FileTableModelTest, BytesThatAreNoTextAreShownAsReplacementCharacters) {
     list.append(u"caf\xDCE9.mp3", u"", u"");
     show();
     EXPECT_EQ(text(0, 0), "caf\xEF\xBF\xBD.mp3");
+}
+
+TEST_F(FileTableModelTest, AnEmptyTitleStaysEmptyAndOffersTheFileNameToPaint) {
+    list.append(u"", u"", u"120");
+    list.rows[0].state.m_sPath = u"/music/a.mp3";
+    list.append(u"Song", u"", u"120");
+    show();
+    EXPECT_EQ(text(0, 0), "");
+    auto const placeholder = [this](int row, int column) {
+        return model.index(row, column).data(CFileTableModel::kPlaceholderRole);
+    };
+    EXPECT_EQ(placeholder(0, 0).toString().toStdString(), "a.mp3");
+    EXPECT_FALSE(placeholder(0, 1).isValid());
+    EXPECT_FALSE(placeholder(1, 0).isValid());
+}
+
+TEST_F(FileTableModelTest, LineEndsInATitleDoNotBreakTheRow) {
+    list.append(u"two\nlines\tand a tab", u"", u"");
+    show();
+    EXPECT_EQ(text(0, 0), "two lines and a tab");
 }
 
 TEST_F(FileTableModelTest, FiftyThousandRowsArriveInPortionsAndReadNoTextOnTheWay) {

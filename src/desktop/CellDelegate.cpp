@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
-#include "desktop/TempoDelegate.h"
+#include "desktop/CellDelegate.h"
 
 #include "desktop/FileTableModel.h"
 
@@ -48,11 +48,23 @@ void PaintBar(QPainter& painter, QStyleOptionViewItem const& option, int percent
 
 } // namespace
 
+void CCellDelegate::initStyleOption(QStyleOptionViewItem* option, QModelIndex const& index) const {
+    QStyledItemDelegate::initStyleOption(option, index);
+    option->state &= ~QStyle::State_HasFocus;
+    QVariant const placeholder = index.data(CFileTableModel::kPlaceholderRole);
+    if (placeholder.isValid()) {
+        option->text = placeholder.toString();
+        option->features |= QStyleOptionViewItem::HasDisplay;
+        option->font.setItalic(true);
+        option->palette.setBrush(QPalette::Text, option->palette.placeholderText());
+    }
+}
+
 void CTempoDelegate::paint(QPainter* painter, QStyleOptionViewItem const& option,
                            QModelIndex const& index) const {
     QVariant const percent = index.data(CFileTableModel::kPercentRole);
     if (!percent.isValid()) {
-        QStyledItemDelegate::paint(painter, option, index);
+        CCellDelegate::paint(painter, option, index);
         return;
     }
     QStyleOptionViewItem cell = option;
