@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
-int main() {
-    return 0;
+#include "desktop/DesktopApp.h"
+
+int main(int argc, char** argv) {
+    return RunDesktop(argc, argv);
 }

@@ -1,0 +1,243 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en_US">
+<context>
+    <name>BpmWindow</name>
+    <message>
+        <source>Tactus</source>
+        <translation>Tactus</translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation>Dateien</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add files and folders</source>
+        <translation>Dateien und Ordner hinzufügen</translation>
+    </message>
+    <message>
+        <source>Analyze</source>
+        <translation>Analysieren</translation>
+    </message>
+    <message>
+        <source>Analyze the files without a tempo</source>
+        <translation>Dateien ohne Tempo analysieren</translation>
+    </message>
+    <message>
+        <source>Rescan</source>
+        <translation>Neu analysieren</translation>
+    </message>
+    <message>
+        <source>Analyze all files again</source>
+        <translation>Alle Dateien neu analysieren</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Stop analyzing</source>
+        <translation>Die Analyse anhalten</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
+    <message>
+        <source>Open the guide</source>
+        <translation>Die Anleitung öffnen</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy the selected rows</source>
+        <translation>Die ausgewählten Zeilen kopieren</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>Quit Tactus</source>
+        <translation>Tactus beenden</translation>
+    </message>
+    <message>
+        <source>Select all</source>
+        <translation>Alles auswählen</translation>
+    </message>
+    <message>
+        <source>Toolbar</source>
+        <translation>Werkzeugleiste</translation>
+    </message>
+    <message>
+        <source>Tactus home page</source>
+        <translation>Tactus-Startseite</translation>
+    </message>
+    <message>
+        <source>Open the home page</source>
+        <translation>Die Startseite öffnen</translation>
+    </message>
+    <message>
+        <source>No program could be found to open %1.</source>
+        <translation>Zum Öffnen von %1 wurde kein Programm gefunden.</translation>
+    </message>
+    <message>
+        <source>The folder %1 could not be read.</source>
+        <translation>Der Ordner %1 konnte nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The window stays open while files are analyzed. Press Escape to stop.</source>
+        <translation>Das Fenster bleibt offen, solange Dateien analysiert werden. Escape hält die Analyse an.</translation>
+    </message>
+</context>
+<context>
+    <name>CFileTableModel</name>
+    <message>
+        <source>Title</source>
+        <translation>Titel</translation>
+    </message>
+    <message>
+        <source>Artist</source>
+        <translation>Interpret</translation>
+    </message>
+    <message>
+        <source>Tempo</source>
+        <translation>Tempo</translation>
+    </message>
+</context>
+<context>
+    <name>CFileTableView</name>
+    <message>
+        <source>Drop music files or folders here</source>
+        <translation>Musikdateien oder Ordner hierher ziehen</translation>
+    </message>
+    <message>
+        <source>or press %1 to choose them</source>
+        <translation>oder mit %1 auswählen</translation>
+    </message>
+</context>
+<context>
+    <name>COpenPanel</name>
+    <message>
+        <source>Add files and folders</source>
+        <translation>Dateien und Ordner hinzufügen</translation>
+    </message>
+    <message>
+        <source>Music files and folders</source>
+        <translation>Musikdateien und Ordner</translation>
+    </message>
+</context>
+<context>
+    <name>CStatusLine</name>
+    <message>
+        <source>Status bar</source>
+        <translation>Statusleiste</translation>
+    </message>
+    <message>
+        <source>Overall progress</source>
+        <translation>Gesamtfortschritt</translation>
+    </message>
+</context>
+<context>
+    <name>Texts</name>
+    <message>
+        <source>only MP3 files are tagged</source>
+        <translation>nur MP3-Dateien werden beschriftet</translation>
+    </message>
+    <message>
+        <source>the file cannot be written to</source>
+        <translation>in die Datei kann nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>the file is too large</source>
+        <translation>die Datei ist zu groß</translation>
+    </message>
+    <message>
+        <source>its tag is damaged</source>
+        <translation>ihr Tag ist beschädigt</translation>
+    </message>
+    <message>
+        <source>its tag holds data that would be lost</source>
+        <translation>ihr Tag enthält Daten, die verloren gingen</translation>
+    </message>
+    <message>
+        <source>its old tag holds frames that would be lost</source>
+        <translation>ihr alter Tag enthält Felder, die verloren gingen</translation>
+    </message>
+    <message>
+        <source>its tag would become too large</source>
+        <translation>ihr Tag würde zu groß</translation>
+    </message>
+    <message>
+        <source>another program is writing to it</source>
+        <translation>ein anderes Programm schreibt gerade in sie</translation>
+    </message>
+    <message>
+        <source>the file has changed meanwhile</source>
+        <translation>die Datei hat sich inzwischen geändert</translation>
+    </message>
+    <message>
+        <source>no file can be made in its folder</source>
+        <translation>in ihrem Ordner kann keine Datei angelegt werden</translation>
+    </message>
+    <message>
+        <source>the disk is full</source>
+        <translation>der Datenträger ist voll</translation>
+    </message>
+    <message>
+        <source>writing to the disk failed</source>
+        <translation>das Schreiben auf den Datenträger ist misslungen</translation>
+    </message>
+    <message>
+        <source>Not analyzed: %1</source>
+        <translation>Nicht analysiert: %1</translation>
+    </message>
+    <message>
+        <source>Analyzed in part: %1</source>
+        <translation>Teilweise analysiert: %1</translation>
+    </message>
+    <message>
+        <source>Tempo not stored: %1</source>
+        <translation>Tempo nicht gespeichert: %1</translation>
+    </message>
+    <message>
+        <source>Stopping …</source>
+        <translation>Wird angehalten …</translation>
+    </message>
+    <message>
+        <source>Analyzing %1 (%2 of %3)</source>
+        <translation>%1 wird analysiert (%2 von %3)</translation>
+    </message>
+    <message numerus="yes">
+        <source>Adding files … %n so far</source>
+        <translation>
+            <numerusform>Dateien werden hinzugefügt … bisher %n</numerusform>
+            <numerusform>Dateien werden hinzugefügt … bisher %n</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>No files</source>
+        <translation>Keine Dateien</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s)</source>
+        <translation>
+            <numerusform>%n Datei</numerusform>
+            <numerusform>%n Dateien</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>, %n not analyzed</source>
+        <translation>
+            <numerusform>, %n nicht analysiert</numerusform>
+            <numerusform>, %n nicht analysiert</numerusform>
+        </translation>
+    </message>
+</context>
+</TS>

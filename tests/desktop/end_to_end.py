@@ -1,0 +1,248 @@
+#!/usr/bin/env python3
+# SPDX-FileCopyrightText: 2026 The Tactus authors
+# SPDX-License-Identifier: MIT
+"""Drives tactus-desktop from outside: a virtual display, a window manager, real keys and a real drag.
+
+Results are judged by another program's eyes: mutagen reads the tags, files are compared byte by byte.
+The environment names the programs: TACTUS_DESKTOP and DRAG_SOURCE.
+"""
+
+import hashlib
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+import unittest
+
+import mutagen.id3
+
+PROGRAM = os.environ["TACTUS_DESKTOP"]
+DRAG_SOURCE = os.environ["DRAG_SOURCE"]
+PATIENCE_SECONDS = 60
+
+
+def wait_for(condition, what):
+    """Waits until the condition holds and returns what it gave."""
+    end = time.monotonic() + PATIENCE_SECONDS
+    while time.monotonic() < end:
+        found = condition()
+        if found:
+            return found
+        time.sleep(0.02)
+    raise AssertionError(f"waited in vain: {what}")
+
+
+def make_clicks(path, bpm, seconds=45):
+    """An MP3 file with a click on every beat, without any tag. Half a minute and more is analysed."""
+    beat = 60 / bpm
+    tone = f"0.6*exp(-mod(t,{beat})*50)*sin(2*PI*1000*mod(t,{beat}))"
+    subprocess.run(
+        ["ffmpeg", "-v", "error", "-f", "lavfi", "-i", f"aevalsrc='{tone}':s=44100:d={seconds}",
+         "-map_metadata", "-1", "-id3v2_version", "0", str(path)], check=True)
+
+
+def make_long(path, seconds=1800):
+    """A silent WAV file of half an hour that takes next to no room on the disk."""
+    size = seconds * 88200
+    header = (b"RIFF" + (size + 36).to_bytes(4, "little") + b"WAVEfmt " + (16).to_bytes(4, "little")
+              + (1).to_bytes(2, "little") + (1).to_bytes(2, "little") + (44100).to_bytes(4, "little")
+              + (88200).to_bytes(4, "little") + (2).to_bytes(2, "little")
+              + (16).to_bytes(2, "little") + b"data" + size.to_bytes(4, "little"))
+    path.write_bytes(header)
+    os.truncate(path, size + len(header))
+
+
+def tempo_of(path):
+    """The tempo text that mutagen finds, or None."""
+    try:
+        frames = mutagen.id3.ID3(str(path)).getall("TBPM")
+    except mutagen.id3.ID3NoHeaderError:
+        return None
+    return frames[0].text[0] if frames else None
+
+
+def digest(path):
+    return hashlib.sha256(path.read_bytes()).hexdigest()
+
+
+def end(process):
+    """Ends a program that may have ended already."""
+    if process.poll() is None:
+        process.kill()
+    process.wait()
+
+
+class Display:
+    """A virtual screen with a window manager on it."""
+
+    def __init__(self, scratch):
+        read_end, write_end = os.pipe()
+        self.server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x900x24", "-nolisten", "tcp",
+             "-noreset"],
+            pass_fds=[write_end], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(write_end)
+        with os.fdopen(read_end) as reader:
+            number = reader.readline().strip()
+        self.environment = {
+            **os.environ, "DISPLAY": f":{number}", "QT_QPA_PLATFORM": "xcb", "LC_ALL": "C.UTF-8",
+            "XDG_RUNTIME_DIR": str(scratch), "HOME": str(scratch)}
+        self.manager = subprocess.Popen(
+            ["openbox"], env=self.environment, stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL)
+        wait_for(lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
+                 "a window manager")
+
+    def run(self, *command):
+        return subprocess.run(command, env=self.environment, capture_output=True, text=True,
+                              check=False).stdout
+
+    def windows(self, title):
+        return self.run("xdotool", "search", "--onlyvisible", "--name", title).split()
+
+    def window(self, title):
+        return wait_for(lambda: self.windows(title), f"a window {title}")[-1]
+
+    def press(self, *keys):
+        self.run("xdotool", "key", "--clearmodifiers", *keys)
+
+    def activate(self, window):
+        self.run("xdotool", "windowactivate", "--sync", window)
+
+    def place(self, window, x, y):
+        self.run("xdotool", "windowmove", "--sync", window, str(x), str(y))
+
+    def close(self):
+        for process in (self.manager, self.server):
+            end(process)
+
+
+class EndToEnd(unittest.TestCase):
+    def setUp(self):
+        scratch = tempfile.TemporaryDirectory()
+        self.addCleanup(scratch.cleanup)
+        self.folder = pathlib.Path(scratch.name)
+        self.folder.chmod(0o700)
+        self.display = Display(self.folder)
+        self.addCleanup(self.display.close)
+
+    def start(self, *paths):
+        process = subprocess.Popen([PROGRAM, *map(str, paths)], env=self.display.environment)
+        self.addCleanup(end, process)
+        return process, self.display.window("^Tactus")
+
+    def make_batch(self, count=60):
+        """Files that keep the program busy for longer than a test looks at it."""
+        for i in range(count):
+            make_long(self.folder / f"long{i:02}.wav")
+        return sorted(self.folder.glob("long*.wav"))
+
+    def wait_until_closed(self, process, within=PATIENCE_SECONDS):
+        self.assertEqual(process.wait(within), 0)
+
+    def test_arguments_are_analysed_and_their_tags_written(self):
+        album = self.folder / "album" / "disc"
+        album.mkdir(parents=True)
+        make_clicks(album / "a.mp3", 128)
+        make_clicks(album / "b.MP3", 110)
+        for name, tempo in (("kept.mp3", "99"), ("zero.mp3", "0"), ("word.mp3", "fast")):
+            make_clicks(album / name, 120)
+            tags = mutagen.id3.ID3()
+            tags.add(mutagen.id3.TBPM(encoding=0, text=tempo))
+            tags.add(mutagen.id3.TIT2(encoding=1, text="Song"))
+            tags.save(str(album / name), v1=0, v2_version=3)
+        before = digest(album / "kept.mp3")
+        process, window = self.start(self.folder / "album")
+        for name, tempo in (("a.mp3", 128), ("b.MP3", 110), ("zero.mp3", 120), ("word.mp3", 120)):
+            text = wait_for(
+                lambda path=album / name: (found := tempo_of(path)) not in (None, "0", "fast")
+                and found, name)
+            self.assertAlmostEqual(float(text), tempo, delta=0.1)
+            self.assertRegex(text, r"^\d+\.\d\d$")
+        self.assertEqual(mutagen.id3.ID3(str(album / "zero.mp3"))["TIT2"].text[0], "Song")
+        self.assertEqual(digest(album / "kept.mp3"), before)
+        self.assertEqual(list(album.glob("*~")), [])
+        self.display.activate(window)
+        time.sleep(0.3)
+        self.display.press("alt+F4")
+        self.wait_until_closed(process)
+
+    def test_a_folder_dragged_from_another_program_is_analysed(self):
+        nested = self.folder / "nested" / "deeper"
+        nested.mkdir(parents=True)
+        make_clicks(nested / "a.mp3", 140)
+        process, window = self.start()
+        self.display.place(window, 300, 100)
+        source = subprocess.Popen([DRAG_SOURCE, str(self.folder / "nested")],
+                                  env=self.display.environment)
+        self.addCleanup(end, source)
+        other = self.display.window("^Drag source")
+        self.display.place(other, 20, 100)
+        time.sleep(0.3)
+        self.display.run("xdotool", "mousemove", "--window", other, "60", "60", "mousedown", "1")
+        for x in range(70, 700, 30):
+            self.display.run("xdotool", "mousemove", str(20 + x), "300")
+            time.sleep(0.02)
+        self.display.run("xdotool", "mouseup", "1")
+        text = wait_for(lambda: tempo_of(nested / "a.mp3"), "the dragged file's tempo")
+        self.assertAlmostEqual(float(text), 140, delta=0.1)
+        process.terminate()
+        self.wait_until_closed(process)
+
+    def test_closing_is_refused_until_the_batch_is_stopped(self):
+        process, window = self.start(*self.make_batch())
+        self.display.activate(window)
+        time.sleep(0.5)
+        self.display.press("alt+F4")
+        time.sleep(0.7)
+        self.assertIsNone(process.poll())
+        self.assertEqual(self.display.windows("^Tactus")[-1], window)
+        self.display.press("Escape")
+        time.sleep(1.0)  # A stop may take a second, and no more.
+        self.display.press("alt+F4")
+        self.wait_until_closed(process, within=5)
+
+    def check_quick_end(self, ask):
+        """The program ends at once although files are being analysed, and leaves them alone."""
+        song = self.folder / "a.mp3"
+        make_clicks(song, 120)
+        before = digest(song)
+        batch = self.make_batch()
+        process, window = self.start(*batch, song)
+        self.display.activate(window)
+        time.sleep(0.5)
+        begin = time.monotonic()
+        ask(process)
+        self.wait_until_closed(process, within=10)
+        self.assertLess(time.monotonic() - begin, 2.0)
+        self.assertEqual(digest(song), before)
+
+    def test_ctrl_q_ends_a_running_batch(self):
+        self.check_quick_end(lambda process: self.display.press("ctrl+q"))
+
+    def test_sigterm_ends_a_running_batch(self):
+        self.check_quick_end(lambda process: process.send_signal(signal.SIGTERM))
+
+    def test_a_lost_display_leaves_whole_files(self):
+        make_clicks(self.folder / "00.mp3", 120)
+        songs = [self.folder / f"{i:02}.mp3" for i in range(60)]
+        for song in songs[1:]:
+            shutil.copy(songs[0], song)
+        process, _ = self.start(*songs)
+        wait_for(lambda: tempo_of(songs[2]), "the third file's tempo")
+        self.display.server.kill()
+        process.wait(PATIENCE_SECONDS)
+        self.assertIsNone(tempo_of(songs[-1]), "the batch was through too early")
+        for song in songs[:20]:
+            subprocess.run(["ffmpeg", "-v", "error", "-i", str(song), "-f", "null", "-"], check=True)
+            self.assertIn(tempo_of(song), (None, tempo_of(songs[0])))
+            self.assertIn(len(song.read_bytes()), (len(songs[-1].read_bytes()),
+                                                   len(songs[0].read_bytes())))
+        self.assertEqual(list(self.folder.glob("*~")), [])
+
+
+if __name__ == "__main__":
+    unittest.main()
