@@ -4,6 +4,7 @@
 # The Debian packages: `cpack -G DEB` in the build folder makes one per component.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_VENDOR "The Tactus authors")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "tempo finder for music files")
 set(CPACK_PACKAGE_CONTACT "The Tactus authors <authors@tactus.example>")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
@@ -18,34 +19,34 @@ set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS OFF)
 
 set(CPACK_DEBIAN_CLI_PACKAGE_NAME tactus)
 set(CPACK_DEBIAN_CLI_PACKAGE_SECTION sound)
-set(CPACK_COMPONENT_CLI_DESCRIPTION "tempo finder for music files, command line
- Tactus reads WAV, MP3, AIFF, CAF and M4A files, finds their tempo in beats
- per minute and can store it in the tags of MP3 files. The command line does
- whole folders at once and writes tables, CSV and JSON.
- .
- This package has the program, its completions and the guide.")
+set(CPACK_COMPONENT_CLI_DESCRIPTION
+"Tactus reads WAV, MP3, AIFF, CAF and M4A files, finds their tempo in beats
+per minute and can store it in the tags of MP3 files. The command line does
+whole folders at once and writes tables, CSV and JSON.
+
+This package has the program, its completions and the guide.")
 
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_NAME tactus-desktop)
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS
     "tactus (= ${PROJECT_VERSION}), qt6-qpa-plugins, hicolor-icon-theme")
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_RECOMMENDS "qt6-wayland, qt6-translations-l10n")
-set(CPACK_COMPONENT_DESKTOP_DESCRIPTION "tempo finder for music files, window
- Tactus reads WAV, MP3, AIFF, CAF and M4A files, finds their tempo in beats
- per minute and stores it in the tags of MP3 files. Files and folders are
- dropped on a table of title, artist and tempo.
- .
- This package has the window.")
+set(CPACK_COMPONENT_DESKTOP_DESCRIPTION
+"Tactus reads WAV, MP3, AIFF, CAF and M4A files, finds their tempo in beats
+per minute and stores it in the tags of MP3 files. Files and folders are
+dropped on a table of title, artist and tempo.
+
+This package has the window.")
 
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME libtactus-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "libavformat-dev, libavcodec-dev, libswresample-dev, \
 libavutil-dev, libutf8proc-dev")
-set(CPACK_COMPONENT_DEV_DESCRIPTION "tempo finder for music files, library
- Tactus finds the tempo, the beat grid, the key and mix points of music. Its
- library reads files, profiles them and reads and writes their tags.
- .
- This package has the static libraries, the headers and an example.")
+set(CPACK_COMPONENT_DEV_DESCRIPTION
+"Tactus finds the tempo, the beat grid, the key and mix points of music. Its
+library reads files, profiles them and reads and writes their tags.
+
+This package has the static libraries, the headers and an example.")
 
 # Policy wants both files in each package's own folder.
 configure_file(debian/changelog.in changelog @ONLY)

@@ -27,7 +27,12 @@ PACKAGES_TEST=(
 # To check the code: another compiler, its sanitizers and fuzzer, formatting, static analysis.
 PACKAGES_CHECK=(
     clang-14 clang-format-14 clang-tidy-14 clang-tools-14 libclang-rt-14-dev
-    libbenchmark-dev git shellcheck
+    libbenchmark-dev git shellcheck doxygen
+)
+
+# To make the Debian packages, check them and install them on a bare system.
+PACKAGES_PACKAGING=(
+    dpkg-dev file lintian appstream desktop-file-utils debootstrap
 )
 
 as_root() {

@@ -1,0 +1,80 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Tactus authors
+# SPDX-License-Identifier: MIT
+#
+# test_package.sh [FOLDER]: makes the Debian packages in build-package, checks them, installs them on
+# a bare Debian 12 in FOLDER (a temporary one if none is given), analyses a file there, and builds the
+# example against the installed library. Needs root.
+set -euo pipefail
+cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.."
+# shellcheck source=scripts/packages.sh
+. scripts/packages.sh
+install_missing "${PACKAGES_BUILD[@]}" "${PACKAGES_DESKTOP[@]}" "${PACKAGES_PACKAGING[@]}"
+
+say() { echo "-- $*"; }
+
+say "packages"
+cmake --preset package >/dev/null
+cmake --build --preset package >/dev/null
+rm -f build-package/*.deb
+(cd build-package && cpack -G DEB >/dev/null)
+debs=(build-package/*.deb)
+for deb in "${debs[@]}"; do
+    say "$(basename "$deb"), $(stat -c %s "$deb") bytes"
+done
+
+say "lintian, desktop-file-validate, appstreamcli"
+lintian --fail-on error,warning --suppress-tags initial-upload-closes-no-bugs "${debs[@]}"
+desktop-file-validate packaging/tactus-desktop.desktop
+appstreamcli validate --no-net build-package/packaging/org.tactus.Tactus.metainfo.xml
+
+root=${1:-$(mktemp -d /var/tmp/tactus-package.XXXXXX)}
+finish() {
+    mountpoint -q "$root/proc" && umount "$root/proc"
+    [ "$root" = "${1:-}" ] || rm -rf --one-file-system "$root"
+}
+trap 'finish "${1:-}"' EXIT
+inside() { chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root "$@"; }
+
+if [ ! -x "$root/usr/bin/dpkg" ]; then
+    # shellcheck disable=SC2016
+    mirror=$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' | head -n 1)
+    say "a bare system in $root"
+    debootstrap --variant=minbase bookworm "$root" "$mirror" >"$root.log" 2>&1
+    rm -f "$root.log"
+fi
+cp /etc/apt/sources.list.d/*.sources "$root/etc/apt/sources.list.d/" 2>/dev/null || true
+cp /etc/apt/apt.conf.d/9* "$root/etc/apt/apt.conf.d/" 2>/dev/null || true
+cp /etc/resolv.conf "$root/etc/resolv.conf"
+mount -t proc proc "$root/proc"
+
+say "installing them"
+cp "${debs[@]}" "$root/var/cache/"
+inside apt-get update -q >/dev/null
+inside env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends \
+    "${debs[@]/#build-package//var/cache}" g++ cmake pkg-config man-db >/dev/null 2>&1
+
+say "analysing a file of 124 BPM"
+build-package/scripts/tactus-demo-track "$root/root/track.wav" 124
+inside tactus --version
+inside tactus analyze /root/track.wav | tee "$root/root/table"
+grep -q ' 124\.0' "$root/root/table"
+inside man -P cat tactus | grep -q 'find the tempo'
+test -s "$root/usr/share/doc/tactus/html/index.html"
+
+say "the window stays open"
+status=0
+inside env QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 timeout 5 tactus-desktop || status=$?
+[ "$status" -eq 124 ]
+
+say "the example by find_package and by pkg-config"
+example=/usr/share/doc/libtactus-dev/examples/tempo
+inside cmake -S "$example" -B /root/by-cmake >/dev/null
+inside cmake --build /root/by-cmake >/dev/null
+inside /root/by-cmake/tempo /root/track.wav
+inside sh -c "c++ -std=c++20 $example/main.cpp \$(pkg-config --cflags --libs tactus) -o /root/by-pkg"
+inside /root/by-pkg /root/track.wav
+# shellcheck disable=SC2016
+inside sh -c 'cd /usr/include/tactus && for header in */*.h; do
+    echo "#include <$header>" | c++ -std=c++20 -I. -fsyntax-only -x c++ - || exit 1; done'
+say "the packages work"
