@@ -5,6 +5,7 @@
 
 #include "support/TagFile.h"
 #include "support/TempFolder.h"
+#include "support/Unprivileged.h"
 
 #include <chrono>
 #include <csignal>
@@ -257,6 +258,47 @@ TEST_F(ID3TagSafetyTest, OwnerSurvivesTheSwap) {
     EXPECT_EQ(LinkStat(m_sFile).st_mode & 07777U, 0460U);
 }
 
+TEST_F(ID3TagSafetyTest, AnotherUsersFileKeepsWhatItsNewOwnerMayHave) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only the superuser can set this up";
+    }
+    // The song belongs to user and group 12345; everybody may write it and its folder.
+    ASSERT_EQ(::chmod(m_folder.Path().c_str(), 0777), 0);
+    ASSERT_EQ(::chown(m_sFile.c_str(), 12345, 12345), 0);
+    ASSERT_EQ(::chmod(m_sFile.c_str(), 06772), 0);
+    ASSERT_EQ(::setegid(65534), 0);
+    {
+        CUnprivileged const user({});
+        // Unreadable for this user, hence out of reach.
+        EXPECT_EQ(SetTempo(m_sFile).m_nStatus, kStatusFailure);
+    }
+    ASSERT_EQ(::chmod(m_sFile.c_str(), 06776), 0);
+    {
+        CUnprivileged const user({});
+        ExpectSwapped();
+    }
+    ASSERT_EQ(::setegid(0), 0);
+    // It belongs to the writer now: no set-id bits, and the strange group gets what others get.
+    EXPECT_EQ(LinkStat(m_sFile).st_uid, 65534U);
+    EXPECT_EQ(LinkStat(m_sFile).st_gid, 65534U);
+    EXPECT_EQ(LinkStat(m_sFile).st_mode & 07777U, 0766U);
+}
+
+TEST_F(ID3TagSafetyTest, AnotherUsersTemporaryFileIsReplacedNotWritten) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only the superuser can set this up";
+    }
+    WriteText(m_sTemporary, "theirs");
+    ASSERT_EQ(::chown(m_sTemporary.c_str(), 12345, 12345), 0);
+    int const theirs = ::open(m_sTemporary.c_str(), O_RDWR);
+    ExpectSwapped();
+    struct stat info = {};
+    ASSERT_EQ(::fstat(theirs, &info), 0);
+    EXPECT_EQ(info.st_nlink, 0U);
+    EXPECT_EQ(info.st_size, 6);
+    ::close(theirs);
+}
+
 TEST_F(ID3TagSafetyTest, FoldersDefaultAccessListIsNotTakenOver) {
     // Standard: acl(5) in its attribute form: version 2; entries of tag, permissions and id:
     // owner rwx, user 12345 rw, group rx, mask rwx, others nothing.
@@ -327,12 +369,11 @@ TEST_F(ID3TagSafetyTest, SongNamedLikeATemporaryFileIsRefused) {
 }
 
 TEST_F(ID3TagSafetyTest, FolderWithoutPermissionLeavesTheSongAlone) {
-    if (::geteuid() == 0) {
-        GTEST_SKIP() << "the superuser may write everywhere";
-    }
+    CUnprivileged const user({m_folder.Path(), m_sFile});
     std::filesystem::permissions(m_folder.Path(), std::filesystem::perms(0500));
     ExpectRefused(EWriteProblem::NoTemporaryFile);
     std::filesystem::permissions(m_folder.Path(), std::filesystem::perms(0700));
+    ExpectSwapped();
 }
 
 TEST_F(ID3TagSafetyTest, NamesOfAnyBytesAreWritten) {

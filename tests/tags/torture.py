@@ -1,0 +1,226 @@
+#!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 The Tactus authors
+# SPDX-License-Identifier: MIT
+"""Kills `tactus tag set`, fills its disk and lets it meet itself.
+
+Whatever happens, the song's name must hold one complete file: the old one or the new one.
+
+torture.py TACTUS
+"""
+
+import hashlib
+import os
+import pathlib
+import random
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+TACTUS = ""
+SONG_BYTES = 50 * 1000 * 1000
+KILLS = 200
+KILLS_IN_PLACE = 100
+
+
+def syncsafe(value):
+    return bytes(value >> shift & 0x7F for shift in (21, 14, 7, 0))
+
+
+def tag(frames, padding):
+    body = frames + bytes(padding)
+    return b"ID3\x03\x00\x00" + syncsafe(len(body)) + body
+
+
+def frame(name, body):
+    return name + len(body).to_bytes(4, "big") + b"\0\0" + body
+
+
+def text(value):
+    return b"\x01\xff\xfe" + value.encode("utf-16-le") + b"\0\0"
+
+
+TITLE = frame(b"TIT2", text("A title"))
+
+
+def digest(path):
+    return hashlib.sha256(path.read_bytes()).hexdigest()
+
+
+def start(path, tempo):
+    return subprocess.Popen(
+        [TACTUS, "tag", "set", str(path), "TBPM", tempo],
+        stdout=subprocess.PIPE,
+        stderr=subprocess.PIPE,
+    )
+
+
+def finish(process):
+    _, problem = process.communicate()
+    return process.returncode, problem.decode()
+
+
+def set_tempo(path, tempo):
+    return finish(start(path, tempo))
+
+
+class Torture(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.addCleanup(self.folder.cleanup)
+        self.song = pathlib.Path(self.folder.name, "song.mp3")
+        self.temporary = self.song.with_name("song.MP~")
+        # Fixed seed: the times differ from run to run anyway.
+        self.random = random.Random(3)
+
+    def kill_at_random_times(self, repetitions, longest, restore, tempo_of, allowed_of):
+        """Returns how often the old file, the new file and a half-made one were found."""
+        found = {"old": 0, "new": 0, "half-made": 0}
+        for repetition in range(repetitions):
+            restore(repetition)
+            old, new = allowed_of(repetition)
+            process = start(self.song, tempo_of(repetition))
+            time.sleep(self.random.uniform(0, longest))
+            process.send_signal(signal.SIGKILL)
+            process.communicate()
+            held = digest(self.song)
+            self.assertIn(held, (old, new), f"repetition {repetition}")
+            found["old" if held == old else "new"] += 1
+            found["half-made"] += self.temporary.exists()
+        return found
+
+    def test_kill_while_a_new_file_is_made(self):
+        old_file = self.song.with_name("old")
+        new_file = self.song.with_name("new.mp3")
+        old_file.write_bytes(tag(TITLE, 0) + random.Random(1).randbytes(SONG_BYTES))
+        shutil.copyfile(old_file, new_file)
+        begin = time.monotonic()
+        self.assertEqual(set_tempo(new_file, "128.00"), (0, ""))
+        longest = 1.3 * (time.monotonic() - begin)
+        old, new = digest(old_file), digest(new_file)
+        self.assertEqual(new_file.stat().st_size, old_file.stat().st_size + 4096 + 27)
+        shutil.copyfile(old_file, self.song)
+
+        def restore(_):
+            if self.song.stat().st_size != old_file.stat().st_size:
+                shutil.copyfile(old_file, self.song)
+
+        found = self.kill_at_random_times(
+            KILLS, longest, restore, lambda _: "128.00", lambda _: (old, new)
+        )
+        print(f"{KILLS} kills within {longest:.3f} s: {found}")
+        self.assertGreater(found["half-made"], 0, "no kill came in the middle")
+        restore(None)
+        self.assertEqual(set_tempo(self.song, "128.00"), (0, ""))
+        self.assertEqual(digest(self.song), new)
+        self.assertFalse(self.temporary.exists())
+
+    def test_kill_while_the_tag_is_written_in_place(self):
+        audio = random.Random(2).randbytes(1_000_000)
+        picture = frame(b"APIC", b"\0image/png\0\3\0" + random.Random(4).randbytes(300_000))
+
+        def content(tempo):
+            frames = TITLE + picture + frame(b"TBPM", text(tempo))
+            return tag(frames, 2048) + audio
+
+        def tempo_of(repetition):
+            return f"{100 + repetition}.00"
+
+        def sum_of(repetition):
+            return hashlib.sha256(content(tempo_of(repetition))).hexdigest()
+
+        begin = time.monotonic()
+        self.song.write_bytes(content("99.00"))
+        self.assertEqual(set_tempo(self.song, "98.00"), (0, ""))
+        longest = 1.3 * (time.monotonic() - begin)
+
+        def restore(repetition):
+            self.song.write_bytes(content(tempo_of(repetition - 1)))
+
+        found = self.kill_at_random_times(
+            KILLS_IN_PLACE, longest, restore, tempo_of, lambda n: (sum_of(n - 1), sum_of(n))
+        )
+        print(f"{KILLS_IN_PLACE} kills within {longest:.3f} s: {found}")
+        self.assertEqual(found["half-made"], 0)
+
+    def test_interrupt_lets_the_write_finish(self):
+        self.song.write_bytes(tag(TITLE, 0) + random.Random(1).randbytes(SONG_BYTES))
+        process = start(self.song, "128.00")
+        while process.poll() is None and not self.temporary.exists():
+            time.sleep(0.001)
+        process.send_signal(signal.SIGINT)
+        code, problem = finish(process)
+        self.assertEqual(problem, "")
+        self.assertIn(code, (0, 130))
+        self.assertFalse(self.temporary.exists())
+        self.assertEqual(self.song.stat().st_size, SONG_BYTES + 10 + len(TITLE) + 27 + 4096)
+
+    def test_full_disk_leaves_the_song_as_it_was(self):
+        mount = self.song.with_name("small")
+        mount.mkdir()
+        done = subprocess.run(
+            ["mount", "-t", "tmpfs", "-o", "size=8m", "tmpfs", str(mount)],
+            capture_output=True,
+            check=False,
+        )
+        if done.returncode != 0:
+            self.skipTest("a small disk can't be mounted: " + done.stderr.decode().strip())
+        try:
+            song = mount / "song.mp3"
+            song.write_bytes(tag(TITLE, 0) + random.Random(1).randbytes(5_000_000))
+            before, status = digest(song), song.stat()
+            code, problem = set_tempo(song, "128.00")
+            self.assertEqual(code, 1)
+            self.assertIn("no space left", problem)
+            self.assertEqual(digest(song), before)
+            self.assertEqual(song.stat().st_mtime_ns, status.st_mtime_ns)
+            self.assertEqual(sorted(os.listdir(mount)), ["song.mp3"])
+            # Where the tag has room, a full disk is no obstacle.
+            song.write_bytes(tag(TITLE, 100) + random.Random(1).randbytes(5_000_000))
+            (mount / "filler").write_bytes(bytes(8 * 1024 * 1024 - 5_300_000))
+            self.assertEqual(set_tempo(song, "128.00"), (0, ""))
+        finally:
+            subprocess.run(["umount", str(mount)], check=True)
+
+    def test_processes_on_one_song_never_lose_it(self):
+        neighbour = self.song.with_name("song.MP3")
+        audio = {
+            self.song: random.Random(5).randbytes(2_000_000),
+            neighbour: random.Random(6).randbytes(2_000_001),
+        }
+        wins = losses = 0
+        for repetition in range(30):
+            for path, data in audio.items():
+                path.write_bytes(tag(TITLE, 0) + data)
+            tempos = [f"{100 + repetition}.{i}0" for i in range(3)]
+            started = [(path, tempo, start(path, tempo)) for tempo in tempos for path in audio]
+            outcomes = [(path, tempo, finish(process)) for path, tempo, process in started]
+            for path, data in audio.items():
+                allowed = {tag(TITLE, 0) + data: None}
+                for tempo in tempos:
+                    frames = TITLE + frame(b"TBPM", text(tempo))
+                    allowed[tag(frames, 4096) + data] = tempo
+                held = path.read_bytes()
+                self.assertIn(held, allowed)
+                won = [tempo for p, tempo, (code, _) in outcomes if p == path and code == 0]
+                if allowed[held] is None:
+                    self.assertEqual(won, [])
+                else:
+                    self.assertIn(allowed[held], won)
+            for _, _, (code, problem) in outcomes:
+                wins += code == 0
+                losses += code == 1
+                if code != 0:
+                    self.assertEqual(code, 1)
+                    self.assertRegex(problem, "another program|changed in the meantime")
+            self.assertFalse(self.temporary.exists())
+        print(f"{wins} processes wrote, {losses} failed cleanly")
+        self.assertGreater(wins, 0)
+
+
+if __name__ == "__main__":
+    TACTUS = sys.argv.pop(1)
+    unittest.main(verbosity=2)
