@@ -32,3 +32,37 @@ inline std::vector<float> MakeBenchBass(std::size_t count, double hertz) {
     }
     return samples;
 }
+
+/// Something like dance music, 120 BPM at 44100 Hz: a kick on every beat that decays within 0.1 s,
+/// a bass tone on every half beat behind it, noise over all.
+inline std::vector<float> MakeBenchSong(std::size_t count) {
+    constexpr double kBassHertz[] = {55.0, 55.0, 65.406, 48.999};
+    std::vector<float> samples = MakeBenchNoise(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        double const second = static_cast<double>(i) / 44100.0;
+        double const inBeat = std::fmod(second, 0.5);
+        double const inHalf = std::fmod(second, 0.25);
+        double const turn = 2.0 * std::numbers::pi;
+        double const kick = 0.6 * std::exp(-inBeat / 0.1) * std::sin(turn * 50.0 * inBeat);
+        double const hertz = kBassHertz[static_cast<std::size_t>(second / 2.0) % 4];
+        double const bass = inBeat < 0.25 ? 0.0 : 0.3 * std::exp(-inHalf / 0.3);
+        samples[i] =
+            samples[i] * 0.2f + static_cast<float>(kick + bass * std::sin(turn * hertz * second));
+    }
+    return samples;
+}
+
+/// Bass without a pause at 44100 Hz: a loud tone with its octave, another one every second, noise
+/// over all. Every crossing repeats at several periods.
+inline std::vector<float> MakeBenchBassLine(std::size_t count) {
+    constexpr double kHertz[] = {41.203, 55.0, 36.708, 48.999, 61.735, 43.654};
+    std::vector<float> samples = MakeBenchNoise(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        double const second = static_cast<double>(i) / 44100.0;
+        double const turn =
+            2.0 * std::numbers::pi * kHertz[static_cast<std::size_t>(second) % 6] * second;
+        samples[i] = samples[i] * 0.1f +
+                     static_cast<float>(0.3 * std::sin(turn) + 0.45 * std::sin(2.0 * turn));
+    }
+    return samples;
+}

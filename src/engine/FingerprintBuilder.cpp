@@ -16,7 +16,7 @@
 namespace {
 
 constexpr std::uint32_t kCapacity = 16384;        // Fixed: values in the window.
-constexpr std::uint32_t kRoom = 2 * kCapacity;    // Tuned: bench FingerprintPush.
+constexpr std::uint32_t kRoom = 2 * kCapacity;    // Tuned: BM_FingerprintPush.
 constexpr std::uint32_t kPrintSamples = 512;      // Fixed: stretch of one excerpt.
 constexpr std::uint32_t kSamplesPerValue = 4;     // Fixed: as in a print.
 constexpr std::uint32_t kLargePrintValues = 4096; // Fixed: longest large print.

@@ -2,38 +2,22 @@
 // SPDX-License-Identifier: MIT
 //
 // Design: prototype in the s-plane (BuildPrototype), bilinear mapping (spbiln).
-// Run: direct form II (fl, flt), direct form I (fspcflt).
+// Run: direct form II (fl, flt) in IIRSection.h and IIRFiltThree.cpp, direct form I (fspcflt).
 // Analysis of a design: IIRFiltResponse.cpp.
 
 #include "engine/IIRFilt.h"
 
+#include "engine/IIRSection.h"
+
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 
 namespace {
 
 constexpr std::size_t kCoefficientsS = 3; // Derived: order + 1.
-constexpr std::size_t kStatesPerSection = 3;
 constexpr std::size_t kOutputsPerSection = 2;
-
-/// One section of the z-plane, by value, so that a loop keeps it in registers.
-struct CSection {
-    float m_fB0, m_fB1, m_fB2, m_fA1, m_fA2;
-
-    /// Direct form II: takes x and the two past states, gives the output, shifts the states.
-    float Run(float x, float& w1, float& w2) const {
-        float const w0 = x - (m_fA1 * w1 + m_fA2 * w2);
-        float const y = m_fB2 * w2 + m_fB0 * w0 + m_fB1 * w1;
-        w2 = w1;
-        w1 = w0;
-        return y;
-    }
-};
-
-CSection LoadSection(float const* b, float const* a) {
-    return {b[0], b[1], b[2], a[0], a[1]};
-}
 
 /// s-plane section in double, as it is before it is stored in single precision.
 struct CPrototype {
@@ -123,7 +107,7 @@ void CIIRFilt::Init(std::int32_t sampleRate) {
     m_vNumZ.assign(3 * sections, 0.0f);
     m_vNumS.assign(kCoefficientsS * sections, 0.0f);
     m_vDenS.assign(kCoefficientsS * sections, 0.0f);
-    m_vState.assign(kStatesPerSection * sections * channels, 0.0f);
+    m_vState.assign(kIIRStates * sections * channels, 0.0f);
     m_vOutput.assign(kOutputsPerSection * sections * channels, 0.0f);
     m_vFrequency.assign(sections, 0.0f);
     m_vDamping.assign(sections, 0.0f);
@@ -196,42 +180,27 @@ void CIIRFilt::spbiln(float const* num, float const* den, std::int32_t* order, f
 }
 
 float* CIIRFilt::State(std::int32_t channel) {
-    return &m_vState[At(channel, kStatesPerSection * kMaxSections)];
+    return &m_vState[At(channel, kIIRStates * kMaxSections)];
 }
 
 bool CIIRFilt::CanFilter(std::int32_t channel, std::int32_t count) const {
     return m_bInitialised && m_nSections > 0 && channel >= 0 && channel < kMaxChannels && count > 0;
 }
 
-void CIIRFilt::FilterThree(float* x, float* state, std::int32_t count) const {
-    CSection const first = LoadSection(&m_vNumZ[0], &m_vDenZ[0]);
-    CSection const second = LoadSection(&m_vNumZ[3], &m_vDenZ[2]);
-    CSection const third = LoadSection(&m_vNumZ[6], &m_vDenZ[4]);
-    float u1 = state[1];
-    float u2 = state[2];
-    float v1 = state[4];
-    float v2 = state[5];
-    float w1 = state[7];
-    float w2 = state[8];
-    for (std::int32_t i = 0; i < count; ++i) {
-        x[i] = third.Run(second.Run(first.Run(x[i], u1, u2), v1, v2), w1, w2);
-    }
-    state[0] = state[1] = u1;
-    state[2] = u2;
-    state[3] = state[4] = v1;
-    state[5] = v2;
-    state[6] = state[7] = w1;
-    state[8] = w2;
+CIIRSection CIIRFilt::GetSection(std::int32_t i) const {
+    float const* const b = GetNumerator(i);
+    float const* const a = GetDenominator(i);
+    return {b[0], b[1], b[2], a[0], a[1]};
 }
 
 void CIIRFilt::fl(float* x, std::int32_t channel, std::int32_t count, std::int32_t stride) {
-    if (m_nSections != 3 || stride != 1 || !CanFilter(channel, count)) {
+    if (m_nSections != kThreeSections || stride != 1 || !CanFilter(channel, count)) {
         flPlain(x, channel, count, stride);
         return;
     }
-    // The three recurrences run beside each other; each alone would wait for its own additions.
-    FilterThree(x, State(channel), count);
     m_nMappingError = 0;
+    CThreeSections const sections{GetSection(0), GetSection(1), GetSection(2)};
+    FilterThree(sections, x, State(channel), count);
 }
 
 void CIIRFilt::flPlain(float* x, std::int32_t channel, std::int32_t count, std::int32_t stride) {
@@ -240,16 +209,8 @@ void CIIRFilt::flPlain(float* x, std::int32_t channel, std::int32_t count, std::
         return;
     }
     float* state = State(channel);
-    for (std::int32_t i = 0; i < m_nSections; ++i, state += kStatesPerSection) {
-        CSection const section = LoadSection(&m_vNumZ[At(i, 3)], &m_vDenZ[At(i, 2)]);
-        float w1 = state[1];
-        float w2 = state[2];
-        for (std::int32_t k = 0; k < count; ++k) {
-            float& sample = x[static_cast<std::ptrdiff_t>(k) * stride];
-            sample = section.Run(sample, w1, w2);
-        }
-        state[0] = state[1] = w1;
-        state[2] = w2;
+    for (std::int32_t i = 0; i < m_nSections; ++i, state += kIIRStates) {
+        FilterOne(GetSection(i), x, state, count, stride);
     }
 }
 
@@ -260,14 +221,9 @@ void CIIRFilt::flt(float* x, std::int32_t channel, std::int32_t count) {
     }
     float* const states = State(channel);
     for (std::int32_t k = 0; k < count; ++k) {
-        float sample = x[k];
         for (std::int32_t i = 0; i < m_nSections; ++i) {
-            float* const state = states + At(i, kStatesPerSection);
-            CSection const section = LoadSection(&m_vNumZ[At(i, 3)], &m_vDenZ[At(i, 2)]);
-            sample = section.Run(sample, state[1], state[2]);
-            state[0] = state[1];
+            FilterOne(GetSection(i), x + k, states + At(i, kIIRStates), 1, 1);
         }
-        x[k] = sample;
     }
 }
 
@@ -281,7 +237,7 @@ void CIIRFilt::fspcflt(float* x, std::int32_t count, std::int32_t channel) {
     for (std::int32_t k = 0; k < count; ++k) {
         float sample = x[k];
         for (std::int32_t i = 0; i < m_nSections; ++i) {
-            float* const in = inputs + At(i, kStatesPerSection);
+            float* const in = inputs + At(i, kIIRStates);
             float* const out = outputs + At(i, kOutputsPerSection);
             float const* const b = &m_vNumZ[At(i, 3)];
             float const* const a = &m_vDenZ[At(i, 2)];

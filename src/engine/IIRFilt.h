@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <vector>
 
+struct CIIRSection;
+
 /// Single-precision complex number of the filter's analysis operations.
 struct CIIRComplex {
     float m_fRe = 0.0f;
@@ -123,7 +125,7 @@ private:
     [[nodiscard]] float* State(std::int32_t channel);
     [[nodiscard]] bool CanFilter(std::int32_t channel, std::int32_t count) const;
     void BuildPrototype(std::int32_t i);
-    void FilterThree(float* x, float* state, std::int32_t count) const;
+    [[nodiscard]] CIIRSection GetSection(std::int32_t i) const;
 
     bool m_bInitialised = false;
     bool m_bDesigned = false;

@@ -83,7 +83,7 @@ CStatus CPfNoteDetector::FindPeriodicWaveforms(float const* buf, std::int32_t sc
                                                CPfNoteMap* map) const {
     CNoteSearch const search{
         buf, scanCount, dataCount - 1, basePos, {m_vPeriods.GetData(), m_vPeriods.GetCount()}};
-    SearchNotesPlain(search, map);
+    SearchNotes(search, map);
     return kStatusOk;
 }
 

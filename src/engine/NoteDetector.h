@@ -60,7 +60,7 @@ public:
     [[nodiscard]] std::uint32_t GetCount() const { return m_items.GetCount(); }
 
 private:
-    // Tuned: bench NoteMapAdd; 4 KiB a block.
+    // Tuned: BM_NoteMapAdd; 4 KiB a block.
     static constexpr std::uint32_t kBlockItems = 256;
     using CItems = CBlockedList<CPfNoteDetection, kBlockItems>;
 
