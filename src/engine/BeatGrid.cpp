@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -19,6 +20,17 @@ constexpr float kPllDeadBand = 0.00025f; // Fixed: phase per step that is not co
 /// interval * m in single precision, truncated.
 std::int64_t StepsAway(float interval, std::int64_t m) {
     return TruncateTo<std::int64_t>(interval * static_cast<float>(m));
+}
+
+/// Samples from `from` to `to`, held to 63 bits, where the steps away are held to as well; none
+/// when `from` is not before `to`.
+std::int64_t RoomBetween(std::int64_t from, std::int64_t to) {
+    if (from >= to) {
+        return 0;
+    }
+    std::uint64_t const room = static_cast<std::uint64_t>(to) - static_cast<std::uint64_t>(from);
+    constexpr std::uint64_t kMost = std::numeric_limits<std::int64_t>::max();
+    return static_cast<std::int64_t>(std::min(room, kMost));
 }
 
 } // namespace
@@ -54,14 +66,10 @@ bool CPfBeatBuilder::ExtrapolatePoints(float interval, std::int64_t sampleCount,
     std::int64_t const first = positions.front();
     std::int64_t const last = positions.back();
     CVectorArray<std::int64_t> added;
-    for (std::int64_t m = 1; StepsAway(interval, m) <= first; ++m) {
+    for (std::int64_t m = 1; StepsAway(interval, m) < RoomBetween(-1, first); ++m) {
         added.Add(first - StepsAway(interval, m));
     }
-    // The room behind the last point, without sign: it may exceed 63 bits for absurd positions.
-    std::uint64_t const room = last < sampleCount ? static_cast<std::uint64_t>(sampleCount) -
-                                                        static_cast<std::uint64_t>(last)
-                                                  : 0;
-    for (std::int64_t m = 1; static_cast<std::uint64_t>(StepsAway(interval, m)) < room; ++m) {
+    for (std::int64_t m = 1; StepsAway(interval, m) < RoomBetween(last, sampleCount); ++m) {
         added.Add(last + StepsAway(interval, m));
     }
     points->Append(added);
