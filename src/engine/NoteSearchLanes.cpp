@@ -48,11 +48,6 @@ struct CFoundNote {
 /// Eight notes whose sums are formed side by side.
 using CSumGroup = std::array<CFoundNote*, kLanes>;
 
-TACTUS_AVX2 inline __m256 Difference(float const* a, float const* b) {
-    return _mm256_andnot_ps(_mm256_set1_ps(-0.0f),
-                            _mm256_sub_ps(_mm256_loadu_ps(a), _mm256_loadu_ps(b)));
-}
-
 /// Per lane all bits when the sample is further than `limit` from one of its repetitions.
 TACTUS_AVX2 inline __m256 Fails(float const* samples, std::int32_t period, __m256 limit) {
     // The largest and the smallest repetition are the furthest, and rounding keeps that order. A
@@ -92,62 +87,75 @@ TACTUS_AVX2 inline bool Repeats(float const* samples, std::int32_t period, float
     return _mm256_movemask_ps(fails) == 0;
 }
 
-/// Transposes eight registers and stores them `stride` floats apart.
-TACTUS_AVX2 inline void StoreTransposed(__m256 const* rows, float* columns, std::size_t stride) {
-    __m256 pairs[kLanes];
-    for (std::size_t i = 0; i < kLanes; i += 2) {
-        pairs[i] = _mm256_unpacklo_ps(rows[i], rows[i + 1]);
-        pairs[i + 1] = _mm256_unpackhi_ps(rows[i], rows[i + 1]);
-    }
-    __m256 quads[kLanes];
-    for (std::size_t i = 0; i < kLanes; i += 4) {
-        quads[i] = _mm256_shuffle_ps(pairs[i], pairs[i + 2], _MM_SHUFFLE(1, 0, 1, 0));
-        quads[i + 1] = _mm256_shuffle_ps(pairs[i], pairs[i + 2], _MM_SHUFFLE(3, 2, 3, 2));
-        quads[i + 2] = _mm256_shuffle_ps(pairs[i + 1], pairs[i + 3], _MM_SHUFFLE(1, 0, 1, 0));
-        quads[i + 3] = _mm256_shuffle_ps(pairs[i + 1], pairs[i + 3], _MM_SHUFFLE(3, 2, 3, 2));
-    }
+/// Where the eight notes of a group stand.
+struct CSumLanes {
+    std::array<float const*, kLanes> m_pStarts;
+    std::array<std::int32_t, kLanes> m_nPeriods;
+};
+
+/// Differences of four samples k .. k + 3 from their m-th repetitions: columns[i] holds those of
+/// sample k + i, a lane for each note.
+TACTUS_AVX2 inline void DifferenceColumns(CSumLanes const& lanes, std::int32_t k, std::int32_t m,
+                                          __m256* columns) {
+    __m256 rows[4]; // four samples of note i, four of note i + 4
     for (std::size_t i = 0; i < 4; ++i) {
-        _mm256_store_ps(columns + i * stride, _mm256_permute2f128_ps(quads[i], quads[i + 4], 0x20));
-        _mm256_store_ps(columns + (i + 4) * stride,
-                        _mm256_permute2f128_ps(quads[i], quads[i + 4], 0x31));
+        float const* const low = lanes.m_pStarts[i] + k;
+        float const* const high = lanes.m_pStarts[i + 4] + k;
+        __m256 const sample = _mm256_loadu2_m128(high, low);
+        __m256 const repetition =
+            _mm256_loadu2_m128(high + m * lanes.m_nPeriods[i + 4], low + m * lanes.m_nPeriods[i]);
+        rows[i] = _mm256_andnot_ps(_mm256_set1_ps(-0.0f), _mm256_sub_ps(sample, repetition));
     }
+    __m256 const low01 = _mm256_unpacklo_ps(rows[0], rows[1]);
+    __m256 const high01 = _mm256_unpackhi_ps(rows[0], rows[1]);
+    __m256 const low23 = _mm256_unpacklo_ps(rows[2], rows[3]);
+    __m256 const high23 = _mm256_unpackhi_ps(rows[2], rows[3]);
+    columns[0] = _mm256_shuffle_ps(low01, low23, _MM_SHUFFLE(1, 0, 1, 0));
+    columns[1] = _mm256_shuffle_ps(low01, low23, _MM_SHUFFLE(3, 2, 3, 2));
+    columns[2] = _mm256_shuffle_ps(high01, high23, _MM_SHUFFLE(1, 0, 1, 0));
+    columns[3] = _mm256_shuffle_ps(high01, high23, _MM_SHUFFLE(3, 2, 3, 2));
 }
 
-/// Sums of the eight notes over their periods, all but the last sample: lane by lane, from the
-/// first sample on, each with its repetitions in order. A lane that is through adds 0, which
-/// changes no sum.
+/// Adds the differences of samples k .. k + 3 to the sums: sample by sample, each with its
+/// repetitions in order. A note whose bit is clear in masks[i] adds 0, which changes no sum.
+TACTUS_AVX2 inline __m256 AddFourSamples(CSumLanes const& lanes, std::int32_t k,
+                                         __m256 const* masks, __m256 sums) {
+    __m256 columns[kNoteRepetitions][4];
+    for (std::int32_t m = 0; m < kNoteRepetitions; ++m) {
+        DifferenceColumns(lanes, k, m + 1, columns[m]);
+    }
+    for (std::size_t i = 0; i < 4; ++i) {
+        for (auto const& column : columns) {
+            sums = _mm256_add_ps(sums,
+                                 masks != nullptr ? _mm256_and_ps(masks[i], column[i]) : column[i]);
+        }
+    }
+    return sums;
+}
+
+/// Sums of the eight notes over their periods, all but the last sample.
 TACTUS_AVX2 void SumPeriods(float const* samples, CSumGroup const& group, float* result) {
-    constexpr std::size_t kRow = kNoteRepetitions * kLanes; // terms of one sample
-    alignas(32) std::array<float, kLanes * kRow> terms;
-    alignas(32) std::array<std::int32_t, kLanes> periods;
-    std::array<float const*, kLanes> starts;
+    CSumLanes lanes;
     for (std::size_t lane = 0; lane < kLanes; ++lane) {
-        periods[lane] = group[lane]->m_nPeriod;
-        starts[lane] = samples + group[lane]->m_nCrossing;
+        lanes.m_pStarts[lane] = samples + group[lane]->m_nCrossing;
+        lanes.m_nPeriods[lane] = group[lane]->m_nPeriod;
     }
-    auto const [shortest, longest] = std::ranges::minmax(periods);
-    __m256i const ends = _mm256_load_si256(reinterpret_cast<__m256i const*>(periods.data()));
+    auto const [shortest, longest] = std::ranges::minmax(lanes.m_nPeriods);
     __m256 sums = _mm256_setzero_ps();
-    for (std::int32_t k = 0; k < longest; k += kLanes) {
-        for (std::int32_t m = 1; m <= kNoteRepetitions; ++m) {
-            __m256 rows[kLanes];
-            for (std::size_t lane = 0; lane < kLanes; ++lane) {
-                rows[lane] = Difference(starts[lane] + k, starts[lane] + k + m * periods[lane]);
-            }
-            StoreTransposed(rows, terms.data() + (m - 1) * kLanes, kRow);
-        }
-        for (std::int32_t i = 0; i < kLanes; ++i) {
-            __m256 const within =
-                _mm256_castsi256_ps(_mm256_cmpgt_epi32(ends, _mm256_set1_epi32(k + i)));
-            bool const allWithin = k + i < shortest;
-            for (std::size_t m = 0; m < kNoteRepetitions; ++m) {
-                __m256 const term =
-                    _mm256_load_ps(&terms[static_cast<std::size_t>(i) * kRow + m * kLanes]);
-                sums = _mm256_add_ps(sums, allWithin ? term : _mm256_and_ps(within, term));
-            }
-        }
+    std::int32_t k = 0;
+    for (; k + 4 <= shortest; k += 4) {
+        sums = AddFourSamples(lanes, k, nullptr, sums);
     }
-    _mm256_store_ps(result, sums);
+    __m256i const ends =
+        _mm256_loadu_si256(reinterpret_cast<__m256i const*>(lanes.m_nPeriods.data()));
+    for (; k < longest; k += 4) {
+        __m256 masks[4];
+        for (std::int32_t i = 0; i < 4; ++i) {
+            masks[i] = _mm256_castsi256_ps(_mm256_cmpgt_epi32(ends, _mm256_set1_epi32(k + i)));
+        }
+        sums = AddFourSamples(lanes, k, masks, sums);
+    }
+    _mm256_storeu_ps(result, sums);
 }
 
 /// The search of one stretch, and the notes that wait for their sums.
