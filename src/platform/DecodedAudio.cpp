@@ -8,8 +8,8 @@
 #include <limits>
 
 std::optional<std::int32_t> SampleCountOf(std::int64_t frames) {
-    // Deliberate: frames at the file's own rate count samples at 44100 Hz, their low 32 bits only:
-    // a slower file is cut short, a faster one ends in zeros.
+    // Deliberate: frames at the file's own rate count samples at 44100 Hz, their low 32 bits only.
+    // A slower file is cut short, a faster one ends in zeros.
     auto const low = static_cast<std::uint32_t>(frames & 0xFFFFFFFF);
     if (low > static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max())) {
         return std::nullopt;

@@ -1,0 +1,84 @@
+#!/bin/bash
+# SPDX-FileCopyrightText: 2026 The Tactus authors
+# SPDX-License-Identifier: MIT
+#
+# What the analysis of a whole file costs beside decoding it.
+#
+#     bench/whole_file.sh [-n RUNS] [-b BUILD_FOLDER] FILE...
+#
+# For every file `tactus analyze` and plain decodes of the same file run in turns, so that a change
+# of the machine's speed meets all of them; the medians of their CPU seconds (user and system) are
+# printed, and the ratio of Tactus' median to each other one. Programs that find a tempo and happen
+# to be installed run along.
+set -euo pipefail
+
+runs=11
+build=$(dirname "$0")/../build
+while getopts n:b: option; do
+    case $option in
+    n) runs=$OPTARG ;;
+    b) build=$OPTARG ;;
+    *) exit 2 ;;
+    esac
+done
+shift $((OPTIND - 1))
+if [ $# -eq 0 ]; then
+    echo "usage: bench/whole_file.sh [-n RUNS] [-b BUILD_FOLDER] FILE..." >&2
+    exit 2
+fi
+
+tactus=$build/src/cli/tactus
+plain=$build/bench/plain_decode
+times=$(mktemp -d)
+trap 'rm -rf "$times"' EXIT
+
+# run NAME COMMAND...: appends the CPU seconds of one run to the times under NAME.
+run() {
+    local name=$1 TIMEFORMAT='%U %S'
+    shift
+    { time "$@" >/dev/null 2>"$times/messages"; } 2>"$times/time" || {
+        echo "$name failed:" >&2
+        cat "$times/messages" >&2
+        exit 1
+    }
+    awk '{ printf "%.3f\n", $1 + $2 }' "$times/time" >>"$times/$name"
+}
+
+median() {
+    sort -n "$times/$1" | awk '{ v[NR] = $1 } END { print (v[int((NR + 1) / 2)] + v[int((NR + 2) / 2)]) / 2 }'
+}
+
+has() {
+    command -v "$1" >/dev/null
+}
+
+for file in "$@"; do
+    rm -f "$times"/*
+    names=(tactus ffmpeg)
+    for ((i = 0; i < runs; i++)); do
+        run tactus "$tactus" analyze --force --jobs 1 --quiet --format csv -- "$file"
+        run ffmpeg ffmpeg -nostdin -v error -threads 1 -i "$file" -map 0:a:0 -ac 1 -ar 44100 -f s16le -y /dev/null
+        if [ -x "$plain" ]; then
+            run plain_decode "$plain" "$file"
+        fi
+        if has aubio; then
+            run aubio aubio tempo "$file"
+        fi
+        if has soundstretch && [ "${file##*.}" = wav ]; then
+            run soundstretch soundstretch "$file" -bpm
+        fi
+    done
+    for name in plain_decode aubio soundstretch; do
+        [ -f "$times/$name" ] && names+=("$name")
+    done
+    echo "$file, median CPU seconds of $runs runs:"
+    own=$(median tactus)
+    for name in "${names[@]}"; do
+        awk -v name="$name" -v own="$own" -v other="$(median "$name")" 'BEGIN {
+            printf "  %-14s %8.3f s", name, other
+            if (name != "tactus" && other > 0)
+                printf "   tactus takes %.2f times as long", own / other
+            printf "\n"
+        }'
+    done
+done
