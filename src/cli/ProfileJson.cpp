@@ -48,6 +48,7 @@ std::string KeyJson(CProfileResults const& results) {
 
 std::string PatternJson(CPfBeatPattern const& pattern) {
     std::vector<float> weights;
+    weights.reserve(static_cast<std::size_t>(pattern.GetCount()));
     for (std::int32_t i = 0; i < pattern.GetCount(); ++i) {
         weights.push_back(pattern.GetValue(i));
     }
