@@ -27,15 +27,6 @@ constexpr QSize kFirstSize(760, 460);    // Fixed: pixels; some fifteen rows.
 constexpr QSize kSmallestSize(420, 220); // Fixed: pixels; the toolbar still fits.
 constexpr int kToolIconPixels = 20;      // Fixed: side of the toolbar's icons.
 
-std::vector<CString> AsPaths(std::vector<std::string> const& paths) {
-    std::vector<CString> result;
-    result.reserve(paths.size());
-    for (std::string const& path : paths) {
-        result.push_back(CString::FromPath(path));
-    }
-    return result;
-}
-
 } // namespace
 
 BpmWindow::BpmWindow(BPMController& controller, QWidget* parent)
@@ -145,7 +136,7 @@ void BpmWindow::openFile() {
                       }},
                      this);
     if (panel.exec() == QDialog::Accepted) {
-        m_controller.openFile(AsPaths(panel.chosenPaths()));
+        m_controller.openFile(AsListPaths(panel.chosenPaths()));
     }
 }
 
@@ -239,7 +230,7 @@ void BpmWindow::dragLeaveEvent(QDragLeaveEvent*) {
 
 void BpmWindow::dropEvent(QDropEvent* event) {
     m_pTable->setDropTarget(false);
-    m_controller.acceptDrop(AsPaths(LocalPaths(*event->mimeData())));
+    m_controller.acceptDrop(AsListPaths(LocalPaths(*event->mimeData())));
     event->setDropAction(Qt::CopyAction);
     event->accept();
 }

@@ -9,6 +9,7 @@
 #include "app/BPMController.h"
 #include "desktop/Arguments.h"
 #include "desktop/BpmWindow.h"
+#include "desktop/Paths.h"
 #include "desktop/QtBpmView.h"
 #include "desktop/QuitSignals.h"
 #include "desktop/Translation.h"
@@ -67,14 +68,6 @@ int AnswerWithoutWindow(CArguments const& arguments) {
     return -1;
 }
 
-std::vector<CString> AsPaths(std::vector<std::string> const& paths) {
-    std::vector<CString> result;
-    for (std::string const& path : paths) {
-        result.push_back(CString::FromPath(path));
-    }
-    return result;
-}
-
 } // namespace
 
 int RunDesktop(int argc, char** argv) {
@@ -109,7 +102,7 @@ int RunDesktop(int argc, char** argv) {
 
     window.show();
     if (!arguments.m_vPaths.empty()) {
-        controller.openFile(AsPaths(arguments.m_vPaths));
+        controller.openFile(AsListPaths(arguments.m_vPaths));
     }
     int const code = QApplication::exec();
     window.hide();

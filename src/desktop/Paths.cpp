@@ -39,6 +39,15 @@ std::vector<std::string> LocalPaths(QMimeData const& data) {
     return paths;
 }
 
+std::vector<CString> AsListPaths(std::vector<std::string> const& paths) {
+    std::vector<CString> result;
+    result.reserve(paths.size());
+    for (std::string const& path : paths) {
+        result.push_back(CString::FromPath(path));
+    }
+    return result;
+}
+
 std::string ArgumentPath(std::string const& argument) {
     std::error_code error;
     std::filesystem::path const absolute = std::filesystem::absolute(argument, error);

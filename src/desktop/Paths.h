@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "base/CString.h"
+
 #include <QMimeData>
 #include <QUrl>
 #include <string>
@@ -17,6 +19,9 @@ std::string LocalPathBytes(QUrl const& url);
 
 /// The local files of a drag or of the clipboard, in order.
 std::vector<std::string> LocalPaths(QMimeData const& data);
+
+/// The same paths for the list.
+std::vector<CString> AsListPaths(std::vector<std::string> const& paths);
 
 /// An argument of the program as an absolute path without "." and ".." components.
 std::string ArgumentPath(std::string const& argument);

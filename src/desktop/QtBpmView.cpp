@@ -17,6 +17,9 @@ constexpr std::size_t kRowsPerDelivery = 2000; // Tuned: bench/desktop, well und
 QtBpmView::QtBpmView(QObject* parent) : QObject(parent) {
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &QtBpmView::deliver);
+    connect(
+        this, &QtBpmView::woken, this, [this] { m_timer.start(kDeliveryMilliseconds); },
+        Qt::QueuedConnection);
 }
 
 void QtBpmView::setWindow(BpmWindow* window) {
@@ -36,8 +39,7 @@ void QtBpmView::note(Change change) {
             return;
         }
     }
-    QMetaObject::invokeMethod(
-        this, [this] { m_timer.start(kDeliveryMilliseconds); }, Qt::QueuedConnection);
+    emit woken();
 }
 
 void QtBpmView::reloadRow(std::size_t row) {

@@ -32,6 +32,10 @@ public:
     void setCanClose(bool canClose) override;
     void openHomePage() override;
 
+signals:
+    /// There are notes. Sent on the thread that left them, received on the main thread.
+    void woken();
+
 private:
     struct CNotes {
         std::set<std::size_t> m_vRows;

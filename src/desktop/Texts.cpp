@@ -122,7 +122,7 @@ QString ActivityText(CBatchStatus const& status) {
     if (status.m_nRows == 0) {
         return CTexts::tr("No files");
     }
-    QString const rows = CTexts::tr("%n file(s)", nullptr, AsCount(status.m_nRows));
+    QString rows = CTexts::tr("%n file(s)", nullptr, AsCount(status.m_nRows));
     if (status.m_nUndone == 0) {
         return rows;
     }
