@@ -28,7 +28,7 @@ if [ -f build/CMakeCache.txt ] && grep -q '^TACTUS_BUILD_TESTS:BOOL=ON' build/CM
 fi
 echo "Building Tactus ..." >&2
 quietly cmake --preset release -DTACTUS_BUILD_TESTS=$tests
-quietly cmake --build --preset release --target tactus tactus-desktop tactus-demo-track
+quietly cmake --build --preset release --target tactus tactus-desktop tactus-demo-track guide
 
 paths=()
 for path in "$@"; do
