@@ -55,10 +55,10 @@ inside env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-rec
     "${debs[@]/#build-package//var/cache}" g++ cmake pkg-config man-db >/dev/null 2>&1
 
 say "analysing a file of 124 BPM"
-build-package/scripts/tactus-demo-track "$root/root/track.wav" 124
+build-package/scripts/tactus-demo-track "$root/srv/track.wav" 124
 inside tactus --version
-inside tactus analyze /root/track.wav | tee "$root/root/table"
-grep -q ' 124\.0' "$root/root/table"
+inside tactus analyze /srv/track.wav | tee "$root/srv/table"
+grep -q ' 124\.0' "$root/srv/table"
 inside man -P cat tactus | grep -q 'find the tempo'
 test -s "$root/usr/share/doc/tactus/html/index.html"
 
@@ -69,11 +69,11 @@ inside env QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 timeout 5 tactus-desktop || 
 
 say "the example by find_package and by pkg-config"
 example=/usr/share/doc/libtactus-dev/examples/tempo
-inside cmake -S "$example" -B /root/by-cmake >/dev/null
-inside cmake --build /root/by-cmake >/dev/null
-inside /root/by-cmake/tempo /root/track.wav
-inside sh -c "c++ -std=c++20 $example/main.cpp \$(pkg-config --cflags --libs tactus) -o /root/by-pkg"
-inside /root/by-pkg /root/track.wav
+inside cmake -S "$example" -B /srv/by-cmake >/dev/null
+inside cmake --build /srv/by-cmake >/dev/null
+inside /srv/by-cmake/tempo /srv/track.wav
+inside sh -c "c++ -std=c++20 $example/main.cpp \$(pkg-config --cflags --libs tactus) -o /srv/by-pkg"
+inside /srv/by-pkg /srv/track.wav
 # shellcheck disable=SC2016
 inside sh -c 'cd /usr/include/tactus && for header in */*.h; do
     echo "#include <$header>" | c++ -std=c++20 -I. -fsyntax-only -x c++ - || exit 1; done'
