@@ -33,9 +33,8 @@ std::int32_t FindLoudMeasure(CPfPcmThumbnail const& thumbnail, std::int32_t perM
     float sum = 0.0f;
     for (std::int32_t i = thumbnail.GetCount() - 1; i >= 0; --i) {
         sum += thumbnail.GetAt(i);
-        float leaving = 0.0f;
-        if (thumbnail.EnumElements(i + perMeasure, &leaving)) {
-            sum -= leaving;
+        if (i < thumbnail.GetCount() - perMeasure) {
+            sum -= thumbnail.GetAt(i + perMeasure);
         }
         if (sum / static_cast<float>(perMeasure) > level) {
             return i;
@@ -51,8 +50,9 @@ std::int32_t FindQuietElement(CPfPcmThumbnail const& thumbnail, std::int32_t fir
     float const enough = kQuietLevel * thumbnail.GetMaxRunningMeasAvg();
     float quietest = thumbnail.GetMaxValue();
     std::int32_t place = first;
-    float value = 0.0f;
-    for (std::int32_t u = first; u < first + count && thumbnail.EnumElements(u, &value); ++u) {
+    std::int32_t const end = first + std::min(count, thumbnail.GetCount() - first);
+    for (std::int32_t u = first; u < end; ++u) {
+        float const value = thumbnail.GetAt(u);
         if (value < quietest) {
             place = u;
             quietest = value;

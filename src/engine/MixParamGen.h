@@ -37,7 +37,7 @@ public:
     /// Adds the intro and outro sprockets to `results`, from the grid and its measure marks where
     /// they give two pairs in order, else from onsets, whose search `cancel` stops.
     /// Returns: true.
-    static bool BuildBeatMixSprockets(CPfPcmThumbnail* thumbnail, CPfImpactPoints const* grid,
+    static bool BuildBeatMixSprockets(CPfPcmThumbnail const* thumbnail, CPfImpactPoints const* grid,
                                       std::uint16_t measures, CCancelFlag const* cancel,
                                       CProfileResults* results);
 
@@ -51,6 +51,7 @@ public:
 
     /// Sprockets from pairs of onsets that lie `measures` measures apart within 0.5 %, or else from
     /// the intro's end and the outro's start alone. Reads the tempo of `results`. Returns: true.
-    static bool BuildBeatMixSprocketsClassic(CPfPcmThumbnail* thumbnail, CCancelFlag const* cancel,
-                                             std::uint16_t measures, CProfileResults* results);
+    static bool BuildBeatMixSprocketsClassic(CPfPcmThumbnail const* thumbnail,
+                                             CCancelFlag const* cancel, std::uint16_t measures,
+                                             CProfileResults* results);
 };

@@ -15,6 +15,8 @@
 #include "engine/ProfileResults.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace {
 
@@ -39,14 +41,12 @@ std::uint64_t SprocketAt(CPfImpactPoints const& grid, std::int32_t index) {
     return static_cast<std::uint64_t>(position);
 }
 
-void AddIntroPair(std::int64_t first, std::int64_t second, CProfileResults* results) {
-    results->AddIntroBeatMixSproc(static_cast<std::uint64_t>(first));
-    results->AddIntroBeatMixSproc(static_cast<std::uint64_t>(second));
-}
-
-void AddOutroPair(std::int64_t first, std::int64_t second, CProfileResults* results) {
-    results->AddOutroBeatMixSproc(static_cast<std::uint64_t>(first));
-    results->AddOutroBeatMixSproc(static_cast<std::uint64_t>(second));
+void AddPairs(std::pair<std::int64_t, std::int64_t> const& intro,
+              std::pair<std::int64_t, std::int64_t> const& outro, CProfileResults* results) {
+    results->AddIntroBeatMixSproc(static_cast<std::uint64_t>(intro.first));
+    results->AddIntroBeatMixSproc(static_cast<std::uint64_t>(intro.second));
+    results->AddOutroBeatMixSproc(static_cast<std::uint64_t>(outro.first));
+    results->AddOutroBeatMixSproc(static_cast<std::uint64_t>(outro.second));
 }
 
 bool AreInOrder(CProfileResults const& results) {
@@ -62,9 +62,12 @@ bool AreInOrder(CProfileResults const& results) {
                *std::min_element(outro.begin(), outro.end());
 }
 
+/// Two positions, the earlier one first.
+using CPair = std::optional<std::pair<std::int64_t, std::int64_t>>;
+
 /// First pair of onsets after `introEnd` that lie `length` apart.
-bool FindIntroPair(CPfImpactPoints const& onsets, std::int64_t introEnd, std::int64_t length,
-                   std::int64_t tolerance, CProfileResults* results) {
+CPair FindIntroPair(CPfImpactPoints const& onsets, std::int64_t introEnd, std::int64_t length,
+                    std::int64_t tolerance) {
     auto const positions = onsets.Points();
     for (std::size_t i = 0; i < positions.size(); ++i) {
         if (positions[i] <= introEnd) {
@@ -75,17 +78,16 @@ bool FindIntroPair(CPfImpactPoints const& onsets, std::int64_t introEnd, std::in
                 break;
             }
             if (positions[j] > positions[i] + length - tolerance) {
-                AddIntroPair(positions[i], positions[j], results);
-                return true;
+                return std::pair(positions[i], positions[j]);
             }
         }
     }
-    return false;
+    return std::nullopt;
 }
 
 /// Last pair of onsets before `outroStart` that lie `length` apart.
-bool FindOutroPair(CPfImpactPoints const& onsets, std::int64_t outroStart, std::int64_t length,
-                   std::int64_t tolerance, CProfileResults* results) {
+CPair FindOutroPair(CPfImpactPoints const& onsets, std::int64_t outroStart, std::int64_t length,
+                    std::int64_t tolerance) {
     auto const positions = onsets.Points();
     for (std::size_t i = positions.size(); i-- > 0;) {
         if (positions[i] >= outroStart) {
@@ -96,12 +98,11 @@ bool FindOutroPair(CPfImpactPoints const& onsets, std::int64_t outroStart, std::
                 break;
             }
             if (positions[j] < positions[i] - length + tolerance) {
-                AddOutroPair(positions[j], positions[i], results);
-                return true;
+                return std::pair(positions[j], positions[i]);
             }
         }
     }
-    return false;
+    return std::nullopt;
 }
 
 /// The intro's end and the outro's start, and where the gap allows a stretch inwards of each.
@@ -125,9 +126,9 @@ void AddOuterPair(std::int64_t introEnd, std::int64_t outroStart, std::uint32_t 
 
 } // namespace
 
-bool CPfMixParamGen::BuildBeatMixSprockets(CPfPcmThumbnail* thumbnail, CPfImpactPoints const* grid,
-                                           std::uint16_t measures, CCancelFlag const* cancel,
-                                           CProfileResults* results) {
+bool CPfMixParamGen::BuildBeatMixSprockets(CPfPcmThumbnail const* thumbnail,
+                                           CPfImpactPoints const* grid, std::uint16_t measures,
+                                           CCancelFlag const* cancel, CProfileResults* results) {
     auto const marks = grid->MeasStartMarks();
     if (!marks.empty()) {
         std::int32_t start = 0;
@@ -196,22 +197,22 @@ bool CPfMixParamGen::FindSuitableBeatRange(CPfImpactPoints const* grid,
     return true;
 }
 
-bool CPfMixParamGen::BuildBeatMixSprocketsClassic(CPfPcmThumbnail* thumbnail,
+bool CPfMixParamGen::BuildBeatMixSprocketsClassic(CPfPcmThumbnail const* thumbnail,
                                                   CCancelFlag const* cancel, std::uint16_t measures,
                                                   CProfileResults* results) {
     std::int64_t const introEnd = FindIntroEnd(thumbnail);
     std::int64_t const outroStart = std::max(introEnd, FindOutroStart(thumbnail));
     CPfImpactPoints onsets(thumbnail->GetSampleRate(), thumbnail->GetSampleCount());
-    CPfImpactFinder finder(cancel);
+    CPfImpactFinder const finder(cancel);
     finder.BuildImpactPoints(thumbnail, kOnsetsPerMeasure, &onsets);
 
     std::uint32_t const perMeasure = thumbnail->SamPerMeas(results->GetBpm());
     std::int64_t const length = perMeasure * measures;
     std::int64_t const tolerance = length / kLengthTolerance;
-    bool const hasIntro = FindIntroPair(onsets, introEnd, length, tolerance, results);
-    bool const hasOutro = FindOutroPair(onsets, outroStart, length, tolerance, results);
-    if (hasIntro && hasOutro &&
-        results->GetIntroSprockets()[1] <= results->GetOutroSprockets()[0]) {
+    CPair const intro = FindIntroPair(onsets, introEnd, length, tolerance);
+    CPair const outro = FindOutroPair(onsets, outroStart, length, tolerance);
+    if (intro && outro && intro->second <= outro->first) {
+        AddPairs(*intro, *outro, results);
         return true;
     }
     AddOuterPair(introEnd, outroStart, perMeasure, measures, results);

@@ -8,6 +8,7 @@
 #include "engine/ProfileResults.h"
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <vector>
@@ -263,4 +264,84 @@ TEST(MixParamGenTest, OuterStretchIsHalvedUntilItFitsTwice) {
     EXPECT_TRUE(CPfMixParamGen::BuildBeatMixSprocketsClassic(&loud, nullptr, 8, &results));
     EXPECT_EQ(ToVector(results.GetIntroSprockets()), (std::vector<std::int64_t>{0, 16}));
     EXPECT_EQ(ToVector(results.GetOutroSprockets()), (std::vector<std::int64_t>{33, 17}));
+}
+
+TEST(MixParamGenTest, IntroEndsAboveTheLimitNotOnIt) {
+    CPfPcmThumbnail thumbnail = MakeThumbnail(std::vector<float>(40, 16.0f));
+    float const limit = 0.1f * thumbnail.GetMaxRunningMeasAvg();
+    thumbnail.SetAt(0, limit);
+    thumbnail.SetAt(1, std::nextafter(limit, 100.0f));
+    EXPECT_EQ(CPfMixParamGen::FindIntroEnd(&thumbnail), 1);
+}
+
+TEST(MixParamGenTest, OutroFoundAtTheVeryStartIsTheLastSample) {
+    // The only loud measure is the one from element 0 on.
+    std::vector<float> elements(20, 0.0f);
+    elements[0] = 1.0f;
+    CPfPcmThumbnail const thumbnail = MakeThumbnail(elements);
+    EXPECT_EQ(CPfMixParamGen::FindOutroStart(&thumbnail), 19);
+}
+
+TEST(MixParamGenTest, OutroOfNoElementsIsZero) {
+    CPfPcmThumbnail const thumbnail = MakeThumbnail({});
+    EXPECT_EQ(CPfMixParamGen::FindOutroStart(&thumbnail), 0);
+}
+
+TEST(MixParamGenTest, QuietElementsPassStepsThatOneLoudOneLeft) {
+    // Average 30 / 16, threshold 0.375; the level falls to -(30 - 0.375) * 131.072 = -3883 at once.
+    // That element passes -600, and each of the silent ones behind it one more, up to -3600.
+    std::vector<float> elements(40, 0.0f);
+    elements[3] = 30.0f;
+    CPfPcmThumbnail const thumbnail = MakeThumbnail(elements);
+    std::array<std::uint64_t, 9> points{};
+    EXPECT_TRUE(
+        CPfMixParamGen::BuildIntroFadePoints(points.data(), 9, -600, -20'000, &thumbnail, 0));
+    EXPECT_EQ(points, (std::array<std::uint64_t, 9>{0, 3, 4, 5, 6, 7, 8, 40, 40}));
+}
+
+TEST(MixParamGenTest, FadePointsFillTheRoomGivenAndNoMore) {
+    CPfPcmThumbnail const thumbnail = MakeThumbnail(std::vector<float>(40, 1.0f));
+    std::array<std::uint64_t, 2> points{7, 7};
+    EXPECT_TRUE(CPfMixParamGen::BuildIntroFadePoints(points.data(), 0, -600, -600, &thumbnail, 2));
+    EXPECT_EQ(points, (std::array<std::uint64_t, 2>{7, 7}));
+    EXPECT_TRUE(CPfMixParamGen::BuildIntroFadePoints(points.data(), 1, -600, -600, &thumbnail, 2));
+    EXPECT_EQ(points, (std::array<std::uint64_t, 2>{2, 7}));
+}
+
+TEST(MixParamGenTest, FadePointsFromOutsideLieAtTheEnd) {
+    CPfPcmThumbnail const thumbnail = MakeThumbnail(std::vector<float>(40, 1.0f));
+    std::array<std::uint64_t, 2> points{7, 7};
+    EXPECT_TRUE(CPfMixParamGen::BuildIntroFadePoints(points.data(), 2, -1, -600, &thumbnail, 90));
+    EXPECT_EQ(points, (std::array<std::uint64_t, 2>{90, 40}));
+}
+
+TEST(MixParamGenTest, ARangeWithoutPointsStaysWhereItIs) {
+    CPfPcmThumbnail const loud = MakeThumbnail(std::vector<float>(400, 1.0f));
+    CPfImpactPoints const grid = MakeGrid(50, 8, 4);
+    for (bool const fromEnd : {false, true}) {
+        std::int32_t start = 0;
+        std::int32_t end = 0;
+        EXPECT_TRUE(
+            CPfMixParamGen::FindSuitableBeatRange(&grid, &loud, 0, 160, fromEnd, &start, &end));
+        EXPECT_EQ(start, 20);
+        EXPECT_EQ(end, 20);
+    }
+}
+
+TEST(MixParamGenTest, ARangeMayEndWhereTheGridDoes) {
+    // 17 points, a span of 8, quiet up to point 8: 0..8 and 8..16 are quiet, 16..24 exceeds the
+    // grid and is taken back. Of 16 points 8..16 ends one past the last point, which is allowed;
+    // its average reaches to the end of the track.
+    std::vector<float> elements(400, 0.0f);
+    elements[399] = 400.0f;
+    CPfPcmThumbnail const thumbnail = MakeThumbnail(elements);
+    for (std::int32_t const count : {16, 17}) {
+        CPfImpactPoints const grid = MakeGrid(count, 8, 4);
+        std::int32_t start = 0;
+        std::int32_t end = 0;
+        EXPECT_TRUE(
+            CPfMixParamGen::FindSuitableBeatRange(&grid, &thumbnail, 2, 0, false, &start, &end));
+        EXPECT_EQ(start, 8) << count;
+        EXPECT_EQ(end, 16) << count;
+    }
 }
