@@ -47,12 +47,12 @@ bool IsNameOf(std::string const& path, struct stat const& opened) {
     return ::lstat(path.c_str(), &named) == 0 && IsSameFile(named, opened);
 }
 
-/// Writes what differs between two tags of the same length, in one call.
+/// Writes what differs between two tags of the same length, in one call; never a byte behind them.
 ///
-/// One call, because the kernel finishes a write to a file before the process dies of any signal
-/// but the one that can't be caught, and looks for that one between memory pages only: a tempo
-/// that goes into the padding lies in one page or two, and is there wholly or not at all. The
-/// bytes behind the tag are never part of it.
+/// One call, because the kernel finishes a write to a file before a signal ends the process; only
+/// SIGKILL is looked at between memory pages. A change within one page, such as a tempo's, is there
+/// wholly or not at all; one over many pages can be cut only by a kill within the microseconds of
+/// its copying.
 EWriteProblem WriteInPlace(int file, Bytes const& oldTag, Bytes const& newTag) {
     auto const first = std::ranges::mismatch(oldTag, newTag).in1 - oldTag.begin();
     auto const last = std::mismatch(oldTag.rbegin(), oldTag.rend(), newTag.rbegin()).first.base() -

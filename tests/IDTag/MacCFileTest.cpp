@@ -49,6 +49,8 @@ protected:
     std::string const m_sMissing = m_folder / "missing";
 };
 
+using MacCFileDeathTest = MacCFileTest;
+
 TEST_F(MacCFileTest, ReadsAnExistingFile) {
     CFile file;
     ASSERT_TRUE(file.Open(Path(m_sFile), CFile::modeRead, nullptr));
@@ -194,10 +196,10 @@ TEST_F(MacCFileTest, ClosingTwiceIsFine) {
     file.Abort();
 }
 
-TEST_F(MacCFileTest, AbortCloses) {
+TEST_F(MacCFileDeathTest, AbortCloses) {
     CFile file(Path(m_sFile), CFile::modeRead);
     file.Abort();
-    EXPECT_THROW(file.GetLength(), CFileException*);
+    EXPECT_DEATH((void)file.GetPosition(), "m_pfile != NULL");
 }
 
 TEST_F(MacCFileTest, CloseTellsWhenTheDiskWasFull) {
@@ -243,8 +245,6 @@ TEST(CFileExceptionTest, KeepsWhatItIsGiven) {
     EXPECT_EQ(std::wstring(text), L"abc");
     EXPECT_EQ(help, 7U);
 }
-
-using MacCFileDeathTest = MacCFileTest;
 
 TEST_F(MacCFileDeathTest, PositionOfAClosedFileAsserts) {
     CFile file;
