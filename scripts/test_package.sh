@@ -52,7 +52,7 @@ say "installing them"
 cp "${debs[@]}" "$root/var/cache/"
 inside apt-get update -q >/dev/null
 inside env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends \
-    "${debs[@]/#build-package//var/cache}" g++ cmake pkg-config man-db >/dev/null 2>&1
+    "${debs[@]/#build-package//var/cache}" g++ cmake make pkg-config man-db >/dev/null 2>&1
 
 say "analysing a file of 124 BPM"
 build-package/scripts/tactus-demo-track "$root/srv/track.wav" 124
