@@ -14,12 +14,13 @@ string(REGEX REPLACE "href=\"([a-z-]+)\\.md([\"#])" "href=\"\\1.html\\2" body "$
 set(around "")
 foreach(entry "index:First steps" "window:The window" "command-line:The command line"
         "numbers:What the numbers mean" "limits:Formats and limits")
-    string(REGEX MATCH "^([^:]*):(.*)$" entry "${entry}")
+    string(REGEX REPLACE ":.*" "" file "${entry}")
+    string(REGEX REPLACE ".*:" "" text "${entry}")
     set(here "")
-    if(HTML MATCHES "/${CMAKE_MATCH_1}\\.html$")
+    if(HTML MATCHES "/${file}\\.html$")
         set(here " aria-current=\"page\"")
     endif()
-    string(APPEND around "<a href=\"${CMAKE_MATCH_1}.html\"${here}>${CMAKE_MATCH_2}</a>\n")
+    string(APPEND around "<a href=\"${file}.html\"${here}>${text}</a>\n")
 endforeach()
 file(WRITE ${HTML} "<!DOCTYPE html>
 <html lang=\"en\">
