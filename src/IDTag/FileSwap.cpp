@@ -91,6 +91,7 @@ EWriteProblem CFileSwap::Begin() {
             bool const isOld = IsNameOf(m_sTemporaryName, m_nOld);
             EWriteProblem const locked = isOld ? EWriteProblem::None : LockFile(m_temporary.Get());
             if (locked != EWriteProblem::None) {
+                m_bRemove = isNew && locked != EWriteProblem::InUse;
                 return locked;
             }
             if (!isOld && IsOurs(isNew)) {

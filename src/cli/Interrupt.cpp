@@ -37,6 +37,8 @@ void CInterrupt::Install() {
         Listen(SIGHUP);
     }
     (void)std::signal(SIGPIPE, SIG_IGN);
+    // A limit on the length of files is to make a write fail, not to end the program in it.
+    (void)std::signal(SIGXFSZ, SIG_IGN);
 }
 
 CCancelFlag const& CInterrupt::Flag() {

@@ -15,7 +15,6 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <csignal>
 #include <string_view>
 
 namespace {
@@ -92,8 +91,6 @@ CLI::App* CTagCommand::AddTo(CLI::App& program) {
 
 int CTagCommand::Run() {
     CInterrupt::Install();
-    // A limit on the length of files is to make a write fail, not to end the program.
-    (void)std::signal(SIGXFSZ, SIG_IGN);
     return (this->*m_pAction)();
 }
 
