@@ -56,6 +56,10 @@ std::string CProcess::Output() const {
     return ReadText(m_sOutput);
 }
 
+std::string CProcess::Errors() const {
+    return ReadText(m_folder / "err");
+}
+
 CProcessResult CProcess::Wait() {
     int status = 0;
     while (waitpid(m_nProcess, &status, 0) < 0 && errno == EINTR) {
@@ -65,7 +69,7 @@ CProcessResult CProcess::Wait() {
     result.m_nExit = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     result.m_nSignal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
     result.m_sOut = m_sOutput.starts_with(m_folder.Path()) ? Output() : "";
-    result.m_sErr = ReadText(m_folder / "err");
+    result.m_sErr = Errors();
     return result;
 }
 

@@ -38,6 +38,9 @@ public:
     /// What it has written to standard output so far.
     [[nodiscard]] std::string Output() const;
 
+    /// What it has written to standard error so far.
+    [[nodiscard]] std::string Errors() const;
+
     /// Waits for its end, once.
     CProcessResult Wait();
 
