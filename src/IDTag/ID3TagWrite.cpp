@@ -152,12 +152,10 @@ EWriteProblem CID3Tag::OpenTarget(CString const& target, bool inPlace, CDescript
     }
     auto const fileBytes = static_cast<std::uint64_t>(info.st_size);
     oldTag.resize(DigestedBytes(m_nTagBytes, fileBytes));
-    CDigest digest;
     if (!ReadAllAt(file.Get(), oldTag, 0)) {
         return EWriteProblem::TagUnreadable;
     }
-    digest.Add(oldTag);
-    if (oldTag.size() < m_nTagBytes || !(digest == m_digest)) {
+    if (oldTag.size() < m_nTagBytes || !(DigestOf(oldTag) == m_digest)) {
         return EWriteProblem::Changed;
     }
     return EWriteProblem::None;

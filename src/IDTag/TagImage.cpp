@@ -13,7 +13,8 @@
 namespace {
 
 constexpr std::uint64_t kDigestPrime = 0x100000001B3U; // Standard: FNV-1a prime, 64 bits.
-constexpr char kTagMark[] = "ID3";                     // Standard: ID3v2.3.0, section 3.1.
+constexpr unsigned kDigestShift = 32; // Fixed: lets the upper half of a word reach the lower one.
+constexpr char kTagMark[] = "ID3";    // Standard: ID3v2.3.0, section 3.1.
 constexpr std::size_t kTagMarkBytes = 3;               // Standard: ID3v2.3.0, section 3.1.
 constexpr std::size_t kSizeOffset = 6;                 // Standard: ID3v2.3.0, section 3.1.
 constexpr std::uint8_t kOldestVersion = 2;             // Fixed: ID3v2.2.
@@ -23,9 +24,23 @@ constexpr std::uint8_t kWholeTagUnsynchronized = 0x80; // Standard: ID3v2.3.0, s
 } // namespace
 
 void CDigest::Add(std::span<std::uint8_t const> bytes) {
+    std::uint64_t word = 0;
+    for (; bytes.size() >= sizeof word; bytes = bytes.subspan(sizeof word)) {
+        std::memcpy(&word, bytes.data(), sizeof word);
+        m_nState = (m_nState ^ word) * kDigestPrime;
+        m_nState ^= m_nState >> kDigestShift;
+    }
     for (std::uint8_t const byte : bytes) {
         m_nState = (m_nState ^ byte) * kDigestPrime;
     }
+}
+
+CDigest DigestOf(std::span<std::uint8_t const> firstBytes) {
+    CDigest digest;
+    std::size_t const headerBytes = std::min(firstBytes.size(), kTagHeaderBytes);
+    digest.Add(firstBytes.first(headerBytes));
+    digest.Add(firstBytes.subspan(headerBytes));
+    return digest;
 }
 
 std::uint64_t DigestedBytes(std::uint64_t tagBytes, std::uint64_t fileBytes) {

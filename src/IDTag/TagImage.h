@@ -13,7 +13,9 @@
 
 constexpr std::size_t kTagHeaderBytes = 10; // Standard: ID3v2.3.0, section 3.1.
 
-/// Fingerprint of a file's first bytes, to tell whether they have changed since (FNV-1a, 64 bits).
+/// Fingerprint of a file's first bytes, to tell whether they have changed since: FNV-1a over words
+/// of eight bytes, the rest byte by byte, because covers of megabytes are read for every row of a
+/// list.
 class CDigest {
 public:
     void Add(std::span<std::uint8_t const> bytes);
@@ -43,6 +45,9 @@ struct CTagImage {
     /// `kStatusFailure` when the file doesn't open, ends within the tag or the body gets no memory.
     CStatus Load(wchar_t const* path);
 };
+
+/// Digest of a file's first bytes as `CTagImage::Load` takes it: header and body apart.
+CDigest DigestOf(std::span<std::uint8_t const> firstBytes);
 
 /// Number of a file's first bytes that its digest covers.
 std::uint64_t DigestedBytes(std::uint64_t tagBytes, std::uint64_t fileBytes);
