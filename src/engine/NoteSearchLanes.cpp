@@ -54,7 +54,7 @@ TACTUS_AVX2 inline __m256 Fails(float const* samples, std::int32_t period, __m25
     // repetition that is NaN fails no comparison: the instructions give their second operand then.
     __m256 largest = _mm256_set1_ps(-std::numeric_limits<float>::infinity());
     __m256 smallest = _mm256_set1_ps(std::numeric_limits<float>::infinity());
-    for (std::int32_t m = 1; m <= kNoteRepetitions; ++m) {
+    for (std::ptrdiff_t m = 1; m <= kNoteRepetitions; ++m) {
         __m256 const repetition = _mm256_loadu_ps(samples + m * period);
         largest = _mm256_max_ps(repetition, largest);
         smallest = _mm256_min_ps(repetition, smallest);
@@ -95,7 +95,7 @@ struct CSumLanes {
 
 /// Differences of four samples k .. k + 3 from their m-th repetitions: columns[i] holds those of
 /// sample k + i, a lane for each note.
-TACTUS_AVX2 inline void DifferenceColumns(CSumLanes const& lanes, std::int32_t k, std::int32_t m,
+TACTUS_AVX2 inline void DifferenceColumns(CSumLanes const& lanes, std::int32_t k, std::ptrdiff_t m,
                                           __m256* columns) {
     __m256 rows[4]; // four samples of note i, four of note i + 4
     for (std::size_t i = 0; i < 4; ++i) {
@@ -270,7 +270,7 @@ void CLaneSearch::SumGroup(CSumGroup const& group) {
 void CLaneSearch::FinishSum(CFoundNote& note, float sum) const {
     float const* const last = m_search.m_pSamples + note.m_nCrossing + note.m_nPeriod;
     std::int32_t count = kNoteRepetitions * note.m_nPeriod;
-    for (std::int32_t m = 1; m <= kNoteRepetitions; ++m) {
+    for (std::ptrdiff_t m = 1; m <= kNoteRepetitions; ++m) {
         float const difference = std::abs(*last - last[m * note.m_nPeriod]);
         sum += difference;
         ++count;
