@@ -13,6 +13,9 @@
 
 namespace {
 
+// Fixed: an archive that claims more positions is broken; eight hours have 20,000 measures.
+constexpr std::int32_t kMaxArchivedPositions = 1 << 20;
+
 /// Element `index` of `list`, when there is one.
 bool Enum(CProfileResults::CPositions const& list, std::int64_t index, std::int64_t* position) {
     if (index < 0 || index >= static_cast<std::int64_t>(list.GetCount())) {
@@ -123,7 +126,7 @@ void CProfileResults::Serialize(IArchive* archive, CPositions& list) {
         std::int32_t count = 0;
         archive->Read(&count, sizeof(count), 0);
         list.RemoveAll();
-        for (std::int32_t i = 0; i < count; ++i) {
+        for (std::int32_t i = 0; i < count && count <= kMaxArchivedPositions; ++i) {
             std::int64_t position = 0;
             archive->Read(&position, sizeof(position), 0);
             list.Add(position);

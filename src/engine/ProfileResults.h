@@ -81,6 +81,7 @@ public:
     [[nodiscard]] bool operator==(CProfileResults const& other) const;
 
     /// Loads or stores `list` by the archive's direction: a 4-byte count, then 8 bytes an element.
+    /// A loaded list is empty when the count is negative or claims more than 2^20 elements.
     static void Serialize(IArchive* archive, CPositions& list);
 
     [[nodiscard]] CPositions const& GetIntroSprockets() const { return m_vIntroSprockets; }

@@ -396,3 +396,16 @@ TEST(ProfileResultsTest, LoadingANegativeCountGivesNoElements) {
     CProfileResults::Serialize(&archive, list);
     EXPECT_TRUE(list.IsEmpty());
 }
+
+TEST(ProfileResultsTest, LoadingBelievesNoCountAboveAMillion) {
+    // 2^20 elements are taken, missing ones as 0; one more, and the archive must be broken.
+    for (std::int32_t const count : {1 << 20, (1 << 20) + 1, 0x7FFFFFFF}) {
+        CBytesArchive archive(false);
+        archive.m_vBytes.resize(sizeof count);
+        std::memcpy(archive.m_vBytes.data(), &count, sizeof count);
+        CProfileResults::CPositions list;
+        list.Add(77);
+        CProfileResults::Serialize(&archive, list);
+        EXPECT_EQ(list.GetCount(), count == 1 << 20 ? 1U << 20 : 0U);
+    }
+}
