@@ -12,9 +12,11 @@
 #include "engine/Profiler.h"
 #include "support/ClickTrack.h"
 
+#include <cmath>
 #include <cstdint>
 #include <functional>
 #include <gtest/gtest.h>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -201,4 +203,23 @@ TEST(ProfileBuilderTest, TwoRunsAreEqual) {
     CRun const second(reader);
     EXPECT_TRUE(first.m_results == second.m_results);
     EXPECT_EQ(first.m_print->GetValues(), second.m_print->GetValues());
+}
+
+TEST(ProfileBuilderTest, SamplesThatAreNoNumbersGiveAFiniteTempoTwiceTheSame) {
+    for (float const odd :
+         {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
+          -std::numeric_limits<float>::infinity(), std::numeric_limits<float>::max(),
+          std::numeric_limits<float>::denorm_min()}) {
+        std::vector<float> samples = MakeClickTrack(120.0, 6.0);
+        for (std::size_t i = 1000; i < samples.size(); i += 10'000) {
+            samples[i] = odd;
+        }
+        CPcmReader reader(samples.data(), static_cast<std::int32_t>(samples.size()));
+        CRun const first(reader);
+        CRun const second(reader);
+        EXPECT_TRUE(std::isfinite(first.m_results.GetBpm())) << odd;
+        EXPECT_EQ(first.m_results.GetBpm(), second.m_results.GetBpm()) << odd;
+        EXPECT_TRUE(first.m_results.GetMeasMarks() == second.m_results.GetMeasMarks()) << odd;
+        EXPECT_EQ(first.m_vProgress.back(), "100%") << odd;
+    }
 }
