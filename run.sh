@@ -26,9 +26,14 @@ tests=OFF
 if [ -f build/CMakeCache.txt ] && grep -q '^TACTUS_BUILD_TESTS:BOOL=ON' build/CMakeCache.txt; then
     tests=ON
 fi
-echo "Building Tactus ..." >&2
+echo "Building Tactus (some minutes the first time) ..." >&2
 quietly cmake --preset release -DTACTUS_BUILD_TESTS=$tests
-quietly cmake --build --preset release --target tactus tactus-desktop tactus-demo-track guide
+build=(cmake --build --preset release --target tactus tactus-desktop tactus-demo-track guide)
+if [ -t 2 ]; then
+    "${build[@]}" >&2
+else
+    quietly "${build[@]}"
+fi
 
 paths=()
 for path in "$@"; do

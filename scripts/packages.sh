@@ -56,7 +56,14 @@ install_missing() {
     done
     [ ${#missing[@]} -eq 0 ] && return 0
     echo "Installing: ${missing[*]}" >&2
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get update -q >/dev/null &&
+    local log
+    log=$(mktemp)
+    if ! { as_root env DEBIAN_FRONTEND=noninteractive apt-get update -q &&
         as_root env DEBIAN_FRONTEND=noninteractive \
-            apt-get install -y -q --no-install-recommends "${missing[@]}" >/dev/null
+            apt-get install -y -q --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+        cat "$log" >&2
+        rm -f "$log"
+        return 1
+    fi
+    rm -f "$log"
 }
