@@ -33,7 +33,8 @@ std::string TempoText(float bpm) {
 
 } // namespace
 
-CFileAnalyzer::CFileAnalyzer() = default;
+CFileAnalyzer::CFileAnalyzer() : m_pCancel(std::make_shared<CCancelFlag>()) {
+}
 
 CFileAnalyzer::~CFileAnalyzer() {
     {
@@ -61,21 +62,20 @@ bool CFileAnalyzer::Analyze(CBPMFile* file) {
 }
 
 std::uint32_t CFileAnalyzer::AnalyzeFile(void* param) {
-    static_cast<CFileAnalyzer*>(param)->AnalyzeFile();
+    auto* const analyzer = static_cast<CFileAnalyzer*>(param);
+    analyzer->WaitForOlderThreads();
+    analyzer->AnalyzeFile();
     return 0;
 }
 
 void CFileAnalyzer::AnalyzeFile() {
-    WaitForOlderThreads();
     CBPMFile* file = nullptr;
-    std::shared_ptr<CCancelFlag> cancel;
     {
         std::scoped_lock const guard(m_lock);
         file = m_pFile;
-        cancel = m_pCancel;
     }
     if (file != nullptr) {
-        loadAudioWithFilename(file, *cancel);
+        loadAudioWithFilename(file);
         ProcessFile(file);
     }
     CNotificationCenter::Default().Post(kAnalysisCompleteNotification, nullptr);
@@ -105,8 +105,13 @@ void CFileAnalyzer::Await(std::shared_ptr<MacThread> const& oldest) {
     }
 }
 
-void CFileAnalyzer::loadAudioWithFilename(CBPMFile const* file, CCancelFlag const& cancel) {
-    CAudioDecoder decoder(&cancel);
+void CFileAnalyzer::loadAudioWithFilename(CBPMFile const* file) {
+    std::shared_ptr<CCancelFlag const> cancel;
+    {
+        std::scoped_lock const guard(m_lock);
+        cancel = m_pCancel;
+    }
+    CAudioDecoder decoder(cancel.get());
     (void)decoder.Decode(file->GetPath().ToPath(), m_audio);
     std::scoped_lock const guard(m_lock);
     m_sFailure = decoder.GetReason();
@@ -152,9 +157,7 @@ void CFileAnalyzer::SetBuilder(CProfileBuilder* builder) {
 
 void CFileAnalyzer::Cancel() {
     std::scoped_lock const guard(m_lock);
-    if (m_pCancel != nullptr) {
-        m_pCancel->Set();
-    }
+    m_pCancel->Set();
     if (m_pBuilder != nullptr) {
         m_pBuilder->CancelProfiling();
     }
@@ -176,7 +179,7 @@ void CFileAnalyzer::Wait() {
 
 bool CFileAnalyzer::WasCancelled() const {
     std::scoped_lock const guard(m_lock);
-    return m_pCancel != nullptr && m_pCancel->IsSet();
+    return m_pCancel->IsSet();
 }
 
 std::string CFileAnalyzer::GetFailure() const {

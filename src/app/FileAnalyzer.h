@@ -57,11 +57,18 @@ public:
     /// What of the last file could not be decoded although the rest was analysed; empty: nothing.
     [[nodiscard]] std::string GetDamage() const;
 
+    /// What the worker does, in this order: the current file, if there is one, is decoded and
+    /// processed; then the end is posted. `Analyze` is the way to have it done.
+    void AnalyzeFile();
+
+    /// Decodes `file` into the sample buffer, which is empty when that fails.
+    void loadAudioWithFilename(CBPMFile const* file);
+
+    /// Profiles the samples at hand, posts the tempo with `file`, and frees the samples.
+    void ProcessFile(CBPMFile* file);
+
 private:
     static std::uint32_t AnalyzeFile(void* param);
-    void AnalyzeFile();
-    void loadAudioWithFilename(CBPMFile const* file, CCancelFlag const& cancel);
-    void ProcessFile(CBPMFile* file);
     void WaitForOlderThreads();
     void Await(std::shared_ptr<MacThread> const& oldest);
     void SetBuilder(CProfileBuilder* builder);

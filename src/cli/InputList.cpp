@@ -5,6 +5,7 @@
 
 #include "base/FileManager.h"
 #include "base/FileUtil.h"
+#include "cli/Interrupt.h"
 #include "cli/StandardInput.h"
 
 #include <unistd.h>
@@ -56,7 +57,7 @@ void CInputList::AddFolder(std::string const& path) {
             if (!entry.m_bIsDirectory && HasAudioExtension(entry.m_sPath)) {
                 m_vFiles.push_back({entry.m_sPath.ToPath(), entry.m_sPath, {}});
             }
-            return true;
+            return !CInterrupt::IsSet();
         },
         [this](CString const& folder, std::error_code error) {
             m_vFiles.push_back({folder.ToPath(), folder, error.message()});

@@ -293,6 +293,20 @@ TEST_F(FileAnalyzerTest, DamageDoesNotKeepTheTempoBack) {
     EXPECT_NEAR(std::stod(Texts(kFileCompleteNotification)[0]), 96.0, 0.2);
 }
 
+TEST_F(FileAnalyzerTest, StepsMayBeTakenOneByOne) {
+    WriteWav(m_folder / "x.wav", MakeSilence(10.0));
+    CBPMFile& file = File("x.wav");
+    CFileAnalyzer analyzer;
+    analyzer.AnalyzeFile(); // no file yet
+    EXPECT_THAT(Texts(kFileCompleteNotification), testing::IsEmpty());
+    EXPECT_EQ(Texts(kAnalysisCompleteNotification).size(), 1U);
+    analyzer.loadAudioWithFilename(&file);
+    analyzer.ProcessFile(&file);
+    analyzer.ProcessFile(&file); // the samples are gone
+    EXPECT_THAT(Texts(kFileCompleteNotification), ElementsAre("96.00", "0.00"));
+    EXPECT_EQ(Texts(kAnalysisCompleteNotification).size(), 1U);
+}
+
 TEST_F(FileAnalyzerTest, SeveralAnalyzersRunAtOnce) {
     WriteWav(m_folder / "x.wav", MakeSilence(10.0));
     std::vector<std::unique_ptr<CFileAnalyzer>> analyzers(4);
