@@ -9,6 +9,7 @@
 
 #include "IDTag/ID3Reader.h"
 #include "app/ControllerRow.h"
+#include "app/RowTags.h"
 #include "base/FileUtil.h"
 
 #include <charconv>
@@ -95,7 +96,9 @@ void BPMController::startNext() {
     CRow& row = *m_vFiles[m_nFirstUndone];
     m_sTempoBefore = row.m_file.GetTempo();
     m_nRunningRow = m_nFirstUndone;
+    row.m_nPercent = 0;
     m_view.setCanClose(false);
+    m_view.reloadRow(m_nRunningRow);
     m_bAnalysisInProgress = true;
     if (!m_pFileAnalyzer->Analyze(&row.m_file)) {
         giveUpRunningRow();
@@ -104,7 +107,9 @@ void BPMController::startNext() {
 
 // With the lock held: no worker can be had, so the batch ends and its rows stay undone.
 void BPMController::giveUpRunningRow() {
-    setFailure(*m_vFiles[m_nRunningRow], "no thread could be started");
+    CRow& row = *m_vFiles[m_nRunningRow];
+    setFailure(row, "no thread could be started");
+    row.m_nPercent = -1;
     m_nRunningRow = kNoRow;
     m_bAnalysisInProgress = false;
     m_bBatchStopped = true;
@@ -180,7 +185,7 @@ void BPMController::onFileComplete(CUserInfo const* userInfo) {
             row->m_file.SetDone(true);
             --m_status.m_nUndone;
         }
-        setFailure(*row, m_pFileAnalyzer->GetFailure());
+        setFailure(*row, failureOf(*row));
         setDamage(*row, m_pFileAnalyzer->GetDamage());
     }
     m_view.reloadRow(row->m_nIndex);
@@ -206,6 +211,13 @@ void BPMController::onAnalysisComplete(CUserInfo const*) {
         m_view.reloadRow(row);
     }
     m_view.statusChanged();
+}
+
+// With the lock held. A file that was read to its end may have no tempo all the same.
+std::string BPMController::failureOf(CRow const& row) const {
+    std::string const reason = m_pFileAnalyzer->GetFailure();
+    bool const hasTempo = LeadingNumber(row.m_file.GetTempo()) > 0.0;
+    return reason.empty() && !hasTempo ? "no beat was found in it" : reason;
 }
 
 // With the lock held. An empty reason says that all went well.
@@ -310,6 +322,9 @@ CBatchStatus BPMController::status() const {
         CFileUtil::ExtractFileName(row.m_file.GetPath(), name);
         status.m_sRunningName = name.Units();
         status.m_nPercent = row.m_nPercent;
+        // A row that is done already is still running while its tempo is stored.
+        status.m_nBatchPlace = status.m_nBatchFiles - status.m_nUndone +
+                               static_cast<std::size_t>(!row.m_file.IsDone());
     }
     return status;
 }

@@ -113,6 +113,7 @@ private:
     void restoreRunningRow();
     void giveUpRunningRow();
     void setDamage(CRow& row, std::string damage);
+    [[nodiscard]] std::string failureOf(CRow const& row) const;
     void setFailure(CRow& row, std::string reason);
     void noteProblem(CRow const& row);
     void storeTempo(CRow& row);

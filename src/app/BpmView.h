@@ -38,6 +38,7 @@ struct CBatchStatus {
     std::size_t m_nRows = 0;          ///< Rows in the list.
     std::size_t m_nUndone = 0;        ///< Rows without a tempo, the running one included.
     std::size_t m_nBatchFiles = 0;    ///< Files of this batch, done and still to come.
+    std::size_t m_nBatchPlace = 0;    ///< Which of them is running, from 1; 0 when none is.
     int m_nPercent = -1;              ///< Progress of the running file; -1 when there is none.
     std::u16string m_sRunningName;    ///< File name of the running file.
     std::size_t m_nFailed = 0;        ///< Rows whose analysis failed.

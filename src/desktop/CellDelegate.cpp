@@ -22,57 +22,83 @@ QColor WithAlpha(QColor color, int alpha) {
     return color;
 }
 
-void PaintBar(QPainter& painter, QStyleOptionViewItem const& option, int percent) {
-    bool const isSelected = option.state.testFlag(QStyle::State_Selected);
-    QPalette const& palette = option.palette;
-    QColor const ink = palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text);
-    QColor const fill = isSelected ? ink : palette.color(QPalette::Highlight);
-    QRect const groove = option.rect.adjusted(kBarMarginX, kBarMarginY, -kBarMarginX, -kBarMarginY);
+bool IsSelected(QStyleOptionViewItem const& cell) {
+    return cell.state.testFlag(QStyle::State_Selected);
+}
+
+QColor TextColor(QStyleOptionViewItem const& cell) {
+    bool const isActive = cell.state.testFlag(QStyle::State_Active);
+    return cell.palette.color(isActive ? QPalette::Active : QPalette::Inactive,
+                              IsSelected(cell) ? QPalette::HighlightedText : QPalette::Text);
+}
+
+void PaintIcon(QPainter& painter, QStyleOptionViewItem const& cell, QRect& area) {
+    QRect place(area.topLeft(), QSize(cell.decorationSize.width(), area.height()));
+    cell.icon.paint(&painter, QStyle::visualRect(cell.direction, area, place), Qt::AlignCenter,
+                    IsSelected(cell) ? QIcon::Selected : QIcon::Normal);
+    area.setLeft(place.right() + kCellMargin);
+}
+
+void PaintBar(QPainter& painter, QStyleOptionViewItem const& cell, int percent) {
+    QColor const ink = TextColor(cell);
+    QColor const fill = IsSelected(cell) ? ink : cell.palette.color(QPalette::Highlight);
+    QRect const groove = cell.rect.adjusted(kBarMarginX, kBarMarginY, -kBarMarginX, -kBarMarginY);
     QRect filled = groove;
     filled.setWidth(groove.width() * percent / kWholePercent);
-    filled = QStyle::visualRect(option.direction, groove, filled);
-    painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(WithAlpha(ink, kGrooveAlpha));
     painter.drawRoundedRect(groove, kBarRadius, kBarRadius);
-    painter.setClipRect(filled);
+    painter.setClipRect(QStyle::visualRect(cell.direction, groove, filled));
     painter.setBrush(WithAlpha(fill, kFillAlpha));
     painter.drawRoundedRect(groove, kBarRadius, kBarRadius);
-    painter.setClipping(false);
+    painter.setClipRect(cell.rect);
     painter.setPen(ink);
-    painter.setFont(option.font);
-    painter.drawText(groove, Qt::AlignCenter, option.text.trimmed());
-    painter.restore();
+    painter.drawText(groove, Qt::AlignCenter, cell.text.trimmed());
 }
 
 } // namespace
 
-void CCellDelegate::initStyleOption(QStyleOptionViewItem* option, QModelIndex const& index) const {
-    QStyledItemDelegate::initStyleOption(option, index);
-    option->state &= ~QStyle::State_HasFocus;
-    QVariant const placeholder = index.data(CFileTableModel::kPlaceholderRole);
-    if (placeholder.isValid()) {
-        option->text = placeholder.toString();
-        option->features |= QStyleOptionViewItem::HasDisplay;
-        option->font.setItalic(true);
-        option->palette.setBrush(QPalette::Text, option->palette.placeholderText());
-    }
-}
-
-void CTempoDelegate::paint(QPainter* painter, QStyleOptionViewItem const& option,
-                           QModelIndex const& index) const {
-    QVariant const percent = index.data(CFileTableModel::kPercentRole);
-    if (!percent.isValid()) {
-        CCellDelegate::paint(painter, option, index);
-        return;
-    }
+void CCellDelegate::paint(QPainter* painter, QStyleOptionViewItem const& option,
+                          QModelIndex const& index) const {
     QStyleOptionViewItem cell = option;
     initStyleOption(&cell, index);
-    QString const text = cell.text;
-    cell.text.clear();
+    cell.state &= ~QStyle::State_HasFocus;
+    QVariant const placeholder = index.data(CFileTableModel::kPlaceholderRole);
+    if (placeholder.isValid()) {
+        cell.text = placeholder.toString();
+        cell.font.setItalic(true);
+        cell.palette.setBrush(QPalette::Text, cell.palette.placeholderText());
+    }
     QStyle const* style = cell.widget != nullptr ? cell.widget->style() : QApplication::style();
-    style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
-    cell.text = text;
-    PaintBar(*painter, cell, percent.toInt());
+    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &cell, painter, cell.widget);
+    painter->save();
+    painter->setClipRect(cell.rect);
+    painter->setFont(cell.font);
+    paintContents(*painter, cell, index);
+    painter->restore();
+}
+
+void CCellDelegate::paintContents(QPainter& painter, QStyleOptionViewItem const& cell,
+                                  QModelIndex const&) const {
+    QRect area = cell.rect.adjusted(kCellMargin, 0, -kCellMargin, 0);
+    if (!cell.icon.isNull()) {
+        PaintIcon(painter, cell, area);
+    }
+    QString const text =
+        QFontMetrics(cell.font).elidedText(cell.text, cell.textElideMode, area.width());
+    painter.setPen(TextColor(cell));
+    painter.drawText(
+        QStyle::visualRect(cell.direction, cell.rect, area),
+        static_cast<int>(QStyle::visualAlignment(cell.direction, cell.displayAlignment)), text);
+}
+
+void CTempoDelegate::paintContents(QPainter& painter, QStyleOptionViewItem const& cell,
+                                   QModelIndex const& index) const {
+    QVariant const percent = index.data(CFileTableModel::kPercentRole);
+    if (percent.isValid()) {
+        PaintBar(painter, cell, percent.toInt());
+    } else {
+        CCellDelegate::paintContents(painter, cell, index);
+    }
 }

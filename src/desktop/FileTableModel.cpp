@@ -9,6 +9,7 @@
 #include "desktop/Glyphs.h"
 #include "desktop/Texts.h"
 
+#include <QStringList>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -82,9 +83,13 @@ QVariant CFileTableModel::placeholderOf(std::size_t id) const {
 
 QString CFileTableModel::tipOf(std::size_t id) const {
     CRowState const state = m_list.rowState(id);
-    QString const problem = ProblemText(state);
-    QString const path = ReadableText(state.m_sPath);
-    return problem.isEmpty() ? path : path + QLatin1Char('\n') + problem;
+    QStringList lines{ReadableText(state.m_sPath)};
+    lines << ProblemText(state);
+    if (!IsStoreFailure(state.m_writeProblem)) {
+        lines << NoteText(state);
+    }
+    lines.removeAll(QString());
+    return lines.join(QLatin1Char('\n'));
 }
 
 QVariant CFileTableModel::headerData(int section, Qt::Orientation orientation, int role) const {

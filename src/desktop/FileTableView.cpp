@@ -24,19 +24,12 @@ constexpr int kArtistColumnChars = 26;  // Fixed: first width, in average letter
 constexpr int kSmallestColumnChars = 6; // Fixed: a column can't be made narrower.
 constexpr int kRowPadding = 8;          // Fixed: pixels added to a line's height.
 constexpr qreal kHintFontScale = 1.4;   // Fixed: size of the hint's first line.
-constexpr int kCellMargin = 8;          // Fixed: pixels left and right of a cell's text.
 constexpr int kDropFrameWidth = 2;      // Fixed: pixels.
 
-/// The desktop's own style with more room left and right of the texts.
-class CRoomyStyle : public QProxyStyle {
+/// The desktop's own style, but header texts stand above the texts of their cells.
+class CHeaderStyle : public QProxyStyle {
 public:
-    CRoomyStyle() : QProxyStyle(QApplication::style()->name()) {}
-
-    int pixelMetric(PixelMetric metric, QStyleOption const* option,
-                    QWidget const* widget) const override {
-        return metric == PM_FocusFrameHMargin ? kCellMargin
-                                              : QProxyStyle::pixelMetric(metric, option, widget);
-    }
+    CHeaderStyle() : QProxyStyle(QApplication::style()->name()) {}
 
     void drawControl(ControlElement element, QStyleOption const* option, QPainter* painter,
                      QWidget const* widget) const override {
@@ -46,7 +39,7 @@ public:
             return;
         }
         QStyleOptionHeader label = *header;
-        int const more = kCellMargin - pixelMetric(PM_HeaderMargin, option, widget) / 2;
+        int const more = kCellMargin - 1 - pixelMetric(PM_HeaderMargin, option, widget) / 2;
         bool const hasArrow = label.sortIndicator != QStyleOptionHeader::None;
         label.rect.adjust(more, 0, hasArrow ? 0 : -more, 0);
         QProxyStyle::drawControl(element, &label, painter, widget);
@@ -66,10 +59,6 @@ QString AsField(QString text) {
 CFileTableView::CFileTableView(CFileTableModel& model, QWidget* parent)
     : QTableView(parent), m_model(model) {
     setModel(&model);
-    auto* roomy = new CRoomyStyle;
-    roomy->setParent(this);
-    setStyle(roomy);
-    horizontalHeader()->setStyle(roomy);
     setItemDelegate(new CCellDelegate(this));
     setItemDelegateForColumn(CFileTableModel::kTempoColumn, new CTempoDelegate(this));
     setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -92,6 +81,9 @@ CFileTableView::CFileTableView(CFileTableModel& model, QWidget* parent)
 void CFileTableView::setUpHeader() {
     QHeaderView* header = horizontalHeader();
     int const letter = fontMetrics().averageCharWidth();
+    auto* headerStyle = new CHeaderStyle;
+    headerStyle->setParent(this);
+    header->setStyle(headerStyle);
     header->setHighlightSections(false);
     header->setSectionsMovable(false);
     header->setMinimumSectionSize(letter * kSmallestColumnChars);

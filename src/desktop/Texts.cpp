@@ -92,18 +92,25 @@ double TempoValue(std::u16string const& tempo) {
     return value > 0.0 ? value : std::numeric_limits<double>::quiet_NaN();
 }
 
+QString NoteText(CRowState const& row) {
+    if (row.m_writeProblem == EWriteProblem::None) {
+        return {};
+    }
+    return CTexts::tr("Tempo not stored: %1").arg(WriteProblemText(row.m_writeProblem));
+}
+
 QString ProblemText(CRowState const& row) {
     QStringList sentences;
     if (!row.m_sFailure.empty()) {
-        sentences << CTexts::tr("Not analyzed: %1").arg(FailureText(row.m_sFailure));
+        sentences << CTexts::tr("No tempo: %1").arg(FailureText(row.m_sFailure));
     }
     if (!row.m_sDamage.empty()) {
         sentences << CTexts::tr("Analyzed in part: %1").arg(FailureText(row.m_sDamage));
     }
-    if (row.m_writeProblem != EWriteProblem::None) {
-        sentences << CTexts::tr("Tempo not stored: %1").arg(WriteProblemText(row.m_writeProblem));
+    if (IsStoreFailure(row.m_writeProblem)) {
+        sentences << NoteText(row);
     }
-    return sentences.join(QLatin1Char('\n'));
+    return sentences.join("; ");
 }
 
 QString ActivityText(CBatchStatus const& status) {
@@ -111,9 +118,9 @@ QString ActivityText(CBatchStatus const& status) {
         return CTexts::tr("Stopping …");
     }
     if (status.m_bRunning) {
-        std::size_t const begun = status.m_nBatchFiles - status.m_nUndone + 1;
         return CTexts::tr("Analyzing %1 (%2 of %3)")
-            .arg(ReadableText(status.m_sRunningName), QLocale().toString(AsCount(begun)),
+            .arg(ReadableText(status.m_sRunningName),
+                 QLocale().toString(AsCount(status.m_nBatchPlace)),
                  QLocale().toString(AsCount(status.m_nBatchFiles)));
     }
     if (status.m_bAdding) {

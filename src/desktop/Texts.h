@@ -23,7 +23,11 @@ QString TempoText(std::u16string const& tempo);
 /// The number in a tempo text, as the list reads it; NaN when there is none above 0.
 double TempoValue(std::u16string const& tempo);
 
-/// What went wrong with a row, a sentence for each problem; empty when nothing did.
+/// Why a row's tempo is not in its file; empty when it is, or when there is none yet.
+QString NoteText(CRowState const& row);
+
+/// What went wrong with a row; empty when nothing did. That a file of its kind takes no tag is
+/// nothing wrong.
 QString ProblemText(CRowState const& row);
 
 /// What is going on, for the status bar.

@@ -148,6 +148,24 @@ TEST_F(BPMControllerTest, PinsAFailedFileIsDoneWithZeroInRowAndTag) {
     EXPECT_EQ(controller.status().m_nFailed, 1U);
 }
 
+TEST_F(BPMControllerTest, ASilentFileHasNoTempoAndAReason) {
+    std::string const file = writeLong("a.wav");
+    controller.openFile({path(file)});
+    waitUntilIdle();
+    EXPECT_EQ(tempo(0), "0.00");
+    EXPECT_EQ(controller.rowState(0).m_sFailure, "no beat was found in it");
+}
+
+TEST_F(BPMControllerTest, ARowThatIsStartedHasProgressAtOnce) {
+    controller.openFile({path(writeLong("a.wav"))});
+    waitUntilRunning();
+    EXPECT_GE(controller.rowState(0).m_nPercent, 0);
+    EXPECT_GE(view.reloaded().size(), 1U);
+    controller.stop();
+    waitUntilIdle();
+    EXPECT_EQ(controller.rowState(0).m_nPercent, -1);
+}
+
 TEST_F(BPMControllerTest, AFailureIsForgottenWhenTheFileWorksLater) {
     std::string const file = folder / "a.mp3";
     WriteText(file, "");
@@ -214,8 +232,7 @@ TEST_F(BPMControllerTest, StoppingARescanShowsTheOldTempoAgain) {
     CUserInfo const complete = infoOf(0, kBpmKey, "97.00");
     controller.onFileComplete(&complete);
     controller.reScan();
-    waitUntilRunning();
-    EXPECT_NE(tempo(0), "97.00");
+    waitFor([this] { return tempo(0) != "97.00"; });
     controller.stop();
     waitUntilIdle();
     EXPECT_EQ(tempo(0), "97.00");
@@ -327,9 +344,13 @@ TEST_F(BPMControllerTest, TheStatusCountsTheBatch) {
     EXPECT_FALSE(status.m_bRunning);
     std::size_t most = 0;
     std::string running;
+    std::vector<std::size_t> places;
     CNotificationCenter::Default().AddObserver(
         &most, kFileProgressNotification, [&](CUserInfo const*) {
             CBatchStatus const now = controller.status();
+            if (places.empty() || places.back() != now.m_nBatchPlace) {
+                places.push_back(now.m_nBatchPlace);
+            }
             most = std::max(most, now.m_nBatchFiles);
             if (running.empty()) {
                 running = CString(now.m_sRunningName).ToUtf8();
@@ -340,10 +361,12 @@ TEST_F(BPMControllerTest, TheStatusCountsTheBatch) {
     CNotificationCenter::Default().RemoveObserver(&most, kFileProgressNotification);
     EXPECT_EQ(most, 2U);
     EXPECT_EQ(running, "a.mp3");
+    EXPECT_EQ(places, (Rows{1, 2}));
     status = controller.status();
     EXPECT_EQ(status.m_nUndone, 0U);
     EXPECT_EQ(status.m_nBatchFiles, 0U);
     EXPECT_EQ(status.m_nPercent, -1);
+    EXPECT_EQ(status.m_nBatchPlace, 0U);
 }
 
 TEST_F(BPMControllerTest, TerminationCancelsTheRunningFileAndWaitsForIt) {

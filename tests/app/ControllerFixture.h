@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <mutex>
@@ -137,7 +138,11 @@ struct ControllerTest : testing::Test {
 
     /// Writes a file that takes far longer to analyse than a test waits.
     std::string writeLong(std::string const& name) const {
-        WriteWav(folder / name, MakeClickTrack(120.0, 900.0));
+        constexpr std::uint32_t kBytes = 15 * 60 * 88200; // a quarter of an hour, all zeros
+        CWavShape shape;
+        shape.m_nClaimedData = kBytes;
+        WriteBytes(folder / name, MakeWav(shape, {}));
+        std::filesystem::resize_file(folder / name, kBytes + 44);
         return folder / name;
     }
 

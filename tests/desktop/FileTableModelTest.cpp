@@ -207,8 +207,7 @@ TEST_F(FileTableModelTest, TheToolTipHasThePathAndWhatWentWrong) {
     show();
     EXPECT_EQ(model.index(0, 0).data(Qt::ToolTipRole).toString(),
               "/music/a.mp3\n"
-              "Not analyzed: no audio found\n"
-              "Tempo not stored: the disk is full");
+              "No tempo: no audio found; Tempo not stored: the disk is full");
     EXPECT_TRUE(model.index(0, 2).data(Qt::DecorationRole).isValid());
 }
 

@@ -43,6 +43,7 @@ CBatchStatus Running(std::size_t undone, std::size_t files, int percent) {
     status.m_nRows = 10;
     status.m_nUndone = undone;
     status.m_nBatchFiles = files;
+    status.m_nBatchPlace = files - undone + 1;
     status.m_nPercent = percent;
     status.m_sRunningName = u"a.mp3";
     return status;
@@ -98,10 +99,13 @@ TEST(TextsTest, EveryReasonForATempoThatIsNotStoredHasWords) {
     for (int i = 1; i <= static_cast<int>(EWriteProblem::WriteFailed); ++i) {
         CRowState row;
         row.m_writeProblem = static_cast<EWriteProblem>(i);
-        QString const text = ProblemText(row);
+        QString const text = NoteText(row);
+        EXPECT_EQ(ProblemText(row),
+                  row.m_writeProblem == EWriteProblem::OtherExtension ? QString() : text);
         EXPECT_TRUE(text.startsWith("Tempo not stored: ")) << i;
         EXPECT_GT(text.size(), QString("Tempo not stored: ").size()) << i;
     }
+    EXPECT_EQ(NoteText({}), "");
     EXPECT_EQ(ProblemText({}), "");
 }
 

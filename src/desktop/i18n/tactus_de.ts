@@ -195,16 +195,16 @@
         <translation>das Schreiben auf den Datenträger ist misslungen</translation>
     </message>
     <message>
-        <source>Not analyzed: %1</source>
-        <translation>Nicht analysiert: %1</translation>
+        <source>Tempo not stored: %1</source>
+        <translation>Tempo nicht gespeichert: %1</translation>
+    </message>
+    <message>
+        <source>No tempo: %1</source>
+        <translation>Kein Tempo: %1</translation>
     </message>
     <message>
         <source>Analyzed in part: %1</source>
         <translation>Teilweise analysiert: %1</translation>
-    </message>
-    <message>
-        <source>Tempo not stored: %1</source>
-        <translation>Tempo nicht gespeichert: %1</translation>
     </message>
     <message>
         <source>Stopping …</source>
