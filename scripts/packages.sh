@@ -18,10 +18,11 @@ PACKAGES_DESKTOP=(
     qt6-wayland fonts-dejavu-core
 )
 
-# To run the tests: frameworks, encoders of other makers, independent tag readers, a display.
+# To run the tests: frameworks, encoders of other makers, independent tag readers, a display, and
+# what a locale with a decimal comma is made from.
 PACKAGES_TEST=(
     libgtest-dev libgmock-dev ffmpeg python3 python3-mutagen eyed3 id3v2 jq attr
-    xvfb openbox xdotool x11-utils procps
+    xvfb openbox xdotool x11-utils procps locales
 )
 
 # To check the code: another compiler, its sanitizers and fuzzer, formatting, static analysis.

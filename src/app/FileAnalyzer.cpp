@@ -19,16 +19,20 @@
 #include "platform/AudioDecoder.h"
 
 #include <array>
-#include <cstdio>
+#include <charconv>
 
 namespace {
 
 constexpr double kWorkerPriority = 0.5; // Fixed: as the rest of the process.
 
+/// "%3.2f", with a point whatever the locale: the text goes into tags, which other programs read.
 std::string TempoText(float bpm) {
+    constexpr int kDecimals = 2;
     std::array<char, 64> text{}; // Derived: the largest float has 39 digits before the point.
-    (void)std::snprintf(text.data(), text.size(), "%3.2f", static_cast<double>(bpm));
-    return text.data();
+    char* const end = std::to_chars(text.data(), text.data() + text.size(),
+                                    static_cast<double>(bpm), std::chars_format::fixed, kDecimals)
+                          .ptr;
+    return {text.data(), end};
 }
 
 } // namespace

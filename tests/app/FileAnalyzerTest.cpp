@@ -11,6 +11,7 @@
 #include "engine/ProfileResults.h"
 #include "engine/Profiler.h"
 #include "support/ClickTrack.h"
+#include "support/CommaLocale.h"
 #include "support/Process.h"
 #include "support/TempFolder.h"
 #include "support/WavFile.h"
@@ -167,6 +168,18 @@ TEST_F(FileAnalyzerTest, TempoIsTheBuildersOwn) {
     std::array<char, 32> text{};
     (void)std::snprintf(text.data(), text.size(), "%3.2f", static_cast<double>(results.GetBpm()));
     EXPECT_THAT(Texts(kFileCompleteNotification), ElementsAre(text.data()));
+}
+
+TEST_F(FileAnalyzerTest, TempoHasAPointInEveryLocale) {
+    CCommaLocale const locale;
+    if (!locale.IsSet()) {
+        GTEST_SKIP() << "needs localedef and the sources of locales";
+    }
+    WriteWav(m_folder / "x.wav", MakeSilence(10.0));
+    CFileAnalyzer analyzer;
+    analyzer.Analyze(&File("x.wav"));
+    analyzer.Wait();
+    EXPECT_THAT(Texts(kFileCompleteNotification), ElementsAre("96.00"));
 }
 
 TEST_F(FileAnalyzerTest, FailureLeavesNothingOfTheFileBefore) {

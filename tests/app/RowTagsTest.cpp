@@ -4,6 +4,7 @@
 #include "app/RowTags.h"
 
 #include "ControllerFixture.h"
+#include "support/CommaLocale.h"
 
 namespace {
 
@@ -114,6 +115,7 @@ TEST_F(RowTagsTest, ATagWithUnknownOldIdsIsNeitherOpenedNorWritten) {
 }
 
 TEST_F(RowTagsTest, LeadingNumbersAreReadInEveryLocale) {
+    CCommaLocale const locale;
     EXPECT_EQ(LeadingNumber("120"), 120.0);
     EXPECT_EQ(LeadingNumber(" \t97.5 BPM"), 97.5);
     EXPECT_EQ(LeadingNumber("+82"), 82.0);
