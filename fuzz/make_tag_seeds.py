@@ -111,6 +111,11 @@ FRAMES = {
     "picture_odd_format": (b"APIC", b"\0-->\x03cover\0" + bytes(20)),
 }
 
+# Found by the fuzzer: of two frames of one id the first goes when the tag is written.
+DISCARDED_TWIN = tag(
+    3, frame23(b"TBPM", b"\0Title", b"\x40\0") + frame23(b"TBPM", b"\x01\xff\xfeA\0B\0\0\0") + bytes(50),
+) + bytes(range(1, 30))
+
 
 def write(target, name, data):
     folder = CORPUS / target
@@ -125,6 +130,7 @@ def main():
         write("TagRewriteFuzz", name, b"\0\x06128.00" + data)
     write("TagRewriteFuzz", "same_text", b"\0\x03120" + FILES["v22"])
     write("TagRewriteFuzz", "empty_text", b"\0\0" + FILES["v23"])
+    write("TagRewriteFuzz", "discarded_twin", b"\0\0" + DISCARDED_TWIN)
     write("TagRewriteFuzz", "long_text", b"\x01\xff" + b"y" * 255 + FILES["v23"])
     for name, (frame_id, body) in FRAMES.items():
         write("ID3FrameFuzz", name, frame23(frame_id, body))
