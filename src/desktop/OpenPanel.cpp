@@ -5,6 +5,7 @@
 
 #include <QFileInfo>
 #include <QFileSystemModel>
+#include <QSettings>
 #include <QSortFilterProxyModel>
 
 namespace {
@@ -37,14 +38,23 @@ private:
     COpenPanelRules const& m_rules;
 };
 
+/// Qt's panel reads its folder and its widths from a file of settings, and writes them there when
+/// it goes. Below a path that can't be a folder it finds and leaves nothing.
+QWidget* WithoutSettings(QWidget* parent) {
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, "/dev/null");
+    return parent;
+}
+
 } // namespace
 
 COpenPanel::COpenPanel(COpenPanelRules rules, QWidget* parent)
-    : QFileDialog(parent), m_rules(std::move(rules)) {
+    : QFileDialog(WithoutSettings(parent)), m_rules(std::move(rules)) {
     setObjectName("openPanel");
     setWindowTitle(tr("Add files and folders"));
     // The desktop's own panels choose either files or folders, never both.
     setOption(QFileDialog::DontUseNativeDialog);
+    // Its menu could otherwise delete and rename files.
+    setOption(QFileDialog::ReadOnly);
     setFileMode(QFileDialog::ExistingFiles);
     setNameFilter(tr("Music files and folders") + " (*)");
     setProxyModel(new CPanelFilter(m_rules, this));

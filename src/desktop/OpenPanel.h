@@ -15,7 +15,8 @@ struct COpenPanelRules {
 };
 
 /// One panel for files and folders, several at once. Entries that may not be chosen are greyed. A
-/// double click on a folder enters it; the button takes what is selected, folders included.
+/// double click on a folder enters it; the button takes what is selected, folders included. Nothing
+/// can be deleted, renamed or made in it, and it leaves no settings behind.
 /// Thread: main.
 class COpenPanel : public QFileDialog {
     Q_OBJECT

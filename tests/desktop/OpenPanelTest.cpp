@@ -3,14 +3,18 @@
 
 #include "desktop/OpenPanel.h"
 
+#include <QAction>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
 #include <QListView>
 #include <QPushButton>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolButton>
 #include <gtest/gtest.h>
+#include <memory>
 
 namespace {
 
@@ -111,4 +115,32 @@ TEST_F(OpenPanelTest, CancellingChoosesNothing) {
     panel.reject();
     EXPECT_EQ(panel.result(), QDialog::Rejected);
     EXPECT_TRUE(panel.chosenPaths().empty());
+}
+
+TEST_F(OpenPanelTest, NothingCanBeDeletedRenamedOrMade) {
+    select("a.mp3");
+    EXPECT_FALSE(entry("a.mp3").flags().testFlag(Qt::ItemIsEditable));
+    EXPECT_FALSE(entry("sub").flags().testFlag(Qt::ItemIsDropEnabled));
+    EXPECT_FALSE(panel.findChild<QAction*>("qt_delete_action")->isEnabled());
+    EXPECT_FALSE(panel.findChild<QAction*>("qt_rename_action")->isEnabled());
+    // Where files can be deleted, the key would ask first and wait for an answer.
+    ASSERT_FALSE(panel.findChild<QToolButton*>("newFolderButton")->isEnabled());
+    QTest::keyClick(list, Qt::Key_Delete);
+    EXPECT_TRUE(QFile::exists(root.filePath("a.mp3")));
+}
+
+TEST_F(OpenPanelTest, ItLeavesNoSettingsBehind) {
+    QString const config = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    QFile settings(config + "/QtProject.conf");
+    bool const wasThere = settings.open(QIODevice::ReadOnly);
+    QByteArray const before = wasThere ? settings.readAll() : QByteArray();
+    settings.close();
+    auto other = std::make_unique<COpenPanel>(COpenPanelRules{
+        [](std::string const&) { return true; }, [](std::string const&) { return true; }});
+    other->setDirectory(root.path());
+    other->show();
+    other->reject();
+    other.reset();
+    EXPECT_EQ(settings.open(QIODevice::ReadOnly), wasThere);
+    EXPECT_EQ(wasThere ? settings.readAll() : QByteArray(), before);
 }
