@@ -127,7 +127,7 @@ class Torture(unittest.TestCase):
             return tag(frames, 2048) + audio
 
         def tempo_of(repetition):
-            return f"{100 + repetition}.00"
+            return f"{101 + repetition}.00"
 
         def sum_of(repetition):
             return hashlib.sha256(content(tempo_of(repetition))).hexdigest()
@@ -135,6 +135,7 @@ class Torture(unittest.TestCase):
         begin = time.monotonic()
         self.song.write_bytes(content("99.00"))
         self.assertEqual(set_tempo(self.song, "98.00"), (0, ""))
+        self.assertEqual(self.song.read_bytes(), content("98.00"))
         longest = 1.3 * (time.monotonic() - begin)
 
         def restore(repetition):
