@@ -85,7 +85,8 @@ QString CFileTableModel::tipOf(std::size_t id) const {
     CRowState const state = m_list.rowState(id);
     QStringList lines{ReadableText(state.m_sPath)};
     lines << ProblemText(state);
-    if (!IsStoreFailure(state.m_writeProblem)) {
+    // Where there is no tempo, it matters little that files of this kind take none.
+    if (!IsStoreFailure(state.m_writeProblem) && state.m_sFailure.empty()) {
         lines << NoteText(state);
     }
     lines.removeAll(QString());

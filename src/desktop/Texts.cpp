@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 #include <QStringList>
 #include <QStringView>
+#include <array>
 #include <limits>
 
 namespace {
@@ -20,9 +21,49 @@ class CTexts {
     Q_DECLARE_TR_FUNCTIONS(Texts)
 };
 
-/// The decoder's reasons are English; those that the translations know are shown in their words.
+/// What `app` and `platform` say in English, for the translations to collect. Numbers are %1 and
+/// %2.
+[[maybe_unused]] constexpr std::array kReasons{
+    QT_TRANSLATE_NOOP("Reasons", "is a folder, not a file"),
+    QT_TRANSLATE_NOOP("Reasons", "is not a regular file"),
+    QT_TRANSLATE_NOOP("Reasons", "the file is empty"),
+    QT_TRANSLATE_NOOP("Reasons", "vanished while it was read"),
+    QT_TRANSLATE_NOOP("Reasons", "changed while it was read"),
+    QT_TRANSLATE_NOOP("Reasons", "is not an audio file that can be read"),
+    QT_TRANSLATE_NOOP("Reasons", "holds no audio"),
+    QT_TRANSLATE_NOOP("Reasons", "holds audio of a kind that can't be decoded"),
+    QT_TRANSLATE_NOOP("Reasons", "holds audio that can't be decoded"),
+    QT_TRANSLATE_NOOP("Reasons", "holds audio that can't be mixed down"),
+    QT_TRANSLATE_NOOP("Reasons", "has a sample rate that can't be worked with"),
+    QT_TRANSLATE_NOOP("Reasons", "is too long"),
+    QT_TRANSLATE_NOOP("Reasons", "is too long for the memory at hand"),
+    QT_TRANSLATE_NOOP("Reasons", "there is not enough memory for it"),
+    QT_TRANSLATE_NOOP("Reasons", "gave no audio for too long"),
+    QT_TRANSLATE_NOOP("Reasons", "no beat was found in it"),
+    QT_TRANSLATE_NOOP("Reasons", "no thread could be started"),
+    QT_TRANSLATE_NOOP("Reasons", "is damaged: %1 of %2 packets can't be decoded"),
+    QT_TRANSLATE_NOOP("Reasons",
+                      "is damaged: %1 of %2 packets can't be decoded, and it breaks off"),
+    QT_TRANSLATE_NOOP("Reasons", "breaks off in the middle of a frame"),
+};
+
+/// A reason as a part of a sentence in the user's language. Its numbers and what the decoding
+/// library adds in brackets stay; a reason that no translation knows stays as it is.
 QString FailureText(std::string const& reason) {
-    return QCoreApplication::translate("Reasons", reason.c_str());
+    QString text = QString::fromStdString(reason);
+    qsizetype const bracket = text.indexOf(" (");
+    QString const detail = bracket >= 0 ? text.mid(bracket) : QString();
+    text.chop(detail.size());
+    static QRegularExpression const damage("^(is damaged: )(\\d+)( of )(\\d+)( .*)$");
+    QRegularExpressionMatch const found = damage.match(text);
+    if (found.hasMatch()) {
+        text = found.captured(1) + "%1" + found.captured(3) + "%2" + found.captured(5);
+    }
+    QString shown = QCoreApplication::translate("Reasons", text.toUtf8().constData());
+    if (found.hasMatch()) {
+        shown = shown.arg(found.captured(2), found.captured(4));
+    }
+    return shown + detail;
 }
 
 QString WriteProblemText(EWriteProblem problem) {

@@ -217,6 +217,9 @@ TEST_F(FileTableModelTest, AFileThatTakesNoTagHasNoWarning) {
     show();
     EXPECT_FALSE(model.index(0, 2).data(Qt::DecorationRole).isValid());
     EXPECT_TRUE(model.index(0, 2).data(Qt::ToolTipRole).toString().contains("only MP3"));
+    list.rows[0].state.m_sFailure = "no audio found";
+    EXPECT_EQ(model.index(0, 2).data(Qt::ToolTipRole).toString(),
+              "/music/a.wav\nNo tempo: no audio found");
 }
 
 TEST_F(FileTableModelTest, TheTempoIsWrittenInTheUsersForm) {

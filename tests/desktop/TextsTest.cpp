@@ -109,6 +109,30 @@ TEST(TextsTest, EveryReasonForATempoThatIsNotStoredHasWords) {
     EXPECT_EQ(ProblemText({}), "");
 }
 
+TEST(TextsTest, ReasonsArePartsOfASentenceInTheUsersLanguage) {
+    CRowState row;
+    row.m_sFailure = "is not an audio file that can be read (Invalid data)";
+    row.m_sDamage = "is damaged: 3 of 1200 packets can't be decoded, and it breaks off";
+    row.m_writeProblem = EWriteProblem::DiskFull;
+    {
+        CLanguage const english(QLocale(QLocale::English, QLocale::UnitedStates));
+        EXPECT_EQ(ProblemText(row).toStdString(),
+                  "No tempo: it is not an audio file that can be read (Invalid data); "
+                  "Analyzed in part: the file is damaged, 3 of 1200 packets can't be decoded, "
+                  "and it breaks off; Tempo not stored: the disk is full");
+    }
+    CLanguage const german(QLocale(QLocale::German, QLocale::Germany));
+    EXPECT_EQ(
+        ProblemText(row).toStdString(),
+        "Kein Tempo: es ist keine lesbare Audiodatei (Invalid data); "
+        "Teilweise analysiert: die Datei ist beschädigt, 3 von 1200 Paketen lassen sich nicht "
+        "dekodieren, und sie bricht ab; Tempo nicht gespeichert: der Datenträger ist voll");
+    row.m_sFailure = "No such file or directory"; // the system's own words
+    row.m_sDamage.clear();
+    row.m_writeProblem = EWriteProblem::None;
+    EXPECT_EQ(ProblemText(row).toStdString(), "Kein Tempo: No such file or directory");
+}
+
 TEST(TextsTest, TempoValuesAreNumbersAboveZero) {
     EXPECT_EQ(TempoValue(u"128.05"), 128.05);
     EXPECT_EQ(TempoValue(u"97 BPM"), 97.0);

@@ -145,6 +145,89 @@
     </message>
 </context>
 <context>
+    <name>Reasons</name>
+    <message>
+        <source>is a folder, not a file</source>
+        <translation>es ist ein Ordner, keine Datei</translation>
+    </message>
+    <message>
+        <source>is not a regular file</source>
+        <translation>es ist keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <source>the file is empty</source>
+        <translation>die Datei ist leer</translation>
+    </message>
+    <message>
+        <source>vanished while it was read</source>
+        <translation>die Datei ist beim Lesen verschwunden</translation>
+    </message>
+    <message>
+        <source>changed while it was read</source>
+        <translation>die Datei hat sich beim Lesen geändert</translation>
+    </message>
+    <message>
+        <source>is not an audio file that can be read</source>
+        <translation>es ist keine lesbare Audiodatei</translation>
+    </message>
+    <message>
+        <source>holds no audio</source>
+        <translation>die Datei enthält keinen Ton</translation>
+    </message>
+    <message>
+        <source>holds audio of a kind that can&apos;t be decoded</source>
+        <translation>diese Art von Audiodaten lässt sich nicht dekodieren</translation>
+    </message>
+    <message>
+        <source>holds audio that can&apos;t be decoded</source>
+        <translation>die Audiodaten lassen sich nicht dekodieren</translation>
+    </message>
+    <message>
+        <source>holds audio that can&apos;t be mixed down</source>
+        <translation>die Audiodaten lassen sich nicht zusammenmischen</translation>
+    </message>
+    <message>
+        <source>has a sample rate that can&apos;t be worked with</source>
+        <translation>die Abtastrate ist nicht verwendbar</translation>
+    </message>
+    <message>
+        <source>is too long</source>
+        <translation>die Datei ist zu lang</translation>
+    </message>
+    <message>
+        <source>is too long for the memory at hand</source>
+        <translation>die Datei ist zu lang für den vorhandenen Speicher</translation>
+    </message>
+    <message>
+        <source>there is not enough memory for it</source>
+        <translation>der Speicher reicht dafür nicht</translation>
+    </message>
+    <message>
+        <source>gave no audio for too long</source>
+        <translation>die Datei lieferte zu lange keinen Ton</translation>
+    </message>
+    <message>
+        <source>no beat was found in it</source>
+        <translation>es wurde kein Takt gefunden</translation>
+    </message>
+    <message>
+        <source>no thread could be started</source>
+        <translation>es konnte kein Thread gestartet werden</translation>
+    </message>
+    <message>
+        <source>is damaged: %1 of %2 packets can&apos;t be decoded</source>
+        <translation>die Datei ist beschädigt, %1 von %2 Paketen lassen sich nicht dekodieren</translation>
+    </message>
+    <message>
+        <source>is damaged: %1 of %2 packets can&apos;t be decoded, and it breaks off</source>
+        <translation>die Datei ist beschädigt, %1 von %2 Paketen lassen sich nicht dekodieren, und sie bricht ab</translation>
+    </message>
+    <message>
+        <source>breaks off in the middle of a frame</source>
+        <translation>die Datei bricht mitten in einem Frame ab</translation>
+    </message>
+</context>
+<context>
     <name>Texts</name>
     <message>
         <source>only MP3 files are tagged</source>
