@@ -108,6 +108,25 @@ std::uint32_t TargetCount(std::int64_t samples, std::uint32_t samplesPerMeasure,
     return static_cast<std::uint32_t>(samples / samplesPerMeasure) * pointsPerMeasure;
 }
 
+using DetectProc = std::int32_t (*)(CPfPcmThumbnail const* thumbnail, float threshold,
+                                    std::uint32_t hold, CPfImpactPoints* points);
+
+/// The search over a whole thumbnail with one threshold; the points of its last try stand, sorted.
+std::int32_t SearchWhole(CPfPcmThumbnail const* thumbnail, std::uint16_t pointsPerMeasure,
+                         float threshold, int tries, CCancelFlag const* cancel,
+                         CPfImpactPoints* points, DetectProc detect) {
+    std::uint32_t const samplesPerMeasure = thumbnail->SamPerMeas(kSlowestTempoBpm);
+    if (samplesPerMeasure == 0) {
+        return 0;
+    }
+    std::int32_t const found = SearchThreshold(
+        TargetCount(thumbnail->GetSampleCount(), samplesPerMeasure, pointsPerMeasure), threshold,
+        tries, cancel, points,
+        [&](float lowered) { return detect(thumbnail, lowered, kHoldElements, points); });
+    points->Sort();
+    return found;
+}
+
 } // namespace
 
 std::int32_t CPfImpactFinder::FindImpactPoints(CPfPcmThumbnail const* thumbnail, float threshold,
@@ -141,33 +160,15 @@ std::int32_t CPfImpactFinder::FindImpactPointsClassic(CPfPcmThumbnail const* thu
 std::int32_t CPfImpactFinder::BuildImpactPoints(CPfPcmThumbnail const* thumbnail,
                                                 std::uint16_t pointsPerMeasure,
                                                 CPfImpactPoints* points) const {
-    std::uint32_t const samplesPerMeasure = thumbnail->SamPerMeas(kSlowestTempoBpm);
-    if (samplesPerMeasure == 0) {
-        return 0;
-    }
-    std::int32_t const found = SearchThreshold(
-        TargetCount(thumbnail->GetSampleCount(), samplesPerMeasure, pointsPerMeasure), kFirstSlope,
-        kSlopeTries, m_pCancel, points, [&](float threshold) {
-            return FindImpactPoints(thumbnail, threshold, kHoldElements, points);
-        });
-    points->Sort();
-    return found;
+    return SearchWhole(thumbnail, pointsPerMeasure, kFirstSlope, kSlopeTries, m_pCancel, points,
+                       FindImpactPoints);
 }
 
 std::int32_t CPfImpactFinder::BuildImpactPointsClassic(CPfPcmThumbnail const* thumbnail,
                                                        std::uint16_t pointsPerMeasure,
                                                        CPfImpactPoints* points) const {
-    std::uint32_t const samplesPerMeasure = thumbnail->SamPerMeas(kSlowestTempoBpm);
-    if (samplesPerMeasure == 0) {
-        return 0;
-    }
-    std::int32_t const found = SearchThreshold(
-        TargetCount(thumbnail->GetSampleCount(), samplesPerMeasure, pointsPerMeasure), kFirstRatio,
-        kRatioTries, m_pCancel, points, [&](float ratio) {
-            return FindImpactPointsClassic(thumbnail, ratio, kHoldElements, points);
-        });
-    points->Sort();
-    return found;
+    return SearchWhole(thumbnail, pointsPerMeasure, kFirstRatio, kRatioTries, m_pCancel, points,
+                       FindImpactPointsClassic);
 }
 
 std::int32_t CPfImpactFinder::BuildImpactPointsRange(CPfPcmThumbnail const* thumbnail,

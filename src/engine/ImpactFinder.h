@@ -49,7 +49,5 @@ public:
                                         CPfImpactPoints* points) const;
 
 private:
-    [[nodiscard]] bool IsCancelled() const { return m_pCancel != nullptr && m_pCancel->IsSet(); }
-
     CCancelFlag const* m_pCancel;
 };
