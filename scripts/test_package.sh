@@ -43,7 +43,9 @@ if [ ! -x "$root/usr/bin/dpkg" ]; then
     debootstrap --variant=minbase bookworm "$root" "$mirror" >"$root.log" 2>&1
     rm -f "$root.log"
 fi
-cp /etc/apt/sources.list.d/*.sources "$root/etc/apt/sources.list.d/" 2>/dev/null || true
+if cp /etc/apt/sources.list.d/*.sources "$root/etc/apt/sources.list.d/" 2>/dev/null; then
+    rm -f "$root/etc/apt/sources.list" # the same places under another name
+fi
 cp /etc/apt/apt.conf.d/9* "$root/etc/apt/apt.conf.d/" 2>/dev/null || true
 cp /etc/resolv.conf "$root/etc/resolv.conf"
 mount -t proc proc "$root/proc"
