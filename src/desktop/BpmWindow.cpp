@@ -18,6 +18,7 @@
 #include <QDesktopServices>
 #include <QDropEvent>
 #include <QMimeData>
+#include <QScreen>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -36,7 +37,7 @@ BpmWindow::BpmWindow(BPMController& controller, QWidget* parent)
     setAccessibleName(windowTitle());
     setWindowIcon(ProductIcon());
     setMinimumSize(kSmallestSize);
-    resize(kFirstSize);
+    resize(kFirstSize.boundedTo(screen()->availableSize()));
     setAcceptDrops(true);
     setUpTable();
     setUpActions();
