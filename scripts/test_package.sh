@@ -48,6 +48,7 @@ if cp /etc/apt/sources.list.d/*.sources "$root/etc/apt/sources.list.d/" 2>/dev/n
 fi
 cp /etc/apt/apt.conf.d/9* "$root/etc/apt/apt.conf.d/" 2>/dev/null || true
 cp /etc/resolv.conf "$root/etc/resolv.conf"
+chmod 755 "$root" # apt reads it as a user of its own
 mount -t proc proc "$root/proc"
 
 say "installing them"
