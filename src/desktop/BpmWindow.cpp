@@ -21,6 +21,7 @@
 #include <QScreen>
 #include <QToolBar>
 #include <QToolButton>
+#include <utility>
 
 namespace {
 
@@ -167,6 +168,9 @@ void BpmWindow::showStatus() {
     m_pAnalyze->setEnabled(isIdle && status.m_nUndone > 0);
     m_pRescan->setEnabled(status.m_nRows > 0);
     m_pStop->setEnabled((status.m_bRunning || status.m_bAdding) && !status.m_bStopping);
+    if (isIdle && std::exchange(m_bToldToStay, false)) {
+        m_pStatusLine->dropNotice();
+    }
     showUnreadFolder(status);
     showProblem();
 }
@@ -204,8 +208,8 @@ void BpmWindow::closeEvent(QCloseEvent* event) {
         return;
     }
     event->ignore();
-    m_pStatusLine->setNotice(
-        tr("The window stays open while files are analyzed. Press Escape to stop."));
+    m_bToldToStay = true;
+    m_pStatusLine->setNotice(tr("The window can't close while analyzing. Escape stops."));
 }
 
 void BpmWindow::dragEnterEvent(QDragEnterEvent* event) {

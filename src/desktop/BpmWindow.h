@@ -77,5 +77,6 @@ private:
     QAction* m_pQuit = nullptr;
     std::size_t m_nUnreadFolders = 0; // Told so far.
     std::atomic<bool> m_bCanClose{true};
+    bool m_bToldToStay = false; // Why it doesn't close stands in the status bar.
     bool m_bEnding = false;
 };

@@ -58,6 +58,11 @@ void CStatusLine::setNotice(QString const& text) {
     m_noticeTimer.start(kNoticeMilliseconds);
 }
 
+void CStatusLine::dropNotice() {
+    m_noticeTimer.stop();
+    showStanding();
+}
+
 void CStatusLine::showStanding() {
     m_pMessage->setText(m_sProblem);
 }

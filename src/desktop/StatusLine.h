@@ -28,6 +28,9 @@ public:
     /// A message for some seconds; the standing one returns afterwards.
     void setNotice(QString const& text);
 
+    /// Ends the message of `setNotice` before its time.
+    void dropNotice();
+
 private:
     void showStanding();
 

@@ -250,9 +250,12 @@ TEST_F(BpmWindowTest, ClosingIsRefusedWithAReasonWhileAFileIsAnalysed) {
     ASSERT_TRUE(waitUntilRunning());
     EXPECT_FALSE(window.close());
     EXPECT_TRUE(window.isVisible());
-    EXPECT_TRUE(label("message").startsWith("The window stays open while files are analyzed"));
+    EXPECT_EQ(label("message"), "The window can't close while analyzing. Escape stops.");
+    auto* message = window.findChild<QLabel*>("message");
+    EXPECT_LE(message->fontMetrics().horizontalAdvance(message->text()), message->width());
     QTest::keyClick(&window, Qt::Key_Escape);
     ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(label("message"), "");
     EXPECT_TRUE(window.close());
     EXPECT_FALSE(window.isVisible());
 }

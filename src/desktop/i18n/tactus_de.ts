@@ -92,8 +92,8 @@
         <translation>Der Ordner %1 konnte nicht gelesen werden.</translation>
     </message>
     <message>
-        <source>The window stays open while files are analyzed. Press Escape to stop.</source>
-        <translation>Das Fenster bleibt offen, solange Dateien analysiert werden. Escape hält die Analyse an.</translation>
+        <source>The window can&apos;t close while analyzing. Escape stops.</source>
+        <translation>Schließt nicht während der Analyse. Escape hält an.</translation>
     </message>
 </context>
 <context>
