@@ -23,21 +23,24 @@ constexpr std::string_view kAccessList = "system.posix_acl_access"; // Standard:
 constexpr mode_t kModeBits = S_ISUID | S_ISGID | S_ISVTX | S_IRWXU | S_IRWXG | S_IRWXO;
 constexpr unsigned kGroupShift = 3; // Standard: POSIX, the group's bits above everybody's.
 
-/// Names end in a zero byte each. None when the file system knows no attributes.
-std::vector<std::string> AttributeNames(int file) {
-    std::vector<std::string> names;
+/// None when the file system knows no attributes; false when it can't tell them.
+bool AttributeNames(int file, std::vector<std::string>& names) {
     ssize_t const room = ::flistxattr(file, nullptr, 0);
     if (room <= 0) {
-        return names;
+        return room == 0 || errno == ENOTSUP || errno == ENOSYS;
     }
     std::string list(static_cast<std::size_t>(room), '\0');
     ssize_t const length = ::flistxattr(file, list.data(), list.size());
-    list.resize(static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
+    if (length < 0) {
+        return false;
+    }
+    // Names end in a zero byte each.
+    list.resize(static_cast<std::size_t>(length));
     for (std::size_t start = 0; start < list.size();) {
         names.emplace_back(list.c_str() + start);
         start += names.back().size() + 1;
     }
-    return names;
+    return true;
 }
 
 /// What a person would miss; the rest belongs to the system, which may refuse it.
@@ -57,9 +60,13 @@ bool CopyAttribute(int from, int to, char const* name) {
 }
 
 EWriteProblem CarryExtendedAttributes(int from, int to) {
-    std::vector<std::string> const names = AttributeNames(from);
+    std::vector<std::string> names;
+    std::vector<std::string> newNames;
+    if (!AttributeNames(from, names) || !AttributeNames(to, newNames)) {
+        return ProblemOf(errno);
+    }
     // The folder may have given the new file an access list that the old one hasn't.
-    for (std::string const& name : AttributeNames(to)) {
+    for (std::string const& name : newNames) {
         bool const isKept = std::ranges::find(names, name) != names.end();
         if (!isKept && ::fremovexattr(to, name.c_str()) != 0 && IsNeeded(name)) {
             return ProblemOf(errno);
