@@ -18,6 +18,15 @@ constexpr char kCommentId[] = "COMM";      // Standard: ID3v2.3.0, section 4.11.
 constexpr char kPrivateId[] = "PRIV";      // Standard: ID3v2.3.0, section 4.28.
 constexpr char kCommentLanguage[] = "eng"; // Fixed: the comments that count.
 
+constexpr std::uint8_t kUnsynchronized = 0x02; // Standard: ID3v2.4.0 structure, section 4.1.2.
+
+/// True for a frame that was encoded once and is decoded twice, first with its tag: its size, which
+/// counts the encoded bytes, is then too large, and zeros of its own go.
+bool IsDecodedTwice(CTagImage const& image, CFoundFrame const& found) {
+    bool const isTagShorter = image.m_nBodyBytes + kTagHeaderBytes < image.m_nTagBytes;
+    return isTagShorter && (found.m_header.m_nFormatFlags & kUnsynchronized) != 0;
+}
+
 /// A path in a message: what could move a terminal's cursor becomes a question mark.
 std::string Shown(CString const& path) {
     std::string text = path.ToPath();
@@ -73,9 +82,10 @@ CStatus CID3Tag::OpenFile(wchar_t const* path) {
         if (found.m_bOldPicture) {
             (void)frame->ConvertPicToApic();
         }
+        m_bUnreachedData = m_bUnreachedData || IsDecodedTwice(image, found);
         m_frames.Add(std::move(frame));
     }
-    m_bUnreachedData = walk.HasUnreachedData();
+    m_bUnreachedData = m_bUnreachedData || walk.HasUnreachedData();
     return kStatusOk;
 }
 

@@ -76,7 +76,8 @@ public:
     /// Why the last `UpdateFile` failed.
     [[nodiscard]] EWriteProblem GetWriteProblem() const { return m_eProblem; }
 
-    /// True when the tag holds bytes that reading didn't reach and writing would throw away.
+    /// True when the tag holds bytes that reading didn't reach, or took for what they aren't, and
+    /// that writing would throw away.
     [[nodiscard]] bool HasUnreachedData() const { return m_bUnreachedData; }
 
     /// Major version and revision as they stand on disk, also of a tag that isn't read; 0 without.

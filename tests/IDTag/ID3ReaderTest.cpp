@@ -323,6 +323,23 @@ TEST_F(ID3ReaderTest, SetNeverThrowsUnreachedBytesAway) {
     }
 }
 
+TEST_F(ID3ReaderTest, SetLeavesTagsAloneThatAreDecodedTwice) {
+    // Version 2.4 encodes each frame: FF 00 00 stands for FF 00. The whole tag's pass and the
+    // frame's own make FF of it, and a zero of the picture would be gone.
+    TagBytes const picture =
+        Joined({{0x00}, Ascii("image/jpeg"), {0x00, 0x03, 0x00, 0xFF, 0x00, 0x00, 0x55}});
+    TagBytes const frame = Frame24("APIC", picture, 0x00, 0x02);
+    TagBytes const bytes = Joined({TagOf(4, Joined({frame, Zeros(100)}), 0x80), kAudio});
+    EXPECT_EQ(Set(bytes), EWriteProblem::UnknownData);
+    EXPECT_EQ(ReadBytes(m_sFile), bytes);
+    // The frame's pass alone restores what was there, and two passes without an FF do no harm.
+    EXPECT_EQ(Set(Joined({TagOf(4, Joined({frame, Zeros(100)})), kAudio})), EWriteProblem::None);
+    TagBytes const body = {0x00, 'U', 'T', 'F'};
+    TagBytes const harmless = Frame24("TIT2", body, 0x00, 0x02);
+    EXPECT_EQ(Set(Joined({TagOf(4, Joined({harmless, Zeros(100)}), 0x80), kAudio})),
+              EWriteProblem::None);
+}
+
 TEST_F(ID3ReaderTest, SetOfTheTextInPlaceNeedsNoReason) {
     // Nothing is written, so nothing can be thrown away.
     EXPECT_EQ(Set(TagOf(3, Joined({kTempo, Zeros(40), {0x01}}))), EWriteProblem::None);
