@@ -54,6 +54,7 @@ QVariant CFileTableModel::data(QModelIndex const& index, int role) const {
     case Qt::DecorationRole:
         return isTempo && HasProblem(m_list.rowState(id)) ? QVariant(m_warning) : QVariant();
     case Qt::AccessibleDescriptionRole:
+        return descriptionOf(id, index.column());
     case kProblemRole:
         return ProblemText(m_list.rowState(id));
     case kPathRole:
@@ -79,6 +80,17 @@ QVariant CFileTableModel::placeholderOf(std::size_t id) const {
         return {};
     }
     return FileNameOf(ReadableText(m_list.rowState(id).m_sPath));
+}
+
+// Where the name is painted for want of a title, a screen reader has to say it too.
+QString CFileTableModel::descriptionOf(std::size_t id, int column) const {
+    QStringList parts;
+    if (column == kTitleColumn) {
+        parts << placeholderOf(id).toString();
+    }
+    parts << ProblemText(m_list.rowState(id));
+    parts.removeAll(QString());
+    return parts.join(QLatin1String(": "));
 }
 
 QString CFileTableModel::tipOf(std::size_t id) const {

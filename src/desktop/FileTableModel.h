@@ -62,6 +62,7 @@ private:
 
     [[nodiscard]] QString textOf(std::size_t id, int column) const;
     [[nodiscard]] QVariant placeholderOf(std::size_t id) const;
+    [[nodiscard]] QString descriptionOf(std::size_t id, int column) const;
     [[nodiscard]] QString tipOf(std::size_t id) const;
     [[nodiscard]] CSortKey makeKey(std::size_t id) const;
     [[nodiscard]] bool comesBefore(std::size_t left, std::size_t right) const;

@@ -5,6 +5,7 @@
 
 #include "desktop/Glyphs.h"
 
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -16,9 +17,34 @@ namespace {
 constexpr int kSidePixels = 30;  // Fixed: side of the view, in device-independent pixels.
 constexpr int kMarginPixels = 3; // Fixed: room for the focus frame around the picture.
 
+/// What a screen reader sees: a button.
+class CAccessibleImage : public QAccessibleWidget {
+public:
+    explicit CAccessibleImage(QxImageClickView* view)
+        : QAccessibleWidget(view, QAccessible::Button) {}
+
+    QStringList actionNames() const override {
+        return QStringList{pressAction()} + QAccessibleWidget::actionNames();
+    }
+
+    void doAction(QString const& name) override {
+        if (name == pressAction()) {
+            emit static_cast<QxImageClickView*>(object())->clicked();
+        } else {
+            QAccessibleWidget::doAction(name);
+        }
+    }
+};
+
+QAccessibleInterface* MakeAccessible(QString const&, QObject* object) {
+    auto* view = qobject_cast<QxImageClickView*>(object);
+    return view != nullptr ? new CAccessibleImage(view) : nullptr;
+}
+
 } // namespace
 
 QxImageClickView::QxImageClickView(QWidget* parent) : QWidget(parent) {
+    QAccessible::installFactory(MakeAccessible); // Once more does no harm.
     setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);

@@ -253,6 +253,20 @@ TEST_F(FileTableModelTest, AnEmptyTitleStaysEmptyAndOffersTheFileNameToPaint) {
     EXPECT_FALSE(placeholder(1, 0).isValid());
 }
 
+TEST_F(FileTableModelTest, AScreenReaderIsToldTheNameThatIsPaintedForATitle) {
+    list.append(u"", u"", u"0.00");
+    list.rows[0].state.m_sPath = u"/music/a.mp3";
+    show();
+    auto const description = [this](int column) {
+        return model.index(0, column).data(Qt::AccessibleDescriptionRole).toString().toStdString();
+    };
+    EXPECT_EQ(description(0), "a.mp3");
+    EXPECT_EQ(description(2), "");
+    list.rows[0].state.m_sFailure = "no audio found";
+    EXPECT_EQ(description(0), "a.mp3: No tempo: no audio found");
+    EXPECT_EQ(description(2), "No tempo: no audio found");
+}
+
 TEST_F(FileTableModelTest, LineEndsInATitleDoNotBreakTheRow) {
     list.append(u"two\nlines\tand a tab", u"", u"");
     show();

@@ -3,6 +3,7 @@
 
 #include "desktop/ImageClickView.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QSignalSpy>
 #include <QTest>
@@ -52,6 +53,16 @@ TEST_F(ImageClickViewTest, AClickLongAfterADoubleClickCountsAgain) {
 TEST_F(ImageClickViewTest, OtherButtonsDoNothing) {
     QTest::mouseClick(&view, Qt::RightButton);
     EXPECT_EQ(clicks.count(), 0);
+}
+
+TEST_F(ImageClickViewTest, AScreenReaderSeesAButtonAndCanPressIt) {
+    QAccessibleInterface* seen = QAccessible::queryAccessibleInterface(&view);
+    ASSERT_NE(seen, nullptr);
+    EXPECT_EQ(seen->role(), QAccessible::Button);
+    QAccessibleActionInterface* actions = seen->actionInterface();
+    ASSERT_NE(actions, nullptr);
+    actions->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(clicks.count(), 1);
 }
 
 TEST_F(ImageClickViewTest, SpaceAndReturnDoWhatAClickDoes) {
