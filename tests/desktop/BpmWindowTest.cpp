@@ -21,6 +21,7 @@
 #include <QLabel>
 #include <QListView>
 #include <QMimeData>
+#include <QPaintEvent>
 #include <QProgressBar>
 #include <QSignalSpy>
 #include <QStatusBar>
@@ -52,6 +53,21 @@ public:
 
 public slots:
     void open(QUrl const&) { ++pages; }
+};
+
+/// Adds up what is painted of a widget.
+class CPaintWatch : public QObject {
+public:
+    explicit CPaintWatch(QWidget* widget) { widget->installEventFilter(this); }
+
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            painted += static_cast<QPaintEvent*>(event)->region();
+        }
+        return QObject::eventFilter(object, event);
+    }
+
+    QRegion painted;
 };
 
 /// The real window over the real controller.
@@ -380,6 +396,21 @@ TEST_F(BpmWindowTest, NotificationsFromAWorkerChangeOneCellEachAtMost) {
         EXPECT_EQ(signal[1].toModelIndex(), table->model()->index(321, 2));
     }
     EXPECT_EQ(layout.count(), 0);
+}
+
+TEST_F(BpmWindowTest, AProgressNotificationPaintsItsCellAndNoOther) {
+    for (int i = 0; i < 10; ++i) {
+        controller.addFile(CString::FromPath("/missing/" + std::to_string(i)));
+    }
+    ASSERT_TRUE(waitUntilIdle());
+    QTest::qWait(50);
+    CPaintWatch watch(table->viewport());
+    CUserInfo const info{{kUserDataKey, static_cast<void*>(controller.fileAtRow(3))},
+                         {kPercentKey, std::string("50%")}};
+    CNotificationCenter::Default().Post(kFileProgressNotification, &info);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !watch.painted.isEmpty(); }));
+    QRect const cell = table->visualRect(table->model()->index(3, 2));
+    EXPECT_TRUE(cell.contains(watch.painted.boundingRect()));
 }
 
 TEST_F(BpmWindowTest, ManyRowsReachTheTableInPortions) {
