@@ -8,15 +8,22 @@
 #include <memory>
 #include <span>
 
-struct CFreeMemory {
-    void operator()(void* memory) const noexcept;
+/// Frees samples and the address space that is reserved for them.
+struct CFreeSamples {
+    void operator()(float* samples) const noexcept;
+
+    std::size_t m_nReservedBytes = 0;
 };
 
 /// Mono samples as floats; null when there are none.
-using CSamplePtr = std::unique_ptr<float[], CFreeMemory>;
+using CSamplePtr = std::unique_ptr<float[], CFreeSamples>;
 
-/// Grows a float buffer from 16-bit samples, in place where the system can, so that it costs four
-/// bytes a sample and never a second copy.
+/// Gives the memory of the first `count` samples back to the system, except for less than a large
+/// page at the end. They must not be read again.
+void GiveBackSamples(CSamplePtr const& samples, std::size_t count) noexcept;
+
+/// Grows a float buffer from 16-bit samples, always in its place, so that it costs four bytes a
+/// sample and never a second copy.
 /// Thread: one thread at a time.
 class CSampleBuffer {
 public:
@@ -39,5 +46,5 @@ private:
 
     CSamplePtr m_pSamples;
     std::int32_t m_nCount = 0;
-    std::size_t m_nCapacity = 0;
+    std::size_t m_nCapacity = 0; // samples that may be written
 };

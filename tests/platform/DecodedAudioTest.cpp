@@ -53,22 +53,63 @@ TEST_F(TakeSamplesTest, NoFramesAndTooManyAreReasons) {
     EXPECT_EQ(m_audio.m_nCount, 0);
 }
 
-TEST(SampleBufferTest, GrowsAndKeepsItsSamples) {
+/// A buffer of `blocks` blocks of 100,000 samples 0, 1, ..., 29999, 0, 1, ...
+CSampleBuffer MakeRamp(std::size_t blocks) {
     CSampleBuffer buffer;
     std::vector<std::int16_t> block(100'000);
     for (std::size_t i = 0; i < block.size(); ++i) {
         block[i] = static_cast<std::int16_t>(i % 30'000);
     }
-    constexpr std::size_t kBlocks = 30; // beyond the first capacity, twice over
-    for (std::size_t i = 0; i < kBlocks; ++i) {
-        ASSERT_TRUE(buffer.Append(block));
+    for (std::size_t i = 0; i < blocks; ++i) {
+        EXPECT_TRUE(buffer.Append(block));
     }
-    ASSERT_EQ(buffer.GetCount(), static_cast<std::int32_t>(kBlocks * block.size()));
+    return buffer;
+}
+
+float RampAt(std::size_t i) {
+    return static_cast<float>(i % 100'000 % 30'000) / 32767.0f;
+}
+
+TEST(SampleBufferTest, GrowsAndKeepsItsSamples) {
+    constexpr std::size_t kBlocks = 340; // 136 MB: beyond two steps of 64 MiB
+    CSampleBuffer buffer = MakeRamp(kBlocks);
+    ASSERT_EQ(buffer.GetCount(), 34'000'000);
     CSamplePtr const samples = buffer.Release();
-    for (std::size_t i = 0; i < kBlocks * block.size(); i += 997) {
-        ASSERT_EQ(samples[i], static_cast<float>(block[i % block.size()]) / 32767.0f);
+    for (std::size_t i = 0; i < kBlocks * 100'000; i += 997) {
+        ASSERT_EQ(samples[i], RampAt(i));
     }
     EXPECT_EQ(buffer.GetCount(), 0);
+}
+
+TEST(SampleBufferTest, ReleasedBufferStartsAnew) {
+    CSampleBuffer buffer = MakeRamp(1);
+    CSamplePtr const first = buffer.Release();
+    ASSERT_TRUE(buffer.Append(std::vector<std::int16_t>{32767}));
+    CSamplePtr const second = buffer.Release();
+    EXPECT_NE(first, second);
+    EXPECT_EQ(first[1], RampAt(1));
+    EXPECT_EQ(second[0], 1.0f);
+}
+
+TEST(SampleBufferTest, GivesBackTheStartAndKeepsTheRest) {
+    CSampleBuffer buffer = MakeRamp(30);
+    CSamplePtr const samples = buffer.Release();
+    GiveBackSamples(samples, 524'287); // less than a large page of 2 MiB: all stay
+    EXPECT_EQ(samples[1], RampAt(1));
+    GiveBackSamples(samples, 1'100'000); // two of them, 1,048,576 samples
+    EXPECT_EQ(samples[1], 0.0f);         // memory that is new again
+    EXPECT_EQ(samples[1'048'575], 0.0f);
+    for (std::size_t i = 1'048'576; i < 3'000'000; i += 997) {
+        ASSERT_EQ(samples[i], RampAt(i));
+    }
+}
+
+TEST(SampleBufferTest, GivingBackNothingIsNothing) {
+    GiveBackSamples(nullptr, 1'000'000);
+    CSampleBuffer buffer = MakeRamp(1);
+    CSamplePtr const samples = buffer.Release();
+    GiveBackSamples(samples, 0);
+    EXPECT_EQ(samples[29'999], RampAt(29'999));
 }
 
 TEST(SampleBufferTest, CountMayBeSetToNothing) {
