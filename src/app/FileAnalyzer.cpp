@@ -8,11 +8,11 @@
 
 #include "app/BPMFile.h"
 #include "app/MacThread.h"
+#include "app/SamplePass.h"
 #include "base/FileManager.h"
 #include "base/NotificationCenter.h"
 #include "base/SmartPtr.h"
 #include "engine/Fingerprint.h"
-#include "engine/PcmReader.h"
 #include "engine/ProfileBuilder.h"
 #include "engine/ProfileResults.h"
 #include "engine/Profiler.h"
@@ -129,7 +129,7 @@ void CFileAnalyzer::ProcessFile(CBPMFile* file) {
     largePrint.Create();
     auto results = std::make_unique<CProfileResults>();
     auto profiler = std::make_unique<CProfiler>(file);
-    auto reader = std::make_unique<CPcmReader>(m_audio.m_pSamples.get(), m_audio.m_nCount);
+    auto reader = std::make_unique<CSamplePass>(m_audio);
     auto builder = std::make_unique<CProfileBuilder>();
 
     SetBuilder(builder.get());

@@ -3,6 +3,7 @@
 
 #include "cli/ProfileCommand.h"
 
+#include "app/SamplePass.h"
 #include "base/CString.h"
 #include "base/NotificationCenter.h"
 #include "base/SmartPtr.h"
@@ -14,7 +15,6 @@
 #include "cli/ProfileJson.h"
 #include "cli/ProfileTrace.h"
 #include "engine/Fingerprint.h"
-#include "engine/PcmReader.h"
 #include "engine/ProfileBuilder.h"
 #include "engine/ProfileResults.h"
 #include "engine/Profiler.h"
@@ -75,7 +75,7 @@ std::string CProfileCommand::ProfileFile(std::string const& name, CString const&
         ReportProblem(name, audio.m_sDamage);
         m_bAllWell = false;
     }
-    CPcmReader reader(audio.m_pSamples.get(), audio.m_nCount);
+    CSamplePass reader(audio);
     CProfiler profiler(nullptr);
     CProfileResults results;
     CSmartPtr<CFingerprint> print;
