@@ -7,8 +7,8 @@
 #include "engine/ImpactPoints.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
-#include <new>
 
 namespace {
 
@@ -71,7 +71,9 @@ bool CPfPcmThumbnail::Initialize(std::int64_t sampleCount, std::uint32_t sampleR
     if (count < 0 || count > std::numeric_limits<std::int32_t>::max()) {
         return false;
     }
-    m_pElements.reset(new (std::nothrow) float[static_cast<std::size_t>(count)]());
+    // Zeros that the system need not write: their memory comes with the first value of each page.
+    auto const room = static_cast<std::size_t>(std::max(count, std::int64_t{1}));
+    m_pElements.reset(static_cast<float*>(std::calloc(room, sizeof(float))));
     if (m_pElements == nullptr) {
         return false;
     }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 #include <span>
 
@@ -97,10 +98,14 @@ public:
     [[nodiscard]] float GetMaxRunningMeasAvg() const { return m_fMaxRunningMeasAvg; }
 
 private:
+    struct CFreeElements {
+        void operator()(float* elements) const noexcept { std::free(elements); }
+    };
+
     [[nodiscard]] bool IsInside(std::int32_t i) const { return i >= 0 && i < m_nCount; }
     [[nodiscard]] std::size_t Size() const { return static_cast<std::size_t>(m_nCount); }
 
-    std::unique_ptr<float[]> m_pElements;
+    std::unique_ptr<float[], CFreeElements> m_pElements;
     std::int32_t m_nCount = 0;
     std::int64_t m_nSampleCount = 0;
     std::uint32_t m_nSampleRate = 1;

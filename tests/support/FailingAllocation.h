@@ -3,7 +3,8 @@
 
 #pragma once
 
-/// While one of these lives, every `new (std::nothrow) T[n]` of its thread returns null.
+/// While one of these lives, every `new (std::nothrow) T[n]` of its thread returns
+/// null, and in the engine's tests every `calloc`.
 class CFailingAllocation {
 public:
     CFailingAllocation();
