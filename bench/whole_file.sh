@@ -9,7 +9,7 @@
 # For every file `tactus analyze` and plain decodes of the same file run in turns, so that a change
 # of the machine's speed meets all of them; the medians of their CPU seconds (user and system) are
 # printed, and the ratio of Tactus' median to each other one. Programs that find a tempo and happen
-# to be installed run along.
+# to be installed run along (aubio-tools, soundstretch, bpm-tools), with the decode that they need.
 set -euo pipefail
 
 runs=11
@@ -41,11 +41,28 @@ run() {
         cat "$times/messages" >&2
         exit 1
     }
-    awk '{ printf "%.3f\n", $1 + $2 }' "$times/time" >>"$times/$name"
+    awk '{ printf "%.3f %.3f %.3f\n", $1 + $2, $1, $2 }' "$times/time" >>"$times/$name"
 }
 
+# median NAME COLUMN: of the sums (1), of the user's (2) or of the system's share (3).
 median() {
-    sort -n "$times/$1" | awk '{ v[NR] = $1 } END { print (v[int((NR + 1) / 2)] + v[int((NR + 2) / 2)]) / 2 }'
+    cut -d ' ' -f "$2" "$times/$1" | sort -n |
+        awk '{ v[NR] = $1 } END { print (v[int((NR + 1) / 2)] + v[int((NR + 2) / 2)]) / 2 }'
+}
+
+# with_wav FILE PROGRAM: the tempo by a program that reads WAV alone, behind a decode where need be.
+with_wav() {
+    if [ "${1##*.}" = wav ]; then
+        "$2" "$1" -bpm
+    else
+        ffmpeg -nostdin -v error -threads 1 -i "$1" -map 0:a:0 -ac 1 -ar 44100 -y "$times/decoded.wav" &&
+            "$2" "$times/decoded.wav" -bpm
+    fi
+}
+
+# bpm_of FILE: the tempo by a program that reads bare floats.
+bpm_of() {
+    ffmpeg -nostdin -v error -threads 1 -i "$1" -map 0:a:0 -ac 1 -ar 44100 -f f32le - | bpm
 }
 
 has() {
@@ -64,20 +81,24 @@ for file in "$@"; do
         if has aubio; then
             run aubio aubio tempo "$file"
         fi
-        if has soundstretch && [ "${file##*.}" = wav ]; then
-            run soundstretch soundstretch "$file" -bpm
+        if has soundstretch; then
+            run soundstretch with_wav "$file" soundstretch
+        fi
+        if has bpm; then
+            run bpm bpm_of "$file"
         fi
     done
-    for name in plain_decode aubio soundstretch; do
+    for name in plain_decode aubio soundstretch bpm; do
         [ -f "$times/$name" ] && names+=("$name")
     done
     echo "$file, median CPU seconds of $runs runs:"
-    own=$(median tactus)
+    own=$(median tactus 1)
     for name in "${names[@]}"; do
-        awk -v name="$name" -v own="$own" -v other="$(median "$name")" 'BEGIN {
-            printf "  %-14s %8.3f s", name, other
-            if (name != "tactus" && other > 0)
-                printf "   tactus takes %.2f times as long", own / other
+        awk -v name="$name" -v own="$own" -v all="$(median "$name" 1)" \
+            -v user="$(median "$name" 2)" -v kernel="$(median "$name" 3)" 'BEGIN {
+            printf "  %-14s %6.3f s (user %.3f, system %.3f)", name, all, user, kernel
+            if (name != "tactus" && all > 0)
+                printf "   tactus takes %.2f times as long", own / all
             printf "\n"
         }'
     done

@@ -1,0 +1,81 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+//
+// The whole engine, from samples to profile: four minutes of ordinary and of bass-heavy sound, and
+// two hours with an onset every 29 ms. `realtime` is how many seconds of sound a second of CPU is
+// through with. An argument of 1 forces the plain loops.
+
+#include "BenchSignal.h"
+#include "base/SmartPtr.h"
+#include "engine/CpuFeatures.h"
+#include "engine/Fingerprint.h"
+#include "engine/PcmReader.h"
+#include "engine/ProfileBuilder.h"
+#include "engine/ProfileResults.h"
+#include "engine/Profiler.h"
+
+#include <benchmark/benchmark.h>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t kRate = 44100;
+constexpr std::size_t kSongSamples = kRate * 240;
+constexpr std::size_t kTwoHours = kRate * 7200;
+constexpr std::size_t kDenseSpacing = 1280; // samples: five elements, the densest that is found
+
+float ProfileOnce(std::vector<float> const& pcm) {
+    CPcmReader reader(pcm.data(), static_cast<std::int32_t>(pcm.size()));
+    CProfiler profiler(nullptr);
+    CProfileResults results;
+    CSmartPtr<CFingerprint> print;
+    CSmartPtr<CFingerprint> largePrint;
+    print.Create();
+    largePrint.Create();
+    CProfileBuilder builder;
+    (void)builder.BuildProfile(&profiler, &reader, &results, print.Get(), largePrint.Get());
+    return results.GetBpm();
+}
+
+void RunEngine(benchmark::State& state, std::vector<float> const& pcm) {
+    std::optional<CForceScalarKernels> plain;
+    if (state.range(0) == 1) {
+        plain.emplace();
+    }
+    float bpm = 0.0f;
+    for (auto _ : state) {
+        bpm = ProfileOnce(pcm);
+        benchmark::DoNotOptimize(bpm);
+    }
+    double const seconds = static_cast<double>(pcm.size()) / static_cast<double>(kRate);
+    state.counters["bpm"] = static_cast<double>(bpm);
+    state.counters["realtime"] = benchmark::Counter(
+        seconds * static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
+}
+
+void BM_EngineSong(benchmark::State& state) {
+    RunEngine(state, MakeBenchSong(kSongSamples));
+}
+BENCHMARK(BM_EngineSong)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+void BM_EngineBass(benchmark::State& state) {
+    RunEngine(state, MakeBenchBassLine(kSongSamples));
+}
+BENCHMARK(BM_EngineBass)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+/// Two hours in which a burst of noise begins every 1280 samples and dies away within half of them.
+void BM_EngineDense(benchmark::State& state) {
+    std::vector<float> pcm = MakeBenchNoise(kTwoHours);
+    for (std::size_t i = 0; i < pcm.size(); ++i) {
+        std::size_t const since = i % kDenseSpacing;
+        pcm[i] *= since < kDenseSpacing / 2
+                      ? 1.0f - static_cast<float>(since) / static_cast<float>(kDenseSpacing / 2)
+                      : 0.0f;
+    }
+    RunEngine(state, pcm);
+}
+BENCHMARK(BM_EngineDense)->Arg(0)->Iterations(3)->Unit(benchmark::kMillisecond);
+
+} // namespace
