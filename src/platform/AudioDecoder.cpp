@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
-// The steps: open the file and find its best audio stream; read packets, decode them, count the
-// frames, mix them down and resample them into the buffer as they come; find the length from the
-// count and the container's word on the tail; cut or fill the buffer to it; look whether the file
-// is still the one that was opened. Of a file below 44100 Hz only a start is needed, as long as the
-// count says: it is decoded twice, so that the buffer never grows beyond its length.
+// The steps: open the file and find its best audio stream; decode its packets, count the frames,
+// mix them down and resample them into the buffer as they come; find the length from the count and
+// the container's word on the tail; cut or fill the buffer to it; look whether the file is still
+// the same. Below 44100 Hz only a start is needed, as long as the count says, hence a second pass.
 
 #include "platform/AudioDecoder.h"
 
@@ -117,6 +116,7 @@ public:
         return status;
     }
 
+    void Close() { m_format.reset(); }
     [[nodiscard]] AVFormatContext* Get() const { return m_format.get(); }
 
 private:
@@ -225,8 +225,8 @@ public:
     [[nodiscard]] CDecodeDamage const& GetDamage() const { return m_damage; }
 
     /// Frames without the tail that fills up the last AAC packet of an MP4 file: libav drops the
-    /// padding at the start only.
-    [[nodiscard]] std::int64_t CountWithoutTail() const;
+    /// padding at the start only. Nothing can be read any more afterwards.
+    [[nodiscard]] std::int64_t CountWithoutTail();
 
     /// Hands the samples over for a file of `frames` frames.
     std::string Finish(std::int64_t frames, CDecodedAudio& audio) {
@@ -243,7 +243,7 @@ private:
     std::string OpenDecoder(AVCodec const* decoder);
     std::string ReadAll();
     int Decode(AVPacket* packet);
-    [[nodiscard]] std::int64_t TrackLength() const;
+    [[nodiscard]] std::int64_t TrackLength();
     [[nodiscard]] bool IsFull() const { return m_nWanted > 0 && m_buffer.GetCount() >= m_nWanted; }
 
     std::string m_sPath;
@@ -336,9 +336,10 @@ std::string CDecodeRun::ReadAll() {
 }
 
 /// Length of the track in frames by the container's table, edits left aside; 0 when unknown.
-std::int64_t CDecodeRun::TrackLength() const {
-    CInput table(m_source, m_watch);
+std::int64_t CDecodeRun::TrackLength() {
     auto const index = static_cast<unsigned>(m_pStream->index);
+    m_input.Close(); // the table of a long file takes megabytes: one at a time
+    CInput table(m_source, m_watch);
     if (table.Open(m_sPath, true) < 0 || index >= table.Get()->nb_streams) {
         return 0;
     }
@@ -347,7 +348,7 @@ std::int64_t CDecodeRun::TrackLength() const {
                     std::int64_t{0});
 }
 
-std::int64_t CDecodeRun::CountWithoutTail() const {
+std::int64_t CDecodeRun::CountWithoutTail() {
     AVFormatContext const& format = *m_input.Get();
     bool const isMp4 = std::string_view(format.iformat->name).find("mp4") != std::string_view::npos;
     if (m_nFrames == 0 || !isMp4 || m_codec->codec_id != AV_CODEC_ID_AAC) {
