@@ -303,8 +303,7 @@ int CDecodeRun::Decode(AVPacket* packet) {
         m_watch.NoteYield();
         m_nFileRate = m_nFileRate == 0 ? m_frame->sample_rate : m_nFileRate;
         m_nFrames += m_frame->nb_samples;
-        int const mixed = m_nWanted > 0 || !IsSlow() ? m_mixer.Push(*m_frame) : 0;
-        if (mixed < 0) {
+        if (int const mixed = m_nWanted > 0 || !IsSlow() ? m_mixer.Push(*m_frame) : 0; mixed < 0) {
             return mixed;
         }
     }
