@@ -4,11 +4,13 @@
 #include "IDTag/ID3Reader.h"
 
 #include "IDTag/ID3Tag.h"
+#include "IDTag/PosixFile.h"
 #include "base/FileUtil.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <fcntl.h>
 #include <string_view>
 #include <sys/stat.h>
 
@@ -71,6 +73,16 @@ EWriteProblem ProblemOfOpening(CString const& path) {
     return isTooLarge ? EWriteProblem::FileTooLarge : EWriteProblem::NotWritable;
 }
 
+/// True when an MP4 file's first box lies at `offset`. Its tables hold positions from the beginning
+/// of the file, which bytes put before them would make wrong.
+bool IsMp4(CString const& path, std::uint32_t offset) {
+    constexpr std::string_view kFirstBox = "ftyp"; // Standard: ISO/IEC 14496-12, section 4.3.
+    CDescriptor const file(::open(path.ToPath().c_str(), O_RDONLY | O_CLOEXEC));
+    std::array<std::uint8_t, 8> box = {};
+    return file.IsOpen() && ReadAllAt(file.Get(), box, offset) &&
+           std::memcmp(&box[4], kFirstBox.data(), kFirstBox.size()) == 0;
+}
+
 EWriteProblem StoreTagString(CString const& path, char const* frameId, CString const& value) {
     if (CID3Tag::IsFileUpdateable(path) != kStatusOk) {
         return ProblemOfOpening(path);
@@ -89,6 +101,9 @@ EWriteProblem StoreTagString(CString const& path, char const* frameId, CString c
     }
     if (tag.HasUnreachedData()) {
         return EWriteProblem::UnknownData;
+    }
+    if (IsMp4(path, tag.GetTagSize())) {
+        return EWriteProblem::OtherFormat;
     }
     bool rewritten = false;
     (void)tag.UpdateFile(&rewritten);

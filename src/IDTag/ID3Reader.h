@@ -34,7 +34,7 @@ public:
     static void KillTrailingSpaces(char* text, std::uint32_t length);
 
     /// Writes one text frame into a file that ends in ".mp3", in either case. A file is left alone
-    /// when its tag holds bytes that couldn't be reached.
+    /// when its tag holds bytes that couldn't be reached, and when it is an MP4 file all the same.
     /// Returns: 1 always; `*problem`, which may be null, says what kept the text from being
     /// stored, `None` also when it stood there already.
     static std::int32_t SetTagString(CString const& path, char const* frameId, CString const& value,

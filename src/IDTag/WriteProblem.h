@@ -8,6 +8,7 @@
 enum class EWriteProblem {
     None,
     OtherExtension,  // only files that end in ".mp3" are written
+    OtherFormat,     // an MP4 file under an MP3's name: a tag before it would shift its samples
     NotWritable,     // missing, no plain file, or no permission
     FileTooLarge,    // over 4 GB, or it would become so
     TagUnreadable,   // the tag claims more bytes than there are, or can't be read

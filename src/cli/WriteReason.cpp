@@ -21,6 +21,8 @@ std::string WriteReason(EWriteProblem problem) {
         return {};
     case EWriteProblem::OtherExtension:
         return "isn't written: only .mp3 files are";
+    case EWriteProblem::OtherFormat:
+        return "isn't written: it is an MP4 file under an MP3's name";
     case EWriteProblem::NotWritable:
         return "can't be opened for writing";
     case EWriteProblem::FileTooLarge:

@@ -72,6 +72,8 @@ QString WriteProblemText(EWriteProblem problem) {
         break;
     case EWriteProblem::OtherExtension:
         return CTexts::tr("only MP3 files are tagged");
+    case EWriteProblem::OtherFormat:
+        return CTexts::tr("it is an MP4 file under an MP3's name");
     case EWriteProblem::NotWritable:
         return CTexts::tr("the file cannot be written to");
     case EWriteProblem::FileTooLarge:

@@ -340,6 +340,17 @@ TEST_F(ID3ReaderTest, SetLeavesTagsAloneThatAreDecodedTwice) {
               EWriteProblem::None);
 }
 
+TEST_F(ID3ReaderTest, SetLeavesAnMp4FileAloneWhateverItsName) {
+    // Its sample tables count from the beginning of the file, which a tag would move.
+    TagBytes const movie = Joined({{0, 0, 0, 16}, Ascii("ftypM4A "), Zeros(4), kAudio});
+    EXPECT_EQ(Set(movie), EWriteProblem::OtherFormat);
+    EXPECT_EQ(ReadBytes(m_sFile), movie);
+    TagBytes const tagged = Joined({TagOf(3, Zeros(100)), movie});
+    EXPECT_EQ(Set(tagged), EWriteProblem::OtherFormat);
+    EXPECT_EQ(ReadBytes(m_sFile), tagged);
+    EXPECT_EQ(Set(Joined({Ascii("RIFF"), Zeros(4), Ascii("WAVE")})), EWriteProblem::None);
+}
+
 TEST_F(ID3ReaderTest, SetOfTheTextInPlaceNeedsNoReason) {
     // Nothing is written, so nothing can be thrown away.
     EXPECT_EQ(Set(TagOf(3, Joined({kTempo, Zeros(40), {0x01}}))), EWriteProblem::None);

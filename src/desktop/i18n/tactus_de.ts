@@ -234,6 +234,10 @@
         <translation>nur MP3-Dateien werden beschriftet</translation>
     </message>
     <message>
+        <source>it is an MP4 file under an MP3&apos;s name</source>
+        <translation>sie ist eine MP4-Datei mit dem Namen einer MP3-Datei</translation>
+    </message>
+    <message>
         <source>the file cannot be written to</source>
         <translation>in die Datei kann nicht geschrieben werden</translation>
     </message>
