@@ -16,7 +16,8 @@
 
 namespace {
 
-constexpr char kWrittenExtension[] = "mp3"; // Fixed: the only files that are written.
+constexpr char kWrittenExtension[] = "mp3";        // Fixed: the only files that are written.
+constexpr std::uint8_t kDiscardWhenAltered = 0x40; // Standard: ID3v2.3.0, section 3.3.1.
 
 // Fixed: the trailer's fields as they are read: album before artist.
 constexpr std::uint32_t kTrailerBytes = 128;
@@ -83,6 +84,18 @@ bool IsMp4(CString const& path, std::uint32_t offset) {
            std::memcmp(&box[4], kFirstBox.data(), kFirstBox.size()) == 0;
 }
 
+/// True when the frame bears the flag of those that go when the file is altered: the text that it
+/// has taken would go with it.
+bool IsTextDropped(CID3Tag const& tag, char const* frameId) {
+    CID3Frame* frame = nullptr;
+    ID3V2_3_FRAMEHEADER header = {};
+    std::uint8_t* body = nullptr;
+    std::uint32_t size = 0;
+    return tag.GetExistingFrame(frameId, &frame) &&
+           frame->GetData(&header, &body, &size) == kStatusOk &&
+           (header.m_nStatusFlags & kDiscardWhenAltered) != 0;
+}
+
 EWriteProblem StoreTagString(CString const& path, char const* frameId, CString const& value) {
     if (CID3Tag::IsFileUpdateable(path) != kStatusOk) {
         return ProblemOfOpening(path);
@@ -99,7 +112,7 @@ EWriteProblem StoreTagString(CString const& path, char const* frameId, CString c
     if (tag.SetString(frameId, value) == kStatusNothing) {
         return EWriteProblem::None;
     }
-    if (tag.HasUnreachedData()) {
+    if (tag.HasUnreachedData() || IsTextDropped(tag, frameId)) {
         return EWriteProblem::UnknownData;
     }
     if (IsMp4(path, tag.GetTagSize())) {

@@ -351,6 +351,15 @@ TEST_F(ID3ReaderTest, SetLeavesAnMp4FileAloneWhateverItsName) {
     EXPECT_EQ(Set(Joined({Ascii("RIFF"), Zeros(4), Ascii("WAVE")})), EWriteProblem::None);
 }
 
+TEST_F(ID3ReaderTest, SetNeverWritesATextThatWouldBeDropped) {
+    // The flag asks to discard the frame when the file is altered: the old tempo would go and the
+    // new one not come.
+    TagBytes const frame = Frame23("TBPM", Latin1Text("120"), 0x40);
+    TagBytes const bytes = Joined({TagOf(3, Joined({kTitle, frame, Zeros(100)})), kAudio});
+    EXPECT_EQ(Set(bytes), EWriteProblem::UnknownData);
+    EXPECT_EQ(ReadBytes(m_sFile), bytes);
+}
+
 TEST_F(ID3ReaderTest, SetOfTheTextInPlaceNeedsNoReason) {
     // Nothing is written, so nothing can be thrown away.
     EXPECT_EQ(Set(TagOf(3, Joined({kTempo, Zeros(40), {0x01}}))), EWriteProblem::None);
