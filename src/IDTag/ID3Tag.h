@@ -67,8 +67,10 @@ public:
     CString CreateTempFileName() const;
 
     /// Writes the tag back: in place when it fits into the old one's bytes, otherwise through a
-    /// new file that takes the old one's place in one step; then `*rewritten` becomes true. A
-    /// symbolic link stays one, and its target is written.
+    /// new file that takes the old one's place in one step; then `*rewritten` becomes true. In
+    /// place, a change that a kill could cut in the middle goes through a new file of the same
+    /// length too, if there can be one; `*rewritten` stays false, for the audio stays where it
+    /// was. A symbolic link stays one, and its target is written.
     /// Returns: `kStatusNothing` when nothing was changed; `kStatusFailure`, the file being as it
     /// was, when it couldn't be written: `GetWriteProblem` says why.
     CStatus UpdateFile(bool* rewritten);
@@ -117,6 +119,9 @@ private:
     EWriteProblem WriteTag(bool* rewritten);
     EWriteProblem OpenTarget(CString const& target, bool inPlace, CDescriptor& file,
                              std::vector<std::uint8_t>& oldTag) const;
+    EWriteProblem WriteOver(int file, CString const& target,
+                            std::vector<std::uint8_t> const& oldTag,
+                            std::vector<std::uint8_t> const& newTag) const;
     EWriteProblem SwapFile(int file, CString const& target, std::vector<std::uint8_t> const& tag,
                            bool* rewritten) const;
 

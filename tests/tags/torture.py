@@ -147,6 +147,35 @@ class Torture(unittest.TestCase):
         print(f"{KILLS_IN_PLACE} kills within {longest:.3f} s: {found}")
         self.assertEqual(found["half-made"], 0)
 
+    def test_kill_while_a_tag_that_fits_changes_over_many_pages(self):
+        # The title's length moves eight megabytes of picture.
+        picture = frame(b"APIC", b"\0image/png\0\3\0" + random.Random(4).randbytes(8_000_000))
+        audio = random.Random(2).randbytes(1_000_000)
+
+        def content(title):
+            title_frame = frame(b"TIT2", text(title))
+            return tag(title_frame + picture, 100 - len(title_frame)) + audio
+
+        files = [content("Short"), content("A longer title")]
+        self.assertEqual(len(files[0]), len(files[1]))
+        command = [TACTUS, "tag", "set", str(self.song), "TIT2", "A longer title"]
+        self.song.write_bytes(files[0])
+        begin = time.monotonic()
+        subprocess.run(command, check=True)
+        longest = 1.3 * (time.monotonic() - begin)
+        self.assertEqual(self.song.read_bytes(), files[1])
+        found = [0, 0]
+        for repetition in range(KILLS_IN_PLACE):
+            self.song.write_bytes(files[0])
+            process = subprocess.Popen(command)
+            time.sleep(self.random.uniform(0, longest))
+            process.kill()
+            process.wait()
+            held = self.song.read_bytes()
+            self.assertTrue(held in files, f"a torn file in repetition {repetition}")
+            found[files.index(held)] += 1
+        print(f"{KILLS_IN_PLACE} kills within {longest:.3f} s: {found[0]} old, {found[1]} new")
+
     def test_interrupt_lets_the_write_finish(self):
         self.song.write_bytes(tag(TITLE, 0) + random.Random(1).randbytes(SONG_BYTES))
         process = start(self.song, "128.00")
