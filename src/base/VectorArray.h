@@ -21,12 +21,10 @@ public:
 
     /// Appends every element of `other`, in order; `other` may be this array.
     void Append(CVectorArray const& other) {
-        if (&other == this) {
-            CVectorArray const copy(other);
-            Append(copy);
-            return;
+        std::size_t const count = other.m_vItems.size();
+        for (std::size_t i = 0; i < count; ++i) {
+            m_vItems.push_back(other.m_vItems[i]);
         }
-        m_vItems.insert(m_vItems.end(), other.m_vItems.begin(), other.m_vItems.end());
     }
 
     /// Inserts before the element at `index`; an index at or past the end appends, and so does a

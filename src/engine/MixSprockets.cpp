@@ -115,7 +115,7 @@ void AddOuterPair(std::int64_t introEnd, std::int64_t outroStart, std::uint32_t 
     if (gap <= 2 * std::int64_t{perMeasure}) {
         return;
     }
-    std::int64_t length = measures * perMeasure;
+    std::int64_t length = std::uint32_t{measures * perMeasure}; // the product wraps at 32 bits
     for (std::uint16_t halvings = 0; halvings < measures && 2 * length > gap; ++halvings) {
         length /= 2;
     }
@@ -207,7 +207,7 @@ bool CPfMixParamGen::BuildBeatMixSprocketsClassic(CPfPcmThumbnail const* thumbna
     finder.BuildImpactPoints(thumbnail, kOnsetsPerMeasure, &onsets);
 
     std::uint32_t const perMeasure = thumbnail->SamPerMeas(results->GetBpm());
-    std::int64_t const length = perMeasure * measures;
+    std::int64_t const length = std::uint32_t{perMeasure * measures}; // it wraps at 32 bits
     std::int64_t const tolerance = length / kLengthTolerance;
     CPair const intro = FindIntroPair(onsets, introEnd, length, tolerance);
     CPair const outro = FindOutroPair(onsets, outroStart, length, tolerance);
