@@ -5,12 +5,12 @@
 // a pulse on every half beat at 128 BPM; `candidates` counts the onsets that the grid is built
 // from.
 
-#include "engine/BeatBuilder.h"
-#include "engine/BpmDetector.h"
-#include "engine/ImpactFinder.h"
-#include "engine/ImpactPoints.h"
-#include "engine/PcmThumbnail.h"
-#include "engine/ThumbnailBuilder.h"
+#include "engine/beats/BeatBuilder.h"
+#include "engine/envelope/ImpactPoints.h"
+#include "engine/envelope/PcmThumbnail.h"
+#include "engine/envelope/ThumbnailBuilder.h"
+#include "engine/tempo/BpmDetector.h"
+#include "engine/tempo/ImpactFinder.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdint>

@@ -7,12 +7,12 @@
 
 #include "BenchSignal.h"
 #include "base/SmartPtr.h"
-#include "engine/CpuFeatures.h"
-#include "engine/Fingerprint.h"
 #include "engine/PcmReader.h"
 #include "engine/ProfileBuilder.h"
 #include "engine/ProfileResults.h"
 #include "engine/Profiler.h"
+#include "engine/print/Fingerprint.h"
+#include "engine/signal/CpuFeatures.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdint>

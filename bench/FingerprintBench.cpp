@@ -4,7 +4,7 @@
 // The fingerprint's share of the pass: one minute in frames, of which it looks at 30 seconds.
 
 #include "BenchSignal.h"
-#include "engine/Fingerprint.h"
+#include "engine/print/Fingerprint.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdint>

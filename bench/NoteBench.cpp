@@ -5,13 +5,13 @@
 // notes. A second argument of 1 forces the plain loops.
 
 #include "BenchSignal.h"
-#include "engine/CpuFeatures.h"
-#include "engine/IIRFilt.h"
-#include "engine/NoteDetector.h"
 #include "engine/PcmReader.h"
-#include "engine/PcmThumbnail.h"
 #include "engine/Profiler.h"
-#include "engine/ThumbnailBuilder.h"
+#include "engine/envelope/PcmThumbnail.h"
+#include "engine/envelope/ThumbnailBuilder.h"
+#include "engine/notes/NoteDetector.h"
+#include "engine/signal/CpuFeatures.h"
+#include "engine/signal/IIRFilt.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdint>

@@ -5,10 +5,10 @@
 
 #include "BenchSignal.h"
 #include "engine/PcmReader.h"
-#include "engine/PcmThumbnail.h"
 #include "engine/Profiler.h"
-#include "engine/SpecEngBuilder.h"
-#include "engine/ThumbnailBuilder.h"
+#include "engine/envelope/PcmThumbnail.h"
+#include "engine/envelope/ThumbnailBuilder.h"
+#include "engine/signal/SpecEngBuilder.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdint>

@@ -9,7 +9,7 @@
 
 function(tactus_room room)
     cmake_parse_arguments(ARG "" "" "LINKS;PRIVATE_LINKS" ${ARGN})
-    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+    file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
     list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
     set(door ${CMAKE_BINARY_DIR}/rooms/${room})
     file(MAKE_DIRECTORY ${door})

@@ -8,8 +8,8 @@
 
 #include "FuzzFile.h"
 #include "IDTag/Archive.h"
-#include "engine/Fingerprint.h"
 #include "engine/ProfileResults.h"
+#include "engine/print/Fingerprint.h"
 
 namespace {
 

@@ -9,12 +9,12 @@
 // for; three bytes for the length, little-endian, modulo 200,001; the samples, taken in turn.
 
 #include "FuzzFile.h"
-#include "engine/BeatPattern.h"
-#include "engine/Fingerprint.h"
 #include "engine/PcmReader.h"
 #include "engine/ProfileBuilder.h"
 #include "engine/ProfileResults.h"
 #include "engine/Profiler.h"
+#include "engine/beats/BeatPattern.h"
+#include "engine/print/Fingerprint.h"
 
 #include <algorithm>
 #include <bit>

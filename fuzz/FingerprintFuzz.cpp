@@ -5,7 +5,7 @@
 // prints can be compared with each other and with any data.
 
 #include "FuzzFile.h"
-#include "engine/Fingerprint.h"
+#include "engine/print/Fingerprint.h"
 
 #include <algorithm>
 #include <cmath>

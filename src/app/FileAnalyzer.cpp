@@ -12,10 +12,10 @@
 #include "base/FileManager.h"
 #include "base/NotificationCenter.h"
 #include "base/SmartPtr.h"
-#include "engine/Fingerprint.h"
 #include "engine/ProfileBuilder.h"
 #include "engine/ProfileResults.h"
 #include "engine/Profiler.h"
+#include "engine/print/Fingerprint.h"
 #include "platform/AudioDecoder.h"
 
 #include <array>

@@ -14,10 +14,10 @@
 #include "cli/Output.h"
 #include "cli/ProfileJson.h"
 #include "cli/ProfileTrace.h"
-#include "engine/Fingerprint.h"
 #include "engine/ProfileBuilder.h"
 #include "engine/ProfileResults.h"
 #include "engine/Profiler.h"
+#include "engine/print/Fingerprint.h"
 #include "platform/AudioDecoder.h"
 
 #include <CLI/CLI.hpp>

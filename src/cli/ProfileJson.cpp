@@ -6,9 +6,9 @@
 #include "cli/Json.h"
 #include "cli/ProfileTrace.h"
 #include "cli/Text.h"
-#include "engine/Fingerprint.h"
-#include "engine/KeyDetector.h"
 #include "engine/ProfileResults.h"
+#include "engine/notes/KeyDetector.h"
+#include "engine/print/Fingerprint.h"
 
 #include <array>
 #include <cstdint>

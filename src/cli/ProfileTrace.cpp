@@ -3,8 +3,8 @@
 
 #include "cli/ProfileTrace.h"
 
-#include "engine/ImpactPoints.h"
-#include "engine/PcmThumbnail.h"
+#include "engine/envelope/ImpactPoints.h"
+#include "engine/envelope/PcmThumbnail.h"
 
 namespace {
 

@@ -15,21 +15,21 @@
 
 #include "engine/ProfileBuilder.h"
 
-#include "engine/BeatBuilder.h"
-#include "engine/BeatPattern.h"
-#include "engine/BpmDetector.h"
-#include "engine/Fingerprint.h"
-#include "engine/ImpactFinder.h"
-#include "engine/ImpactPoints.h"
-#include "engine/KeyDetector.h"
-#include "engine/MixParamGen.h"
-#include "engine/NoteDetector.h"
 #include "engine/PcmReader.h"
-#include "engine/PcmThumbnail.h"
 #include "engine/ProfileObserver.h"
 #include "engine/ProfileResults.h"
 #include "engine/Profiler.h"
-#include "engine/ThumbnailBuilder.h"
+#include "engine/beats/BeatBuilder.h"
+#include "engine/beats/BeatPattern.h"
+#include "engine/envelope/ImpactPoints.h"
+#include "engine/envelope/PcmThumbnail.h"
+#include "engine/envelope/ThumbnailBuilder.h"
+#include "engine/mix/MixParamGen.h"
+#include "engine/notes/KeyDetector.h"
+#include "engine/notes/NoteDetector.h"
+#include "engine/print/Fingerprint.h"
+#include "engine/tempo/BpmDetector.h"
+#include "engine/tempo/ImpactFinder.h"
 
 #include <algorithm>
 #include <array>

@@ -7,7 +7,7 @@
 #include "engine/ProfileResults.h"
 
 #include "base/IArchive.h"
-#include "engine/ImpactPoints.h"
+#include "engine/envelope/ImpactPoints.h"
 
 #include <utility>
 

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "base/VectorArray.h"
-#include "engine/BeatPattern.h"
+#include "engine/beats/BeatPattern.h"
 
 #include <cstdint>
 #include <string>

@@ -5,9 +5,9 @@
 // track hoods would show: its bass is loud for 20 s and then soft.
 
 #include "audio/ProfiledTrack.h"
-#include "engine/BeatBuilder.h"
-#include "engine/MixParamGen.h"
-#include "engine/ThumbnailBuilder.h"
+#include "engine/beats/BeatBuilder.h"
+#include "engine/envelope/ThumbnailBuilder.h"
+#include "engine/mix/MixParamGen.h"
 #include "support/ClickTrack.h"
 
 #include <cstdint>

@@ -3,13 +3,13 @@
 
 #pragma once
 
-#include "engine/ImpactPoints.h"
 #include "engine/PcmReader.h"
-#include "engine/PcmThumbnail.h"
 #include "engine/ProfileBuilder.h"
 #include "engine/ProfileObserver.h"
 #include "engine/ProfileResults.h"
 #include "engine/Profiler.h"
+#include "engine/envelope/ImpactPoints.h"
+#include "engine/envelope/PcmThumbnail.h"
 
 #include <cstdint>
 #include <vector>

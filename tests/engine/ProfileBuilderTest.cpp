@@ -4,12 +4,12 @@
 #include "engine/ProfileBuilder.h"
 
 #include "base/NotificationCenter.h"
-#include "engine/Fingerprint.h"
 #include "engine/PcmReader.h"
-#include "engine/PcmThumbnail.h"
 #include "engine/ProfileObserver.h"
 #include "engine/ProfileResults.h"
 #include "engine/Profiler.h"
+#include "engine/envelope/PcmThumbnail.h"
+#include "engine/print/Fingerprint.h"
 #include "support/ClickTrack.h"
 
 #include <cmath>

@@ -4,7 +4,7 @@
 #include "engine/ProfileResults.h"
 
 #include "base/IArchive.h"
-#include "engine/ImpactPoints.h"
+#include "engine/envelope/ImpactPoints.h"
 
 #include <cstring>
 #include <functional>

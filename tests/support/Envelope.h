@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "engine/PcmThumbnail.h"
+#include "engine/envelope/PcmThumbnail.h"
 
 #include <cstdint>
 #include <vector>

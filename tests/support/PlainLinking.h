@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "engine/BeatBuilder.h"
+#include "engine/beats/BeatBuilder.h"
 
 #include <algorithm>
 #include <list>

@@ -1,0 +1,108 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+//
+// PushPcm: filter the block into the buffer; once 61440 samples are there, SearchAndMeasure the
+// first 32768 of them and move the rest to the front.
+// FinalizeNoteDetection: the same for what is left, then prune the map.
+// The search itself is in NoteSearch.cpp, the order of the notes in NoteMap.cpp.
+
+#include "engine/notes/NoteDetector.h"
+
+#include "base/Rounding.h"
+#include "engine/Profiler.h"
+#include "engine/envelope/ThumbnailBuilder.h"
+#include "engine/notes/NoteSearch.h"
+
+#include <algorithm>
+#include <new>
+
+namespace {
+
+constexpr std::uint32_t kSampleRate = 44100;      // Fixed: whatever the reader's rate.
+constexpr std::int32_t kBufferSamples = 65536;    // Fixed: capacity of the buffer.
+constexpr std::int32_t kSearchAbove = 61439;      // Fixed: fill above which a stride is searched.
+constexpr std::int32_t kStrideSamples = 32768;    // Fixed: samples that one search is through with.
+constexpr std::uint16_t kSamplesPerElement = 256; // Fixed: of the bass thumbnail.
+constexpr std::int64_t kPruneWindow = 500'000;    // Fixed: half a second in microseconds.
+
+constexpr int kFilterSections = 3;      // Fixed: a low-pass of the sixth order.
+constexpr float kFilterHz = 120.0f;     // Fixed: corner of each section.
+constexpr float kFilterDamping = 1.25f; // Fixed: damping of each section.
+
+// Derived: 1 / (55 * 2^((k - 9) / 12)) seconds for C at 32.703 Hz (k = 0) to B at 123.471 Hz
+// (k = 23), rounded to nine decimal places.
+constexpr double g_fNotePeriods[] = {
+    0.030578051, 0.028861837, 0.027241947, 0.025712974, 0.024269816, 0.022907655,
+    0.021621948, 0.020408401, 0.019262965, 0.018181818, 0.017161351, 0.016198159,
+    0.015289026, 0.014430919, 0.013620973, 0.012856487, 0.012134908, 0.011453828,
+    0.010810974, 0.010204200, 0.009631483, 0.009090909, 0.008580676, 0.008099079};
+
+} // namespace
+
+CPfNoteDetector::CPfNoteDetector(IPcmReader* reader, CPcmThumbnailBuilder* builder,
+                                 CPfPcmThumbnail* thumb)
+    : m_pThumb(thumb), m_pThumbBuilder(builder) {
+    (void)builder->InitThumbnail(reader, kSamplesPerElement, thumb);
+    m_filter.Init(kSampleRate);
+    m_filter.SetSectionCount(kFilterSections);
+    for (int i = 0; i < kFilterSections; ++i) {
+        m_filter.SetSection(i, CIIRFilt::kLowPass, kFilterHz, kFilterDamping);
+    }
+    m_filter.setfilt();
+    m_pBuffer.reset(new (std::nothrow) float[kBufferSamples]);
+    for (double const period : g_fNotePeriods) {
+        m_vPeriods.Add(TruncateToInt32(kSampleRate * period));
+    }
+}
+
+CStatus CPfNoteDetector::PushPcm(float const* pcm, std::uint32_t n) {
+    if (m_pBuffer == nullptr) {
+        return kStatusFailure;
+    }
+    if (std::int64_t{m_nFill} + n < kBufferSamples) {
+        float* const block = m_pBuffer.get() + m_nFill;
+        std::copy_n(pcm, n, block);
+        m_filter.fl(block, 0, static_cast<std::int32_t>(n), 1);
+        m_nFill += static_cast<std::int32_t>(n);
+    }
+    if (m_nFill > kSearchAbove) {
+        // Deliberate: the next stride begins with sample 0 as its past, so the crossing between
+        // two strides is never looked at.
+        SearchAndMeasure(kStrideSamples);
+        std::copy(m_pBuffer.get() + kStrideSamples, m_pBuffer.get() + m_nFill, m_pBuffer.get());
+        m_nFill -= kStrideSamples;
+        // Wraps at 32 bits, after 13 hours of stream.
+        m_nBasePos = static_cast<std::int32_t>(static_cast<std::uint32_t>(m_nBasePos) +
+                                               std::uint32_t{kStrideSamples});
+    }
+    return kStatusOk;
+}
+
+CStatus CPfNoteDetector::FindPeriodicWaveforms(float const* buf, std::int32_t scanCount,
+                                               std::int32_t dataCount, std::int32_t basePos,
+                                               CPfNoteMap* map) const {
+    CNoteSearch const search{
+        buf, scanCount, dataCount - 1, basePos, {m_vPeriods.GetData(), m_vPeriods.GetCount()}};
+    SearchNotes(search, map);
+    return kStatusOk;
+}
+
+void CPfNoteDetector::SearchAndMeasure(std::int32_t count) {
+    (void)FindPeriodicWaveforms(m_pBuffer.get(), count, m_nFill, m_nBasePos, &m_noteMap);
+    (void)m_pThumbBuilder->BuildPcmThumbnailRange(m_pBuffer.get(), count, m_nBasePos, m_pThumb);
+}
+
+CStatus CPfNoteDetector::FinalizeNoteDetection(CProfiler* profiler) {
+    if (m_pBuffer == nullptr) {
+        return kStatusFailure;
+    }
+    if (profiler->IsCancelled()) {
+        return kStatusNothing;
+    }
+    SearchAndMeasure(m_nFill);
+    m_nFound = m_noteMap.GetCount();
+    m_noteMap.ReportItems();
+    (void)m_noteMap.RemoveSimilarItems(kPruneWindow);
+    m_noteMap.ReportItems();
+    return kStatusOk;
+}

@@ -1,0 +1,153 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+//
+// The threshold searches. A measure at 82 BPM has 44100 / (82 / 240) = 129073.2, so 129073 samples;
+// an envelope of n such measures asks for 4 n points at four to the measure. An envelope of zeros
+// with a single element of height h has one rise, from 0 to h in one element.
+
+#include "engine/tempo/ImpactFinder.h"
+
+#include "engine/envelope/ImpactPoints.h"
+#include "support/Envelope.h"
+
+#include <cmath>
+#include <cstdint>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <vector>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr std::uint32_t kRate = 44100;
+constexpr std::uint16_t kPerElement = 256;
+constexpr std::size_t kTwoMeasures = 1010; // elements: 258560 samples, 2 * 129073 = 258146
+constexpr std::uint16_t kPointsPerMeasure = 4;
+constexpr std::size_t kSpacing = 40; // elements from pulse to pulse
+
+/// `count` pulses of one height on a floor, the first at element `first`.
+void AddPulses(std::vector<float>* values, std::size_t first, std::size_t count, float height) {
+    for (std::size_t i = 0; i < count; ++i) {
+        (*values)[first + i * kSpacing] = height;
+    }
+}
+
+class ImpactSearchTest : public testing::Test {
+protected:
+    std::int32_t Search(std::vector<float> const& values) {
+        CPfPcmThumbnail const thumb = MakeEnvelope(values, kRate, kPerElement);
+        return m_finder.BuildImpactPoints(&thumb, kPointsPerMeasure, &m_points);
+    }
+
+    std::int32_t SearchRatios(std::vector<float> const& values) {
+        CPfPcmThumbnail const thumb = MakeEnvelope(values, kRate, kPerElement);
+        return m_finder.BuildImpactPointsClassic(&thumb, kPointsPerMeasure, &m_points);
+    }
+
+    CCancelFlag m_cancel;
+    CPfImpactFinder m_finder{&m_cancel};
+    CPfImpactPoints m_points{kRate, 0};
+};
+
+} // namespace
+
+TEST_F(ImpactSearchTest, FirstThresholdThatReachesTheTargetWins) {
+    std::vector<float> values(kTwoMeasures, 0.0f);
+    AddPulses(&values, 100, 8, 3.0f);  // above 2.44
+    AddPulses(&values, 500, 12, 2.0f); // below
+    EXPECT_EQ(Search(values), 8);
+    EXPECT_EQ(m_points.Points().front(), 99 * kPerElement); // sorted; the feet, not the peaks
+    EXPECT_EQ(m_points.Points().back(), (99 + 7 * 40) * kPerElement);
+}
+
+TEST_F(ImpactSearchTest, LoweringTheThresholdMayFindMoreThanTheTarget) {
+    std::vector<float> values(kTwoMeasures, 0.0f);
+    AddPulses(&values, 100, 7, 3.0f);
+    AddPulses(&values, 500, 12, 2.1f); // above 2.44140625 / 1.2 = 2.0345
+    EXPECT_EQ(Search(values), 19);
+}
+
+TEST_F(ImpactSearchTest, SlopeSearchRunsSixtyTwoTimes) {
+    // The last threshold is 2.44140625 / 1.2^61 = 3.61e-5; one more would be 3.01e-5.
+    m_points.Add(5);
+    std::vector<float> values(kTwoMeasures, 0.0f);
+    AddPulses(&values, 100, 1, 3.5e-5f);
+    EXPECT_EQ(Search(values), 0);
+    EXPECT_THAT(m_points.Points(), IsEmpty());
+    AddPulses(&values, 500, 1, 3.7e-5f);
+    EXPECT_EQ(Search(values), 1);
+    EXPECT_THAT(m_points.Points(), ElementsAre(499 * kPerElement));
+}
+
+TEST_F(ImpactSearchTest, RatioSearchRunsNineteenTimes) {
+    // The last ratio is 30 / 1.2^18 = 1.127; one more would be 0.939, which fits everywhere.
+    std::vector<float> values(kTwoMeasures, 1.0f);
+    AddPulses(&values, 100, 1, 1.1f);
+    EXPECT_EQ(SearchRatios(values), 0);
+    AddPulses(&values, 500, 1, 1.15f);
+    EXPECT_EQ(SearchRatios(values), 1);
+    EXPECT_THAT(m_points.Points(), ElementsAre(500 * kPerElement)); // the peak, not the foot
+}
+
+TEST_F(ImpactSearchTest, TargetOfNoneOnlySorts) {
+    // 504 * 256 = 129024 samples are less than a measure at 82 BPM.
+    std::vector<float> values(504, 0.0f);
+    AddPulses(&values, 100, 5, 3.0f);
+    m_points.Add(9);
+    m_points.Add(4);
+    EXPECT_EQ(Search(values), 0);
+    EXPECT_THAT(m_points.Points(), ElementsAre(4, 9));
+    EXPECT_EQ(SearchRatios(values), 0);
+    EXPECT_THAT(m_points.Points(), ElementsAre(4, 9));
+}
+
+TEST_F(ImpactSearchTest, OneMeasureIsEnoughForATarget) {
+    // 505 * 256 = 129280 samples: one measure, hence a target of 4.
+    std::vector<float> values(505, 0.0f);
+    AddPulses(&values, 100, 5, 3.0f);
+    EXPECT_EQ(Search(values), 5);
+}
+
+TEST_F(ImpactSearchTest, CancelledSearchLeavesThePoints) {
+    std::vector<float> values(kTwoMeasures, 0.0f);
+    AddPulses(&values, 100, 8, 3.0f);
+    m_points.Add(9);
+    m_points.Add(4);
+    m_cancel.Set();
+    EXPECT_EQ(Search(values), 0);
+    EXPECT_THAT(m_points.Points(), ElementsAre(4, 9));
+}
+
+TEST_F(ImpactSearchTest, RangeSearchGivesEachTenSecondsTheirThreshold) {
+    // A segment has 441000 / 256 = 1722 elements, 440832 samples: 3 measures, a target of 12. The
+    // loud segment has 12 pulses at the first threshold, so its faint ones are not looked for.
+    constexpr std::size_t kSegment = 1722;
+    std::vector<float> values(2 * kSegment, 0.0f);
+    AddPulses(&values, 100, 12, 3.0f);
+    AddPulses(&values, 1000, 12, 0.01f);
+    AddPulses(&values, kSegment + 100, 12, 0.01f);
+    CPfPcmThumbnail const thumb = MakeEnvelope(values, kRate, kPerElement);
+    m_points.Add(5); // emptied first
+    EXPECT_EQ(m_finder.BuildImpactPointsRange(&thumb, kPointsPerMeasure, &m_points), 24);
+    EXPECT_EQ(m_points.Points()[0], 99 * kPerElement);
+    EXPECT_EQ(m_points.Points()[11], (99 + 11 * 40) * kPerElement);
+    EXPECT_EQ(m_points.Points()[12], static_cast<std::int64_t>(kSegment + 99) * kPerElement);
+}
+
+TEST_F(ImpactSearchTest, RangeSearchOfLessThanAMeasureFindsNothing) {
+    std::vector<float> values(504, 0.0f);
+    AddPulses(&values, 100, 5, 3.0f);
+    CPfPcmThumbnail const thumb = MakeEnvelope(values, kRate, kPerElement);
+    m_points.Add(5);
+    EXPECT_EQ(m_finder.BuildImpactPointsRange(&thumb, kPointsPerMeasure, &m_points), 0);
+    EXPECT_THAT(m_points.Points(), IsEmpty());
+}
+
+TEST_F(ImpactSearchTest, RangeSearchEndsWhereASegmentHasNoElement) {
+    // At 10 samples a second ten seconds are 100 samples, less than one element.
+    std::vector<float> const values(600, 0.0f);
+    CPfPcmThumbnail const thumb = MakeEnvelope(values, 10, kPerElement);
+    EXPECT_EQ(m_finder.BuildImpactPointsRange(&thumb, kPointsPerMeasure, &m_points), 0);
+}
