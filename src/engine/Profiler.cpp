@@ -9,6 +9,10 @@
 #include <cstdio>
 
 void CProfiler::SendProfileProgress(std::uint8_t percent) {
+    if (m_sink) {
+        m_sink(percent);
+        return;
+    }
     std::array<char, 8> text{};
     (void)std::snprintf(text.data(), text.size(), "%2d%%", int{percent});
     CUserInfo const userInfo{{kUserDataKey, m_pUserData}, {kPercentKey, std::string(text.data())}};

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -67,4 +68,18 @@ TEST(ProfilerTest, CancelSetsItsOwnFlag) {
     EXPECT_FALSE(profiler.IsCancelled());
     profiler.CancelProfile();
     EXPECT_TRUE(profiler.IsCancelled());
+}
+
+TEST(ProfilerTest, SinkHearsThePercentsAndTheCentreDoesNot) {
+    CProgressEar const ear;
+    std::vector<int> percents;
+    CProfiler profiler(nullptr);
+    profiler.SetSink([&](std::uint8_t percent) { percents.push_back(percent); });
+    profiler.SendProfileProgress(0);
+    profiler.SendProfileProgress(100);
+    EXPECT_EQ(percents, (std::vector<int>{0, 100}));
+    EXPECT_EQ(ear.m_nKeys, 0U);
+    profiler.SetSink(nullptr);
+    profiler.SendProfileProgress(7);
+    EXPECT_EQ(ear.m_sPercent, " 7%");
 }
