@@ -255,11 +255,16 @@ void CProfileRun::StoreLength() {
 std::int32_t CProfileBuilder::BuildProfile(CProfiler* profiler, IPcmReader* reader,
                                            CProfileResults* results, CFingerprint* print,
                                            CFingerprint* largePrint) {
+    m_bComplete = false;
+    CProfiler silent(nullptr);
+    silent.SetSink([](std::uint8_t) {});
+    profiler = profiler != nullptr ? profiler : &silent;
     try {
-        CProfileRun run(&m_cancel, m_pObserver, profiler, results);
+        CProfileRun run(m_pCancel, m_pObserver, profiler, results);
         profiler->SendProfileProgress(kStartPercent);
         if (reader->IsValid() == kStatusOk && run.Listen(reader, print, largePrint)) {
             run.Analyse();
+            m_bComplete = true;
         }
     } catch (std::bad_alloc const&) {
         // Without memory the record keeps what it has; nothing is thrown out of the engine.

@@ -11,6 +11,7 @@
 #include "engine/envelope/PcmThumbnail.h"
 #include "engine/print/Fingerprint.h"
 #include "support/ClickTrack.h"
+#include "support/FailingAllocation.h"
 
 #include <cmath>
 #include <cstdint>
@@ -222,4 +223,46 @@ TEST(ProfileBuilderTest, SamplesThatAreNoNumbersGiveAFiniteTempoTwiceTheSame) {
         EXPECT_TRUE(first.m_results.GetMeasMarks() == second.m_results.GetMeasMarks()) << odd;
         EXPECT_EQ(first.m_vProgress.back(), "100%") << odd;
     }
+}
+
+TEST(ProfileBuilderTest, SaysWhetherItCameToTheEnd) {
+    std::vector<float> const samples = MakeClickTrack(120.0, 3.0);
+    CTestReader reader(samples);
+    EXPECT_TRUE(CRun(reader).m_builder.IsComplete());
+    reader.m_nValid = kStatusFailure;
+    EXPECT_FALSE(CRun(reader).m_builder.IsComplete());
+}
+
+TEST(ProfileBuilderTest, WithoutMemoryForThePassItIsNotComplete) {
+    std::vector<float> const samples = MakeClickTrack(120.0, 3.0);
+    CTestReader reader(samples);
+    CProfileBuilder builder;
+    CProfileResults results;
+    {
+        CFailingAllocation const failing;
+        (void)builder.BuildProfile(nullptr, &reader, &results, nullptr, nullptr);
+    }
+    EXPECT_FALSE(builder.IsComplete());
+    EXPECT_EQ(results.GetBpm(), 0.0f);
+}
+
+TEST(ProfileBuilderTest, WithoutAProfilerTheResultIsTheSame) {
+    std::vector<float> const samples = MakeClickTrack(120.0, 3.0);
+    CTestReader reader(samples);
+    CRun const run(reader);
+    CProfileResults results;
+    (void)CProfileBuilder().BuildProfile(nullptr, &reader, &results, nullptr, nullptr);
+    EXPECT_TRUE(results == run.m_results);
+}
+
+TEST(ProfileBuilderTest, TheCallersFlagEndsThePass) {
+    std::vector<float> const samples = MakeClickTrack(120.0, 3.0);
+    CTestReader reader(samples);
+    CCancelFlag flag;
+    flag.Set();
+    CProfileBuilder builder(&flag);
+    CProfileResults results;
+    (void)builder.BuildProfile(nullptr, &reader, &results, nullptr, nullptr);
+    EXPECT_FALSE(builder.IsComplete());
+    EXPECT_EQ(results.GetBpm(), 0.0f);
 }
