@@ -12,9 +12,10 @@ ROOMS = {
     "platform": {"platform", "base"},
     "engine": {"engine", "base"},
     "IDTag": {"IDTag", "base"},
-    "app": {"app", "engine", "IDTag", "platform", "base"},
-    "desktop": {"desktop", "app", "engine", "IDTag", "platform", "base"},
-    "cli": {"cli", "app", "engine", "IDTag", "platform", "base"},
+    "song": {"song", "engine", "IDTag", "platform", "base"},
+    "app": {"app", "song", "engine", "IDTag", "platform", "base"},
+    "desktop": {"desktop", "app", "song", "engine", "IDTag", "platform", "base"},
+    "cli": {"cli", "app", "song", "engine", "IDTag", "platform", "base"},
 }
 # What only these files may include, by the start of the header's name.
 TOOLKITS = {

@@ -8,7 +8,6 @@
 
 #include "app/BPMFile.h"
 #include "app/MacThread.h"
-#include "app/SamplePass.h"
 #include "base/FileManager.h"
 #include "base/NotificationCenter.h"
 #include "base/SmartPtr.h"
@@ -17,6 +16,7 @@
 #include "engine/Profiler.h"
 #include "engine/print/Fingerprint.h"
 #include "platform/AudioDecoder.h"
+#include "song/SamplePass.h"
 
 #include <array>
 #include <charconv>

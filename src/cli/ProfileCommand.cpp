@@ -3,7 +3,6 @@
 
 #include "cli/ProfileCommand.h"
 
-#include "app/SamplePass.h"
 #include "base/CString.h"
 #include "base/NotificationCenter.h"
 #include "base/SmartPtr.h"
@@ -19,6 +18,7 @@
 #include "engine/Profiler.h"
 #include "engine/print/Fingerprint.h"
 #include "platform/AudioDecoder.h"
+#include "song/SamplePass.h"
 
 #include <CLI/CLI.hpp>
 #include <cstdlib>

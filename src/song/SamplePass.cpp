@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
-#include "app/SamplePass.h"
+#include "song/SamplePass.h"
 
 #include <algorithm>
 
