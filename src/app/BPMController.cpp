@@ -11,6 +11,7 @@
 #include "app/ControllerRow.h"
 #include "app/RowTags.h"
 #include "base/FileUtil.h"
+#include "song/AudioKinds.h"
 
 #include <charconv>
 #include <utility>
@@ -35,7 +36,7 @@ int PercentIn(std::string const& text) {
 
 BPMController::BPMController(IBpmView& view)
     : m_view(view),
-      m_sSupportedExts("wav;mp3;aiff;aif;caf;m4a"),
+      m_sSupportedExts(ListedExtensions()),
       m_pFileAnalyzer(std::make_unique<CFileAnalyzer>()) {
 }
 
