@@ -3,15 +3,16 @@
 
 #include "engine/PcmReader.h"
 
+#include "engine/envelope/Tempo.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
 
 namespace {
 
-constexpr std::uint32_t kSampleRate = 44100; // Fixed: the engine's rate.
 constexpr std::uint16_t kBytesPerSample = 4; // Standard: IEEE 754 binary32.
-constexpr std::uint32_t kBytesPerSecond = kSampleRate * kBytesPerSample; // Derived: one channel.
+constexpr std::uint32_t kBytesPerSecond = kEngineRateHz * kBytesPerSample; // Derived: one channel.
 
 constexpr std::uint16_t kFormatTagFloat = 3; // Standard: WAVE_FORMAT_IEEE_FLOAT of mmreg.h.
 
@@ -40,7 +41,7 @@ CStatus CPcmReader::IsValid() {
 }
 
 CStatus CPcmReader::GetSampleRate(std::uint32_t* rate) {
-    *rate = kSampleRate;
+    *rate = kEngineRateHz;
     return kStatusOk;
 }
 
@@ -60,7 +61,7 @@ CStatus CPcmReader::GetFormatInfo(std::uint8_t* record, std::uint32_t* bitRate) 
         std::fill_n(record, kFormatRecordBytes, std::uint8_t{0});
         PutField(record, 0, kFormatTagFloat);
         PutField(record, 2, std::uint16_t{1}); // channels
-        PutField(record, 4, kSampleRate);
+        PutField(record, 4, kEngineRateHz);
         PutField(record, 8, kBytesPerSecond);
         PutField(record, 12, kBytesPerSample);   // block align
         PutField(record, 14, std::uint16_t{32}); // bits per sample

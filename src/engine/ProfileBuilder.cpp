@@ -23,6 +23,7 @@
 #include "engine/beats/BeatPattern.h"
 #include "engine/envelope/ImpactPoints.h"
 #include "engine/envelope/PcmThumbnail.h"
+#include "engine/envelope/Tempo.h"
 #include "engine/envelope/ThumbnailBuilder.h"
 #include "engine/mix/MixParamGen.h"
 #include "engine/notes/KeyDetector.h"
@@ -37,7 +38,6 @@
 
 namespace {
 
-constexpr double kWorkingRate = 44100.0;       // Fixed: rate of the stages, samples per second.
 constexpr std::uint16_t kFrameLength = 256;    // Fixed: samples per element of the energy.
 constexpr std::uint16_t kPointsPerMeasure = 4; // Fixed: onsets wanted, one a beat.
 constexpr std::uint16_t kHoodDivisor = 2;      // Fixed: hoods of half a measure.
@@ -62,7 +62,7 @@ public:
           m_pObserver(observer),
           m_pProfiler(profiler),
           m_pResults(results),
-          m_builder(cancel, kWorkingRate) {}
+          m_builder(cancel, kEngineRateHz) {}
 
     /// The pass and what comes straight out of it. Returns: false when it was cancelled or failed.
     bool Listen(IPcmReader* reader, CFingerprint* print, CFingerprint* largePrint);

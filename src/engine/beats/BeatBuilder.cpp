@@ -10,6 +10,7 @@
 
 #include "engine/beats/BeatBuilder.h"
 
+#include "engine/envelope/Tempo.h"
 #include "engine/tempo/ImpactFinder.h"
 
 #include <algorithm>
@@ -18,8 +19,6 @@ namespace {
 
 constexpr std::uint16_t kPointsPerMeasure = 8;      // Fixed: a grid step is half a beat.
 constexpr std::uint32_t kPointsPerMeasureShift = 3; // Derived: log2 of the points per measure.
-constexpr float kMeasuresPerBeat = 0.25f;           // Fixed: a measure is always four beats.
-constexpr float kSecondsPerMinute = 60.0f;          // Standard: beats per minute.
 constexpr std::int64_t kConfidenceElements = 8;     // Fixed: elements on each side of a point.
 
 float BpmOfInterval(float interval, std::uint32_t sampleRate, float bpm) {

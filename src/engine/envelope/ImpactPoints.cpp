@@ -3,7 +3,7 @@
 
 #include "engine/envelope/ImpactPoints.h"
 
-#include "engine/envelope/PcmThumbnail.h"
+#include "engine/envelope/Tempo.h"
 
 #include <algorithm>
 #include <optional>

@@ -3,17 +3,14 @@
 
 #include "engine/envelope/PcmThumbnail.h"
 
-#include "base/Rounding.h"
 #include "engine/envelope/ImpactPoints.h"
+#include "engine/envelope/Tempo.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
 
 namespace {
-
-constexpr float kMeasuresPerBeat = 0.25f;  // Fixed: a measure is always four beats.
-constexpr float kSecondsPerMinute = 60.0f; // Standard: beats per minute to beats per second.
 
 /// The larger value; the current one on a tie.
 float Larger(float current, float candidate) {
@@ -26,14 +23,6 @@ float Smaller(float current, float candidate) {
 }
 
 } // namespace
-
-std::uint32_t SamPerMeas(float bpm, std::uint32_t sampleRate) {
-    float const measuresPerSecond = bpm * kMeasuresPerBeat / kSecondsPerMinute;
-    if (measuresPerSecond == 0.0f) {
-        return 0;
-    }
-    return TruncateTo<std::uint32_t>(static_cast<float>(sampleRate) / measuresPerSecond);
-}
 
 CPfPcmThumbnail::CPfPcmThumbnail(CPfPcmThumbnail const& other) {
     *this = other;

@@ -10,12 +10,6 @@
 
 class CPfImpactPoints;
 
-/// Samples in one measure of four beats.
-/// Units: `bpm` in beats per minute, `sampleRate` in samples per second.
-/// Returns: sampleRate / ((bpm * 0.25) / 60), each step in single precision, truncated; 0 when the
-/// measures per second come out as exactly 0. 120 BPM at 44100 Hz: 88200.
-[[nodiscard]] std::uint32_t SamPerMeas(float bpm, std::uint32_t sampleRate);
-
 /// The engine's envelope: an owned array of floats, each of which stands for the same number of
 /// consecutive samples, with the rate and the length of the audio that it describes. Element i
 /// covers the samples from i times samples per element on; there is no start offset.

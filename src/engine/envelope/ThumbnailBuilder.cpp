@@ -12,6 +12,7 @@
 #include "engine/PcmReader.h"
 #include "engine/Profiler.h"
 #include "engine/envelope/PcmThumbnail.h"
+#include "engine/envelope/Tempo.h"
 #include "engine/notes/NoteDetector.h"
 #include "engine/print/Fingerprint.h"
 #include "engine/signal/SpecEngBuilder.h"
@@ -30,9 +31,8 @@
 
 namespace {
 
-constexpr std::uint32_t kThumbnailRate = 44100; // Fixed: rate of every thumbnail that is sized.
-constexpr std::int64_t kReadBytes = 24576;      // Fixed: 6144 floats, 24 frames of 256.
-constexpr std::uint32_t kPassPercent = 94;      // Fixed: where the pass ends on the progress scale.
+constexpr std::int64_t kReadBytes = 24576; // Fixed: 6144 floats, 24 frames of 256.
+constexpr std::uint32_t kPassPercent = 94; // Fixed: where the pass ends on the progress scale.
 constexpr std::size_t kFramesHeld = kSpecEngLanes; // Derived: what is transformed side by side.
 constexpr std::uint32_t kFramesPerReport = 2000;   // Fixed: 11.6 s of audio in frames of 256.
 
@@ -144,7 +144,7 @@ bool CPcmThumbnailBuilder::InitThumbnail(IPcmReader* reader, std::uint16_t sampl
     if (rate == 0 || samplesPerElement == 0) {
         return false;
     }
-    (void)thumb->Initialize(ScaleWrapped(sampleCount, kThumbnailRate, rate), kThumbnailRate,
+    (void)thumb->Initialize(ScaleWrapped(sampleCount, kEngineRateHz, rate), kEngineRateHz,
                             samplesPerElement);
     return true;
 }

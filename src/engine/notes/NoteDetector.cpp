@@ -10,6 +10,7 @@
 
 #include "base/Rounding.h"
 #include "engine/Profiler.h"
+#include "engine/envelope/Tempo.h"
 #include "engine/envelope/ThumbnailBuilder.h"
 #include "engine/notes/NoteSearch.h"
 
@@ -18,7 +19,6 @@
 
 namespace {
 
-constexpr std::uint32_t kSampleRate = 44100;      // Fixed: whatever the reader's rate.
 constexpr std::int32_t kBufferSamples = 65536;    // Fixed: capacity of the buffer.
 constexpr std::int32_t kSearchAbove = 61439;      // Fixed: fill above which a stride is searched.
 constexpr std::int32_t kStrideSamples = 32768;    // Fixed: samples that one search is through with.
@@ -43,7 +43,7 @@ CPfNoteDetector::CPfNoteDetector(IPcmReader* reader, CPcmThumbnailBuilder* build
                                  CPfPcmThumbnail* thumb)
     : m_pThumb(thumb), m_pThumbBuilder(builder) {
     (void)builder->InitThumbnail(reader, kSamplesPerElement, thumb);
-    m_filter.Init(kSampleRate);
+    m_filter.Init(kEngineRateHz); // whatever the reader's rate
     m_filter.SetSectionCount(kFilterSections);
     for (int i = 0; i < kFilterSections; ++i) {
         m_filter.SetSection(i, CIIRFilt::kLowPass, kFilterHz, kFilterDamping);
@@ -51,7 +51,7 @@ CPfNoteDetector::CPfNoteDetector(IPcmReader* reader, CPcmThumbnailBuilder* build
     m_filter.setfilt();
     m_pBuffer.reset(new (std::nothrow) float[kBufferSamples]);
     for (double const period : g_fNotePeriods) {
-        m_vPeriods.Add(TruncateToInt32(kSampleRate * period));
+        m_vPeriods.Add(TruncateToInt32(kEngineRateHz * period));
     }
 }
 

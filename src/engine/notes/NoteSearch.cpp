@@ -7,6 +7,7 @@
 #include "engine/notes/NoteSearch.h"
 
 #include "base/TimeUtil.h"
+#include "engine/envelope/Tempo.h"
 #include "engine/notes/NoteDetector.h"
 #include "engine/notes/NoteSearchLanes.h"
 #include "engine/signal/CpuFeatures.h"
@@ -78,7 +79,7 @@ void SearchNotesPlain(CNoteSearch const& search, CPfNoteMap* map) {
         if (peak < kQuietestNotePeak) {
             continue;
         }
-        std::int64_t const time = SamplePosToTime(search.m_nBasePos + i, kNoteSampleRate);
+        std::int64_t const time = SamplePosToTime(search.m_nBasePos + i, kEngineRateHz);
         for (std::size_t note = 0; note < search.m_vPeriods.size(); ++note) {
             float strength = 0.0f;
             if (TestNote(search, i, search.m_vPeriods[note], kAllowedNoteDifference * peak,

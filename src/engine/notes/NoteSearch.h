@@ -8,11 +8,10 @@
 
 class CPfNoteMap;
 
-constexpr float kQuietestNotePeak = 0.01f;       // Fixed: quieter crossings are skipped.
-constexpr float kAllowedNoteDifference = 0.6f;   // Fixed: of the peak, between repetitions.
-constexpr std::int32_t kNotePeakStep = 8;        // Fixed: the peak is one of every eighth sample.
-constexpr std::int32_t kNoteRepetitions = 4;     // Fixed: periods compared with the first.
-constexpr std::uint32_t kNoteSampleRate = 44100; // Fixed: rate of the note search.
+constexpr float kQuietestNotePeak = 0.01f;     // Fixed: quieter crossings are skipped.
+constexpr float kAllowedNoteDifference = 0.6f; // Fixed: of the peak, between repetitions.
+constexpr std::int32_t kNotePeakStep = 8;      // Fixed: the peak is one of every eighth sample.
+constexpr std::int32_t kNoteRepetitions = 4;   // Fixed: periods compared with the first.
 
 /// What the search of one stretch works on.
 struct CNoteSearch {

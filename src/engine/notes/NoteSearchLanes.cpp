@@ -14,6 +14,7 @@
 #if defined(__x86_64__)
 
 #include "base/TimeUtil.h"
+#include "engine/envelope/Tempo.h"
 #include "engine/notes/NoteDetector.h"
 
 #include <algorithm>
@@ -233,7 +234,7 @@ void CLaneSearch::Flush() {
         CFoundNote const& note = m_notes[i];
         (void)m_pMap->AddDetection(
             static_cast<std::uint32_t>(note.m_nNote),
-            SamplePosToTime(m_search.m_nBasePos + note.m_nCrossing, kNoteSampleRate),
+            SamplePosToTime(m_search.m_nBasePos + note.m_nCrossing, kEngineRateHz),
             note.m_fStrength);
     }
     m_nHeld = 0;

@@ -143,5 +143,5 @@ private:
     std::int32_t m_nOrder = 2;
     std::int32_t m_nMappingError = 0;
     float m_fOverallGain = 1.0f;
-    double m_dSamplePeriod = 1.0 / 44100.0;
+    double m_dSamplePeriod = 1.0; // seconds; `Init` sets it
 };

@@ -7,6 +7,7 @@
 #include "engine/tempo/BpmDetector.h"
 
 #include "engine/envelope/ImpactPoints.h"
+#include "engine/envelope/Tempo.h"
 
 #include <algorithm>
 #include <array>
@@ -16,14 +17,13 @@
 
 namespace {
 
-constexpr float kSlowestTempoBpm = 82.0f;        // Fixed: first candidate.
 constexpr float kTempoStepBpm = 0.1f;            // Fixed: step, added up in single precision.
 constexpr int kCandidates = 820;                 // Fixed: the last lies near 163.9 BPM.
 constexpr std::size_t kMostPositions = 512;      // Fixed: later points of a window don't count.
 constexpr std::uint32_t kBins = 40;              // Fixed: bins of a period.
 constexpr std::uint32_t kToleranceFraction = 10; // Fixed: a tenth of a period, about four bins.
 constexpr int kWindows = 9;                      // Fixed: window k starts at k tenths.
-constexpr std::int64_t kWindowSamples = 882'000; // Fixed: 20 s at 44100 Hz, at every rate.
+constexpr std::int64_t kWindowSamples = 20 * kEngineRateHz; // Fixed: 20 s at 44100 Hz, always.
 constexpr std::array<std::uint16_t, 2> kDivisions = {4, 8}; // Fixed: periods to the measure.
 constexpr float kFastestFoldedBpm = 100.0f;                 // Fixed: above it nothing is doubled.
 constexpr float kHalfBeatPercent = 53.0f;                   // Fixed: share of half-beat intervals.
@@ -114,7 +114,7 @@ float CPfBpmDetector::DetectBpmWindow(CPfImpactPoints const* points, std::int64_
     }
     std::int32_t best = 0;
     float bestBpm = 0.0f;
-    float bpm = kSlowestTempoBpm;
+    float bpm = kSlowestTempoBpm; // the first candidate
     for (int candidate = 0; candidate < kCandidates && !IsCancelled(); ++candidate) {
         std::uint32_t const period = points->SamPerMeas(bpm) / divisions;
         std::uint32_t const bin = period / kBins;

@@ -8,13 +8,13 @@
 
 #include "engine/envelope/ImpactPoints.h"
 #include "engine/envelope/PcmThumbnail.h"
+#include "engine/envelope/Tempo.h"
 
 #include <algorithm>
 #include <span>
 
 namespace {
 
-constexpr float kSlowestTempoBpm = 82.0f;     // Fixed: lower edge of the tempo band.
 constexpr std::uint32_t kHoldElements = 4;    // Fixed: elements passed over after a detection.
 constexpr float kFirstSlope = 2.44140625f;    // Fixed: first threshold of the slope search.
 constexpr float kFirstRatio = 30.0f;          // Fixed: first threshold of the ratio search.

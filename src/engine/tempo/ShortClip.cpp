@@ -5,11 +5,13 @@
 
 #include "engine/ProfileBuilder.h"
 
+#include "engine/envelope/Tempo.h"
+
 namespace {
 
 constexpr std::uint32_t kShortClipSeconds = 30;      // Fixed: clips under this get the rule.
 constexpr double kBeatSecondsPerMinuteMeasure = 240; // Derived: 4 beats * 60 s.
-constexpr double kSlowestBpm = 82.0;                 // Fixed: lower edge of the tempo band.
+constexpr double kSlowestBpm = static_cast<double>(kSlowestTempoBpm);
 // Deliberate: the upper edge lies above the fastest candidate of 163.9, as a float widened.
 constexpr double kFastestBpm = static_cast<double>(164.01f);
 constexpr int kMostSteps = 202; // Fixed: doublings or halvings before giving up.
