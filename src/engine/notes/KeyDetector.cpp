@@ -8,7 +8,7 @@
 
 #include "engine/ProfileResults.h"
 #include "engine/Profiler.h"
-#include "engine/notes/NoteDetector.h"
+#include "engine/notes/NoteMap.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include "base/Status.h"
 #include "base/VectorArray.h"
-#include "engine/beats/BlockedList.h"
+#include "engine/notes/NoteMap.h"
 #include "engine/signal/IIRFilt.h"
 
 #include <cstdint>
@@ -15,58 +15,6 @@ class CPcmThumbnailBuilder;
 class CPfPcmThumbnail;
 class CProfiler;
 class IPcmReader;
-
-/// One bass note heard.
-struct CPfNoteDetection {
-    CPfNoteDetection() = default;
-    CPfNoteDetection(std::uint32_t note, std::int64_t time, double strength)
-        : m_nTime(time),
-          m_nNote(static_cast<std::uint16_t>(note)),
-          m_fStrength(static_cast<float>(strength)) {}
-
-    std::int64_t m_nTime = 0;  // microseconds
-    std::uint16_t m_nNote = 0; // 0 .. 23, semitones above C at 32.703 Hz
-    float m_fStrength = 0.0f;  // just below 1; NaN for a note at the stream's very end
-};
-
-/// Notes heard, the strongest first but for the ones that `AddDetection` tells of. Owns its items.
-/// Thread: one thread at a time.
-class CPfNoteMap {
-public:
-    CPfNoteMap() = default;
-    CPfNoteMap(CPfNoteMap const&) = delete;
-    CPfNoteMap& operator=(CPfNoteMap const&) = delete;
-    virtual ~CPfNoteMap() = default;
-
-    /// Puts a note in its place: behind all when it is weaker than every one so far, else in front
-    /// of those that are not stronger, the newest first among equals. The first item is never
-    /// compared, so a new strongest one becomes the second, and so does one without a strength
-    /// (NaN); in a list of one it becomes the first. Pointers from `EnumItems` lapse.
-    /// Returns: `kStatusOk`.
-    CStatus AddDetection(std::uint32_t note, std::int64_t time, float strength);
-
-    /// Keeps an item only if none kept so far, in list order, lies within `window` either way, its
-    /// ends included, whatever the notes.
-    /// Units: microseconds. Returns: `kStatusOk`.
-    CStatus RemoveSimilarItems(std::int64_t window);
-
-    /// The i-th item, which stays the map's. Returns: `kStatusNothing`, `item` untouched, outside
-    /// [0, count).
-    CStatus EnumItems(std::int32_t i, CPfNoteDetection** item);
-
-    /// Hook for a listing of the map; does nothing.
-    void ReportItems() const {}
-
-    [[nodiscard]] std::uint32_t GetCount() const { return m_items.GetCount(); }
-
-private:
-    // Tuned: BM_NoteMapAdd; 4 KiB a block.
-    static constexpr std::uint32_t kBlockItems = 256;
-    using CItems = CBlockedList<CPfNoteDetection, kBlockItems>;
-
-    CItems m_items;
-    float m_fSmallest = 0.0f;
-};
 
 /// Listens to the low end of the stream: filters it at 120 Hz, looks behind every upward zero
 /// crossing for a stretch that repeats at the period of one of 24 bass notes, and fills a thumbnail

@@ -3,7 +3,7 @@
 //
 // Order of the notes heard (AddDetection) and the pruning of those near stronger ones.
 
-#include "engine/notes/NoteDetector.h"
+#include "engine/notes/NoteMap.h"
 
 #include <limits>
 #include <set>

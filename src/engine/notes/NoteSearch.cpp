@@ -8,7 +8,7 @@
 
 #include "base/TimeUtil.h"
 #include "engine/envelope/Tempo.h"
-#include "engine/notes/NoteDetector.h"
+#include "engine/notes/NoteMap.h"
 #include "engine/notes/NoteSearchLanes.h"
 #include "engine/signal/CpuFeatures.h"
 

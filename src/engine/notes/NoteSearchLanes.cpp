@@ -15,7 +15,7 @@
 
 #include "base/TimeUtil.h"
 #include "engine/envelope/Tempo.h"
-#include "engine/notes/NoteDetector.h"
+#include "engine/notes/NoteMap.h"
 
 #include <algorithm>
 #include <array>

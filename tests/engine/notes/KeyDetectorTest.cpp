@@ -5,7 +5,7 @@
 
 #include "engine/ProfileResults.h"
 #include "engine/Profiler.h"
-#include "engine/notes/NoteDetector.h"
+#include "engine/notes/NoteMap.h"
 
 #include <array>
 #include <gtest/gtest.h>

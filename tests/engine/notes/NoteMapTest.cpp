@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
-#include "engine/notes/NoteDetector.h"
+#include "engine/notes/NoteMap.h"
 
 #include "support/NoteOracle.h"
 

@@ -3,7 +3,7 @@
 
 #include "engine/notes/NoteSearch.h"
 
-#include "engine/notes/NoteDetector.h"
+#include "engine/notes/NoteMap.h"
 #include "support/ClickTrack.h"
 
 #include <bit>

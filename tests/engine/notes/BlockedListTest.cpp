@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
-#include "engine/beats/BlockedList.h"
+#include "engine/notes/BlockedList.h"
 
 #include <gtest/gtest.h>
 #include <random>
