@@ -23,7 +23,6 @@ namespace {
 constexpr float kAttackLevel = 0.4f;        // Fixed: rise over the base, in running averages.
 constexpr float kAttackRatio = 2.0f;        // Fixed: rise over the base, in bases.
 constexpr std::uint32_t kLeadFraction = 32; // Fixed: the test runs 1/32 measure ahead.
-constexpr double kLinearTolerance = 0.02;   // Fixed: of a step.
 
 /// Loudest element of each grid interval, added up per phase and stretched to 0..1. `turn` is
 /// added to the phase of every interval. Only the points of whole measures take part.
@@ -282,21 +281,5 @@ bool CPfBeatBuilder::BuildBeatPattern(CPfPcmThumbnail const* envelope,
 }
 
 bool CPfBeatBuilder::IsRangeLinear(CPfImpactPoints const* points, std::int32_t i, std::int32_t j) {
-    auto const positions = points->Points();
-    auto const exists = [&positions](std::int32_t k) {
-        return k >= 0 && static_cast<std::size_t>(k) < positions.size();
-    };
-    if (i == j || !exists(i) || !exists(j)) {
-        return false;
-    }
-    auto const at = [&positions](std::int32_t k) { return positions[static_cast<std::size_t>(k)]; };
-    double const step = static_cast<double>(at(j) - at(i)) / static_cast<double>(j - i);
-    std::int64_t const tolerance = TruncateToInt64(step * kLinearTolerance);
-    for (std::int32_t m = i + 1; m < j; ++m) {
-        std::int64_t const even = at(i) + TruncateToInt64(step * static_cast<double>(m - i));
-        if (std::abs(at(m) - even) > tolerance) {
-            return false;
-        }
-    }
-    return true;
+    return ::IsRangeLinear(*points, i, j);
 }

@@ -9,10 +9,14 @@
 #include <limits>
 #include <span>
 
+/// True when every point strictly between i and j lies within 2 % of a step from its even place;
+/// false for i = j and for points that don't exist.
+[[nodiscard]] bool IsRangeLinear(CPfImpactPoints const& points, std::int32_t i, std::int32_t j);
+
 /// A growing run of grid points from an anchor on, forwards or backwards, of which it is asked
 /// again and again whether it is evenly spaced. Every point on the way limits the spacings at which
 /// it still lies near its even place; a spacing well inside the limits of all needs no look at the
-/// points. The answers are those of `CPfBeatBuilder::IsRangeLinear`.
+/// points. The answers are those of `IsRangeLinear`.
 /// Thread: worker. The points must outlive it, unchanged, in ascending order.
 class CPfEvenRun {
 public:

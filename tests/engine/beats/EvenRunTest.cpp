@@ -3,8 +3,6 @@
 
 #include "engine/beats/EvenRun.h"
 
-#include "engine/beats/BeatBuilder.h"
-
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <random>
@@ -31,8 +29,7 @@ TEST(EvenRunTest, AnswersForwardsLikeTheRangeTest) {
         std::int32_t const anchor = static_cast<std::int32_t>(seed % 10);
         CPfEvenRun run(points, anchor);
         for (std::int32_t end = anchor; end < 60; end += 1 + static_cast<std::int32_t>(seed % 8)) {
-            ASSERT_EQ(run.ReachesTo(end), CPfBeatBuilder::IsRangeLinear(&points, anchor, end))
-                << seed << " " << end;
+            ASSERT_EQ(run.ReachesTo(end), IsRangeLinear(points, anchor, end)) << seed << " " << end;
         }
     }
 }
@@ -43,8 +40,7 @@ TEST(EvenRunTest, AnswersBackwardsLikeTheRangeTest) {
         std::int32_t const anchor = 50 + static_cast<std::int32_t>(seed % 10);
         CPfEvenRun run(points, anchor);
         for (std::int32_t end = anchor; end >= 0; end -= 1 + static_cast<std::int32_t>(seed % 8)) {
-            ASSERT_EQ(run.ReachesTo(end), CPfBeatBuilder::IsRangeLinear(&points, end, anchor))
-                << seed << " " << end;
+            ASSERT_EQ(run.ReachesTo(end), IsRangeLinear(points, end, anchor)) << seed << " " << end;
         }
     }
 }
