@@ -31,6 +31,7 @@
 #include "engine/print/Fingerprint.h"
 #include "engine/tempo/BpmDetector.h"
 #include "engine/tempo/ImpactFinder.h"
+#include "engine/tempo/ShortClip.h"
 
 #include <algorithm>
 #include <array>
@@ -276,4 +277,9 @@ std::int32_t CProfileBuilder::BuildProfile(CProfiler* profiler, IPcmReader* read
 bool CProfileBuilder::CancelProfiling() {
     m_cancel.Set();
     return true;
+}
+
+void CProfileBuilder::ShortClipBpmUpdate(std::int64_t sampleCount, std::uint32_t sampleRate,
+                                         float* bpm) {
+    UpdateShortClipBpm(sampleCount, sampleRate, bpm);
 }

@@ -45,9 +45,7 @@ public:
     /// Hears the intermediate results of `BuildProfile`; null for none. Not owned.
     void SetObserver(IProfileObserver* observer) { m_pObserver = observer; }
 
-    /// Tempo at which a clip of less than 30 s is one measure of four beats, doubled or halved into
-    /// the band from 82 to 164.01 BPM; 0 for an empty clip. Any longer clip, and a rate of 0, leave
-    /// `bpm` alone.
+    /// The rule for short clips, `UpdateShortClipBpm` of the tempo room.
     static void ShortClipBpmUpdate(std::int64_t sampleCount, std::uint32_t sampleRate, float* bpm);
 
 private:

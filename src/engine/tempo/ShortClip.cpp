@@ -3,7 +3,7 @@
 //
 // The tempo of a clip that is too short to find one in: the whole clip is one measure.
 
-#include "engine/ProfileBuilder.h"
+#include "engine/tempo/ShortClip.h"
 
 #include "engine/envelope/Tempo.h"
 
@@ -40,8 +40,7 @@ double HalveIntoBand(double bpm) {
 
 } // namespace
 
-void CProfileBuilder::ShortClipBpmUpdate(std::int64_t sampleCount, std::uint32_t sampleRate,
-                                         float* bpm) {
+void UpdateShortClipBpm(std::int64_t sampleCount, std::uint32_t sampleRate, float* bpm) {
     // The product wraps at 32 bits: rates above 143 MHz are short at odd lengths.
     std::uint32_t const shortClipSamples = sampleRate * kShortClipSeconds;
     if (sampleRate == 0 || sampleCount >= std::int64_t{shortClipSamples}) {
