@@ -17,12 +17,52 @@ ROOMS = {
     "desktop": {"desktop", "app", "song", "engine", "IDTag", "platform", "base"},
     "cli": {"cli", "app", "song", "engine", "IDTag", "platform", "base"},
 }
+# The rooms of the engine, each with those that it reaches besides itself. A name with a slash is a
+# family that stands apart from its room.
+ENGINE = {
+    "signal": set(),
+    "envelope/Tempo": set(),
+    "source": {"envelope/Tempo"},
+    "envelope": {"envelope/Tempo", "source"},
+    "tempo": {"envelope", "envelope/Tempo"},
+    "beats": {"tempo", "envelope", "envelope/Tempo"},
+    "record": {"beats", "envelope"},
+    "notes": {"signal", "envelope", "envelope/Tempo", "source", "record"},
+    "print": {"envelope"},
+    "mix": {"tempo", "envelope", "record"},
+}
+ENGINE["run"] = set(ENGINE)
+# The families directly in src/engine: what a run is given, what it fills, and the run itself.
+ENGINE_TOP = {
+    "PcmReader": "source",
+    "Profiler": "source",
+    "ProfileResults": "record",
+    "ProfileResultsCurve": "record",
+    "ProfileBuilder": "run",
+    "ProfileObserver": "run",
+    "SpectralPass": "run",
+}
 # What only these files may include, by the start of the header's name.
 TOOLKITS = {
     r"Q[A-Z]|Qt": lambda path: path.parts[1] == "desktop",
     r"lib(av|sw)": lambda path: path.as_posix() == "src/platform/AudioDecoder.cpp",
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]', re.M)
+
+
+def engine_room(name):
+    """The engine's room that a header or source belongs to, by its path below src/engine."""
+    family = name.rsplit(".", 1)[0]
+    if family in ENGINE:
+        return family
+    return family.split("/")[0] if "/" in family else ENGINE_TOP[family]
+
+
+def engine_complaints(path, name):
+    source = engine_room(path.relative_to("src/engine").as_posix())
+    target = engine_room(name.removeprefix("engine/"))
+    if target != source and target not in ENGINE[source]:
+        yield f"{path}: includes {name}, which {source} of the engine does not reach"
 
 
 def complaints(root):
@@ -35,6 +75,8 @@ def complaints(root):
             target = name.split("/")[0]
             if quote == '"' and "/" in name and target not in ROOMS[room]:
                 yield f"{path}: includes {name}, which {room} does not reach"
+            if quote == '"' and room == target == "engine":
+                yield from engine_complaints(path, name)
             for start, allowed in TOOLKITS.items():
                 if re.match(start, name) and not allowed(path):
                     yield f"{path}: includes {name}, which belongs to another room"

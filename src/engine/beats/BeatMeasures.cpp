@@ -10,8 +10,6 @@
 #include "engine/beats/BeatBuilder.h"
 #include "engine/beats/EvenRun.h"
 
-#include "base/Rounding.h"
-
 #include <algorithm>
 #include <cmath>
 #include <deque>
