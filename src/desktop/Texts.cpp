@@ -72,28 +72,46 @@ QString WriteProblemText(EWriteProblem problem) {
         break;
     case EWriteProblem::OtherExtension:
         return CTexts::tr("only MP3 files are tagged");
+    case EWriteProblem::LinkTarget:
+        return CTexts::tr("its name is a link to a file of another kind");
     case EWriteProblem::OtherFormat:
         return CTexts::tr("it is an MP4 file under an MP3's name");
+    case EWriteProblem::NotMpegAudio:
+        return CTexts::tr("it is not MPEG audio");
+    case EWriteProblem::Damaged:
+        return CTexts::tr("too much of it is damaged");
+    case EWriteProblem::EndsEarly:
+        return CTexts::tr("it ends early");
     case EWriteProblem::NotWritable:
         return CTexts::tr("the file cannot be written to");
     case EWriteProblem::FileTooLarge:
         return CTexts::tr("the file is too large");
+    case EWriteProblem::FileSizeLimit:
+        return CTexts::tr("it would pass the limit on file sizes");
     case EWriteProblem::TagUnreadable:
         return CTexts::tr("its tag is damaged");
     case EWriteProblem::UnknownData:
         return CTexts::tr("its tag holds data that would be lost");
     case EWriteProblem::UnknownFrameId:
         return CTexts::tr("its old tag holds frames that would be lost");
+    case EWriteProblem::EncodedFrames:
+        return CTexts::tr("its tag holds compressed, encrypted or grouped frames");
     case EWriteProblem::TagTooLarge:
         return CTexts::tr("its tag would become too large");
     case EWriteProblem::InUse:
         return CTexts::tr("another program is writing to it");
     case EWriteProblem::Changed:
         return CTexts::tr("the file has changed meanwhile");
+    case EWriteProblem::TempoChanged:
+        return CTexts::tr("its tag has got another tempo meanwhile");
     case EWriteProblem::NoTemporaryFile:
         return CTexts::tr("no file can be made in its folder");
+    case EWriteProblem::MayNotReplace:
+        return CTexts::tr("it may not be replaced in its folder");
     case EWriteProblem::DiskFull:
         return CTexts::tr("the disk is full");
+    case EWriteProblem::NoMemory:
+        return CTexts::tr("there is not enough memory");
     case EWriteProblem::WriteFailed:
         return CTexts::tr("writing to the disk failed");
     }

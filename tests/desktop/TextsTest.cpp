@@ -10,6 +10,9 @@
 #include <QTranslator>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <set>
+#include <string>
+#include <string_view>
 
 namespace {
 
@@ -96,7 +99,7 @@ TEST(TextsTest, OverallProgressIsThatOfTheBatch) {
 }
 
 TEST(TextsTest, EveryReasonForATempoThatIsNotStoredHasWords) {
-    for (int i = 1; i <= static_cast<int>(EWriteProblem::WriteFailed); ++i) {
+    for (int i = 1; i < kWriteProblems; ++i) {
         CRowState row;
         row.m_writeProblem = static_cast<EWriteProblem>(i);
         QString const text = NoteText(row);
@@ -107,6 +110,22 @@ TEST(TextsTest, EveryReasonForATempoThatIsNotStoredHasWords) {
     }
     EXPECT_EQ(NoteText({}), "");
     EXPECT_EQ(ProblemText({}), "");
+}
+
+TEST(TextsTest, NoReasonSharesItsWordsAndAllAreTranslated) {
+    std::set<std::string> english;
+    std::set<std::string> german;
+    for (int i = 1; i < kWriteProblems; ++i) {
+        CRowState row;
+        row.m_writeProblem = static_cast<EWriteProblem>(i);
+        std::string const plain = NoteText(row).toStdString();
+        CLanguage const language(QLocale(QLocale::German, QLocale::Germany));
+        std::string const translated = NoteText(row).toStdString();
+        std::string_view const reason = std::string_view(plain).substr(plain.find(": "));
+        EXPECT_TRUE(english.insert(plain).second) << plain;
+        EXPECT_TRUE(german.insert(translated).second) << translated;
+        EXPECT_EQ(translated.find(reason), std::string::npos) << translated;
+    }
 }
 
 TEST(TextsTest, ReasonsArePartsOfASentenceInTheUsersLanguage) {

@@ -278,6 +278,42 @@
         <translation>der Datenträger ist voll</translation>
     </message>
     <message>
+        <source>its name is a link to a file of another kind</source>
+        <translation>ihr Name ist eine Verknüpfung zu einer Datei anderer Art</translation>
+    </message>
+    <message>
+        <source>it is not MPEG audio</source>
+        <translation>sie ist kein MPEG-Audio</translation>
+    </message>
+    <message>
+        <source>too much of it is damaged</source>
+        <translation>zu viel von ihr ist beschädigt</translation>
+    </message>
+    <message>
+        <source>it ends early</source>
+        <translation>sie endet zu früh</translation>
+    </message>
+    <message>
+        <source>it would pass the limit on file sizes</source>
+        <translation>sie würde die erlaubte Dateigröße überschreiten</translation>
+    </message>
+    <message>
+        <source>its tag holds compressed, encrypted or grouped frames</source>
+        <translation>ihr Tag enthält komprimierte, verschlüsselte oder gruppierte Felder</translation>
+    </message>
+    <message>
+        <source>its tag has got another tempo meanwhile</source>
+        <translation>ihr Tag hat inzwischen ein anderes Tempo bekommen</translation>
+    </message>
+    <message>
+        <source>it may not be replaced in its folder</source>
+        <translation>sie darf in ihrem Ordner nicht ersetzt werden</translation>
+    </message>
+    <message>
+        <source>there is not enough memory</source>
+        <translation>der Arbeitsspeicher reicht nicht</translation>
+    </message>
+    <message>
         <source>writing to the disk failed</source>
         <translation>das Schreiben auf den Datenträger ist misslungen</translation>
     </message>
