@@ -4,6 +4,7 @@
 #include "IDTag/FrameIds.h"
 
 #include <cstring>
+#include <span>
 
 namespace {
 
@@ -31,15 +32,31 @@ constexpr CFrameIdPair kFrameIds[] = {
     {"WCM", "WCOM"}, {"WCP", "WCOP"}, {"WPB", "WPUB"}, {"WXX", "WXXX"},
 };
 
+// Fixed: podcasts, groupings and classical works, as the players that write them into version 2.2
+// name them in versions 2.3 and 2.4.
+constexpr CFrameIdPair kWiderFrameIds[] = {
+    {"GP1", "GRP1"}, {"MVI", "MVIN"}, {"MVN", "MVNM"}, {"PCS", "PCST"}, {"TCT", "TCAT"},
+    {"TDR", "TDRL"}, {"TDS", "TDES"}, {"TID", "TGID"}, {"TKW", "TKWD"}, {"WFD", "WFED"},
+};
+
 constexpr std::size_t kOldIdBytes = 3; // Standard: ID3v2.2.0, section 3.2.
 
-} // namespace
-
-char const* FindV3FrameId(char const* oldId) {
-    for (CFrameIdPair const& pair : kFrameIds) {
+char const* FindIn(std::span<CFrameIdPair const> table, char const* oldId) {
+    for (CFrameIdPair const& pair : table) {
         if (std::strncmp(pair.m_sOld, oldId, kOldIdBytes) == 0) {
             return pair.m_sNew;
         }
     }
     return nullptr;
+}
+
+} // namespace
+
+char const* FindV3FrameId(char const* oldId) {
+    return FindIn(kFrameIds, oldId);
+}
+
+char const* FindWiderV3FrameId(char const* oldId) {
+    char const* const id = FindIn(kFrameIds, oldId);
+    return id != nullptr ? id : FindIn(kWiderFrameIds, oldId);
 }

@@ -6,3 +6,7 @@
 /// The version 2.3 id (four characters) of the version 2.2 id in the first three characters of
 /// `oldId`; null when there is none.
 char const* FindV3FrameId(char const* oldId);
+
+/// The same by a wider table: ids that players have added to version 2.2 and later gave a name of
+/// four characters, with the same body. Null when the id is in neither table.
+char const* FindWiderV3FrameId(char const* oldId);

@@ -20,7 +20,8 @@ constexpr char kOldPictureId[] = "PIC";                   // Standard: ID3v2.2.0
 
 } // namespace
 
-CFrameWalk::CFrameWalk(CTagImage const& image) : m_image(image), m_nOffset(StartOffset()) {
+CFrameWalk::CFrameWalk(CTagImage const& image, bool everyId)
+    : m_image(image), m_bEveryId(everyId), m_nOffset(StartOffset()) {
 }
 
 std::uint32_t CFrameWalk::StartOffset() const {
@@ -51,12 +52,14 @@ bool CFrameWalk::NextOld(CFoundFrame* found) {
     }
     *found = CFoundFrame();
     auto const* const oldId = reinterpret_cast<char const*>(header);
-    char const* const id = FindV3FrameId(oldId);
-    if (id == nullptr) {
-        found->m_bKnownId = false;
+    std::memcpy(found->m_sOldId, oldId, kOldIdBytes);
+    char const* const id = m_bEveryId ? FindWiderV3FrameId(oldId) : FindV3FrameId(oldId);
+    found->m_bKnownId = id != nullptr;
+    if (!found->m_bKnownId && !m_bEveryId) {
         return true;
     }
-    std::memcpy(found->m_header.m_sId, id, kFrameIdBytes);
+    found->m_bWiderId = found->m_bKnownId && FindV3FrameId(oldId) == nullptr;
+    std::memcpy(found->m_header.m_sId, found->m_bKnownId ? id : found->m_sOldId, kFrameIdBytes);
     found->m_bOldPicture = std::strncmp(oldId, kOldPictureId, kOldIdBytes) == 0;
     std::uint8_t const size[4] = {0, header[3], header[4], header[5]};
     return TakeBody(kOldHeaderBytes, ReadBigEndian(size), found);

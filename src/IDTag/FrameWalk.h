@@ -14,15 +14,19 @@ struct CFoundFrame {
     std::uint32_t m_nBodyBytes = 0;
     bool m_bOldPicture = false; // a "PIC" of version 2.2
     bool m_bKnownId = true;     // false: a version 2.2 id without a name in version 2.3
+    bool m_bWiderId = false;    // its name in version 2.3 is one of the wider table
+    char m_sOldId[4] = {};      // the version 2.2 id, terminated; empty in other versions
 };
 
 /// The way through a tag's body from frame to frame. `image` must outlive it.
 class CFrameWalk {
 public:
-    explicit CFrameWalk(CTagImage const& image);
+    /// With `everyId`, version 2.2 ids are looked up in the wider table, and a frame whose id isn't
+    /// there either is handed out like any other, under its own three characters and a 0.
+    explicit CFrameWalk(CTagImage const& image, bool everyId = false);
 
-    /// Finds the next frame. A version 2.2 frame whose id is unknown is handed out before its size
-    /// is looked at, without a body; the walk ends there.
+    /// Finds the next frame. Without `everyId`, a version 2.2 frame whose id is unknown is handed
+    /// out before its size is looked at, without a body; the walk ends there.
     /// Returns: false at the end, at padding, and at a frame that can't be one.
     bool Next(CFoundFrame* found);
 
@@ -38,5 +42,6 @@ private:
     [[nodiscard]] bool HasData(std::uint32_t begin, std::uint32_t end) const;
 
     CTagImage const& m_image;
+    bool m_bEveryId;
     std::uint32_t m_nOffset;
 };

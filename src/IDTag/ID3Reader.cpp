@@ -4,6 +4,7 @@
 #include "IDTag/ID3Reader.h"
 
 #include "IDTag/ID3Tag.h"
+#include "IDTag/MpegChain.h"
 #include "IDTag/PosixFile.h"
 #include "base/FileUtil.h"
 
@@ -16,8 +17,7 @@
 
 namespace {
 
-constexpr char kWrittenExtension[] = "mp3";        // Fixed: the only files that are written.
-constexpr std::uint8_t kDiscardWhenAltered = 0x40; // Standard: ID3v2.3.0, section 3.3.1.
+constexpr char kWrittenExtension[] = "mp3"; // Fixed: the only files that are written.
 
 // Fixed: the trailer's fields as they are read: album before artist.
 constexpr std::uint32_t kTrailerBytes = 128;
@@ -74,26 +74,9 @@ EWriteProblem ProblemOfOpening(CString const& path) {
     return isTooLarge ? EWriteProblem::FileTooLarge : EWriteProblem::NotWritable;
 }
 
-/// True when an MP4 file's first box lies at `offset`. Its tables hold positions from the beginning
-/// of the file, which bytes put before them would make wrong.
 bool IsMp4(CString const& path, std::uint32_t offset) {
-    constexpr std::string_view kFirstBox = "ftyp"; // Standard: ISO/IEC 14496-12, section 4.3.
     CDescriptor const file(::open(path.ToPath().c_str(), O_RDONLY | O_CLOEXEC));
-    std::array<std::uint8_t, 8> box = {};
-    return file.IsOpen() && ReadAllAt(file.Get(), box, offset) &&
-           std::memcmp(&box[4], kFirstBox.data(), kFirstBox.size()) == 0;
-}
-
-/// True when the frame bears the flag of those that go when the file is altered: the text that it
-/// has taken would go with it.
-bool IsTextDropped(CID3Tag const& tag, char const* frameId) {
-    CID3Frame* frame = nullptr;
-    ID3V2_3_FRAMEHEADER header = {};
-    std::uint8_t* body = nullptr;
-    std::uint32_t size = 0;
-    return tag.GetExistingFrame(frameId, &frame) &&
-           frame->GetData(&header, &body, &size) == kStatusOk &&
-           (header.m_nStatusFlags & kDiscardWhenAltered) != 0;
+    return file.IsOpen() && IsMp4At(file.Get(), offset);
 }
 
 EWriteProblem StoreTagString(CString const& path, char const* frameId, CString const& value) {
@@ -112,7 +95,7 @@ EWriteProblem StoreTagString(CString const& path, char const* frameId, CString c
     if (tag.SetString(frameId, value) == kStatusNothing) {
         return EWriteProblem::None;
     }
-    if (tag.HasUnreachedData() || IsTextDropped(tag, frameId)) {
+    if (tag.HasUnreachedData() || tag.WouldDrop(frameId)) {
         return EWriteProblem::UnknownData;
     }
     if (IsMp4(path, tag.GetTagSize())) {

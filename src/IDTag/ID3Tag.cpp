@@ -8,7 +8,9 @@
 #include "IDTag/MacCFile.h"
 #include "base/Assertion.h"
 
+#include <algorithm>
 #include <cstring>
+#include <new>
 
 namespace {
 
@@ -18,6 +20,7 @@ constexpr char kCommentId[] = "COMM";      // Standard: ID3v2.3.0, section 4.11.
 constexpr char kPrivateId[] = "PRIV";      // Standard: ID3v2.3.0, section 4.28.
 constexpr char kCommentLanguage[] = "eng"; // Fixed: the comments that count.
 
+constexpr std::uint32_t kMostFrames = 65'536;  // Fixed: a tag with more is taken for broken.
 constexpr std::uint8_t kUnsynchronized = 0x02; // Standard: ID3v2.4.0 structure, section 4.1.2.
 
 /// True for a frame that was encoded once and is decoded twice, first with its tag: its size, which
@@ -57,36 +60,69 @@ std::wstring CurrentText(CID3Frame const& frame) {
 CStatus CID3Tag::OpenFile(wchar_t const* path) {
     m_sPath = path;
     m_frames.DeleteAll();
+    m_vWiderIds.clear();
+    m_bUnreachedData = false;
+    m_bUnknownIds = false;
     CTagImage image;
-    CStatus const status = image.Load(m_sPath);
-    m_bReadable = status >= 0;
+    CStatus status = image.Load(m_sPath);
     m_digest = image.m_digest;
     m_nTagBytes = image.m_nTagBytes;
     m_nVersion = image.m_bMarked ? image.Version() : std::uint8_t{0};
     m_nRevision = image.m_bMarked ? image.Revision() : std::uint8_t{0};
-    m_bUnreachedData = false;
-    if (status != kStatusOk) {
-        return status;
+    m_bNoMemory = image.m_bNoMemory;
+    if (status == kStatusOk) {
+        try {
+            status = TakeFrames(image);
+        } catch (std::bad_alloc const&) {
+            m_bNoMemory = true;
+            status = kStatusFailure;
+        }
     }
-    CFrameWalk walk(image);
+    m_bReadable = status >= 0;
+    if (!m_bReadable) {
+        m_frames.DeleteAll();
+    }
+    return status;
+}
+
+CStatus CID3Tag::TakeFrames(CTagImage const& image) {
+    CFrameWalk walk(image, m_rules.m_bEveryId);
     CFoundFrame found;
-    while (walk.Next(&found)) {
+    for (std::uint32_t count = 0; walk.Next(&found); ++count) {
         // Deliberate: a version 2.2 tag with an unknown frame isn't tolerated. Those who must go on
         // ask AreFrameIdsKnown first.
-        TACTUS_ASSERT_DETAIL(kLabel, found.m_bKnownId, kFalse, Shown(m_sPath));
-        auto frame = std::make_unique<CID3Frame>();
-        if (frame->SetData(&found.m_header, found.m_pBody, found.m_nBodyBytes) < 0) {
-            m_bReadable = false;
+        TACTUS_ASSERT_DETAIL(kLabel, found.m_bKnownId || m_rules.m_bEveryId, kFalse,
+                             Shown(m_sPath));
+        if (count == kMostFrames) {
             return kStatusFailure;
         }
-        if (found.m_bOldPicture) {
-            (void)frame->ConvertPicToApic();
+        if (!TakeFrame(image, found)) {
+            m_bNoMemory = true;
+            return kStatusFailure;
         }
-        m_bUnreachedData = m_bUnreachedData || IsDecodedTwice(image, found);
-        m_frames.Add(std::move(frame));
     }
     m_bUnreachedData = m_bUnreachedData || walk.HasUnreachedData();
     return kStatusOk;
+}
+
+/// Returns: false when there is no memory for the frame.
+bool CID3Tag::TakeFrame(CTagImage const& image, CFoundFrame const& found) {
+    auto frame = std::make_unique<CID3Frame>();
+    if (frame->SetData(&found.m_header, found.m_pBody, found.m_nBodyBytes) < 0) {
+        return false;
+    }
+    if (found.m_bOldPicture) {
+        (void)frame->ConvertPicToApic();
+    }
+    m_bUnreachedData = m_bUnreachedData || IsDecodedTwice(image, found);
+    m_bUnknownIds = m_bUnknownIds || !found.m_bKnownId;
+    bool const isListed =
+        std::ranges::find(m_vWiderIds, found.m_sOldId, &CWiderId::m_sOld) != m_vWiderIds.end();
+    if (found.m_bWiderId && !isListed) {
+        m_vWiderIds.push_back({found.m_sOldId, {found.m_header.m_sId, kFrameIdBytes}});
+    }
+    m_frames.Add(std::move(frame));
+    return true;
 }
 
 CStatus CID3Tag::AreFrameIdsKnown(wchar_t const* path) {

@@ -9,17 +9,43 @@
 #include "IDTag/TagImage.h"
 #include "IDTag/WriteProblem.h"
 #include "base/CString.h"
+#include "base/FileIdentity.h"
 #include "base/PtrContainer.h"
 #include "base/Status.h"
 
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <vector>
+
+struct CFoundFrame;
+
+/// What the programs ask of a tag beyond what the class does by itself.
+struct CTagRules {
+    /// Reading: version 2.2 ids are looked up in a wider table instead of ending the process. A
+    /// frame with an id that isn't there either is read under its three characters and a 0, and
+    /// the tag can't be written.
+    bool m_bEveryId = false;
+
+    /// Writing: frames marked to be dropped when the file is altered stay. In the standard the mark
+    /// speaks of altered audio, and writing a tag alters none.
+    bool m_bKeepMarked = false;
+
+    /// Writing: the file must be this one, in this state.
+    std::optional<CFileIdentity> m_expected;
+};
+
+/// A version 2.2 id and the name that it was read under.
+struct CWiderId {
+    std::string m_sOld;
+    std::string m_sNew;
+};
 
 /// The ID3v2 tag at the start of an audio file: reads versions 2.2, 2.3 and 2.4, changes texts and
 /// private data, writes version 2.3. An object is for one round of open, change, update.
 ///
 /// A version 2.2 frame id without a name in version 2.3 ends the process with an assertion; ask
-/// `AreFrameIdsKnown` first where that must not happen.
+/// `AreFrameIdsKnown` first where that must not happen, or set a rule.
 /// Thread: one at a time.
 class CID3Tag {
 public:
@@ -28,8 +54,12 @@ public:
     CID3Tag(CID3Tag const&) = delete;
     CID3Tag& operator=(CID3Tag const&) = delete;
 
+    /// For the operations that follow.
+    void SetRules(CTagRules const& rules) { m_rules = rules; }
+
     /// Returns: `kStatusOk`; `kStatusNothing` for a file without a tag of version 2, 3 or 4;
-    /// `kStatusFailure` when the file doesn't open or ends within the tag.
+    /// `kStatusFailure` when the file doesn't open, ends within the tag, has more than 65,536
+    /// frames, or there is no memory for it.
     CStatus OpenFile(wchar_t const* path);
 
     /// Looks only at the header and the ids.
@@ -82,6 +112,19 @@ public:
     /// that writing would throw away.
     [[nodiscard]] bool HasUnreachedData() const { return m_bUnreachedData; }
 
+    /// True when the last `OpenFile` failed for want of memory.
+    [[nodiscard]] bool HadNoMemory() const { return m_bNoMemory; }
+
+    /// True when a version 2.2 frame has an id of neither table; only with `m_bEveryId`.
+    [[nodiscard]] bool HasUnknownIds() const { return m_bUnknownIds; }
+
+    /// Ids that only the wider table knows, each once, in the order of their first frames.
+    [[nodiscard]] std::vector<CWiderId> const& GetWiderIds() const { return m_vWiderIds; }
+
+    /// True when the frame that `SetString` would take bears the mark by which it is dropped: its
+    /// new text would go with it.
+    [[nodiscard]] bool WouldDrop(char const* id) const;
+
     /// Major version and revision as they stand on disk, also of a tag that isn't read; 0 without.
     [[nodiscard]] std::uint8_t GetVersion() const { return m_nVersion; }
     [[nodiscard]] std::uint8_t GetRevision() const { return m_nRevision; }
@@ -112,8 +155,11 @@ public:
     }
 
 private:
+    CStatus TakeFrames(CTagImage const& image);
+    bool TakeFrame(CTagImage const& image, CFoundFrame const& found);
     CID3Frame* AppendFrame(char const* id);
     CID3Frame* FindPrivateFrame(char const* owner) const;
+    [[nodiscard]] bool IsDropped(ID3V2_3_FRAMEHEADER const& header) const;
     [[nodiscard]] std::uint64_t PendingBytes() const;
     [[nodiscard]] std::vector<std::uint8_t> MakeTag(std::uint32_t tagBytes) const;
     EWriteProblem WriteTag(bool* rewritten);
@@ -125,7 +171,9 @@ private:
     EWriteProblem SwapFile(int file, CString const& target, std::vector<std::uint8_t> const& tag,
                            bool* rewritten) const;
 
+    CTagRules m_rules;
     CPtrContainer<CID3Frame> m_frames;
+    std::vector<CWiderId> m_vWiderIds;
     CString m_sPath;
     bool m_bModified = false;
     std::uint32_t m_nTagBytes = 0;
@@ -133,6 +181,8 @@ private:
     std::uint8_t m_nRevision = 0;
     bool m_bReadable = false; // the last `OpenFile` didn't fail
     bool m_bUnreachedData = false;
+    bool m_bUnknownIds = false;
+    bool m_bNoMemory = false;
     CDigest m_digest;
     EWriteProblem m_eProblem = EWriteProblem::None;
 };

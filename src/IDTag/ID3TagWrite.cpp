@@ -10,14 +10,13 @@
 #include "IDTag/FileSwap.h"
 #include "IDTag/ID3Tag.h"
 #include "IDTag/MacCFile.h"
+#include "IDTag/TagTarget.h"
 #include "base/FileUtil.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <memory>
 #include <new>
 #include <unistd.h>
 
@@ -32,18 +31,6 @@ constexpr std::size_t kSizeOffset = 6;             // Standard: ID3v2.3.0, secti
 constexpr std::uint8_t kDiscardWhenAltered = 0x40; // Standard: ID3v2.3.0, section 3.3.1.
 
 using Bytes = std::vector<std::uint8_t>;
-
-/// The file itself: `path`, or what the symbolic link there leads to.
-CString FileBehind(CString const& path) {
-    std::string const bytes = path.ToPath();
-    struct stat info = {};
-    if (::lstat(bytes.c_str(), &info) != 0 || !S_ISLNK(info.st_mode)) {
-        return path;
-    }
-    std::unique_ptr<char, decltype(&std::free)> const real(::realpath(bytes.c_str(), nullptr),
-                                                           &std::free);
-    return real != nullptr ? CString::FromPath(real.get()) : path;
-}
 
 bool IsNameOf(std::string const& path, struct stat const& opened) {
     struct stat named = {};
@@ -102,6 +89,19 @@ EWriteProblem WriteInPlace(int file, Bytes const& oldTag, Bytes const& newTag,
 
 } // namespace
 
+bool CID3Tag::WouldDrop(char const* id) const {
+    CID3Frame* frame = nullptr;
+    ID3V2_3_FRAMEHEADER header = {};
+    std::uint8_t* body = nullptr;
+    std::uint32_t size = 0;
+    return GetExistingFrame(id, &frame) && frame->GetData(&header, &body, &size) == kStatusOk &&
+           IsDropped(header);
+}
+
+bool CID3Tag::IsDropped(ID3V2_3_FRAMEHEADER const& header) const {
+    return !m_rules.m_bKeepMarked && (header.m_nStatusFlags & kDiscardWhenAltered) != 0;
+}
+
 std::uint64_t CID3Tag::PendingBytes() const {
     std::uint64_t sum = 0;
     CID3Frame* frame = nullptr;
@@ -131,7 +131,7 @@ CStatus CID3Tag::UpdateFile(bool* rewritten) {
     try {
         m_eProblem = WriteTag(rewritten);
     } catch (std::bad_alloc const&) {
-        m_eProblem = EWriteProblem::WriteFailed;
+        m_eProblem = EWriteProblem::NoMemory;
     }
     return m_eProblem == EWriteProblem::None ? kStatusOk : kStatusFailure;
 }
@@ -139,6 +139,9 @@ CStatus CID3Tag::UpdateFile(bool* rewritten) {
 EWriteProblem CID3Tag::WriteTag(bool* rewritten) {
     if (!m_bReadable) {
         return EWriteProblem::TagUnreadable;
+    }
+    if (m_bUnknownIds) {
+        return EWriteProblem::UnknownFrameId;
     }
     std::uint64_t const needed = PendingBytes() + kTagHeaderBytes;
     bool const inPlace = m_nTagBytes >= needed;
@@ -195,7 +198,8 @@ EWriteProblem CID3Tag::OpenTarget(CString const& target, bool inPlace, CDescript
     if (locked != EWriteProblem::None) {
         return locked;
     }
-    if (::fstat(file.Get(), &info) != 0 || !IsNameOf(path, info)) {
+    if (::fstat(file.Get(), &info) != 0 || !IsNameOf(path, info) ||
+        (m_rules.m_expected && !(IdentityOf(info) == *m_rules.m_expected))) {
         return EWriteProblem::Changed;
     }
     auto const fileBytes = static_cast<std::uint64_t>(info.st_size);
@@ -222,8 +226,7 @@ std::vector<std::uint8_t> CID3Tag::MakeTag(std::uint32_t tagBytes) const {
         ID3V2_3_FRAMEHEADER header = {};
         std::uint8_t* body = nullptr;
         std::uint32_t size = 0;
-        if (frame->GetData(&header, &body, &size) < 0 ||
-            (header.m_nStatusFlags & kDiscardWhenAltered) != 0) {
+        if (frame->GetData(&header, &body, &size) < 0 || IsDropped(header)) {
             continue;
         }
         auto const* const bytes = reinterpret_cast<std::uint8_t const*>(&header);

@@ -67,7 +67,8 @@ CStatus CTagImage::Load(wchar_t const* path) {
         return kStatusFailure;
     }
     m_pBody.reset(new (std::nothrow) std::uint8_t[size]);
-    if (m_pBody == nullptr || file.Read(m_pBody.get(), size) != size) {
+    m_bNoMemory = m_pBody == nullptr;
+    if (m_bNoMemory || file.Read(m_pBody.get(), size) != size) {
         return kStatusFailure;
     }
     m_digest.Add({m_pBody.get(), size});

@@ -33,6 +33,7 @@ struct CTagImage {
     std::unique_ptr<std::uint8_t[]> m_pBody;
     std::uint32_t m_nBodyBytes = 0; // after decoding
     std::uint32_t m_nTagBytes = 0;  // as claimed, header included; 0 without a known tag
+    bool m_bNoMemory = false;       // there was none for the body
     CDigest m_digest;               // of the tag, or of the first bytes of a file without one
 
     [[nodiscard]] std::uint8_t Version() const { return m_header[3]; }

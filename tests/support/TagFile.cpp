@@ -90,6 +90,15 @@ TagBytes FakeAudio(std::size_t count) {
     return out;
 }
 
+TagBytes MpegAudio(std::size_t count) {
+    constexpr std::size_t kFrameBytes = 417; // 144 * 128000 / 44100, rounded down
+    TagBytes out;
+    for (std::size_t i = 0; i < count; ++i) {
+        out = Joined({out, {0xFF, 0xFB, 0x90, 0x64}, FakeAudio(kFrameBytes - 4)});
+    }
+    return out;
+}
+
 TagBytes Id3v1Trailer(std::string_view title, std::string_view second, std::string_view third,
                       std::string_view year, std::uint8_t genre) {
     return Joined({Ascii("TAG"),

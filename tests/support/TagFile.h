@@ -39,6 +39,10 @@ TagBytes WrittenText(std::string_view ascii);
 /// `count` bytes that stand for audio: no two neighbours alike, none of them zero.
 TagBytes FakeAudio(std::size_t count);
 
+/// `count` frames of MPEG-1 layer III at 128 kbit/s and 44100 Hz: headers of which each lies where
+/// the one before says, 417 bytes on, and bytes that are no sound between them.
+TagBytes MpegAudio(std::size_t count);
+
 /// The 128 bytes of an ID3v1 trailer; texts are filled up with spaces.
 TagBytes Id3v1Trailer(std::string_view title, std::string_view second, std::string_view third,
                       std::string_view year, std::uint8_t genre);

@@ -1,0 +1,233 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+//
+// The steps: pass over further tags and zeros; see that the bytes there are not the beginning of
+// another kind of file; then try each byte of a longest frame as the first header of a chain.
+
+#include "IDTag/MpegChain.h"
+
+#include "IDTag/PosixFile.h"
+#include "IDTag/TagBytes.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t kHeaderBytes = 4; // Standard: ISO/IEC 11172-3, section 2.4.1.3.
+constexpr int kChainFrames = 3;         // Fixed: random bytes pass two of them once in 2^20 times.
+constexpr int kMostTags = 8;            // Fixed: tags behind one another before we give up.
+constexpr std::size_t kTagHeaderBytes = 10;     // Standard: ID3v2.3.0, section 3.1.
+constexpr std::size_t kTagSizeOffset = 6;       // Standard: ID3v2.3.0, section 3.1.
+constexpr std::uint64_t kMostZeros = 1'048'576; // Fixed: padding of some encoders.
+constexpr std::size_t kZerosAtOnce = 65'536;    // Fixed: bytes looked at in one read.
+constexpr std::size_t kLongestFrameBytes =
+    2881;                              // Derived: layer II, 160 kbit/s at 8 kHz: 144 * 20.
+constexpr std::size_t kKindBytes = 12; // Fixed: where the marks below end.
+
+// Standard: ISO/IEC 11172-3 and 13818-3, section 2.4.2.3: kbit/s by version, layer and index.
+constexpr std::array<std::array<std::uint16_t, 16>, 5> kBitRates = {{
+    {0, 32, 64, 96, 128, 160, 192, 224, 256, 288, 320, 352, 384, 416, 448, 0}, // 1, layer I
+    {0, 32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384, 0},    // 1, layer II
+    {0, 32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 0},     // 1, layer III
+    {0, 32, 48, 56, 64, 80, 96, 112, 128, 144, 160, 176, 192, 224, 256, 0},    // 2, layer I
+    {0, 8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160, 0},         // 2, layers II, III
+}};
+constexpr std::array<std::uint32_t, 4> kSampleRates = {44100, 48000, 32000, 0};
+
+/// What two frames of one stream have in common, and where the next one lies.
+struct CMpegHeader {
+    unsigned m_nVersion = 0; // 3: MPEG-1, 2: MPEG-2, 0: MPEG-2.5
+    unsigned m_nLayer = 0;   // 3: layer I, 2: layer II, 1: layer III
+    std::uint32_t m_nSampleRate = 0;
+    std::uint32_t m_nFrameBytes = 0; // 0 when the header leaves the bit rate open
+
+    [[nodiscard]] bool IsOfOneStream(CMpegHeader const& other) const {
+        return m_nVersion == other.m_nVersion && m_nLayer == other.m_nLayer &&
+               m_nSampleRate == other.m_nSampleRate &&
+               (m_nFrameBytes == 0) == (other.m_nFrameBytes == 0);
+    }
+};
+
+std::uint32_t FrameBytes(CMpegHeader const& header, std::uint32_t bitRate, std::uint32_t padding) {
+    constexpr std::uint32_t kBitsPerKilobit = 1000;
+    // Derived: samples of a frame / 8 bits a byte; layer I counts in slots of four bytes.
+    if (header.m_nLayer == 3) {
+        return (12 * bitRate * kBitsPerKilobit / header.m_nSampleRate + padding) * 4;
+    }
+    std::uint32_t const factor = header.m_nLayer == 1 && header.m_nVersion != 3 ? 72 : 144;
+    return factor * bitRate * kBitsPerKilobit / header.m_nSampleRate + padding;
+}
+
+std::optional<CMpegHeader> HeaderAt(std::uint8_t const* bytes) {
+    CMpegHeader header;
+    header.m_nVersion = (bytes[1] >> 3U) & 3U;
+    header.m_nLayer = (bytes[1] >> 1U) & 3U;
+    unsigned const index = bytes[2] >> 4U;
+    bool const isSync = bytes[0] == 0xFF && (bytes[1] & 0xE0U) == 0xE0U;
+    std::uint32_t const sampleRate = kSampleRates[(bytes[2] >> 2U) & 3U];
+    if (!isSync || header.m_nVersion == 1 || header.m_nLayer == 0 || index == 15 ||
+        sampleRate == 0) {
+        return std::nullopt;
+    }
+    bool const isFirstVersion = header.m_nVersion == 3;
+    std::size_t const row = isFirstVersion ? 3 - header.m_nLayer : header.m_nLayer == 3 ? 3 : 4;
+    header.m_nSampleRate = sampleRate >> (isFirstVersion ? 0U : header.m_nVersion == 2 ? 1U : 2U);
+    if (index > 0) {
+        header.m_nFrameBytes = FrameBytes(header, kBitRates[row][index], (bytes[2] >> 1U) & 1U);
+    }
+    return header;
+}
+
+/// The bytes at `offset`, fewer at the file's end.
+std::vector<std::uint8_t> BytesAt(int file, std::uint64_t offset, std::size_t count) {
+    struct stat info = {};
+    if (::fstat(file, &info) != 0 || offset >= static_cast<std::uint64_t>(info.st_size)) {
+        return {};
+    }
+    std::uint64_t const rest = static_cast<std::uint64_t>(info.st_size) - offset;
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(std::min<std::uint64_t>(count, rest)));
+    return ReadAllAt(file, bytes, offset) ? bytes : std::vector<std::uint8_t>();
+}
+
+bool BeginsWith(std::vector<std::uint8_t> const& bytes, std::size_t at, std::string_view mark) {
+    return bytes.size() >= at + mark.size() &&
+           std::memcmp(bytes.data() + at, mark.data(), mark.size()) == 0;
+}
+
+std::uint64_t PastZeros(int file, std::uint64_t offset) {
+    for (std::uint64_t const end = offset + kMostZeros; offset < end;) {
+        std::vector<std::uint8_t> const bytes = BytesAt(file, offset, kZerosAtOnce);
+        auto const first = std::ranges::find_if(bytes, [](std::uint8_t b) { return b != 0; });
+        offset += static_cast<std::uint64_t>(first - bytes.begin());
+        if (bytes.empty() || first != bytes.end()) {
+            break;
+        }
+    }
+    return offset;
+}
+
+std::uint64_t PastTags(int file, std::uint64_t offset) {
+    constexpr std::size_t kOtherTagHeaderBytes = 32; // Standard: APEv2, its header.
+    constexpr std::size_t kOtherTagSizeOffset = 12;  // Standard: APEv2, little-endian.
+    for (int i = 0; i < kMostTags; ++i) {
+        offset = PastZeros(file, offset);
+        std::vector<std::uint8_t> const head = BytesAt(file, offset, kOtherTagHeaderBytes);
+        if (head.size() >= kTagHeaderBytes && BeginsWith(head, 0, "ID3")) {
+            offset += kTagHeaderBytes + ReadSyncsafe(&head[kTagSizeOffset]);
+        } else if (head.size() == kOtherTagHeaderBytes && BeginsWith(head, 0, "APETAGEX")) {
+            std::array<std::uint8_t, 4> size = {};
+            std::reverse_copy(head.begin() + kOtherTagSizeOffset,
+                              head.begin() + kOtherTagSizeOffset + 4, size.begin());
+            offset += kOtherTagHeaderBytes + ReadBigEndian(size.data());
+        } else {
+            return offset;
+        }
+    }
+    return offset;
+}
+
+/// Files that may hold MPEG audio near their beginning, or as one of their packets, and that a tag
+/// in front would break.
+bool IsOfOtherKind(std::vector<std::uint8_t> const& bytes) {
+    using namespace std::string_view_literals;
+    constexpr std::array kStarts = {
+        "RIFF"sv,
+        "RIFX"sv,
+        "RF64"sv,
+        "FORM"sv,
+        "riff"sv,
+        "OggS"sv,
+        "fLaC"sv,
+        "caff"sv,
+        "FLV\x01"sv,
+        "PK"sv,
+        "Rar!"sv,
+        "7z\xBC\xAF"sv,
+        "\x30\x26\xB2"sv,
+        "\x1A\x45\xDF"sv,
+        "\x00\x00\x01"sv,
+        "BZh"sv,
+        "MZ"sv,
+        "\x7F"
+        "ELF"sv,
+        "#!"sv,
+        "\x1F\x8B"sv,
+        "\xFD"
+        "7zXZ"sv,
+        "MThd"sv,
+        "%PDF"sv,
+        "ITSF"sv,
+    };
+    // Standard: ISO/IEC 14496-12 and the QuickTime file format: boxes that may come first.
+    constexpr std::array kBoxes = {"ftyp"sv, "moov"sv, "mdat"sv, "free"sv,
+                                   "skip"sv, "wide"sv, "pnot"sv, "uuid"sv};
+    auto const beginsWith = [&bytes](std::size_t at) {
+        return [&bytes, at](std::string_view mark) { return BeginsWith(bytes, at, mark); };
+    };
+    return std::ranges::any_of(kStarts, beginsWith(0)) ||
+           std::ranges::any_of(kBoxes, beginsWith(4));
+}
+
+/// Where the frame behind an open bit rate begins: the next header of the same stream.
+std::uint64_t NextOfFreeFormat(int file, std::uint64_t offset, CMpegHeader const& first) {
+    std::vector<std::uint8_t> const bytes =
+        BytesAt(file, offset, 2 * kLongestFrameBytes + kHeaderBytes);
+    for (std::size_t i = kHeaderBytes; i + kHeaderBytes <= bytes.size(); ++i) {
+        std::optional<CMpegHeader> const next = HeaderAt(&bytes[i]);
+        if (next && next->IsOfOneStream(first)) {
+            return offset + i;
+        }
+    }
+    return offset + bytes.size();
+}
+
+/// True for the file's end and for what taggers put there.
+bool IsEndOfSound(std::vector<std::uint8_t> const& bytes) {
+    return bytes.size() < kHeaderBytes || BeginsWith(bytes, 0, "TAG") ||
+           BeginsWith(bytes, 0, "APETAGEX") || BeginsWith(bytes, 0, "LYRICSBEGIN");
+}
+
+bool IsChain(int file, std::uint64_t offset, CMpegHeader const& first) {
+    CMpegHeader header = first;
+    for (int frames = 1; frames < kChainFrames; ++frames) {
+        offset = header.m_nFrameBytes > 0 ? offset + header.m_nFrameBytes
+                                          : NextOfFreeFormat(file, offset, header);
+        std::vector<std::uint8_t> const bytes = BytesAt(file, offset, kKindBytes);
+        if (IsEndOfSound(bytes)) {
+            return frames > 1;
+        }
+        std::optional<CMpegHeader> const next = HeaderAt(bytes.data());
+        if (!next || !next->IsOfOneStream(first)) {
+            return false;
+        }
+        header = *next;
+    }
+    return true;
+}
+
+} // namespace
+
+bool HasMpegChain(int file, std::uint64_t offset) {
+    offset = PastTags(file, offset);
+    std::vector<std::uint8_t> const bytes =
+        BytesAt(file, offset, kLongestFrameBytes + kHeaderBytes);
+    if (IsOfOtherKind(bytes)) {
+        return false;
+    }
+    for (std::size_t i = 0; i + kHeaderBytes <= bytes.size(); ++i) {
+        std::optional<CMpegHeader> const header = HeaderAt(&bytes[i]);
+        if (header && IsChain(file, offset + i, *header)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool IsMp4At(int file, std::uint64_t offset) {
+    return BeginsWith(BytesAt(file, offset, kKindBytes), 4, "ftyp");
+}
