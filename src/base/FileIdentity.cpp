@@ -3,12 +3,18 @@
 
 #include "base/FileIdentity.h"
 
+#include <chrono>
+#include <ctime>
 #include <sys/stat.h>
+#include <thread>
 
 namespace {
 
+constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
+constexpr std::int64_t kFineStep = 10'000'000; // Derived: 100 ticks a second, the slowest kernel.
+constexpr std::int64_t kCoarseStep = 2'000'000'000; // Standard: the FAT file systems.
+
 std::int64_t NanosecondsOf(timespec const& time) {
-    constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
     return std::int64_t{time.tv_sec} * kNanosecondsPerSecond + time.tv_nsec;
 }
 
@@ -36,4 +42,16 @@ std::optional<CFileIdentity> IdentityAt(std::string const& path) {
         return std::nullopt;
     }
     return IdentityOf(status);
+}
+
+void WaitUntilChangesShow(CFileIdentity const& identity) {
+    bool const isWhole = identity.m_nChangedTime % kNanosecondsPerSecond == 0;
+    std::int64_t const step = isWhole ? kCoarseStep : kFineStep;
+    timespec now = {};
+    (void)::clock_gettime(CLOCK_REALTIME, &now);
+    std::int64_t const rest = identity.m_nChangedTime + step - NanosecondsOf(now);
+    // A change in the future is another machine's clock: there is no telling how long to wait.
+    if (rest > 0 && rest <= step) {
+        std::this_thread::sleep_for(std::chrono::nanoseconds(rest));
+    }
 }

@@ -34,3 +34,7 @@ std::optional<CFileIdentity> IdentityOf(int descriptor);
 
 /// Identity of what `path`, which is bytes, names once links are followed. Returns: as above.
 std::optional<CFileIdentity> IdentityAt(std::string const& path);
+
+/// Waits until a change made from now on would show in the file's identity: a moment, and only when
+/// the last change is not older than a step of the file system's clock.
+void WaitUntilChangesShow(CFileIdentity const& identity);

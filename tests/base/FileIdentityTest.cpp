@@ -6,6 +6,8 @@
 #include "support/TempFolder.h"
 
 #include <cerrno>
+#include <chrono>
+#include <ctime>
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -69,6 +71,28 @@ TEST_F(FileIdentityTest, WhatIsNotThereHasNone) {
     EXPECT_FALSE(IdentityAt(m_folder / "none"));
     EXPECT_EQ(errno, ENOENT);
     EXPECT_FALSE(IdentityOf(-1));
+}
+
+TEST_F(FileIdentityTest, AWaitIsOverWhenTheClockHasGoneOn) {
+    WriteText(m_folder / "x", "new");
+    auto const changed = IdentityAt(m_folder / "x");
+    ASSERT_TRUE(changed);
+    WaitUntilChangesShow(*changed);
+    timespec now = {};
+    ASSERT_EQ(clock_gettime(CLOCK_REALTIME, &now), 0);
+    // Ten milliseconds are a tick of the slowest kernel.
+    EXPECT_GE(std::int64_t{now.tv_sec} * 1'000'000'000 + now.tv_nsec,
+              changed->m_nChangedTime + 10'000'000);
+}
+
+TEST_F(FileIdentityTest, OldAndFutureChangesAreNotWaitedFor) {
+    auto const begin = std::chrono::steady_clock::now();
+    CFileIdentity identity;
+    identity.m_nChangedTime = 1'000'000'000'000'000'000; // the year 2001
+    WaitUntilChangesShow(identity);
+    identity.m_nChangedTime = 9'000'000'000'000'000'000; // the year 2255
+    WaitUntilChangesShow(identity);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
 }
 
 } // namespace
