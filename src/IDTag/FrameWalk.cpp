@@ -97,11 +97,31 @@ bool CFrameWalk::HasData(std::uint32_t begin, std::uint32_t end) const {
            std::any_of(body + begin, body + end, [](std::uint8_t byte) { return byte != 0; });
 }
 
+/// Where the walk ended, behind the headers there that have an id and the size 0.
+std::uint32_t CFrameWalk::PastEmptyFrames() const {
+    constexpr std::uint32_t kSizeBytes = 4; // Standard: ID3v2.3.0, section 3.3.
+    bool const isOld = m_image.Version() == 2;
+    std::uint32_t const idBytes = isOld ? kOldIdBytes : kFrameIdBytes;
+    std::uint32_t const headerBytes = isOld ? kOldHeaderBytes : kFrameHeaderBytes;
+    std::uint32_t const sizeEnd = isOld ? kOldHeaderBytes : kFrameIdBytes + kSizeBytes;
+    std::uint8_t const* const body = m_image.m_pBody.get();
+    auto const isIdCharacter = [](std::uint8_t c) {
+        return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    };
+    std::uint32_t offset = m_nOffset;
+    while (std::uint64_t{offset} + headerBytes <= m_image.m_nBodyBytes &&
+           std::all_of(body + offset, body + offset + idBytes, isIdCharacter) &&
+           !HasData(offset + idBytes, offset + sizeEnd)) {
+        offset += headerBytes;
+    }
+    return offset;
+}
+
 bool CFrameWalk::HasUnreachedData() const {
     std::uint32_t const end = m_image.m_nBodyBytes;
     std::uint32_t const start = StartOffset();
     if (start >= end && start > 0) {
         return HasData(kExtendedSizeBytes, end);
     }
-    return HasData(m_nOffset, end) || HasData(kLongestExtendedHeaderBytes, start);
+    return HasData(PastEmptyFrames(), end) || HasData(kLongestExtendedHeaderBytes, start);
 }

@@ -31,7 +31,8 @@ public:
     bool Next(CFoundFrame* found);
 
     /// True when bytes other than zeros lie where the walk, now at its end, never came: behind its
-    /// last frame, or before a start that a broken extended header has put too far.
+    /// last frame, or before a start that a broken extended header has put too far. A header of no
+    /// bytes behind the last frame is nothing that could be lost.
     [[nodiscard]] bool HasUnreachedData() const;
 
 private:
@@ -39,6 +40,7 @@ private:
     bool NextOld(CFoundFrame* found);
     bool NextPlain(CFoundFrame* found);
     bool TakeBody(std::uint32_t headerBytes, std::uint64_t size, CFoundFrame* found);
+    [[nodiscard]] std::uint32_t PastEmptyFrames() const;
     [[nodiscard]] bool HasData(std::uint32_t begin, std::uint32_t end) const;
 
     CTagImage const& m_image;

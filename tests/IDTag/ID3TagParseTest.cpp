@@ -98,6 +98,26 @@ TEST_F(ID3TagParseTest, WalkStopsAtAFrameOfSizeZero) {
     EXPECT_TRUE(m_tag.HasUnreachedData());
 }
 
+TEST_F(ID3TagParseTest, HeaderOfNoBytesBeforeThePaddingIsNothingToLose) {
+    TagBytes const title = Frame23("TIT2", Latin1Text("A"));
+    TagBytes const empty = Frame23("TPE1", {});
+    for (TagBytes const& rest : {empty, Joined({empty, Zeros(30)}),
+                                 Joined({empty, Frame23("TCON", {}, 0x40, 0x80), Zeros(1)})}) {
+        EXPECT_EQ(Open(TagOf(3, Joined({title, rest}))), kStatusOk);
+        EXPECT_EQ(m_tag.GetFrames().GetCount(), 1U);
+        EXPECT_FALSE(m_tag.HasUnreachedData());
+    }
+    EXPECT_EQ(
+        Open(TagOf(2, Joined({Frame22("TT2", Latin1Text("A")), Frame22("TP1", {}), Zeros(9)}))),
+        kStatusOk);
+    EXPECT_FALSE(m_tag.HasUnreachedData());
+    // What has no id of capitals and digits may be anything.
+    EXPECT_EQ(Open(TagOf(3, Joined({title, Frame23("tit2", {}), Zeros(30)}))), kStatusOk);
+    EXPECT_TRUE(m_tag.HasUnreachedData());
+    EXPECT_EQ(Open(TagOf(3, Joined({title, empty, Zeros(30), {1}}))), kStatusOk);
+    EXPECT_TRUE(m_tag.HasUnreachedData());
+}
+
 TEST_F(ID3TagParseTest, WalkStopsAtAFrameThatOverlapsTheEnd) {
     TagBytes body = Frame23("TIT2", Latin1Text("ABC"));
     body[7] = 5; // one byte more than there is
