@@ -7,8 +7,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <linux/fs.h>
 #include <string>
 #include <string_view>
+#include <sys/ioctl.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 #include <vector>
@@ -21,6 +23,12 @@ namespace {
 constexpr std::string_view kUserPrefix = "user.";                   // Standard: xattr(7).
 constexpr std::string_view kAccessList = "system.posix_acl_access"; // Standard: acl(5).
 constexpr mode_t kModeBits = S_ISUID | S_ISGID | S_ISVTX | S_IRWXU | S_IRWXG | S_IRWXO;
+// Standard: ioctl_iflags(2): what a person may set on a file, and what forbids another in its
+// place.
+constexpr int kMarks = FS_SECRM_FL | FS_UNRM_FL | FS_COMPR_FL | FS_SYNC_FL | FS_NODUMP_FL |
+                       FS_NOATIME_FL | FS_NOCOMP_FL | FS_JOURNAL_DATA_FL | FS_NOTAIL_FL |
+                       FS_NOCOW_FL;
+constexpr int kFixedMarks = FS_IMMUTABLE_FL | FS_APPEND_FL | FS_VERITY_FL;
 constexpr unsigned kGroupShift = 3; // Standard: POSIX, the group's bits above everybody's.
 
 /// None when the file system knows no attributes; false when it can't tell them.
@@ -93,6 +101,25 @@ mode_t ModeFor(struct stat const& old, struct stat const& now) {
 }
 
 } // namespace
+
+EWriteProblem CarryMarks(int from, int to) {
+    int old = 0;
+    int now = 0;
+    if (::ioctl(from, FS_IOC_GETFLAGS, &old) != 0 || ::ioctl(to, FS_IOC_GETFLAGS, &now) != 0) {
+        return EWriteProblem::None; // The file system knows no marks.
+    }
+    if ((old & kFixedMarks) != 0) {
+        return EWriteProblem::MayNotReplace;
+    }
+    if ((old & kMarks) == (now & kMarks)) {
+        return EWriteProblem::None;
+    }
+    int const wanted = (now & ~kMarks) | (old & kMarks);
+    (void)::ioctl(to, FS_IOC_SETFLAGS, &wanted);
+    bool const isCarried =
+        ::ioctl(to, FS_IOC_GETFLAGS, &now) == 0 && (old & kMarks) == (now & kMarks);
+    return isCarried ? EWriteProblem::None : EWriteProblem::MayNotReplace;
+}
 
 EWriteProblem CarryAttributes(int from, int to) {
     struct stat old = {};

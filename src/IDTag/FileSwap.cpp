@@ -6,11 +6,14 @@
 #include "IDTag/FileAttributes.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <chrono>
+#include <ctime>
 #include <fcntl.h>
+#include <memory>
+#include <new>
 #include <strings.h>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
@@ -19,6 +22,7 @@ namespace {
 constexpr int kAttempts = 4;                       // Fixed: names taken away before we give up.
 constexpr std::size_t kCopyBytes = 262'144;        // Fixed: a piece of the copy, of 1 MiB at most.
 constexpr mode_t kPrivateMode = S_IRUSR | S_IWUSR; // Fixed: nobody else reads a half-made file.
+constexpr std::time_t kAbandonedSeconds = 60;      // Fixed: without locks, a builder is gone then.
 constexpr int kFolderWaits = 400;                  // Fixed: with the pause below, 2 seconds.
 constexpr std::chrono::milliseconds kFolderPause(5);
 
@@ -28,19 +32,19 @@ class CFolderLock {
 public:
     explicit CFolderLock(int folder) : m_copy(::openat(folder, ".", O_RDONLY | O_CLOEXEC)) {
         for (int i = 0; m_copy.IsOpen() && i < kFolderWaits; ++i) {
-            m_eProblem = LockFile(m_copy.Get());
-            if (m_eProblem != EWriteProblem::InUse) {
+            m_eLock = LockFile(m_copy.Get());
+            if (m_eLock != ELock::Busy) {
                 break;
             }
             std::this_thread::sleep_for(kFolderPause);
         }
     }
 
-    [[nodiscard]] bool IsBusy() const { return m_eProblem == EWriteProblem::InUse; }
+    [[nodiscard]] bool IsBusy() const { return m_eLock == ELock::Busy; }
 
 private:
     CDescriptor m_copy;
-    EWriteProblem m_eProblem = EWriteProblem::None;
+    ELock m_eLock = ELock::None;
 };
 
 /// The folder part of a path, and "." for a bare name.
@@ -55,59 +59,109 @@ std::string NameOf(std::string const& path) {
 
 } // namespace
 
-CFileSwap::CFileSwap(int old, std::string const& path, std::string const& temporaryPath)
+CFileSwap::CFileSwap(int old, CFileIdentity const& state, std::string const& path,
+                     std::string const& temporaryPath)
     : m_nOld(old),
       m_sName(NameOf(path)),
       m_sTemporaryName(NameOf(temporaryPath)),
-      m_folder(::open(FolderOf(path).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)) {
+      m_folder(::open(FolderOf(path).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)),
+      m_state(state) {
 }
 
 CFileSwap::~CFileSwap() {
     if (m_bRemove) {
         CFolderLock const lock(m_folder.Get());
-        if (IsNameOf(m_sTemporaryName, m_temporary.Get())) {
-            ::unlinkat(m_folder.Get(), m_sTemporaryName.c_str(), 0);
+        if (IsNameOf(m_sTemporaryName, m_temporary.Get()) &&
+            ::unlinkat(m_folder.Get(), m_sTemporaryName.c_str(), 0) != 0) {
+            (void)!::ftruncate(m_temporary.Get(), 0);
         }
     }
 }
 
 EWriteProblem CFileSwap::Begin() {
-    if (!m_folder.IsOpen() || ::fstat(m_nOld, &m_old) != 0 ||
-        ::strcasecmp(m_sName.c_str(), m_sTemporaryName.c_str()) == 0) {
-        return EWriteProblem::NoTemporaryFile;
+    EWriteProblem const problem = LookAround();
+    if (problem != EWriteProblem::None) {
+        return problem;
     }
     CFolderLock const lock(m_folder.Get());
     if (lock.IsBusy()) {
         return EWriteProblem::InUse;
     }
     for (int i = 0; i < kAttempts; ++i) {
-        bool isNew = false;
-        EWriteProblem const problem = ClearName();
-        if (problem != EWriteProblem::None) {
-            return problem;
-        }
-        if (OpenTemporary(&isNew)) {
-            // A second name of the old file bears the old file's lock, which we may hold ourselves.
-            bool const isOld = IsNameOf(m_sTemporaryName, m_nOld);
-            EWriteProblem const locked = isOld ? EWriteProblem::None : LockFile(m_temporary.Get());
-            if (locked != EWriteProblem::None) {
-                m_bRemove = isNew && locked != EWriteProblem::InUse;
-                return locked;
-            }
-            if (!isOld && IsOurs(isNew)) {
-                m_bRemove = true;
-                return ::ftruncate(m_temporary.Get(), 0) == 0 ? EWriteProblem::None
-                                                              : ProblemOf(errno);
-            }
-        } else if (errno != EACCES) {
-            return errno == ENOSPC || errno == EDQUOT ? EWriteProblem::DiskFull
-                                                      : EWriteProblem::NoTemporaryFile;
+        std::optional<EWriteProblem> const outcome = TryToBegin();
+        if (outcome) {
+            return *outcome;
         }
         // A second name of some file, or a file that isn't ours: only the name goes.
         m_temporary = CDescriptor();
         ::unlinkat(m_folder.Get(), m_sTemporaryName.c_str(), 0);
     }
     return EWriteProblem::NoTemporaryFile;
+}
+
+/// What speaks against a new file before one is made.
+EWriteProblem CFileSwap::LookAround() const {
+    if (!m_folder.IsOpen() || ::strcasecmp(m_sName.c_str(), m_sTemporaryName.c_str()) == 0) {
+        return EWriteProblem::NoTemporaryFile;
+    }
+    if (IsBeingWritten(m_nOld)) {
+        return EWriteProblem::InUse;
+    }
+    // In a folder that only takes names, the new file couldn't be given the old one's, nor removed.
+    struct statx info = {};
+    bool const isFixed = ::statx(m_folder.Get(), "", AT_EMPTY_PATH, STATX_TYPE, &info) == 0 &&
+                         (info.stx_attributes & (STATX_ATTR_APPEND | STATX_ATTR_IMMUTABLE)) != 0;
+    return isFixed ? EWriteProblem::MayNotReplace : EWriteProblem::None;
+}
+
+/// Returns: nothing when what lies under the temporary name must lose it.
+std::optional<EWriteProblem> CFileSwap::TryToBegin() {
+    EWriteProblem const problem = ClearName();
+    if (problem != EWriteProblem::None) {
+        return problem;
+    }
+    bool isNew = false;
+    if (!OpenTemporary(&isNew)) {
+        bool const isFull = errno == ENOSPC || errno == EDQUOT;
+        return errno == EACCES ? std::nullopt
+                               : std::optional(isFull ? EWriteProblem::DiskFull
+                                                      : EWriteProblem::NoTemporaryFile);
+    }
+    if (IsNameOf(m_sTemporaryName, m_nOld)) {
+        GiveUpSecondName();
+        return std::nullopt;
+    }
+    ELock const lock = LockFile(m_temporary.Get());
+    bool const isOthers = lock != ELock::Taken && !isNew && !IsAbandoned();
+    if (lock == ELock::Busy || isOthers) {
+        return EWriteProblem::InUse;
+    }
+    // Without a lock only a file of our own making is safe to write.
+    if (!IsOurs(isNew) || (lock != ELock::Taken && !isNew)) {
+        return std::nullopt;
+    }
+    m_bRemove = true;
+    return ::ftruncate(m_temporary.Get(), 0) == 0 ? CarryMarks(m_nOld, m_temporary.Get())
+                                                  : ProblemOf(errno);
+}
+
+/// Takes the temporary name from the old file, of which it is a second one. That changes the old
+/// file's state, but not its bytes.
+void CFileSwap::GiveUpSecondName() {
+    bool const wasUnchanged = IdentityOf(m_nOld) == m_state;
+    ::unlinkat(m_folder.Get(), m_sTemporaryName.c_str(), 0);
+    std::optional<CFileIdentity> const now = IdentityOf(m_nOld);
+    if (wasUnchanged && now && now->m_nSize == m_state.m_nSize &&
+        now->m_nWrittenTime == m_state.m_nWrittenTime) {
+        m_state = *now;
+    }
+}
+
+/// True when nobody has written the temporary file for so long that its maker must be gone.
+bool CFileSwap::IsAbandoned() const {
+    struct stat info = {};
+    return ::fstat(m_temporary.Get(), &info) == 0 &&
+           info.st_mtim.tv_sec < std::time(nullptr) - kAbandonedSeconds;
 }
 
 /// Takes away what lies under the temporary name and is no plain file.
@@ -156,15 +210,18 @@ EWriteProblem CFileSwap::Write(std::span<std::uint8_t const> bytes) {
 }
 
 EWriteProblem CFileSwap::CopyRest(std::uint64_t offset) {
-    auto const end = static_cast<std::uint64_t>(m_old.st_size);
-    std::array<std::uint8_t, kCopyBytes> buffer;
+    auto const end = static_cast<std::uint64_t>(m_state.m_nSize);
+    std::unique_ptr<std::uint8_t[]> const buffer(new (std::nothrow) std::uint8_t[kCopyBytes]);
+    if (buffer == nullptr) {
+        return EWriteProblem::NoMemory;
+    }
     while (offset < end) {
         auto const count =
-            static_cast<std::size_t>(std::min<std::uint64_t>(buffer.size(), end - offset));
-        if (!ReadAllAt(m_nOld, {buffer.data(), count}, offset)) {
+            static_cast<std::size_t>(std::min<std::uint64_t>(kCopyBytes, end - offset));
+        if (!ReadAllAt(m_nOld, {buffer.get(), count}, offset)) {
             return EWriteProblem::WriteFailed;
         }
-        EWriteProblem const problem = Write({buffer.data(), count});
+        EWriteProblem const problem = Write({buffer.get(), count});
         if (problem != EWriteProblem::None) {
             return problem;
         }
@@ -190,8 +247,10 @@ EWriteProblem CFileSwap::Finish() {
         static_cast<std::uint64_t>(info.st_size) != m_nWritten) {
         return EWriteProblem::WriteFailed;
     }
-    bool const isUnchanged = ::fstat(m_nOld, &info) == 0 && IsSameContent(info, m_old);
-    return isUnchanged ? EWriteProblem::None : EWriteProblem::Changed;
+    if (!(IdentityOf(m_nOld) == m_state)) {
+        return EWriteProblem::Changed;
+    }
+    return IsBeingWritten(m_nOld) ? EWriteProblem::InUse : EWriteProblem::None;
 }
 
 EWriteProblem CFileSwap::Commit() {

@@ -4,6 +4,12 @@
 #pragma once
 
 #include "IDTag/PosixFile.h"
+#include "base/FileIdentity.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
 
 /// Builds a new version of a file under a temporary name in the same folder and puts it in the old
 /// one's place in one step, so that at every moment the name holds one whole file, also when the
@@ -15,16 +21,21 @@
 /// another one's file.
 class CFileSwap {
 public:
-    /// `old` is the open file at `path`, which is no symbolic link; it is only read.
-    CFileSwap(int old, std::string const& path, std::string const& temporaryPath);
+    /// `old` is the file at `path`, which is no symbolic link, open for reading alone; `state` is
+    /// what must still be true of it when the new file takes its place.
+    CFileSwap(int old, CFileIdentity const& state, std::string const& path,
+              std::string const& temporaryPath);
 
-    /// Removes the temporary file unless it has taken the old one's place.
+    /// Removes the temporary file unless it has taken the old one's place. Where names can't be
+    /// removed, an empty file stays.
     ~CFileSwap();
     CFileSwap(CFileSwap const&) = delete;
     CFileSwap& operator=(CFileSwap const&) = delete;
 
     /// Makes or takes over the temporary file, locked and empty. A link, a device or a fifo under
-    /// its name is removed, never written to; a folder there is left alone and fails.
+    /// its name is removed, never written to; a folder there is left alone and fails. Nothing is
+    /// made while somebody has the old file open for writing, whose further bytes would be lost,
+    /// or where it can be foreseen that the new file may not take its place.
     EWriteProblem Begin();
 
     /// Appends to the new file.
@@ -38,6 +49,10 @@ public:
     EWriteProblem Commit();
 
 private:
+    EWriteProblem LookAround() const;
+    std::optional<EWriteProblem> TryToBegin();
+    void GiveUpSecondName();
+    bool IsAbandoned() const;
     EWriteProblem ClearName();
     bool OpenTemporary(bool* isNew);
     bool IsOurs(bool isNew) const;
@@ -49,7 +64,7 @@ private:
     std::string m_sTemporaryName;
     CDescriptor m_folder;
     CDescriptor m_temporary;
-    struct stat m_old = {};
+    CFileIdentity m_state;
     std::uint64_t m_nWritten = 0;
     bool m_bRemove = false;
 };

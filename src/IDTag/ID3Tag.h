@@ -4,7 +4,6 @@
 #pragma once
 
 #include "IDTag/ID3Frame.h"
-#include "IDTag/PosixFile.h"
 #include "IDTag/TagBytes.h"
 #include "IDTag/TagImage.h"
 #include "IDTag/WriteProblem.h"
@@ -18,6 +17,7 @@
 #include <string>
 #include <vector>
 
+class CTagTarget;
 struct CFoundFrame;
 
 /// What the programs ask of a tag beyond what the class does by itself.
@@ -163,12 +163,10 @@ private:
     [[nodiscard]] std::uint64_t PendingBytes() const;
     [[nodiscard]] std::vector<std::uint8_t> MakeTag(std::uint32_t tagBytes) const;
     EWriteProblem WriteTag(bool* rewritten);
-    EWriteProblem OpenTarget(CString const& target, bool inPlace, CDescriptor& file,
-                             std::vector<std::uint8_t>& oldTag) const;
-    EWriteProblem WriteOver(int file, CString const& target,
-                            std::vector<std::uint8_t> const& oldTag,
+    EWriteProblem ReadAgain(int file, std::vector<std::uint8_t>& oldTag) const;
+    EWriteProblem WriteOver(CTagTarget& target, std::vector<std::uint8_t> const& oldTag,
                             std::vector<std::uint8_t> const& newTag) const;
-    EWriteProblem SwapFile(int file, CString const& target, std::vector<std::uint8_t> const& tag,
+    EWriteProblem SwapFile(CTagTarget const& target, std::vector<std::uint8_t> const& tag,
                            bool* rewritten) const;
 
     CTagRules m_rules;

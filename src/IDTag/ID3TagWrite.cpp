@@ -16,7 +16,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <fcntl.h>
 #include <new>
 #include <unistd.h>
 
@@ -31,11 +30,6 @@ constexpr std::size_t kSizeOffset = 6;             // Standard: ID3v2.3.0, secti
 constexpr std::uint8_t kDiscardWhenAltered = 0x40; // Standard: ID3v2.3.0, section 3.3.1.
 
 using Bytes = std::vector<std::uint8_t>;
-
-bool IsNameOf(std::string const& path, struct stat const& opened) {
-    struct stat named = {};
-    return ::lstat(path.c_str(), &named) == 0 && IsSameFile(named, opened);
-}
 
 /// Where two tags of the same length differ: from the first such byte to the last one.
 struct CChange {
@@ -68,16 +62,26 @@ bool IsReplaceable(int file) {
 /// True when a new file couldn't be made, which says nothing against a write in place.
 bool IsForWantOfAFile(EWriteProblem problem) {
     return problem == EWriteProblem::NoTemporaryFile || problem == EWriteProblem::DiskFull ||
-           problem == EWriteProblem::FileTooLarge || problem == EWriteProblem::WriteFailed;
+           problem == EWriteProblem::FileTooLarge || problem == EWriteProblem::FileSizeLimit ||
+           problem == EWriteProblem::MayNotReplace || problem == EWriteProblem::NoMemory ||
+           problem == EWriteProblem::WriteFailed;
 }
 
 /// Writes the change in one call; never a byte behind the tag.
-EWriteProblem WriteInPlace(int file, Bytes const& oldTag, Bytes const& newTag,
+EWriteProblem WriteInPlace(CTagTarget& target, Bytes const& oldTag, Bytes const& newTag,
                            CChange const& change) {
     auto const part = [&change](Bytes const& tag) {
         return std::span(tag).subspan(change.m_nOffset, change.m_nBytes);
     };
-    EWriteProblem problem = WriteAllAt(file, part(newTag), change.m_nOffset);
+    EWriteProblem problem = target.OpenForWriting();
+    if (problem == EWriteProblem::None) {
+        problem = target.LookAgain();
+    }
+    if (problem != EWriteProblem::None) {
+        return problem;
+    }
+    int const file = target.GetForWriting();
+    problem = WriteAllAt(file, part(newTag), change.m_nOffset);
     if (problem == EWriteProblem::None) {
         problem = ::fsync(file) == 0 ? EWriteProblem::None : ProblemOf(errno);
     }
@@ -149,68 +153,53 @@ EWriteProblem CID3Tag::WriteTag(bool* rewritten) {
     if (newTagBytes >= kTagLimitBytes) {
         return EWriteProblem::TagTooLarge;
     }
-    CString const target = FileBehind(m_sPath);
-    CDescriptor file;
+    CTagTarget target(m_sPath);
+    if (inPlace && !target.MayBeWritten()) {
+        return EWriteProblem::NotWritable;
+    }
+    EWriteProblem problem = target.Open(m_rules.m_expected);
     Bytes oldTag;
-    EWriteProblem const problem = OpenTarget(target, inPlace, file, oldTag);
+    if (problem == EWriteProblem::None) {
+        problem = ReadAgain(target.Get(), oldTag);
+    }
     if (problem != EWriteProblem::None) {
         return problem;
     }
     Bytes const newTag = MakeTag(static_cast<std::uint32_t>(newTagBytes));
-    return inPlace ? WriteOver(file.Get(), target, oldTag, newTag)
-                   : SwapFile(file.Get(), target, newTag, rewritten);
+    return inPlace ? WriteOver(target, oldTag, newTag) : SwapFile(target, newTag, rewritten);
 }
 
 /// Puts a tag in the place of one of the same length. What a kill could cut in the middle is done
 /// through a new file, where there can be one. To the caller that is an update in place as well:
 /// the audio stays where it was.
-EWriteProblem CID3Tag::WriteOver(int file, CString const& target,
-                                 std::vector<std::uint8_t> const& oldTag,
+EWriteProblem CID3Tag::WriteOver(CTagTarget& target, std::vector<std::uint8_t> const& oldTag,
                                  std::vector<std::uint8_t> const& newTag) const {
     CChange const change = ChangeBetween(oldTag, newTag);
     if (change.m_nBytes == 0) {
         return EWriteProblem::None;
     }
-    if (!IsOneStep(change) && IsReplaceable(file)) {
+    if (!IsOneStep(change) && IsReplaceable(target.Get())) {
         bool rewritten = false;
-        EWriteProblem const problem = SwapFile(file, target, newTag, &rewritten);
+        EWriteProblem const problem = SwapFile(target, newTag, &rewritten);
         if (!IsForWantOfAFile(problem)) {
             return problem;
         }
     }
-    return WriteInPlace(file, oldTag, newTag, change);
+    return WriteInPlace(target, oldTag, newTag, change);
 }
 
-/// Opens and locks the file and reads its tag's bytes again, which must be those of `OpenFile`.
-EWriteProblem CID3Tag::OpenTarget(CString const& target, bool inPlace, CDescriptor& file,
-                                  std::vector<std::uint8_t>& oldTag) const {
-    std::string const path = target.ToPath();
-    constexpr int kFlags = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-    file = CDescriptor(::open(path.c_str(), kFlags | O_RDWR));
-    if (!file.IsOpen() && !inPlace) {
-        file = CDescriptor(::open(path.c_str(), kFlags | O_RDONLY));
-    }
-    struct stat info = {};
-    if (!file.IsOpen() || ::fstat(file.Get(), &info) != 0 || !S_ISREG(info.st_mode)) {
-        return EWriteProblem::NotWritable;
-    }
-    EWriteProblem const locked = LockFile(file.Get());
-    if (locked != EWriteProblem::None) {
-        return locked;
-    }
-    if (::fstat(file.Get(), &info) != 0 || !IsNameOf(path, info) ||
-        (m_rules.m_expected && !(IdentityOf(info) == *m_rules.m_expected))) {
-        return EWriteProblem::Changed;
-    }
-    auto const fileBytes = static_cast<std::uint64_t>(info.st_size);
-    oldTag.resize(DigestedBytes(m_nTagBytes, fileBytes));
-    if (!ReadAllAt(file.Get(), oldTag, 0)) {
+/// Reads the tag's bytes again, which must be those of `OpenFile`.
+EWriteProblem CID3Tag::ReadAgain(int file, std::vector<std::uint8_t>& oldTag) const {
+    std::optional<CFileIdentity> const opened = IdentityOf(file);
+    if (!opened) {
         return EWriteProblem::TagUnreadable;
     }
-    if (oldTag.size() < m_nTagBytes || !(DigestOf(oldTag) == m_digest)) {
-        return EWriteProblem::Changed;
+    oldTag.resize(DigestedBytes(m_nTagBytes, static_cast<std::uint64_t>(opened->m_nSize)));
+    if (!ReadAllAt(file, oldTag, 0)) {
+        return EWriteProblem::TagUnreadable;
     }
-    return EWriteProblem::None;
+    bool const isSame = oldTag.size() >= m_nTagBytes && DigestOf(oldTag) == m_digest;
+    return isSame ? EWriteProblem::None : EWriteProblem::Changed;
 }
 
 /// Header, frames and zeros: exactly `tagBytes` bytes, so that the header tells the truth also when
@@ -237,19 +226,17 @@ std::vector<std::uint8_t> CID3Tag::MakeTag(std::uint32_t tagBytes) const {
     return tag;
 }
 
-EWriteProblem CID3Tag::SwapFile(int file, CString const& target,
-                                std::vector<std::uint8_t> const& tag, bool* rewritten) const {
-    struct stat info = {};
-    if (::fstat(file, &info) != 0) {
-        return EWriteProblem::TagUnreadable;
-    }
-    std::uint64_t const audioBytes = static_cast<std::uint64_t>(info.st_size) - m_nTagBytes;
+EWriteProblem CID3Tag::SwapFile(CTagTarget const& target, std::vector<std::uint8_t> const& tag,
+                                bool* rewritten) const {
+    std::uint64_t const audioBytes =
+        static_cast<std::uint64_t>(target.GetIdentity().m_nSize) - m_nTagBytes;
     if (audioBytes + tag.size() > kLargestFileBytes) {
         return EWriteProblem::FileTooLarge;
     }
     CString temporary;
-    CFileUtil::ChangeFileExt(target, kTemporaryExtension, temporary);
-    CFileSwap swap(file, target.ToPath(), temporary.ToPath());
+    CFileUtil::ChangeFileExt(target.GetPath(), kTemporaryExtension, temporary);
+    CFileSwap swap(target.Get(), target.GetIdentity(), target.GetPath().ToPath(),
+                   temporary.ToPath());
     EWriteProblem problem = swap.Begin();
     if (problem == EWriteProblem::None) {
         problem = swap.Write(tag);
@@ -260,8 +247,6 @@ EWriteProblem CID3Tag::SwapFile(int file, CString const& target,
     if (problem == EWriteProblem::None) {
         problem = swap.Commit();
     }
-    if (problem == EWriteProblem::None) {
-        *rewritten = true;
-    }
+    *rewritten = *rewritten || problem == EWriteProblem::None;
     return problem;
 }

@@ -4,8 +4,21 @@
 #include "IDTag/PosixFile.h"
 
 #include <cerrno>
+#include <csignal>
+#include <fcntl.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <unistd.h>
+
+namespace {
+
+/// True when this process may not make files of any length.
+bool HasSizeLimit() {
+    rlimit limit = {};
+    return ::getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY;
+}
+
+} // namespace
 
 CDescriptor& CDescriptor::operator=(CDescriptor&& other) noexcept {
     std::swap(m_nNumber, other.m_nNumber);
@@ -22,22 +35,34 @@ bool IsSameFile(struct stat const& one, struct stat const& other) {
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
-bool IsSameContent(struct stat const& one, struct stat const& other) {
-    return IsSameFile(one, other) && one.st_size == other.st_size &&
-           one.st_mtim.tv_sec == other.st_mtim.tv_sec &&
-           one.st_mtim.tv_nsec == other.st_mtim.tv_nsec;
-}
-
-EWriteProblem LockFile(int file) {
+ELock LockFile(int file) {
     while (::flock(file, LOCK_EX | LOCK_NB) != 0) {
-        if (errno == EWOULDBLOCK) {
-            return EWriteProblem::InUse;
-        }
-        if (errno != EINTR) {
-            return EWriteProblem::NotWritable;
+        switch (errno) {
+        case EINTR:
+            continue;
+        case EWOULDBLOCK:
+            return ELock::Busy;
+        case EBADF:
+            return ELock::OnlyForWriters;
+        default:
+            return ELock::None;
         }
     }
-    return EWriteProblem::None;
+    return ELock::Taken;
+}
+
+bool IsBeingWritten(int file) {
+    int const flags = ::fcntl(file, F_GETFL);
+    if (flags < 0 || (flags & O_ACCMODE) != O_RDONLY) {
+        return false;
+    }
+    // A lease isn't given while somebody writes. Nobody needs to be told when it is broken in the
+    // moment until it is given back: SIGURG is ignored unless asked for.
+    if (::fcntl(file, F_SETSIG, SIGURG) != 0 || ::fcntl(file, F_SETLEASE, F_RDLCK) != 0) {
+        return errno == EAGAIN;
+    }
+    (void)::fcntl(file, F_SETLEASE, F_UNLCK);
+    return false;
 }
 
 bool ReadAllAt(int file, std::span<std::uint8_t> room, std::uint64_t offset) {
@@ -78,7 +103,13 @@ EWriteProblem ProblemOf(int error) {
     case EDQUOT:
         return EWriteProblem::DiskFull;
     case EFBIG:
-        return EWriteProblem::FileTooLarge;
+        return HasSizeLimit() ? EWriteProblem::FileSizeLimit : EWriteProblem::FileTooLarge;
+    case EPERM:
+    case EACCES:
+    case EBUSY:
+        return EWriteProblem::MayNotReplace;
+    case ENOMEM:
+        return EWriteProblem::NoMemory;
     default:
         return EWriteProblem::WriteFailed;
     }

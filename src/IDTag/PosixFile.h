@@ -31,12 +31,20 @@ private:
 /// True when both describe the same file of the same file system.
 bool IsSameFile(struct stat const& one, struct stat const& other);
 
-/// True when nothing was written to the file between the two.
-bool IsSameContent(struct stat const& one, struct stat const& other);
+/// What came of asking for a lock.
+enum class ELock {
+    Taken,
+    Busy,           // somebody else holds it
+    OnlyForWriters, // this file system locks only what is open for writing
+    None,           // this file system has no locks
+};
 
 /// Takes the exclusive advisory lock without waiting.
-/// Returns: `InUse` when somebody else holds it, `NotWritable` when the file system has no locks.
-EWriteProblem LockFile(int file);
+ELock LockFile(int file);
+
+/// True when somebody has the file, which is open here for reading alone, open for writing. False
+/// also where the system doesn't tell.
+bool IsBeingWritten(int file);
 
 /// Reads exactly `room.size()` bytes at `offset`; false when there are fewer or on an error.
 bool ReadAllAt(int file, std::span<std::uint8_t> room, std::uint64_t offset);
@@ -44,5 +52,5 @@ bool ReadAllAt(int file, std::span<std::uint8_t> room, std::uint64_t offset);
 /// Writes all of `bytes` at `offset`.
 EWriteProblem WriteAllAt(int file, std::span<std::uint8_t const> bytes, std::uint64_t offset);
 
-/// `DiskFull`, `FileTooLarge` or `WriteFailed`, by the system's error number.
+/// The problem that the system's error number stands for, `WriteFailed` for any other.
 EWriteProblem ProblemOf(int error);

@@ -103,8 +103,7 @@ EWriteProblem ProblemOfFile(std::string const& path) {
     if (info.st_size > static_cast<off_t>(kLargestFileBytes)) {
         return EWriteProblem::FileTooLarge;
     }
-    bool const isWritable = ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
-    return isWritable ? EWriteProblem::None : EWriteProblem::NotWritable;
+    return EWriteProblem::None;
 }
 
 /// One write, step by step.
@@ -130,8 +129,13 @@ private:
         if (!HasWrittenExtension(m_sPath)) {
             return EWriteProblem::OtherExtension;
         }
-        return HasWrittenExtension(m_sTarget) ? ProblemOfFile(m_sTarget.ToPath())
-                                              : EWriteProblem::LinkTarget;
+        if (!HasWrittenExtension(m_sTarget)) {
+            return EWriteProblem::LinkTarget;
+        }
+        EWriteProblem const problem = ProblemOfFile(m_sTarget.ToPath());
+        bool const isRefused =
+            problem == EWriteProblem::None && !CTagTarget(m_sTarget).MayBeWritten();
+        return isRefused ? EWriteProblem::NotWritable : problem;
     }
 
     EWriteProblem LookAtTag(CTagStoreReport& report) {
@@ -139,6 +143,7 @@ private:
         if (!seen || (m_options.m_expected && !(*m_options.m_expected == *seen))) {
             return EWriteProblem::Changed;
         }
+        WaitUntilChangesShow(*seen);
         CTagRules rules;
         rules.m_bEveryId = true;
         rules.m_bKeepMarked = m_options.m_bKeepMarked;

@@ -7,7 +7,10 @@
 
 #include "support/Unprivileged.h"
 
+#include <fcntl.h>
 #include <filesystem>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -17,6 +20,22 @@ std::string Attribute(std::string const& path, char const* name) {
     std::string value(1000, '\0');
     ssize_t const length = ::getxattr(path.c_str(), name, value.data(), value.size());
     return length < 0 ? "<none>" : value.substr(0, static_cast<std::size_t>(length));
+}
+
+/// The marks that `chattr` sets; none where the file system knows none.
+int Marks(std::string const& path) {
+    int marks = 0;
+    int const file = ::open(path.c_str(), O_RDONLY);
+    (void)::ioctl(file, FS_IOC_GETFLAGS, &marks);
+    ::close(file);
+    return marks;
+}
+
+bool SetMarks(std::string const& path, int marks) {
+    int const file = ::open(path.c_str(), O_RDONLY);
+    bool const isSet = ::ioctl(file, FS_IOC_SETFLAGS, &marks) == 0;
+    ::close(file);
+    return isSet;
 }
 
 } // namespace
@@ -151,4 +170,27 @@ TEST_F(ID3TagAttributesTest, RelativePathsAreWritten) {
     EXPECT_EQ(SetTempo("song.mp3").m_nStatus, kStatusOk);
     std::filesystem::current_path(before);
     EXPECT_EQ(ReadBytes(m_sFile), kNew);
+}
+
+TEST_F(ID3TagAttributesTest, MarksSurviveTheSwap) {
+    int const before = Marks(m_sFile);
+    if (!SetMarks(m_sFile, before | FS_NODUMP_FL | FS_NOATIME_FL)) {
+        GTEST_SKIP() << "the file system knows no such marks";
+    }
+    ExpectSwapped();
+    EXPECT_EQ(Marks(m_sFile), before | FS_NODUMP_FL | FS_NOATIME_FL);
+}
+
+TEST_F(ID3TagAttributesTest, FileOrFolderThatOnlyGrowsIsLeftAlone) {
+    for (std::string const& path : {m_sFile, m_folder.Path()}) {
+        int const before = Marks(path);
+        if (!SetMarks(path, before | FS_APPEND_FL)) {
+            GTEST_SKIP() << "only the superuser can set this up, on some file systems";
+        }
+        CUpdate const update = SetTempo(m_sFile);
+        ASSERT_TRUE(SetMarks(path, before));
+        EXPECT_EQ(update.m_eProblem, EWriteProblem::MayNotReplace);
+        EXPECT_EQ(ReadBytes(m_sFile), kOld);
+        EXPECT_FALSE(IsThere(m_sTemporary)) << path;
+    }
 }

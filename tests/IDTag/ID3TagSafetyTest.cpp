@@ -147,7 +147,7 @@ TEST_F(ID3TagSafetyTest, FullDiskLeavesTheSongAsItWas) {
         CUpdate const update = SetTempo(m_sFile);
         ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &old), 0);
         EXPECT_EQ(update.m_nStatus, kStatusFailure);
-        EXPECT_EQ(update.m_eProblem, EWriteProblem::FileTooLarge);
+        EXPECT_EQ(update.m_eProblem, EWriteProblem::FileSizeLimit);
         EXPECT_FALSE(update.m_bRewritten);
         EXPECT_EQ(ReadBytes(m_sFile), kOld);
         EXPECT_FALSE(IsThere(m_sTemporary));
