@@ -106,7 +106,11 @@ void BPMController::noteUnreadFolder(CString const& folder) {
 void BPMController::addFile(CString const& path) {
     {
         std::scoped_lock const guard(m_lock);
-        if (m_bTerminated || !m_vPaths.insert(std::u16string(path.Units())).second) {
+        if (m_bTerminated) {
+            return;
+        }
+        if (!m_vPaths.insert(std::u16string(path.Units())).second) {
+            ++m_status.m_nKnown;
             return;
         }
     }

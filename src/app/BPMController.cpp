@@ -98,6 +98,7 @@ void BPMController::startNext() {
     m_sTempoBefore = row.m_file.GetTempo();
     m_nRunningRow = m_nFirstUndone;
     row.m_nPercent = 0;
+    m_bPercentSeen = false;
     m_view.setCanClose(false);
     m_view.reloadRow(m_nRunningRow);
     m_bAnalysisInProgress = true;
@@ -164,6 +165,7 @@ void BPMController::onProfilerFileProgress(CUserInfo const* userInfo) {
         }
         row->m_file.SetTempo(CString(percent.c_str()));
         row->m_nPercent = PercentIn(percent);
+        m_bPercentSeen = true;
         index = row->m_nIndex;
     }
     m_view.reloadRow(index);
@@ -305,6 +307,7 @@ CRowState BPMController::rowState(std::size_t row) const {
     return {std::u16string(entry.m_file.GetPath().Units()),
             entry.m_file.IsDone(),
             entry.m_nPercent,
+            entry.m_nPercent >= 0 && !m_bPercentSeen,
             entry.m_sFailure,
             entry.m_sDamage,
             entry.m_writeProblem};
@@ -323,6 +326,7 @@ CBatchStatus BPMController::status() const {
         CFileUtil::ExtractFileName(row.m_file.GetPath(), name);
         status.m_sRunningName = name.Units();
         status.m_nPercent = row.m_nPercent;
+        status.m_bReading = row.m_nPercent >= 0 && !m_bPercentSeen;
         // A row that is done already is still running while its tempo is stored.
         status.m_nBatchPlace = status.m_nBatchFiles - status.m_nUndone +
                                static_cast<std::size_t>(!row.m_file.IsDone());

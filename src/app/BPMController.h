@@ -136,6 +136,7 @@ private:
     CString m_sTempoBefore; // What the running row showed before it was started.
     CBatchStatus m_status;  // Counts and flags; texts of the running row are filled in on demand.
     bool m_bAnalysisInProgress = false;
+    bool m_bPercentSeen = false;  // The running row has been told how far it is.
     bool m_bBatchStopped = false; // The chain must not go on.
     bool m_bRunCancelled = false; // Results of the running file are void.
     std::size_t m_nAddJobs = 0;

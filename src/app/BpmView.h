@@ -11,11 +11,12 @@
 
 /// What one row tells beside its three texts. A copy, taken under the list's lock.
 struct CRowState {
-    std::u16string m_sPath; ///< Full path, bytes that are not UTF-8 as lone surrogates.
-    bool m_bDone = false;   ///< Has a tempo, from its tag or from an analysis.
-    int m_nPercent = -1;    ///< Progress while the row is analysed, 0 to 100; otherwise -1.
-    std::string m_sFailure; ///< Why the analysis failed; empty when it didn't.
-    std::string m_sDamage;  ///< What of it could not be decoded; empty when all could.
+    std::u16string m_sPath;  ///< Full path, bytes that are not UTF-8 as lone surrogates.
+    bool m_bDone = false;    ///< Has a tempo, from its tag or from an analysis.
+    int m_nPercent = -1;     ///< Progress while the row is analysed, 0 to 100; otherwise -1.
+    bool m_bReading = false; ///< It is being decoded: no percentage has come yet.
+    std::string m_sFailure;  ///< Why the analysis failed; empty when it didn't.
+    std::string m_sDamage;   ///< What of it could not be decoded; empty when all could.
     EWriteProblem m_writeProblem = EWriteProblem::None; ///< Why its tempo isn't in the file.
 };
 
@@ -34,8 +35,10 @@ inline bool HasProblem(CRowState const& row) {
 struct CBatchStatus {
     bool m_bAdding = false;           ///< Paths are being looked through on the adding worker.
     bool m_bRunning = false;          ///< A file is being analysed.
+    bool m_bReading = false;          ///< That file is being decoded: no percentage yet.
     bool m_bStopping = false;         ///< The batch was stopped; its running file is ending.
     std::size_t m_nRows = 0;          ///< Rows in the list.
+    std::size_t m_nKnown = 0;         ///< Paths met so far that were in the list already.
     std::size_t m_nUndone = 0;        ///< Rows without a tempo, the running one included.
     std::size_t m_nBatchFiles = 0;    ///< Files of this batch, done and still to come.
     std::size_t m_nBatchPlace = 0;    ///< Which of them is running, from 1; 0 when none is.

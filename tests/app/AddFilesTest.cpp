@@ -58,6 +58,17 @@ TEST_F(AddFilesTest, TheSamePathTwiceKeepsOneRow) {
     EXPECT_EQ(view.added(), 1);
 }
 
+TEST_F(AddFilesTest, PathsThatAreInTheListAlreadyAreCounted) {
+    writeClip("a.mp3");
+    writeClip("b.mp3");
+    controller.add(path(folder.Path()));
+    EXPECT_EQ(controller.status().m_nKnown, 0U);
+    writeClip("c.mp3");
+    controller.add(path(folder.Path()));
+    EXPECT_EQ(controller.numberOfRowsInTableView(), 3U);
+    EXPECT_EQ(controller.status().m_nKnown, 2U);
+}
+
 TEST_F(AddFilesTest, PathsAreComparedAsTheyAreWritten) {
     writeClip("a.mp3");
     controller.addFile(path(folder / "a.mp3"));

@@ -166,6 +166,19 @@ TEST_F(BPMControllerTest, ARowThatIsStartedHasProgressAtOnce) {
     EXPECT_EQ(controller.rowState(0).m_nPercent, -1);
 }
 
+TEST_F(BPMControllerTest, AFileIsBeingReadUntilItsFirstPercentage) {
+    controller.openFile({path(writeLong("a.wav"))});
+    waitFor([this] { return controller.rowState(0).m_bReading; });
+    EXPECT_EQ(tempo(0), "");
+    EXPECT_TRUE(controller.status().m_bReading);
+    waitFor([this] { return !controller.rowState(0).m_bReading; });
+    EXPECT_TRUE(tempo(0).ends_with('%')) << tempo(0);
+    EXPECT_FALSE(controller.status().m_bReading);
+    controller.stop();
+    waitUntilIdle();
+    EXPECT_FALSE(controller.rowState(0).m_bReading);
+}
+
 TEST_F(BPMControllerTest, AFailureIsForgottenWhenTheFileWorksLater) {
     std::string const file = folder / "a.mp3";
     WriteText(file, "");
