@@ -116,6 +116,7 @@ void BPMController::addFile(CString const& path) {
     }
     auto row = std::make_unique<CRow>(path);
     row->m_bTagIsClosed = !ReadRowTags(row->m_file);
+    row->m_bFromTag = row->m_file.IsDone();
     {
         std::scoped_lock const guard(m_lock);
         row->m_nIndex = m_vFiles.size();

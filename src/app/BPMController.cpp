@@ -184,6 +184,7 @@ void BPMController::onFileComplete(CUserInfo const* userInfo) {
         }
         row->m_file.SetTempo(CString(UserInfoText(userInfo, kBpmKey).c_str()));
         row->m_nPercent = -1;
+        row->m_bFromTag = false;
         if (!row->m_file.IsDone()) {
             row->m_file.SetDone(true);
             --m_status.m_nUndone;
@@ -306,6 +307,7 @@ CRowState BPMController::rowState(std::size_t row) const {
     CRow const& entry = *m_vFiles[row];
     return {std::u16string(entry.m_file.GetPath().Units()),
             entry.m_file.IsDone(),
+            entry.m_bFromTag,
             entry.m_nPercent,
             entry.m_nPercent >= 0 && !m_bPercentSeen,
             entry.m_sFailure,

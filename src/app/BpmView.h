@@ -13,6 +13,7 @@
 struct CRowState {
     std::u16string m_sPath;  ///< Full path, bytes that are not UTF-8 as lone surrogates.
     bool m_bDone = false;    ///< Has a tempo, from its tag or from an analysis.
+    bool m_bFromTag = false; ///< That tempo was in the tag; no analysis of ours has replaced it.
     int m_nPercent = -1;     ///< Progress while the row is analysed, 0 to 100; otherwise -1.
     bool m_bReading = false; ///< It is being decoded: no percentage has come yet.
     std::string m_sFailure;  ///< Why the analysis failed; empty when it didn't.

@@ -179,6 +179,19 @@ TEST_F(BPMControllerTest, AFileIsBeingReadUntilItsFirstPercentage) {
     EXPECT_FALSE(controller.rowState(0).m_bReading);
 }
 
+TEST_F(BPMControllerTest, ATempoOfTheTagIsKnownAsSuchUntilOursReplacesIt) {
+    controller.addFile(path(writeClip("a.mp3", Tag(3, {TextFrame("TBPM", "99")}))));
+    addClip("b.mp3");
+    controller.analyze();
+    waitUntilIdle();
+    EXPECT_TRUE(controller.rowState(0).m_bFromTag);
+    EXPECT_FALSE(controller.rowState(1).m_bFromTag);
+    controller.reScan();
+    waitUntilIdle();
+    EXPECT_EQ(tempo(0), "120.00");
+    EXPECT_FALSE(controller.rowState(0).m_bFromTag);
+}
+
 TEST_F(BPMControllerTest, AFailureIsForgottenWhenTheFileWorksLater) {
     std::string const file = folder / "a.mp3";
     WriteText(file, "");
