@@ -109,8 +109,9 @@ void BPMController::addFile(CString const& path) {
         if (m_bTerminated) {
             return;
         }
-        if (!m_vPaths.insert(std::u16string(path.Units())).second) {
-            ++m_status.m_nKnown;
+        auto const [known, isNew] = m_vPaths.emplace(path.Units(), kNoRow);
+        if (!isNew) {
+            noteKnownRow(known->second);
             return;
         }
     }
@@ -125,6 +126,7 @@ void BPMController::addFile(CString const& path) {
             m_status.m_nBatchFiles += static_cast<std::size_t>(m_bAnalysisInProgress);
         }
         m_vIndexes.emplace(&row->m_file, row->m_nIndex);
+        m_vPaths[std::u16string(path.Units())] = row->m_nIndex;
         m_vFiles.push_back(std::move(row));
     }
     m_view.rowsAdded();

@@ -67,11 +67,11 @@ void BPMController::reScan() {
     {
         std::scoped_lock const guard(m_lock);
         for (auto const& row : m_vFiles) {
-            row->m_file.SetDone(false);
+            row->m_file.SetDone(row->m_bHidden && row->m_file.IsDone());
         }
         m_nFirstUndone = 0;
-        m_status.m_nUndone = m_vFiles.size();
-        m_status.m_nBatchFiles = m_vFiles.size();
+        m_status.m_nUndone = m_vFiles.size() - m_status.m_nHidden;
+        m_status.m_nBatchFiles = m_status.m_nUndone;
         m_bBatchStopped = false;
         startNext();
     }
@@ -84,7 +84,7 @@ void BPMController::startNext() {
     if (m_bAnalysisInProgress || m_bTerminated) {
         return;
     }
-    while (m_nFirstUndone < m_vFiles.size() && m_vFiles[m_nFirstUndone]->m_file.IsDone()) {
+    while (m_nFirstUndone < m_vFiles.size() && !isToDo(*m_vFiles[m_nFirstUndone])) {
         ++m_nFirstUndone;
     }
     if (m_nFirstUndone == m_vFiles.size()) {
@@ -308,6 +308,7 @@ CRowState BPMController::rowState(std::size_t row) const {
     return {std::u16string(entry.m_file.GetPath().Units()),
             entry.m_file.IsDone(),
             entry.m_bFromTag,
+            entry.m_bHidden,
             entry.m_nPercent,
             entry.m_nPercent >= 0 && !m_bPercentSeen,
             entry.m_sFailure,

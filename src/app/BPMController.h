@@ -17,7 +17,6 @@
 #include <mutex>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 enum class EDropOperation { None, Copy };
@@ -70,6 +69,10 @@ public:
     /// Takes every row as not done and analyses.
     void reScan();
 
+    /// Hides rows, or brings them back: hidden ones are neither shown nor analysed, the running one
+    /// is given up. They stay in the list, and no file is touched.
+    void setHidden(std::vector<std::size_t> const& rows, bool isHidden);
+
     /// Ends the batch and whatever is still being added. The running file keeps what it had.
     void stop();
 
@@ -110,6 +113,9 @@ private:
 
     [[nodiscard]] CRow* rowOf(CUserInfo const* userInfo) const;
     void startNext();
+    [[nodiscard]] static bool isToDo(CRow const& row);
+    void setRowHidden(std::size_t index, bool isHidden);
+    void noteKnownRow(std::size_t index);
     void restoreRunningRow();
     void giveUpRunningRow();
     void setDamage(CRow& row, std::string damage);
@@ -130,7 +136,8 @@ private:
     mutable std::mutex m_lock; // Guards everything down to m_bTerminated.
     std::vector<std::unique_ptr<CRow>> m_vFiles;
     std::unordered_map<CBPMFile const*, std::size_t> m_vIndexes;
-    std::unordered_set<std::u16string> m_vPaths;
+    std::unordered_map<std::u16string, std::size_t>
+        m_vPaths;                   // To its row; kNoRow until it has one.
     std::size_t m_nFirstUndone = 0; // No row in front of it is undone.
     std::size_t m_nRunningRow = kNoRow;
     CString m_sTempoBefore; // What the running row showed before it was started.

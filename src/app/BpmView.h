@@ -14,6 +14,7 @@ struct CRowState {
     std::u16string m_sPath;  ///< Full path, bytes that are not UTF-8 as lone surrogates.
     bool m_bDone = false;    ///< Has a tempo, from its tag or from an analysis.
     bool m_bFromTag = false; ///< That tempo was in the tag; no analysis of ours has replaced it.
+    bool m_bHidden = false;  ///< Neither shown nor analysed until it is brought back.
     int m_nPercent = -1;     ///< Progress while the row is analysed, 0 to 100; otherwise -1.
     bool m_bReading = false; ///< It is being decoded: no percentage has come yet.
     std::string m_sFailure;  ///< Why the analysis failed; empty when it didn't.
@@ -34,13 +35,15 @@ inline bool HasProblem(CRowState const& row) {
 
 /// Where the batch stands. A copy, taken under the list's lock.
 struct CBatchStatus {
-    bool m_bAdding = false;           ///< Paths are being looked through on the adding worker.
-    bool m_bRunning = false;          ///< A file is being analysed.
-    bool m_bReading = false;          ///< That file is being decoded: no percentage yet.
-    bool m_bStopping = false;         ///< The batch was stopped; its running file is ending.
-    std::size_t m_nRows = 0;          ///< Rows in the list.
-    std::size_t m_nKnown = 0;         ///< Paths met so far that were in the list already.
-    std::size_t m_nUndone = 0;        ///< Rows without a tempo, the running one included.
+    bool m_bAdding = false;      ///< Paths are being looked through on the adding worker.
+    bool m_bRunning = false;     ///< A file is being analysed.
+    bool m_bReading = false;     ///< That file is being decoded: no percentage yet.
+    bool m_bStopping = false;    ///< The batch was stopped; its running file is ending.
+    std::size_t m_nRows = 0;     ///< Rows in the list, hidden ones included.
+    std::size_t m_nHidden = 0;   ///< Of these, rows that are hidden now.
+    std::size_t m_nReturned = 0; ///< Hidden rows so far that came back by being added again.
+    std::size_t m_nKnown = 0;    ///< Paths met so far that were in the list already.
+    std::size_t m_nUndone = 0; ///< Rows without a tempo, the running one included, hidden ones not.
     std::size_t m_nBatchFiles = 0;    ///< Files of this batch, done and still to come.
     std::size_t m_nBatchPlace = 0;    ///< Which of them is running, from 1; 0 when none is.
     int m_nPercent = -1;              ///< Progress of the running file; -1 when there is none.

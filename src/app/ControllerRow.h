@@ -13,6 +13,7 @@ struct BPMController::CRow {
 
     CBPMFile m_file;
     std::size_t m_nIndex = 0; // Fixed once the row is in the list.
+    bool m_bHidden = false;   // Neither shown nor analysed.
     bool m_bFromTag = false;  // Its tempo was in the tag; none of ours has replaced it.
     int m_nPercent = -1;      // Of the running analysis; -1 when there is none.
     std::string m_sFailure;   // Why the analysis failed, or empty.
