@@ -3,12 +3,24 @@
 
 #include "desktop/OpenPanel.h"
 
+#include <QAccessible>
+#include <QDialogButtonBox>
+#include <QDir>
 #include <QFileInfo>
 #include <QFileSystemModel>
+#include <QGridLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QSettings>
 #include <QSortFilterProxyModel>
+#include <QStandardPaths>
+#include <QTreeView>
 
 namespace {
+
+constexpr QSize kPanelSize(860, 520); // Fixed: pixels; names of some fifty letters.
 
 std::string PathBytes(QString const& path) {
     return QFile::encodeName(path).toStdString();
@@ -58,19 +70,122 @@ COpenPanel::COpenPanel(COpenPanelRules rules, QWidget* parent)
     setFileMode(QFileDialog::ExistingFiles);
     setNameFilter(tr("Music files and folders") + " (*)");
     setProxyModel(new CPanelFilter(m_rules, this));
+    resize(kPanelSize);
+    setUpPlaces();
+    setUpColumns();
+    setUpOwnParts();
+}
+
+void COpenPanel::setUpPlaces() {
+    QList<QUrl> places = sidebarUrls();
+    for (QString const& folder : QStandardPaths::standardLocations(QStandardPaths::MusicLocation)) {
+        QUrl const place = QUrl::fromLocalFile(folder);
+        if (QFileInfo(folder).isDir() && !places.contains(place)) {
+            places << place;
+        }
+    }
+    setSidebarUrls(places);
+}
+
+// Names take the room that sizes, kinds and dates leave.
+void COpenPanel::setUpColumns() {
+    QHeaderView* header = findChild<QTreeView*>("treeView")->header();
+    header->setStretchLastSection(false);
+    header->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header->setSectionResizeMode(0, QHeaderView::Stretch);
+}
+
+void COpenPanel::setUpOwnParts() {
+    auto* buttons = findChild<QDialogButtonBox*>();
+    QPushButton* folder = buttons->addButton(tr("Add this folder"), QDialogButtonBox::ActionRole);
+    folder->setObjectName("takeFolder");
+    folder->setAutoDefault(false);
+    folder->setToolTip(tr("Add the folder that is open here, with everything below it"));
+    connect(folder, &QPushButton::clicked, this, &COpenPanel::takeThisFolder);
+    m_pNotice = new QLabel(this);
+    m_pNotice->setObjectName("panelNotice");
+    m_pNotice->setTextFormat(Qt::PlainText);
+    m_pNotice->setWordWrap(true);
+    m_pNotice->hide();
+    auto* grid = qobject_cast<QGridLayout*>(layout());
+    grid->addWidget(m_pNotice, grid->rowCount(), 0, 1, grid->columnCount());
+}
+
+void COpenPanel::takeThisFolder() {
+    m_vChosen = {PathBytes(directory().absolutePath())};
+    done(QDialog::Accepted);
+}
+
+// Several names stand in quotation marks, as the panel itself writes them.
+QStringList COpenPanel::typedNames() const {
+    auto const* line = findChild<QLineEdit*>("fileNameEdit");
+    QString const text = line->text();
+    if (!line->isModified() || text.trimmed().isEmpty()) {
+        return {};
+    }
+    if (!text.contains(QLatin1Char('"'))) {
+        return {text};
+    }
+    QStringList names;
+    QStringList const parts = text.split(QLatin1Char('"'));
+    for (qsizetype i = 1; i < parts.size(); i += 2) {
+        names << parts[i];
+    }
+    return names;
+}
+
+// Returns: false when the panel must stay.
+bool COpenPanel::takeTyped(QStringList const& names) {
+    for (QString const& name : names) {
+        QString const path = name.startsWith(QLatin1String("~/"))
+                                 ? QDir::homePath() + name.mid(1)
+                                 : QDir::cleanPath(directory().absoluteFilePath(name));
+        if (!QFileInfo::exists(path)) {
+            tell(tr("There is no “%1” here.").arg(name));
+            return false;
+        }
+        if (names.size() == 1 && QFileInfo(path).isDir()) {
+            setDirectory(path);
+            findChild<QLineEdit*>("fileNameEdit")->clear();
+            return false;
+        }
+        if (!m_rules.m_canChoose(PathBytes(path))) {
+            tell(tr("“%1” can't be chosen here, only wav, mp3 and aiff files and folders. Other "
+                    "kinds come in with their folder, or when they are dropped on the window.")
+                     .arg(name));
+            return false;
+        }
+        m_vChosen.push_back(PathBytes(path));
+    }
+    return true;
+}
+
+void COpenPanel::tell(QString const& sentence) {
+    m_pNotice->setText(sentence);
+    m_pNotice->show();
+    QAccessibleEvent alert(m_pNotice, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void COpenPanel::accept() {
     m_vChosen.clear();
+    m_pNotice->hide();
+    QStringList const typed = typedNames();
+    if (!typed.isEmpty()) {
+        if (takeTyped(typed)) {
+            done(QDialog::Accepted);
+        } else {
+            m_vChosen.clear();
+        }
+        return;
+    }
     for (QUrl const& url : selectedUrls()) {
         std::string path = PathBytes(url.toLocalFile());
         if (QFileInfo::exists(url.toLocalFile()) && m_rules.m_canChoose(path)) {
             m_vChosen.push_back(std::move(path));
         }
     }
-    if (m_vChosen.empty()) {
-        QFileDialog::accept();
-        return;
+    if (!m_vChosen.empty()) {
+        done(QDialog::Accepted);
     }
-    done(QDialog::Accepted);
 }

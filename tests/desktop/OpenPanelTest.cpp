@@ -7,12 +7,16 @@
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
+#include <QTreeView>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -54,6 +58,14 @@ struct OpenPanelTest : testing::Test {
     void select(QString const& name) {
         list->selectionModel()->select(entry(name),
                                        QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    }
+
+    /// Types into the panel's line, key by key.
+    void type(char const* text) {
+        auto* line = panel.findChild<QLineEdit*>("fileNameEdit");
+        entry("a.mp3");
+        line->clear();
+        QTest::keyClicks(line, text);
     }
 
     std::string path(char const* name) const { return root.filePath(name).toStdString(); }
@@ -108,6 +120,69 @@ TEST_F(OpenPanelTest, ADoubleClickOnAFolderEntersIt) {
     EXPECT_TRUE(panel.isVisible());
     EXPECT_EQ(panel.directory().dirName(), "sub");
     EXPECT_TRUE(panel.chosenPaths().empty());
+}
+
+TEST_F(OpenPanelTest, SeveralTypedNamesAreAllTaken) {
+    type("\"a.mp3\" \"d.mp3\"");
+    panel.accept();
+    EXPECT_EQ(panel.result(), QDialog::Accepted);
+    EXPECT_EQ(panel.chosenPaths(), (Paths{path("a.mp3"), path("d.mp3")}));
+}
+
+TEST_F(OpenPanelTest, ATypedNameOfAGreyedKindIsToldAndThePanelStays) {
+    type("b.m4a");
+    panel.accept();
+    EXPECT_TRUE(panel.isVisible());
+    EXPECT_TRUE(panel.chosenPaths().empty());
+    auto const* told = panel.findChild<QLabel*>("panelNotice");
+    EXPECT_TRUE(told->isVisible());
+    EXPECT_TRUE(told->text().startsWith("“b.m4a” can't be chosen here"))
+        << told->text().toStdString();
+    type("a.mp3");
+    panel.accept();
+    EXPECT_EQ(panel.chosenPaths(), (Paths{path("a.mp3")}));
+}
+
+TEST_F(OpenPanelTest, OneBadNameAmongSeveralKeepsThePanelOpen) {
+    type("\"a.mp3\" \"missing.mp3\"");
+    panel.accept();
+    EXPECT_TRUE(panel.isVisible());
+    EXPECT_TRUE(panel.chosenPaths().empty());
+    EXPECT_EQ(panel.findChild<QLabel*>("panelNotice")->text(), "There is no “missing.mp3” here.");
+}
+
+TEST_F(OpenPanelTest, ATypedFolderIsEntered) {
+    type("sub");
+    panel.accept();
+    EXPECT_TRUE(panel.isVisible());
+    EXPECT_EQ(panel.directory().dirName(), "sub");
+    EXPECT_TRUE(panel.chosenPaths().empty());
+}
+
+TEST_F(OpenPanelTest, TheFolderThatOneIsInCanBeTaken) {
+    entry("sub");
+    QTest::mouseClick(panel.findChild<QPushButton*>("takeFolder"), Qt::LeftButton);
+    EXPECT_EQ(panel.result(), QDialog::Accepted);
+    EXPECT_EQ(panel.chosenPaths(), (Paths{root.path().toStdString()}));
+}
+
+TEST_F(OpenPanelTest, MusicIsAmongThePlaces) {
+    QString const music = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
+    if (QDir().mkpath(music)) {
+        COpenPanel const other{
+            {[](std::string const&) { return true; }, [](std::string const&) { return true; }}};
+        EXPECT_TRUE(other.sidebarUrls().contains(QUrl::fromLocalFile(music)));
+    }
+}
+
+TEST_F(OpenPanelTest, NamesHaveTheRoomThatTheOtherColumnsLeave) {
+    entry("sub");
+    auto const* tree = panel.findChild<QTreeView*>("treeView");
+    QHeaderView const* header = tree->header();
+    EXPECT_EQ(header->length(), tree->viewport()->width());
+    for (int column = 1; column < header->count(); ++column) {
+        EXPECT_GE(header->sectionSize(column), header->sectionSizeHint(column)) << column;
+    }
 }
 
 TEST_F(OpenPanelTest, CancellingChoosesNothing) {
