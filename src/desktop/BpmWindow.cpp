@@ -4,12 +4,15 @@
 #include "desktop/BpmWindow.h"
 
 #include "app/BPMController.h"
+#include "desktop/ChipsLine.h"
 #include "desktop/FileTableView.h"
 #include "desktop/Glyphs.h"
-#include "desktop/ImageClickView.h"
+#include "desktop/NoticeBar.h"
 #include "desktop/OpenPanel.h"
 #include "desktop/Paths.h"
+#include "desktop/ReasonLine.h"
 #include "desktop/StatusLine.h"
+#include "desktop/StatusTexts.h"
 #include "desktop/Texts.h"
 #include "platform/HomePage.h"
 
@@ -17,17 +20,18 @@
 #include <QCloseEvent>
 #include <QDesktopServices>
 #include <QDropEvent>
+#include <QMessageBox>
 #include <QMimeData>
+#include <QPushButton>
 #include <QScreen>
-#include <QToolBar>
-#include <QToolButton>
+#include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 namespace {
 
 constexpr QSize kFirstSize(760, 460);    // Fixed: pixels; some fifteen rows.
 constexpr QSize kSmallestSize(420, 220); // Fixed: pixels; the toolbar still fits.
-constexpr int kToolIconPixels = 20;      // Fixed: side of the toolbar's icons.
 
 } // namespace
 
@@ -40,93 +44,47 @@ BpmWindow::BpmWindow(BPMController& controller, QWidget* parent)
     setMinimumSize(kSmallestSize);
     resize(kFirstSize.boundedTo(screen()->availableSize()));
     setAcceptDrops(true);
-    setUpTable();
+    setUpCentre();
     setUpActions();
+    setUpMoreActions();
     setUpToolbar();
     m_pStatusLine = new CStatusLine(this);
     setStatusBar(m_pStatusLine);
+    connectAll();
+    showCounts();
     showStatus();
     m_pTable->setFocus();
 }
 
-void BpmWindow::setUpTable() {
-    m_pTable = new CFileTableView(m_model, this);
+void BpmWindow::setUpCentre() {
+    auto* centre = new QWidget(this);
+    m_pNotices = new CNoticeBar(centre);
+    m_pChips = new CChipsLine(centre);
+    m_pTable = new CFileTableView(m_model, centre);
     m_pTable->setObjectName("fileTable");
     m_pTable->setAccessibleName(tr("Files"));
     m_pTable->setContextMenuPolicy(Qt::ActionsContextMenu);
-    setCentralWidget(m_pTable);
+    m_pReason = new CReasonLine(centre);
+    auto* layout = new QVBoxLayout(centre);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_pNotices);
+    layout->addWidget(m_pChips);
+    layout->addWidget(m_pTable, 1);
+    layout->addWidget(m_pReason);
+    setCentralWidget(centre);
+}
+
+void BpmWindow::connectAll() {
+    connect(m_pChips, &CChipsLine::filterChosen, &m_model, &CFileTableModel::setFilter);
+    connect(&m_model, &CFileTableModel::countsChanged, this, &BpmWindow::showCounts);
+    connect(&m_model, &QAbstractItemModel::modelReset, this, &BpmWindow::showReason);
+    connect(m_pTable, &CFileTableView::addRequested, this, &BpmWindow::openFile);
     connect(m_pTable->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            &BpmWindow::showProblem);
-}
-
-QAction* BpmWindow::makeAction(QString const& name, QString const& text, QString const& tip,
-                               QList<QKeySequence> const& keys) {
-    auto* action = new QAction(text, this);
-    action->setObjectName(name);
-    action->setShortcuts(keys);
-    QString const key =
-        keys.isEmpty() ? QString() : keys.first().toString(QKeySequence::NativeText);
-    action->setToolTip(key.isEmpty() ? tip : QString("%1 (%2)").arg(tip, key));
-    addAction(action);
-    return action;
-}
-
-void BpmWindow::setUpActions() {
-    m_pAdd = makeAction("actionAdd", tr("Add"), tr("Add files and folders"), {QKeySequence::Open});
-    m_pAnalyze = makeAction("actionAnalyze", tr("Analyze"), tr("Analyze the files without a tempo"),
-                            {QKeySequence(Qt::Key_F5)});
-    m_pRescan = makeAction("actionRescan", tr("Rescan"), tr("Analyze all files again"),
-                           {QKeySequence(Qt::SHIFT | Qt::Key_F5)});
-    m_pStop =
-        makeAction("actionStop", tr("Stop"), tr("Stop analyzing"), {QKeySequence(Qt::Key_Escape)});
-    m_pHelp =
-        makeAction("actionHelp", tr("Help"), tr("Open the guide"), {QKeySequence(Qt::Key_F1)});
-    m_pCopy =
-        makeAction("actionCopy", tr("Copy"), tr("Copy the selected rows"), {QKeySequence::Copy});
-    m_pQuit = makeAction("actionQuit", tr("Quit"), tr("Quit Tactus"),
-                         {QKeySequence(Qt::CTRL | Qt::Key_Q)});
-    connect(m_pAdd, &QAction::triggered, this, &BpmWindow::openFile);
-    connect(m_pAnalyze, &QAction::triggered, this, [this] { m_controller.analyze(); });
-    connect(m_pRescan, &QAction::triggered, this, [this] { m_controller.reScan(); });
-    connect(m_pStop, &QAction::triggered, this, [this] { m_controller.stop(); });
-    connect(m_pHelp, &QAction::triggered, this, [this] { m_controller.onHelp(); });
-    connect(m_pCopy, &QAction::triggered, m_pTable, &CFileTableView::copySelection);
-    connect(m_pQuit, &QAction::triggered, this, &BpmWindow::quitRequested);
-    auto* selectAll = new QAction(tr("Select all"), this);
-    selectAll->setShortcut(QKeySequence::SelectAll);
-    connect(selectAll, &QAction::triggered, m_pTable, &QAbstractItemView::selectAll);
-    m_pTable->addActions({m_pCopy, selectAll});
-}
-
-void BpmWindow::setUpToolbar() {
-    auto* toolbar = new QToolBar(tr("Toolbar"), this);
-    toolbar->setObjectName("toolbar");
-    toolbar->setAccessibleName(tr("Toolbar"));
-    toolbar->setMovable(false);
-    toolbar->setContextMenuPolicy(Qt::PreventContextMenu);
-    toolbar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    toolbar->setIconSize({kToolIconPixels, kToolIconPixels});
-    std::array<QAction*, 5> const actions{m_pAdd, m_pAnalyze, m_pRescan, m_pStop, m_pHelp};
-    auto const icons = ActionIcons();
-    for (std::size_t i = 0; i < actions.size(); ++i) {
-        actions[i]->setIcon(icons[i]);
-        toolbar->addAction(actions[i]);
-        QWidget* button = toolbar->widgetForAction(actions[i]);
-        button->setAccessibleName(actions[i]->text());
-        button->setFocusPolicy(Qt::TabFocus);
-    }
-    toolbar->insertSeparator(m_pAnalyze);
-    toolbar->insertSeparator(m_pHelp);
-    auto* room = new QWidget(toolbar);
-    room->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-    toolbar->addWidget(room);
-    auto* picture = new QxImageClickView(toolbar);
-    picture->setObjectName("imageView");
-    picture->setAccessibleName(tr("Tactus home page"));
-    picture->setToolTip(tr("Open the home page"));
-    connect(picture, &QxImageClickView::clicked, this, [this] { m_controller.onHelp(); });
-    toolbar->addWidget(picture);
-    addToolBar(toolbar);
+            &BpmWindow::showReason);
+    connect(m_pTable->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &BpmWindow::showReason);
+    connect(m_pNotices, &CNoticeBar::focusLeft, m_pTable, [this] { m_pTable->setFocus(); });
 }
 
 void BpmWindow::openFile() {
@@ -138,15 +96,126 @@ void BpmWindow::openFile() {
                       }},
                      this);
     if (panel.exec() == QDialog::Accepted) {
-        m_controller.openFile(AsListPaths(panel.chosenPaths()));
+        addPaths(panel.chosenPaths());
     }
+}
+
+void BpmWindow::addPaths(std::vector<std::string> const& paths) {
+    std::vector<CString> listed = AsListPaths(paths);
+    beginAddition(listed);
+    m_controller.openFile(std::move(listed));
+}
+
+void BpmWindow::beginAddition(std::vector<CString> const& paths) {
+    if (paths.empty()) {
+        return;
+    }
+    m_bCloseWhenIdle = false;
+    if (m_addition.m_vNames.isEmpty()) {
+        CBatchStatus const status = m_controller.status();
+        m_addition = {
+            {}, status.m_nRows + status.m_nReturned, status.m_nKnown, status.m_nUnreadFolders};
+    }
+    for (CString const& path : paths) {
+        m_addition.m_vNames << FileNameOf(ReadableText(std::u16string(path.Units())));
+    }
+}
+
+// Of a folder that can't be read, another notice tells.
+void BpmWindow::endAddition(CBatchStatus const& status) {
+    if (m_addition.m_vNames.isEmpty() || status.m_bAdding) {
+        return;
+    }
+    CAddition const before = std::exchange(m_addition, {});
+    std::size_t const added = status.m_nRows + status.m_nReturned - before.m_nRows;
+    std::size_t const known = status.m_nKnown - before.m_nKnown;
+    bool const isTold = status.m_nUnreadFolders > before.m_nUnreadFolders && added + known == 0;
+    QString const text = AddedText(added, known, before.m_vNames);
+    if (text.isEmpty() || isTold) {
+        m_pNotices->withdraw(ENotice::Added);
+    } else {
+        m_pNotices->post({ENotice::Added, text, {{tr("Close"), {}}}});
+    }
+}
+
+void BpmWindow::analyzeAgain() {
+    std::size_t replaced = 0;
+    for (std::size_t row = 0; row < m_controller.numberOfRowsInTableView(); ++row) {
+        replaced += static_cast<std::size_t>(m_controller.rowState(row).m_bFromTag);
+    }
+    if (replaced == 0 || askBeforeReplacing(replaced)) {
+        m_bCloseWhenIdle = false;
+        m_controller.reScan();
+    }
+}
+
+bool BpmWindow::askBeforeReplacing(std::size_t count) {
+    QMessageBox question(this);
+    question.setObjectName("askBeforeReplacing");
+    question.setIcon(QMessageBox::Warning);
+    question.setWindowTitle(tr("Analyze again"));
+    question.setTextFormat(Qt::PlainText);
+    question.setText(
+        tr("%Ln tempo(s) came with the files. Replace them?", nullptr, static_cast<int>(count)));
+    question.setInformativeText(tr("Tactus did not find them in this session; they may have been "
+                                   "set by hand. MP3 files get the new tempo in their tags."));
+    QPushButton* replace = question.addButton(tr("Analyze all again"), QMessageBox::AcceptRole);
+    question.setDefaultButton(question.addButton(QMessageBox::Cancel));
+    question.exec();
+    return question.clickedButton() == replace;
+}
+
+void BpmWindow::stop() {
+    m_addition = {};
+    m_controller.stop();
+}
+
+void BpmWindow::stopAndClose() {
+    stop();
+    m_bCloseWhenIdle = true;
+    showStatus();
 }
 
 void BpmWindow::openHomePage() {
     QString const page = QString::fromStdString(HomePage());
     if (!QDesktopServices::openUrl(QUrl(page))) {
-        m_pStatusLine->setNotice(tr("No program could be found to open %1.").arg(page));
+        m_pNotices->post({ENotice::HomePage,
+                          tr("No program could be found to open %1.").arg(page),
+                          {{tr("Close"), {}}}});
     }
+}
+
+void BpmWindow::hideRows() {
+    std::vector<std::size_t> const rows = m_pTable->selectedIds();
+    if (!rows.empty()) {
+        m_vHideSteps.push_back(rows);
+        m_controller.setHidden(rows, true);
+    }
+}
+
+// What has come back meanwhile, because it was dropped again, is no step any more.
+void BpmWindow::bringBack() {
+    while (!m_vHideSteps.empty()) {
+        std::vector<std::size_t> const rows = std::move(m_vHideSteps.back());
+        m_vHideSteps.pop_back();
+        if (std::any_of(rows.begin(), rows.end(),
+                        [this](std::size_t row) { return m_controller.rowState(row).m_bHidden; })) {
+            m_controller.setHidden(rows, false);
+            return;
+        }
+    }
+}
+
+void BpmWindow::showHidden(CBatchStatus const& status) {
+    m_pBringBack->setEnabled(status.m_nHidden > 0);
+    if (status.m_nHidden > m_nHidden) {
+        m_pNotices->post({ENotice::Hidden,
+                          HiddenText(status.m_nHidden),
+                          {{tr("Bring back"), [this] { bringBack(); }}, {tr("Close"), {}}}});
+    } else if (status.m_nHidden < m_nHidden) {
+        m_pNotices->withdraw(ENotice::Hidden);
+    }
+    m_nHidden = status.m_nHidden;
 }
 
 bool BpmWindow::takeAddedRows(std::size_t limit) {
@@ -163,43 +232,54 @@ void BpmWindow::reloadAll() {
 
 void BpmWindow::showStatus() {
     CBatchStatus const status = m_controller.status();
-    m_pStatusLine->setStatus(status);
+    m_pStatusLine->setStatus(status, m_model.counts().m_nProblems);
+    m_pTable->setReading(status.m_bRunning && status.m_bReading);
     bool const isIdle = !status.m_bRunning;
     m_pAnalyze->setEnabled(isIdle && status.m_nUndone > 0);
-    m_pRescan->setEnabled(status.m_nRows > 0);
+    m_pRescan->setEnabled(status.m_nRows > status.m_nHidden);
     m_pStop->setEnabled((status.m_bRunning || status.m_bAdding) && !status.m_bStopping);
-    if (isIdle && std::exchange(m_bToldToStay, false)) {
-        m_pStatusLine->dropNotice();
-    }
-    showUnreadFolder(status);
-    showProblem();
-}
-
-void BpmWindow::showUnreadFolder(CBatchStatus const& status) {
-    if (status.m_nUnreadFolders > m_nUnreadFolders) {
-        m_nUnreadFolders = status.m_nUnreadFolders;
-        m_pStatusLine->setNotice(
-            tr("The folder %1 could not be read.").arg(ReadableText(status.m_sUnreadFolder)));
+    showUnreadFolders(status);
+    showHidden(status);
+    endAddition(status);
+    showReason();
+    if (isIdle) {
+        endClosing();
     }
 }
 
-QString BpmWindow::problemOf(std::size_t row) const {
-    CRowState const state = m_controller.rowState(row);
-    if (!HasProblem(state)) {
-        return {};
+// The window can close now: nobody needs to be told any more why it didn't.
+void BpmWindow::endClosing() {
+    m_pNotices->withdraw(ENotice::Closing);
+    if (std::exchange(m_bCloseWhenIdle, false)) {
+        close();
     }
-    return FileNameOf(ReadableText(state.m_sPath)) + ": " + ProblemText(state);
 }
 
-// The current row's problem comes first, then the latest one of all.
-void BpmWindow::showProblem() {
+void BpmWindow::showCounts() {
+    m_pChips->setCounts(m_model.counts());
+    m_pChips->setVisible(m_model.counts().m_nAll > 0);
+    if (m_pStatusLine != nullptr) {
+        m_pStatusLine->setStatus(m_controller.status(), m_model.counts().m_nProblems);
+    }
+}
+
+void BpmWindow::showUnreadFolders(CBatchStatus const& status) {
+    if (status.m_nUnreadFolders == m_nUnreadFolders) {
+        return;
+    }
+    m_nUnreadFolders = status.m_nUnreadFolders;
+    m_pNotices->post(
+        {ENotice::Folders,
+         FoldersText(m_nUnreadFolders - m_nReadFolders, ReadableText(status.m_sUnreadFolder)),
+         {{tr("Close"), [this] { m_nReadFolders = m_nUnreadFolders; }}}});
+}
+
+void BpmWindow::showReason() {
     QModelIndex const current = m_pTable->currentIndex();
-    QString text = current.isValid() ? problemOf(m_model.idAt(current.row())) : QString();
-    CBatchStatus const status = m_controller.status();
-    if (text.isEmpty() && status.m_nProblems > 0) {
-        text = problemOf(status.m_nProblemRow);
-    }
-    m_pStatusLine->setProblem(text);
+    bool const isSelected =
+        current.isValid() && m_pTable->selectionModel()->isRowSelected(current.row(), {});
+    m_pReason->setReason(isSelected ? current.data(CFileTableModel::kProblemRole).toString()
+                                    : QString());
 }
 
 void BpmWindow::closeEvent(QCloseEvent* event) {
@@ -208,20 +288,25 @@ void BpmWindow::closeEvent(QCloseEvent* event) {
         return;
     }
     event->ignore();
-    m_bToldToStay = true;
-    m_pStatusLine->setNotice(tr("The window can't close while analyzing. Escape stops."));
+    m_pNotices->post(
+        {ENotice::Closing,
+         ClosingText(m_controller.status()),
+         {{tr("&Stop and close"), [this] { stopAndClose(); }}, {tr("&Keep going"), {}}}});
+    m_pNotices->focusLastButton();
 }
 
+// Looked at once a drag: it may hold thousands of addresses. One that names no file, such as that
+// of a web page, is none of ours.
 void BpmWindow::dragEnterEvent(QDragEnterEvent* event) {
+    bool const offersFiles = !LocalPaths(*event->mimeData()).empty();
+    CDropAnswer const answer = m_controller.validateDrop(offersFiles, 0);
+    m_bDragIsTaken = answer.m_operation == EDropOperation::Copy;
     dragMoveEvent(event);
 }
 
 void BpmWindow::dragMoveEvent(QDragMoveEvent* event) {
-    bool const offersFiles = event->mimeData()->hasUrls();
-    CDropAnswer const answer = m_controller.validateDrop(offersFiles, 0);
-    bool const isTaken = answer.m_operation == EDropOperation::Copy;
-    m_pTable->setDropTarget(isTaken);
-    if (isTaken) {
+    m_pTable->setDropTarget(m_bDragIsTaken);
+    if (m_bDragIsTaken) {
         event->setDropAction(Qt::CopyAction);
         event->accept();
     } else {
@@ -235,7 +320,9 @@ void BpmWindow::dragLeaveEvent(QDragLeaveEvent*) {
 
 void BpmWindow::dropEvent(QDropEvent* event) {
     m_pTable->setDropTarget(false);
-    m_controller.acceptDrop(AsListPaths(LocalPaths(*event->mimeData())));
+    std::vector<CString> paths = AsListPaths(LocalPaths(*event->mimeData()));
+    beginAddition(paths);
+    m_controller.acceptDrop(std::move(paths));
     event->setDropAction(Qt::CopyAction);
     event->accept();
 }

@@ -6,18 +6,24 @@
 #include "desktop/FileTableModel.h"
 
 #include <QMainWindow>
+#include <QStringList>
 #include <atomic>
 #include <cstddef>
 #include <string>
 #include <vector>
 
 class BPMController;
+class CChipsLine;
 class CFileTableView;
+class CNoticeBar;
+class CReasonLine;
 class CStatusLine;
+class CString;
 class QAction;
+class QToolBar;
 
-/// The main window: table, toolbar, picture and status bar over the controller. It refuses to
-/// close while an analysis runs.
+/// The main window over the controller: toolbar and picture, notices, filters, the table, what is
+/// wrong with the selected row, and the status bar. It refuses to close while an analysis runs.
 /// Thread: main, but for `setCanClose`.
 class BpmWindow : public QMainWindow {
     Q_OBJECT
@@ -34,6 +40,9 @@ public:
         m_bCanClose = true;
         m_bEnding = true;
     }
+
+    /// Adds files and folders, then analyses, and tells what came of it; returns at once.
+    void addPaths(std::vector<std::string> const& paths);
 
     /// Shows rows that the list has gained, `limit` at the most; true when more are waiting.
     bool takeAddedRows(std::size_t limit);
@@ -54,19 +63,43 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    /// An addition that is under way: what the list had before it.
+    struct CAddition {
+        QStringList m_vNames;    // Of what is added; empty when nothing is.
+        std::size_t m_nRows = 0; // With those that had come back.
+        std::size_t m_nKnown = 0;
+        std::size_t m_nUnreadFolders = 0;
+    };
+
     void setUpActions();
+    void setUpMoreActions();
     void setUpToolbar();
-    void setUpTable();
+    void setUpMenu(QToolBar& toolbar);
+    void setUpCentre();
+    void connectAll();
     QAction* makeAction(QString const& name, QString const& text, QString const& tip,
                         QList<QKeySequence> const& keys);
     void openFile();
-    void showProblem();
-    void showUnreadFolder(CBatchStatus const& status);
-    [[nodiscard]] QString problemOf(std::size_t row) const;
+    void analyzeAgain();
+    [[nodiscard]] bool askBeforeReplacing(std::size_t count);
+    void stop();
+    void stopAndClose();
+    void hideRows();
+    void bringBack();
+    void showHidden(CBatchStatus const& status);
+    void beginAddition(std::vector<CString> const& paths);
+    void endAddition(CBatchStatus const& status);
+    void showCounts();
+    void showReason();
+    void showUnreadFolders(CBatchStatus const& status);
+    void endClosing();
 
     BPMController& m_controller;
     CFileTableModel m_model;
     CFileTableView* m_pTable = nullptr;
+    CNoticeBar* m_pNotices = nullptr;
+    CChipsLine* m_pChips = nullptr;
+    CReasonLine* m_pReason = nullptr;
     CStatusLine* m_pStatusLine = nullptr;
     QAction* m_pAdd = nullptr;
     QAction* m_pAnalyze = nullptr;
@@ -74,9 +107,19 @@ private:
     QAction* m_pStop = nullptr;
     QAction* m_pHelp = nullptr;
     QAction* m_pCopy = nullptr;
+    QAction* m_pSelectAll = nullptr;
+    QAction* m_pHide = nullptr;
+    QAction* m_pBringBack = nullptr;
+    QAction* m_pClose = nullptr;
+    QAction* m_pMenu = nullptr;
     QAction* m_pQuit = nullptr;
-    std::size_t m_nUnreadFolders = 0; // Told so far.
+    CAddition m_addition;
+    std::size_t m_nUnreadFolders = 0;                   // Told so far.
+    std::size_t m_nReadFolders = 0;                     // Of those, in notices that were read.
+    std::size_t m_nHidden = 0;                          // Rows that the last notice told of.
+    std::vector<std::vector<std::size_t>> m_vHideSteps; // The latest comes last.
     std::atomic<bool> m_bCanClose{true};
-    bool m_bToldToStay = false; // Why it doesn't close stands in the status bar.
+    bool m_bCloseWhenIdle = false; // The user has chosen to stop and close.
+    bool m_bDragIsTaken = false;   // The drag over the window has files.
     bool m_bEnding = false;
 };

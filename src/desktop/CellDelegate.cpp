@@ -4,9 +4,17 @@
 #include "desktop/CellDelegate.h"
 
 #include "desktop/FileTableModel.h"
+#include "desktop/Numbers.h"
+#include "desktop/Texts.h"
+#include "desktop/Tints.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
+#include <QHelpEvent>
+#include <QLocale>
 #include <QPainter>
+#include <QToolTip>
+#include <algorithm>
 
 namespace {
 
@@ -16,6 +24,9 @@ constexpr qreal kBarRadius = 3.0; // Fixed: pixels, of its corners.
 constexpr int kGrooveAlpha = 28;  // Fixed: of 255; the part still to come.
 constexpr int kFillAlpha = 110;   // Fixed: of 255; light enough for the text on top.
 constexpr int kWholePercent = 100;
+constexpr int kStripePercent = 30;            // Fixed: of the bar's length.
+constexpr std::int64_t kStripeTurnMs = 1'600; // Fixed: once through the bar.
+constexpr int kDecimals = 2;                  // Fixed: what the list writes.
 
 QColor WithAlpha(QColor color, int alpha) {
     color.setAlpha(alpha);
@@ -26,9 +37,12 @@ bool IsSelected(QStyleOptionViewItem const& cell) {
     return cell.state.testFlag(QStyle::State_Selected);
 }
 
+QPalette::ColorGroup GroupOf(QStyleOptionViewItem const& cell) {
+    return cell.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
+}
+
 QColor TextColor(QStyleOptionViewItem const& cell) {
-    bool const isActive = cell.state.testFlag(QStyle::State_Active);
-    return cell.palette.color(isActive ? QPalette::Active : QPalette::Inactive,
+    return cell.palette.color(GroupOf(cell),
                               IsSelected(cell) ? QPalette::HighlightedText : QPalette::Text);
 }
 
@@ -39,23 +53,84 @@ void PaintIcon(QPainter& painter, QStyleOptionViewItem const& cell, QRect& area)
     area.setLeft(place.right() + kCellMargin);
 }
 
-void PaintBar(QPainter& painter, QStyleOptionViewItem const& cell, int percent) {
+// Where the filled part of a bar lies: up to its percentage or, while there is none, a stripe that
+// passes through.
+QRect FilledPart(QRect const& groove, QModelIndex const& index) {
+    QRect filled = groove;
+    if (!index.data(CFileTableModel::kReadingRole).toBool()) {
+        int const percent = index.data(CFileTableModel::kPercentRole).toInt();
+        filled.setWidth(groove.width() * percent / kWholePercent);
+        return filled;
+    }
+    static QElapsedTimer const clock = [] {
+        QElapsedTimer timer;
+        timer.start();
+        return timer;
+    }();
+    int const stripe = groove.width() * kStripePercent / kWholePercent;
+    auto const way = static_cast<std::int64_t>(groove.width() + stripe);
+    auto const gone = static_cast<int>(clock.elapsed() % kStripeTurnMs * way / kStripeTurnMs);
+    filled.setLeft(groove.left() + gone - stripe);
+    filled.setWidth(stripe);
+    return filled & groove;
+}
+
+void PaintBar(QPainter& painter, QStyleOptionViewItem const& cell, QModelIndex const& index) {
     QColor const ink = TextColor(cell);
     QColor const fill = IsSelected(cell) ? ink : cell.palette.color(QPalette::Highlight);
     QRect const groove = cell.rect.adjusted(kBarMarginX, kBarMarginY, -kBarMarginX, -kBarMarginY);
-    QRect filled = groove;
-    filled.setWidth(groove.width() * percent / kWholePercent);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(WithAlpha(ink, kGrooveAlpha));
     painter.drawRoundedRect(groove, kBarRadius, kBarRadius);
-    painter.setClipRect(QStyle::visualRect(cell.direction, groove, filled));
+    painter.setClipRect(QStyle::visualRect(cell.direction, groove, FilledPart(groove, index)));
     painter.setBrush(WithAlpha(fill, kFillAlpha));
     painter.drawRoundedRect(groove, kBarRadius, kBarRadius);
     painter.setClipRect(cell.rect);
     painter.setPen(ink);
     painter.drawText(groove, Qt::AlignCenter, cell.text.trimmed());
 }
+
+/// Draws figures of one width each, whatever the font has, so that they stand below each other.
+class CFigures {
+public:
+    explicit CFigures(QFontMetrics const& metrics) : m_metrics(metrics) {
+        for (QChar digit = u'0'; digit <= u'9'; digit = QChar(digit.unicode() + 1)) {
+            m_nDigit = std::max(m_nDigit, metrics.horizontalAdvance(TempoText({digit.unicode()})));
+        }
+    }
+
+    [[nodiscard]] int widthOf(QString const& text) const {
+        int width = 0;
+        for (char32_t const letter : text.toStdU32String()) {
+            width += widthOf(letter);
+        }
+        return width;
+    }
+
+    /// Widest part that stands behind the digits in front of the decimal point.
+    [[nodiscard]] int widthOfDecimals() const {
+        return kDecimals * m_nDigit + m_metrics.horizontalAdvance(QLocale().decimalPoint());
+    }
+
+    void draw(QPainter& painter, QRect place, QString const& text) const {
+        for (char32_t const letter : text.toStdU32String()) {
+            place.setWidth(widthOf(letter));
+            painter.drawText(place, Qt::AlignCenter | Qt::TextDontClip,
+                             QString::fromUcs4(&letter, 1));
+            place.moveLeft(place.left() + place.width());
+        }
+    }
+
+private:
+    [[nodiscard]] int widthOf(char32_t letter) const {
+        QString const text = QString::fromUcs4(&letter, 1);
+        return QChar::isDigit(letter) ? m_nDigit : m_metrics.horizontalAdvance(text);
+    }
+
+    QFontMetrics m_metrics;
+    int m_nDigit = 0;
+};
 
 } // namespace
 
@@ -64,11 +139,10 @@ void CCellDelegate::paint(QPainter* painter, QStyleOptionViewItem const& option,
     QStyleOptionViewItem cell = option;
     initStyleOption(&cell, index);
     cell.state &= ~QStyle::State_HasFocus;
-    QVariant const placeholder = index.data(CFileTableModel::kPlaceholderRole);
-    if (placeholder.isValid()) {
-        cell.text = placeholder.toString();
-        cell.font.setItalic(true);
-        cell.palette.setBrush(QPalette::Text, cell.palette.placeholderText());
+    bool const isUntitled = index.data(CFileTableModel::kUntitledRole).toBool();
+    cell.font.setItalic(isUntitled);
+    if (isUntitled || index.data(CFileTableModel::kAwaitsRole).toBool()) {
+        cell.palette.setBrush(QPalette::Text, HintColor(cell.palette, GroupOf(cell)));
     }
     QStyle const* style = cell.widget != nullptr ? cell.widget->style() : QApplication::style();
     style->drawPrimitive(QStyle::PE_PanelItemViewItem, &cell, painter, cell.widget);
@@ -77,6 +151,17 @@ void CCellDelegate::paint(QPainter* painter, QStyleOptionViewItem const& option,
     painter->setFont(cell.font);
     paintContents(*painter, cell, index);
     painter->restore();
+}
+
+// File names are no mark-up.
+bool CCellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
+                              QStyleOptionViewItem const&, QModelIndex const& index) {
+    if (event->type() != QEvent::ToolTip) {
+        return false;
+    }
+    QString const tip = index.data(Qt::ToolTipRole).toString();
+    QToolTip::showText(event->globalPos(), PlainTip(tip), view, view->visualRect(index));
+    return true;
 }
 
 void CCellDelegate::paintContents(QPainter& painter, QStyleOptionViewItem const& cell,
@@ -95,10 +180,39 @@ void CCellDelegate::paintContents(QPainter& painter, QStyleOptionViewItem const&
 
 void CTempoDelegate::paintContents(QPainter& painter, QStyleOptionViewItem const& cell,
                                    QModelIndex const& index) const {
-    QVariant const percent = index.data(CFileTableModel::kPercentRole);
-    if (percent.isValid()) {
-        PaintBar(painter, cell, percent.toInt());
-    } else {
+    qsizetype const point = DecimalPointIn(cell.text);
+    if (index.data(CFileTableModel::kPercentRole).isValid()) {
+        PaintBar(painter, cell, index);
+    } else if (point < 0) {
         CCellDelegate::paintContents(painter, cell, index);
+    } else {
+        paintNumber(painter, cell, point);
     }
+}
+
+// The decimal points of all rows stand below each other, also those that aren't written.
+void CTempoDelegate::paintNumber(QPainter& painter, QStyleOptionViewItem cell,
+                                 qsizetype point) const {
+    cell.font.setWeight(QFont::DemiBold);
+    CFigures const figures((QFontMetrics(cell.font)));
+    QRect area = cell.rect.adjusted(kCellMargin, 0, -kCellMargin, 0);
+    if (!cell.icon.isNull()) {
+        PaintIcon(painter, cell, area);
+    }
+    int const front = figures.widthOf(cell.text.left(point));
+    int const behind = std::max(figures.widthOfDecimals(), figures.widthOf(cell.text.mid(point)));
+    int const usual = figures.widthOf(TempoText(u"000")) + figures.widthOfDecimals();
+    bool const isMirrored = cell.direction == Qt::RightToLeft;
+    int const end = isMirrored ? cell.rect.left() + kCellMargin + std::max(usual, front + behind)
+                               : area.right() + 1;
+    painter.setFont(cell.font);
+    painter.setPen(TextColor(cell));
+    painter.setLayoutDirection(Qt::LeftToRight);
+    figures.draw(painter, QRect(end - behind - front, area.top(), 0, area.height()), cell.text);
+}
+
+int CTempoDelegate::WidestNumber(QFont font) {
+    font.setWeight(QFont::DemiBold);
+    CFigures const figures((QFontMetrics(font)));
+    return figures.widthOf(TempoText(u"000")) + figures.widthOfDecimals();
 }

@@ -3,13 +3,14 @@
 
 #pragma once
 
+#include <QAbstractItemView>
 #include <QStyledItemDelegate>
 
 inline constexpr int kCellMargin = 9; // Fixed: pixels left and right of a cell's contents.
 
 /// Paints cells with more room at their sides than most styles leave, and without a focus frame of
-/// their own: the table draws one around the whole row. An empty title is painted as the file's
-/// name in faint letters; the cell's text stays empty.
+/// their own: the table draws one around the whole row. A file's name in the title's place, and a
+/// tempo that awaits another analysis, are painted in faint letters.
 /// Thread: main.
 class CCellDelegate : public QStyledItemDelegate {
     Q_OBJECT
@@ -19,6 +20,8 @@ public:
 
     void paint(QPainter* painter, QStyleOptionViewItem const& option,
                QModelIndex const& index) const override;
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, QStyleOptionViewItem const& option,
+                   QModelIndex const& index) override;
 
 protected:
     /// Paints what stands on the background; `cell` is filled in and clipped to.
@@ -26,7 +29,8 @@ protected:
                                QModelIndex const& index) const;
 };
 
-/// Paints tempo cells: the percentage over a bar while the row is analysed, otherwise its text.
+/// Paints tempo cells: while the row is analysed, the percentage over a bar, or a stripe that
+/// passes as long as there is none; otherwise the number, decimal point below decimal point.
 /// Thread: main.
 class CTempoDelegate : public CCellDelegate {
     Q_OBJECT
@@ -34,7 +38,13 @@ class CTempoDelegate : public CCellDelegate {
 public:
     using CCellDelegate::CCellDelegate;
 
+    /// Pixels that a tempo of three digits and two decimals takes.
+    static int WidestNumber(QFont font);
+
 protected:
     void paintContents(QPainter& painter, QStyleOptionViewItem const& cell,
                        QModelIndex const& index) const override;
+
+private:
+    void paintNumber(QPainter& painter, QStyleOptionViewItem cell, qsizetype point) const;
 };

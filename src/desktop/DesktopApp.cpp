@@ -9,7 +9,6 @@
 #include "app/BPMController.h"
 #include "desktop/Arguments.h"
 #include "desktop/BpmWindow.h"
-#include "desktop/Paths.h"
 #include "desktop/QtBpmView.h"
 #include "desktop/QuitSignals.h"
 #include "desktop/Translation.h"
@@ -102,7 +101,7 @@ int RunDesktop(int argc, char** argv) {
 
     window.show();
     if (!arguments.m_vPaths.empty()) {
-        controller.openFile(AsListPaths(arguments.m_vPaths));
+        window.addPaths(arguments.m_vPaths);
     }
     int const code = QApplication::exec();
     window.hide();

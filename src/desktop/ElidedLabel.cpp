@@ -3,6 +3,8 @@
 
 #include "desktop/ElidedLabel.h"
 
+#include "desktop/Texts.h"
+
 #include <QEvent>
 #include <QPainter>
 #include <QStyle>
@@ -27,7 +29,7 @@ void CElidedLabel::paintEvent(QPaintEvent*) {
 bool CElidedLabel::event(QEvent* event) {
     if (event->type() == QEvent::ToolTip) {
         bool const fits = fontMetrics().horizontalAdvance(text()) <= contentsRect().width();
-        setToolTip(fits ? QString() : text());
+        setToolTip(fits ? QString() : PlainTip(text()));
     }
     return QLabel::event(event);
 }

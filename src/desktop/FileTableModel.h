@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/BpmView.h"
+#include "desktop/RowFilter.h"
 
 #include <QAbstractTableModel>
 #include <QCollator>
@@ -12,9 +13,10 @@
 #include <optional>
 #include <vector>
 
-/// The file list as a sortable table of title, artist and tempo. Texts stay with the list; the
-/// model keeps only the order in which its rows are shown. Row numbers of the list ("ids") are
-/// identities: sorting changes places, never ids.
+/// The file list as a sortable table of title, artist and tempo, all of its rows or those that a
+/// filter lets through. Texts stay with the list; the model keeps only the order in which rows are
+/// shown, and a few marks of each. Row numbers of the list ("ids") are identities: sorting and
+/// filtering change places, never ids. What is shown is also what is sorted, copied and spoken.
 /// Thread: main.
 class CFileTableModel : public QAbstractTableModel {
     Q_OBJECT
@@ -24,7 +26,9 @@ public:
     enum ERole {
         kPercentRole = Qt::UserRole, ///< int, 0 to 100, while the row is analysed; else invalid.
         kPathRole,                   ///< Full path, readable form.
-        kPlaceholderRole,            ///< File name, for a title that is empty; else invalid.
+        kReadingRole,                ///< bool: it runs, but has no percentage yet.
+        kUntitledRole,               ///< bool: the file's name stands where the title should.
+        kAwaitsRole,                 ///< bool: the tempo shown awaits another analysis.
         kProblemRole,                ///< What went wrong with the row, as a sentence, or empty.
     };
 
@@ -43,7 +47,12 @@ public:
     /// Returns: true when rows are left for a further call.
     bool takeAddedRows(std::size_t limit);
 
-    /// Tells the table that the tempo cell of row `id` has changed.
+    /// Shows the rows that `filter` lets through. The table is told that the model was reset.
+    void setFilter(ERowFilter filter);
+
+    [[nodiscard]] CRowCounts const& counts() const { return m_counts; }
+
+    /// Tells the table that the tempo cell of row `id` has changed; the row may come or go.
     void reloadRow(std::size_t id);
 
     /// Tells the table that every row may have changed.
@@ -52,7 +61,22 @@ public:
     /// The list's row number shown in table row `row`.
     [[nodiscard]] std::size_t idAt(int row) const;
 
+    /// The table row that shows `id`; -1 when none does.
+    [[nodiscard]] int rowOf(std::size_t id) const;
+
+signals:
+    void countsChanged();
+
 private:
+    /// What the filters go by, kept for every row that was taken.
+    struct CMarks {
+        bool m_bToDo = false;
+        bool m_bProblem = false;
+        bool m_bHidden = false; // No filter lets it through, and none counts it.
+
+        friend bool operator==(CMarks const&, CMarks const&) = default;
+    };
+
     /// What a row is sorted by: a text, or a number that is NaN for a row without a tempo.
     struct CSortKey {
         std::optional<QCollatorSortKey> m_text;
@@ -60,12 +84,23 @@ private:
     };
     using Ids = std::vector<std::size_t>;
 
+    static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1); // Fixed: no such row.
+
     [[nodiscard]] QString textOf(std::size_t id, int column) const;
-    [[nodiscard]] QVariant placeholderOf(std::size_t id) const;
+    [[nodiscard]] QString tempoTextOf(std::size_t id, std::u16string const& tempo) const;
+    [[nodiscard]] bool isUntitled(std::size_t id) const;
+    [[nodiscard]] bool awaitsAnalysis(std::size_t id) const;
     [[nodiscard]] QString descriptionOf(std::size_t id, int column) const;
     [[nodiscard]] QString tipOf(std::size_t id) const;
     [[nodiscard]] CSortKey makeKey(std::size_t id) const;
     [[nodiscard]] bool comesBefore(std::size_t left, std::size_t right) const;
+    [[nodiscard]] CMarks marksOf(std::size_t id) const;
+    [[nodiscard]] bool isWanted(std::size_t id) const;
+    void count(CMarks const& marks, bool comes);
+    bool refreshMarks(std::size_t id);
+    void showOrHide(std::size_t id);
+    void numberPlaces(std::size_t first);
+    void fillOrder();
     void addKeys();
     void refreshKey(std::size_t id);
     void rearrange(std::size_t sortedCount);
@@ -73,8 +108,11 @@ private:
     IFileList const& m_list;
     QCollator m_collator;
     QIcon m_warning;
-    Ids m_vOrder;                  // Table row to id.
-    Ids m_vPlaces;                 // Id to table row.
+    Ids m_vOrder;                 // Table row to id.
+    Ids m_vPlaces;                // Id to table row, or kNowhere.
+    std::vector<CMarks> m_vMarks; // By id.
+    CRowCounts m_counts;
+    ERowFilter m_filter = ERowFilter::All;
     std::vector<CSortKey> m_vKeys; // By id; filled while a column is sorted.
     int m_nSortColumn = -1;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;

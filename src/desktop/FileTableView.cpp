@@ -4,26 +4,25 @@
 #include "desktop/FileTableView.h"
 
 #include "desktop/CellDelegate.h"
+#include "desktop/EmptyHint.h"
 #include "desktop/FileTableModel.h"
+#include "desktop/Tints.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QEvent>
 #include <QHeaderView>
-#include <QKeySequence>
-#include <QLabel>
 #include <QPainter>
 #include <QProxyStyle>
 #include <QStyleOption>
-#include <QVBoxLayout>
 #include <algorithm>
 
 namespace {
 
-constexpr int kArtistColumnChars = 26;  // Fixed: first width, in average letters.
 constexpr int kSmallestColumnChars = 6; // Fixed: a column can't be made narrower.
 constexpr int kRowPadding = 8;          // Fixed: pixels added to a line's height.
-constexpr qreal kHintFontScale = 1.4;   // Fixed: size of the hint's first line.
+constexpr double kTitleShare = 0.6;     // Fixed: title and artist are 3 to 2 at first.
+constexpr int kStripeStepMs = 50;       // Fixed: from one place of the stripe to the next.
 constexpr int kDropFrameWidth = 2;      // Fixed: pixels.
 
 /// The desktop's own style, but header texts stand above the texts of their cells.
@@ -57,14 +56,13 @@ QString AsField(QString text) {
 } // namespace
 
 CFileTableView::CFileTableView(CFileTableModel& model, QWidget* parent)
-    : QTableView(parent), m_model(model) {
+    : QTableView(parent), m_model(model), m_fTitleShare(kTitleShare) {
     setModel(&model);
     setItemDelegate(new CCellDelegate(this));
     setItemDelegateForColumn(CFileTableModel::kTempoColumn, new CTempoDelegate(this));
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
-    setAlternatingRowColors(true);
     setShowGrid(false);
     setWordWrap(false);
     setTabKeyNavigation(false);
@@ -74,8 +72,16 @@ CFileTableView::CFileTableView(CFileTableModel& model, QWidget* parent)
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     setHeights();
     setUpHeader();
-    setUpHint();
+    m_pHint = new CEmptyHint(viewport());
+    connect(m_pHint, &CEmptyHint::addRequested, this, &CFileTableView::addRequested);
+    setColors();
+    m_stripeTimer.setInterval(kStripeStepMs);
+    connect(&m_stripeTimer, &QTimer::timeout, this, &CFileTableView::moveStripes);
     connect(&model, &QAbstractItemModel::rowsInserted, this, &CFileTableView::onRowsChanged);
+    connect(&model, &QAbstractItemModel::rowsRemoved, this, &CFileTableView::onRowsChanged);
+    connect(&model, &QAbstractItemModel::modelAboutToBeReset, this, &CFileTableView::keepPlaces);
+    connect(&model, &QAbstractItemModel::modelReset, this, &CFileTableView::restorePlaces);
+    onRowsChanged();
 }
 
 void CFileTableView::setUpHeader() {
@@ -89,10 +95,9 @@ void CFileTableView::setUpHeader() {
     header->setMinimumSectionSize(letter * kSmallestColumnChars);
     header->setSortIndicatorClearable(true);
     header->setSortIndicator(-1, Qt::AscendingOrder);
-    header->resizeSection(CFileTableModel::kArtistColumn, letter * kArtistColumnChars);
     int const icon = style()->pixelMetric(QStyle::PM_SmallIconSize);
     header->resizeSection(CFileTableModel::kTempoColumn,
-                          fontMetrics().horizontalAdvance("000.00") + icon + 5 * kCellMargin);
+                          CTempoDelegate::WidestNumber(font()) + icon + 5 * kCellMargin);
     setSortingEnabled(true);
     connect(header, &QHeaderView::sectionResized, this, &CFileTableView::onSectionResized);
 }
@@ -103,38 +108,111 @@ void CFileTableView::setHeights() {
     horizontalHeader()->setFixedHeight(height);
 }
 
-void CFileTableView::setUpHint() {
-    m_pHint = new QWidget(viewport());
-    m_pHint->setAttribute(Qt::WA_TransparentForMouseEvents);
-    QString const keys = QKeySequence(QKeySequence::Open).toString(QKeySequence::NativeText);
-    m_pHintTitle = new QLabel(tr("Drop music files or folders here"), m_pHint);
-    m_pHintTitle->setObjectName("emptyHint");
-    auto* way = new QLabel(tr("or press %1 to choose them").arg(keys), m_pHint);
-    auto* layout = new QVBoxLayout(m_pHint);
-    for (QLabel* label : {m_pHintTitle, way}) {
-        label->setAlignment(Qt::AlignCenter);
-        label->setForegroundRole(QPalette::PlaceholderText);
-        layout->addWidget(label);
-    }
-    layout->insertStretch(0);
-    layout->addStretch();
-    QFont font = m_pHintTitle->font();
-    font.setPointSizeF(font.pointSizeF() * kHintFontScale);
-    m_pHintTitle->setFont(font);
-    onRowsChanged();
-}
-
-void CFileTableView::placeHint() {
-    m_pHint->setGeometry(viewport()->rect());
+void CFileTableView::setColors() {
+    setAlternatingRowColors(CanStripeRows(palette()));
+    m_pHint->setColors(palette());
 }
 
 // A table with rows always has a current one: screen readers start from it.
 void CFileTableView::onRowsChanged() {
     bool const isEmpty = m_model.rowCount() == 0;
     m_pHint->setVisible(isEmpty);
-    setAccessibleDescription(isEmpty ? m_pHintTitle->text() : QString());
+    m_pHint->setFiltered(m_model.counts().m_nAll > 0);
+    setAccessibleDescription(isEmpty ? m_pHint->text() : QString());
     if (!isEmpty && !currentIndex().isValid()) {
         selectionModel()->setCurrentIndex(m_model.index(0, 0), QItemSelectionModel::NoUpdate);
+    }
+}
+
+std::vector<std::size_t> CFileTableView::selectedIds() const {
+    QModelIndexList rows = selectionModel()->selectedRows();
+    std::sort(rows.begin(), rows.end());
+    std::vector<std::size_t> ids;
+    for (QModelIndex const& row : rows) {
+        ids.push_back(m_model.idAt(row.row()));
+    }
+    return ids;
+}
+
+void CFileTableView::keepPlaces() {
+    m_vSelectedIds = selectedIds();
+    m_nFirstSelectedRow = m_vSelectedIds.empty() ? -1 : m_model.rowOf(m_vSelectedIds.front());
+    m_nCurrentRow = currentIndex().row();
+    m_nCurrentId = m_nCurrentRow >= 0 ? m_model.idAt(m_nCurrentRow) : 0;
+}
+
+// Rows that are still shown stay selected. Where the current one has gone, its neighbour follows,
+// and is selected when nothing else is any more.
+void CFileTableView::restorePlaces() {
+    QItemSelection selection;
+    std::vector<int> rows;
+    for (std::size_t const id : m_vSelectedIds) {
+        rows.push_back(m_model.rowOf(id));
+    }
+    std::sort(rows.begin(), rows.end());
+    int const lastColumn = CFileTableModel::kColumnCount - 1;
+    for (std::size_t i = 0; i < rows.size();) {
+        std::size_t end = i + 1;
+        while (end < rows.size() && rows[end] == rows[end - 1] + 1) {
+            ++end;
+        }
+        if (rows[end - 1] >= 0) {
+            selection.select(m_model.index(std::max(rows[i], 0), 0),
+                             m_model.index(rows[end - 1], lastColumn));
+        }
+        i = end;
+    }
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    if (m_nCurrentRow >= 0 && m_model.rowCount() > 0) {
+        int const same = m_model.rowOf(m_nCurrentId);
+        bool const follows = same < 0 && selection.isEmpty() && m_nFirstSelectedRow >= 0;
+        int const place = follows ? m_nFirstSelectedRow : m_nCurrentRow;
+        int const row = same >= 0 ? same : std::min(place, m_model.rowCount() - 1);
+        selectionModel()->setCurrentIndex(
+            m_model.index(row, 0), follows ? QItemSelectionModel::Select | QItemSelectionModel::Rows
+                                           : QItemSelectionModel::NoUpdate);
+        scrollTo(currentIndex());
+    }
+    onRowsChanged();
+}
+
+// Whole rows are what one moves between: the first and the last one, not the first and last cell.
+QModelIndex CFileTableView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    if (m_model.rowCount() > 0 && (action == MoveHome || action == MoveEnd)) {
+        int const row = action == MoveHome ? 0 : m_model.rowCount() - 1;
+        return m_model.index(row, std::max(currentIndex().column(), 0));
+    }
+    return QTableView::moveCursor(action, modifiers);
+}
+
+void CFileTableView::sortByNext(int column) {
+    QHeaderView* header = horizontalHeader();
+    bool const isSorted = header->sortIndicatorSection() == column;
+    if (isSorted && header->sortIndicatorOrder() == Qt::DescendingOrder) {
+        header->setSortIndicator(-1, Qt::AscendingOrder);
+    } else {
+        header->setSortIndicator(column, isSorted ? Qt::DescendingOrder : Qt::AscendingOrder);
+    }
+}
+
+// Where the desktop wants nothing to move, the stripe stands still.
+void CFileTableView::setReading(bool isReading) {
+    bool const moves = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
+    if (!isReading || !moves) {
+        m_stripeTimer.stop();
+    } else if (!m_stripeTimer.isActive()) {
+        m_stripeTimer.start();
+    }
+}
+
+void CFileTableView::moveStripes() {
+    int const last = rowAt(viewport()->height() - 1);
+    for (int row = std::max(rowAt(0), 0); row <= (last < 0 ? m_model.rowCount() - 1 : last);
+         ++row) {
+        QModelIndex const cell = m_model.index(row, CFileTableModel::kTempoColumn);
+        if (cell.data(CFileTableModel::kReadingRole).toBool()) {
+            update(cell);
+        }
     }
 }
 
@@ -163,14 +241,16 @@ void CFileTableView::setDropTarget(bool isTarget) {
 
 void CFileTableView::resizeEvent(QResizeEvent* event) {
     QTableView::resizeEvent(event);
-    placeHint();
-    fitTitle();
+    m_pHint->setGeometry(viewport()->rect());
+    fitColumns();
 }
 
 void CFileTableView::changeEvent(QEvent* event) {
     QTableView::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
         setHeights();
+    } else if (event->type() == QEvent::PaletteChange && m_pHint != nullptr) {
+        setColors();
     }
 }
 
@@ -208,33 +288,36 @@ void CFileTableView::paintDropFrame() {
 }
 
 // The columns always fill the table: a column that is dragged takes from, or gives to, the one on
-// its right; the last one deals with the title.
+// its right. Title and artist keep their shares from then on when the window's width changes.
 void CFileTableView::onSectionResized(int section, int oldWidth, int newWidth) {
     if (m_bFitting) {
         return;
     }
-    int const neighbour = section + 1;
-    if (neighbour >= CFileTableModel::kColumnCount) {
-        fitTitle();
-        return;
-    }
-    m_bFitting = true;
     QHeaderView* header = horizontalHeader();
-    int const wanted = header->sectionSize(neighbour) - (newWidth - oldWidth);
-    header->resizeSection(neighbour, std::max(header->minimumSectionSize(), wanted));
-    m_bFitting = false;
-    fitTitle();
+    int const neighbour = section + 1;
+    if (neighbour < CFileTableModel::kColumnCount) {
+        m_bFitting = true;
+        int const wanted = header->sectionSize(neighbour) - (newWidth - oldWidth);
+        header->resizeSection(neighbour, std::max(header->minimumSectionSize(), wanted));
+        m_bFitting = false;
+        int const title = header->sectionSize(CFileTableModel::kTitleColumn);
+        int const artist = header->sectionSize(CFileTableModel::kArtistColumn);
+        m_fTitleShare = static_cast<double>(title) / (title + artist);
+    }
+    fitColumns();
 }
 
-void CFileTableView::fitTitle() {
+void CFileTableView::fitColumns() {
     if (m_bFitting) {
         return;
     }
     m_bFitting = true;
     QHeaderView* header = horizontalHeader();
-    int const others = header->sectionSize(CFileTableModel::kArtistColumn) +
-                       header->sectionSize(CFileTableModel::kTempoColumn);
-    header->resizeSection(CFileTableModel::kTitleColumn,
-                          std::max(header->minimumSectionSize(), viewport()->width() - others));
+    int const least = header->minimumSectionSize();
+    int const room = std::max(2 * least, viewport()->width() -
+                                             header->sectionSize(CFileTableModel::kTempoColumn));
+    int const title = std::clamp(qRound(room * m_fTitleShare), least, room - least);
+    header->resizeSection(CFileTableModel::kTitleColumn, title);
+    header->resizeSection(CFileTableModel::kArtistColumn, room - title);
     m_bFitting = false;
 }

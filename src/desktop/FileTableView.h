@@ -4,12 +4,15 @@
 #pragma once
 
 #include <QTableView>
+#include <QTimer>
+#include <cstddef>
+#include <vector>
 
+class CEmptyHint;
 class CFileTableModel;
-class QLabel;
 
-/// The table of files: whole rows are selected, columns sort and resize, an empty table says what
-/// to do, and a drop that would be taken is announced by a frame.
+/// The table of files: whole rows are selected, columns sort and resize, and a drop that would be
+/// taken is announced by a frame. An empty table says what the program does and how to begin.
 /// Thread: main.
 class CFileTableView : public QTableView {
     Q_OBJECT
@@ -21,10 +24,24 @@ public:
     /// texts separated by tabs. Without a selection the clipboard stays as it is.
     void copySelection() const;
 
+    /// The list's numbers of the selected rows, in the order shown.
+    [[nodiscard]] std::vector<std::size_t> selectedIds() const;
+
     /// Shows or hides the frame that announces a drop.
     void setDropTarget(bool isTarget);
 
+    /// Sorts as a click on the column's head does: upwards, downwards, then as added.
+    void sortByNext(int column);
+
+    /// Says that a file is being read: the stripe in its row moves.
+    void setReading(bool isReading);
+
+signals:
+    /// The button of the empty table was pressed.
+    void addRequested();
+
 protected:
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -34,15 +51,22 @@ private:
     void setUpHeader();
     void paintFocus();
     void paintDropFrame();
-    void setUpHint();
-    void placeHint();
+    void setColors();
+    void keepPlaces();
+    void restorePlaces();
     void onRowsChanged();
     void onSectionResized(int section, int oldWidth, int newWidth);
-    void fitTitle();
+    void fitColumns();
+    void moveStripes();
 
     CFileTableModel& m_model;
-    QWidget* m_pHint = nullptr;
-    QLabel* m_pHintTitle = nullptr;
+    CEmptyHint* m_pHint = nullptr;
+    QTimer m_stripeTimer;
+    std::vector<std::size_t> m_vSelectedIds; // While the model is reset.
+    std::size_t m_nCurrentId = 0;            // Likewise.
+    int m_nFirstSelectedRow = -1;            // Likewise; -1 when there is none.
+    int m_nCurrentRow = -1;                  // Likewise; -1 when there is none.
+    double m_fTitleShare;                    // Of the room that title and artist have together.
     bool m_bDropTarget = false;
     bool m_bFitting = false;
 };

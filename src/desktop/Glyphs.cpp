@@ -5,6 +5,8 @@
 
 #include "desktop/Glyphs.h"
 
+#include "desktop/Tints.h"
+
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
@@ -18,7 +20,7 @@ namespace {
 
 constexpr qreal kGridUnits = 24.0;                // Fixed: side of the drawing grid.
 constexpr qreal kStrokeUnits = 1.75;              // Fixed: width of every line, in grid units.
-constexpr QColor kWarningColor(0xD9, 0x8E, 0x04); // Fixed: amber, legible on light and dark.
+constexpr QColor kWarningColor(0xD9, 0x8E, 0x04); // Fixed: amber.
 
 using PaintProc = std::function<void(QPainter&, QIcon::Mode)>;
 
@@ -97,6 +99,15 @@ QPainterPath HelpPath() {
     return path;
 }
 
+QPainterPath MenuPath() {
+    QPainterPath path;
+    for (int const height : {7, 12, 17}) {
+        path.moveTo(5, height);
+        path.lineTo(19, height);
+    }
+    return path;
+}
+
 QPainterPath GlyphPath(EGlyph glyph) {
     switch (glyph) {
     case EGlyph::Add:
@@ -107,6 +118,8 @@ QPainterPath GlyphPath(EGlyph glyph) {
         return RescanPath();
     case EGlyph::Stop:
         return StopPath();
+    case EGlyph::Menu:
+        return MenuPath();
     case EGlyph::Help:
         break;
     }
@@ -118,9 +131,10 @@ QPen RoundPen(QColor const& color) {
 }
 
 void PaintWarning(QPainter& painter, QIcon::Mode mode) {
+    QPalette const palette = QGuiApplication::palette();
     QColor const color = mode == QIcon::Selected
-                             ? QGuiApplication::palette().color(QPalette::HighlightedText)
-                             : kWarningColor;
+                             ? palette.color(QPalette::HighlightedText)
+                             : SignColor(kWarningColor, palette.color(QPalette::Base));
     QPainterPath path;
     path.moveTo(12, 4.5);
     path.lineTo(20.5, 19);
@@ -153,14 +167,14 @@ QIcon WarningIcon() {
     return QIcon(new CPaintedIconEngine(PaintWarning));
 }
 
-std::array<QIcon, 5> ActionIcons() {
-    std::array<QIcon, 5> icons{
-        QIcon::fromTheme("list-add"), QIcon::fromTheme("media-playback-start"),
-        QIcon::fromTheme("view-refresh"), QIcon::fromTheme("media-playback-stop"),
-        QIcon::fromTheme("help-contents")};
+std::array<QIcon, 6> ActionIcons() {
+    std::array<QIcon, 6> icons{
+        QIcon::fromTheme("list-add"),      QIcon::fromTheme("media-playback-start"),
+        QIcon::fromTheme("view-refresh"),  QIcon::fromTheme("media-playback-stop"),
+        QIcon::fromTheme("help-contents"), QIcon::fromTheme("application-menu")};
     if (!std::all_of(icons.begin(), icons.end(), CanBeDrawn)) {
-        icons = {DrawnIcon(EGlyph::Add), DrawnIcon(EGlyph::Analyze), DrawnIcon(EGlyph::Rescan),
-                 DrawnIcon(EGlyph::Stop), DrawnIcon(EGlyph::Help)};
+        icons = {DrawnIcon(EGlyph::Add),  DrawnIcon(EGlyph::Analyze), DrawnIcon(EGlyph::Rescan),
+                 DrawnIcon(EGlyph::Stop), DrawnIcon(EGlyph::Help),    DrawnIcon(EGlyph::Menu)};
     }
     return icons;
 }

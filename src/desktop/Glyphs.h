@@ -7,13 +7,13 @@
 #include <array>
 
 /// The toolbar's signs.
-enum class EGlyph { Add, Analyze, Rescan, Stop, Help };
+enum class EGlyph { Add, Analyze, Rescan, Stop, Help, Menu };
 
-/// Icons of the five actions, in the order of `EGlyph`. The desktop's icon theme serves them when
-/// it has all five in a form that this program can draw; otherwise all five are drawn here, in the
+/// Icons of the six actions, in the order of `EGlyph`. The desktop's icon theme serves them when
+/// it has all six in a form that this program can draw; otherwise all six are drawn here, in the
 /// palette's text colour, so that the set is never mixed.
 /// Thread: main.
-std::array<QIcon, 5> ActionIcons();
+std::array<QIcon, 6> ActionIcons();
 
 /// One drawn sign. It follows the palette and the screen's scale each time it is painted.
 QIcon DrawnIcon(EGlyph glyph);

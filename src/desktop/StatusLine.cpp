@@ -4,65 +4,40 @@
 #include "desktop/StatusLine.h"
 
 #include "desktop/ElidedLabel.h"
-#include "desktop/Texts.h"
+#include "desktop/StatusTexts.h"
 
 #include <QProgressBar>
 
 namespace {
 
-constexpr int kNoticeMilliseconds = 6000; // Fixed: long enough to read a sentence twice.
-constexpr int kSideMargin = 6;            // Fixed: pixels to the window's edges.
-constexpr int kProgressWidth = 180;       // Fixed: pixels.
+constexpr int kSideMargin = 6;      // Fixed: pixels to the window's edges.
+constexpr int kProgressWidth = 180; // Fixed: pixels.
 
 } // namespace
 
 CStatusLine::CStatusLine(QWidget* parent)
     : QStatusBar(parent),
       m_pActivity(new CElidedLabel(Qt::ElideMiddle, this)),
-      m_pMessage(new CElidedLabel(Qt::ElideRight, this)),
       m_pProgress(new QProgressBar(this)) {
     setObjectName("statusBar");
     setAccessibleName(tr("Status bar"));
     setSizeGripEnabled(false);
     setContentsMargins(kSideMargin, 0, kSideMargin, 0);
     m_pActivity->setObjectName("activity");
-    m_pMessage->setObjectName("message");
-    m_pMessage->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_pProgress->setObjectName("overallProgress");
     m_pProgress->setAccessibleName(tr("Overall progress"));
     m_pProgress->setFixedWidth(kProgressWidth);
     m_pProgress->hide();
-    addWidget(m_pActivity);
-    addWidget(m_pMessage, 1);
+    addWidget(m_pActivity, 1);
     addPermanentWidget(m_pProgress);
-    m_noticeTimer.setSingleShot(true);
-    connect(&m_noticeTimer, &QTimer::timeout, this, &CStatusLine::showStanding);
 }
 
-void CStatusLine::setStatus(CBatchStatus const& status) {
-    m_pActivity->setText(ActivityText(status));
-    m_pProgress->setMaximum(status.m_bAdding && !status.m_bRunning ? 0 : 100);
+// A single file that is being read, and folders that are being searched, have no percentage yet.
+void CStatusLine::setStatus(CBatchStatus const& status, std::size_t problems) {
+    m_pActivity->setText(ActivityText(status, problems));
+    bool const isBusy =
+        status.m_bRunning ? status.m_bReading && status.m_nBatchFiles == 1 : status.m_bAdding;
+    m_pProgress->setMaximum(isBusy ? 0 : 100);
     m_pProgress->setValue(OverallPercent(status));
     m_pProgress->setVisible(status.m_bRunning || status.m_bAdding);
-}
-
-void CStatusLine::setProblem(QString const& text) {
-    m_sProblem = text;
-    if (!m_noticeTimer.isActive()) {
-        showStanding();
-    }
-}
-
-void CStatusLine::setNotice(QString const& text) {
-    m_pMessage->setText(text);
-    m_noticeTimer.start(kNoticeMilliseconds);
-}
-
-void CStatusLine::dropNotice() {
-    m_noticeTimer.stop();
-    showStanding();
-}
-
-void CStatusLine::showStanding() {
-    m_pMessage->setText(m_sProblem);
 }

@@ -6,13 +6,12 @@
 #include "app/BpmView.h"
 
 #include <QStatusBar>
-#include <QString>
-#include <QTimer>
+#include <cstddef>
 
 class CElidedLabel;
 class QProgressBar;
 
-/// The status bar: what is going on, a message, and the overall progress while there is any.
+/// The status bar: what is going on, and the overall progress while there is any.
 /// Thread: main.
 class CStatusLine : public QStatusBar {
     Q_OBJECT
@@ -20,23 +19,10 @@ class CStatusLine : public QStatusBar {
 public:
     explicit CStatusLine(QWidget* parent = nullptr);
 
-    void setStatus(CBatchStatus const& status);
-
-    /// The message that stands until the next one; empty clears it.
-    void setProblem(QString const& text);
-
-    /// A message for some seconds; the standing one returns afterwards.
-    void setNotice(QString const& text);
-
-    /// Ends the message of `setNotice` before its time.
-    void dropNotice();
+    /// `problems` counts the rows that have one.
+    void setStatus(CBatchStatus const& status, std::size_t problems);
 
 private:
-    void showStanding();
-
     CElidedLabel* m_pActivity;
-    CElidedLabel* m_pMessage;
     QProgressBar* m_pProgress;
-    QTimer m_noticeTimer;
-    QString m_sProblem;
 };

@@ -3,19 +3,13 @@
 
 #include "desktop/Texts.h"
 
-#include "app/RowTags.h"
-
 #include <QCoreApplication>
-#include <QLocale>
 #include <QRegularExpression>
 #include <QStringList>
 #include <QStringView>
 #include <array>
-#include <limits>
 
 namespace {
-
-constexpr int kWholePercent = 100;
 
 class CTexts {
     Q_DECLARE_TR_FUNCTIONS(Texts)
@@ -118,10 +112,6 @@ QString WriteProblemText(EWriteProblem problem) {
     return {};
 }
 
-int AsCount(std::size_t count) {
-    return static_cast<int>(count);
-}
-
 } // namespace
 
 QString ReadableText(std::u16string const& text) {
@@ -139,18 +129,9 @@ QString ReadableText(std::u16string const& text) {
     return readable;
 }
 
-QString TempoText(std::u16string const& tempo) {
-    static QRegularExpression const plainNumber("^[0-9]+\\.[0-9]+$");
-    QString text = ReadableText(tempo);
-    if (plainNumber.match(text).hasMatch()) {
-        text.replace(QLatin1Char('.'), QLocale().decimalPoint());
-    }
-    return text;
-}
-
-double TempoValue(std::u16string const& tempo) {
-    double const value = LeadingNumber(CString(tempo));
-    return value > 0.0 ? value : std::numeric_limits<double>::quiet_NaN();
+QString PlainTip(QString const& text) {
+    return QLatin1String("<qt style='white-space: pre-wrap'>") + text.toHtmlEscaped() +
+           QLatin1String("</qt>");
 }
 
 QString NoteText(CRowState const& row) {
@@ -172,39 +153,6 @@ QString ProblemText(CRowState const& row) {
         sentences << NoteText(row);
     }
     return sentences.join("; ");
-}
-
-QString ActivityText(CBatchStatus const& status) {
-    if (status.m_bStopping) {
-        return CTexts::tr("Stopping …");
-    }
-    if (status.m_bRunning) {
-        return CTexts::tr("Analyzing %1 (%2 of %3)")
-            .arg(ReadableText(status.m_sRunningName),
-                 QLocale().toString(AsCount(status.m_nBatchPlace)),
-                 QLocale().toString(AsCount(status.m_nBatchFiles)));
-    }
-    if (status.m_bAdding) {
-        return CTexts::tr("Adding files … %n so far", nullptr, AsCount(status.m_nRows));
-    }
-    if (status.m_nRows == 0) {
-        return CTexts::tr("No files");
-    }
-    QString rows = CTexts::tr("%n file(s)", nullptr, AsCount(status.m_nRows));
-    if (status.m_nUndone == 0) {
-        return rows;
-    }
-    return rows + CTexts::tr(", %n not analyzed", nullptr, AsCount(status.m_nUndone));
-}
-
-int OverallPercent(CBatchStatus const& status) {
-    if (!status.m_bRunning || status.m_nBatchFiles == 0) {
-        return 0;
-    }
-    std::size_t const done = status.m_nBatchFiles - status.m_nUndone;
-    std::size_t const running =
-        status.m_nPercent > 0 ? static_cast<std::size_t>(status.m_nPercent) : 0;
-    return static_cast<int>((done * kWholePercent + running) / status.m_nBatchFiles);
 }
 
 QString FileNameOf(QString const& path) {

@@ -239,32 +239,76 @@ TEST_F(FileTableModelTest, BytesThatAreNoTextAreShownAsReplacementCharacters) {
     EXPECT_EQ(text(0, 0), "caf\xEF\xBF\xBD.mp3");
 }
 
-TEST_F(FileTableModelTest, AnEmptyTitleStaysEmptyAndOffersTheFileNameToPaint) {
+TEST_F(FileTableModelTest, AnUntitledRowShowsItsFileNameAndSaysSo) {
     list.append(u"", u"", u"120");
     list.rows[0].state.m_sPath = u"/music/a.mp3";
     list.append(u"Song", u"", u"120");
     show();
-    EXPECT_EQ(text(0, 0), "");
-    auto const placeholder = [this](int row, int column) {
-        return model.index(row, column).data(CFileTableModel::kPlaceholderRole);
+    auto const isUntitled = [this](int row, int column) {
+        return model.index(row, column).data(CFileTableModel::kUntitledRole).toBool();
     };
-    EXPECT_EQ(placeholder(0, 0).toString().toStdString(), "a.mp3");
-    EXPECT_FALSE(placeholder(0, 1).isValid());
-    EXPECT_FALSE(placeholder(1, 0).isValid());
+    EXPECT_EQ(text(0, 0), "a.mp3");
+    EXPECT_TRUE(isUntitled(0, 0));
+    EXPECT_FALSE(isUntitled(0, 1));
+    EXPECT_FALSE(isUntitled(1, 0));
 }
 
-TEST_F(FileTableModelTest, AScreenReaderIsToldTheNameThatIsPaintedForATitle) {
+TEST_F(FileTableModelTest, UntitledRowsSortByTheNameTheyShow) {
+    list.append(u"Zebra", u"", u"");
+    list.append(u"", u"", u"120");
+    list.rows[1].state.m_sPath = u"/music/middle.mp3";
+    list.append(u"Apple", u"", u"");
+    show();
+    model.sort(0, Qt::AscendingOrder);
+    EXPECT_EQ(column(0), (Texts{"Apple", "middle.mp3", "Zebra"}));
+}
+
+TEST_F(FileTableModelTest, AScreenReaderHearsWhatIsWrongWithARow) {
     list.append(u"", u"", u"0.00");
     list.rows[0].state.m_sPath = u"/music/a.mp3";
+    list.rows[0].state.m_bDone = true;
     show();
     auto const description = [this](int column) {
         return model.index(0, column).data(Qt::AccessibleDescriptionRole).toString().toStdString();
     };
-    EXPECT_EQ(description(0), "a.mp3");
-    EXPECT_EQ(description(2), "");
+    EXPECT_EQ(description(0), "");
     list.rows[0].state.m_sFailure = "no audio found";
-    EXPECT_EQ(description(0), "a.mp3: No tempo: no audio found");
+    EXPECT_EQ(description(0), "No tempo: no audio found");
     EXPECT_EQ(description(2), "No tempo: no audio found");
+}
+
+TEST_F(FileTableModelTest, ARowThatIsReadSaysSoUntilItsFirstPercentage) {
+    list.append(u"a", u"", u"99.00");
+    list.rows[0].state.m_nPercent = 0;
+    list.rows[0].state.m_bReading = true;
+    show();
+    EXPECT_EQ(text(0, 2), "reading");
+    EXPECT_TRUE(model.index(0, 2).data(CFileTableModel::kReadingRole).toBool());
+    list.rows[0].tempo = u" 0%";
+    list.rows[0].state.m_bReading = false;
+    EXPECT_EQ(text(0, 2), " 0%");
+    EXPECT_FALSE(model.index(0, 2).data(CFileTableModel::kReadingRole).toBool());
+}
+
+TEST_F(FileTableModelTest, ATempoThatAwaitsAnotherAnalysisIsMarked) {
+    list.append(u"a", u"", u"120.00");
+    list.append(u"b", u"", u"120.00");
+    list.append(u"c", u"", u"");
+    list.append(u"d", u"", u"50%");
+    list.rows[0].state.m_bDone = false;
+    list.rows[3].state.m_bDone = false;
+    list.rows[3].state.m_nPercent = 50;
+    show();
+    auto const awaits = [this](int row, int column) {
+        return model.index(row, column).data(CFileTableModel::kAwaitsRole).toBool();
+    };
+    EXPECT_TRUE(awaits(0, 2));
+    EXPECT_FALSE(awaits(0, 0));
+    EXPECT_FALSE(awaits(1, 2));
+    EXPECT_FALSE(awaits(2, 2));
+    EXPECT_FALSE(awaits(3, 2));
+    QString const spoken = model.index(0, 2).data(Qt::AccessibleDescriptionRole).toString();
+    EXPECT_EQ(spoken, "still to be analyzed again");
 }
 
 TEST_F(FileTableModelTest, LineEndsInATitleDoNotBreakTheRow) {

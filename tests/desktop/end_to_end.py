@@ -208,6 +208,38 @@ class EndToEnd(unittest.TestCase):
         self.assertEqual(process.returncode, 0)
         self.assertEqual(digest(last), before, "the batch went on to its end")
 
+    def test_what_was_added_by_mistake_can_be_got_rid_of(self):
+        last = self.folder / "z.mp3"
+        make_clicks(last, 120)
+        before = digest(last)
+        process, window = self.start(*self.make_batch(), last)
+        self.display.activate(window)
+        time.sleep(0.5)
+        self.display.press("ctrl+a", "Delete")
+        # Nothing is left to work on, so the window closes now.
+        wait_for(lambda: self.display.press("ctrl+w") or process.poll() is not None, "the end")
+        self.assertEqual(process.returncode, 0)
+        self.assertEqual(digest(last), before)
+
+    def test_tempos_that_came_with_the_files_are_replaced_only_after_a_yes(self):
+        song = self.folder / "a.mp3"
+        make_clicks(song, 120)
+        tags = mutagen.id3.ID3()
+        tags.add(mutagen.id3.TBPM(encoding=0, text="99"))
+        tags.save(str(song), v1=0, v2_version=3)
+        before = digest(song)
+        process, window = self.start(song)
+        self.display.activate(window)
+        time.sleep(0.5)
+        self.display.press("shift+F5")
+        self.display.window("^Analyze again")
+        self.display.press("Escape")
+        wait_for(lambda: not self.display.windows("^Analyze again"), "the question's end")
+        time.sleep(0.5)
+        self.assertEqual(digest(song), before)
+        process.terminate()
+        self.wait_until_closed(process)
+
     def check_early_end(self, ask):
         """The program ends while files are being analysed, and leaves those behind alone."""
         song = self.folder / "a.mp3"

@@ -28,10 +28,6 @@
         <translation>Dateien ohne Tempo analysieren</translation>
     </message>
     <message>
-        <source>Rescan</source>
-        <translation>Neu analysieren</translation>
-    </message>
-    <message>
         <source>Analyze all files again</source>
         <translation>Alle Dateien neu analysieren</translation>
     </message>
@@ -88,12 +84,121 @@
         <translation>Zum Öffnen von %1 wurde kein Programm gefunden.</translation>
     </message>
     <message>
-        <source>The folder %1 could not be read.</source>
-        <translation>Der Ordner %1 konnte nicht gelesen werden.</translation>
+        <source>Close</source>
+        <translation>Schließen</translation>
     </message>
     <message>
-        <source>The window can&apos;t close while analyzing. Escape stops.</source>
-        <translation>Schließt nicht während der Analyse. Escape hält an.</translation>
+        <source>Analyze again</source>
+        <translation>Neu analysieren</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tempo(s) came with the files. Replace them?</source>
+        <translation>
+            <numerusform>%Ln Tempo stammt aus der Datei. Ersetzen?</numerusform>
+            <numerusform>%Ln Tempi stammen aus den Dateien. Ersetzen?</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Tactus did not find them in this session; they may have been set by hand. MP3 files get the new tempo in their tags.</source>
+        <translation>Tactus hat sie in dieser Sitzung nicht gefunden; vielleicht wurden sie von Hand gesetzt. MP3-Dateien bekommen das neue Tempo in ihren Tag.</translation>
+    </message>
+    <message>
+        <source>Analyze all again</source>
+        <translation>Alle neu analysieren</translation>
+    </message>
+    <message>
+        <source>&amp;Stop and close</source>
+        <translation>&amp;Anhalten und schließen</translation>
+    </message>
+    <message>
+        <source>&amp;Keep going</source>
+        <translation>&amp;Weitermachen</translation>
+    </message>
+    <message>
+        <source>Analyze all again …</source>
+        <translation>Alle neu analysieren …</translation>
+    </message>
+    <message>
+        <source>Select all rows</source>
+        <translation>Alle Zeilen auswählen</translation>
+    </message>
+    <message>
+        <source>Close window</source>
+        <translation>Fenster schließen</translation>
+    </message>
+    <message>
+        <source>Close the window</source>
+        <translation>Das Fenster schließen</translation>
+    </message>
+    <message>
+        <source>Sort by %1</source>
+        <translation>Nach %1 sortieren</translation>
+    </message>
+    <message>
+        <source>Menu</source>
+        <translation>Menü</translation>
+    </message>
+    <message>
+        <source>Everything else</source>
+        <translation>Alles Weitere</translation>
+    </message>
+    <message>
+        <source>Bring back</source>
+        <translation>Zurückholen</translation>
+    </message>
+    <message>
+        <source>Hide</source>
+        <translation>Ausblenden</translation>
+    </message>
+    <message>
+        <source>Hide the selected rows and leave them out</source>
+        <translation>Die ausgewählten Zeilen ausblenden und auslassen</translation>
+    </message>
+    <message>
+        <source>Bring back what was hidden last</source>
+        <translation>Zurückholen, was zuletzt ausgeblendet wurde</translation>
+    </message>
+</context>
+<context>
+    <name>CChipsLine</name>
+    <message>
+        <source>Filters</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>All %1</source>
+        <translation>Alle %1</translation>
+    </message>
+    <message>
+        <source>To do %1</source>
+        <translation>Zu tun %1</translation>
+    </message>
+    <message>
+        <source>Problems %1</source>
+        <translation>Probleme %1</translation>
+    </message>
+</context>
+<context>
+    <name>CEmptyHint</name>
+    <message>
+        <source>Drop files and folders here, or</source>
+        <translation>Dateien und Ordner hierher ziehen oder</translation>
+    </message>
+    <message>
+        <source>wav, mp3, aiff, aif, caf and m4a; only mp3 files are written</source>
+        <translation>wav, mp3, aiff, aif, caf und m4a; nur in mp3-Dateien wird geschrieben</translation>
+    </message>
+    <message>
+        <source>Add music …</source>
+        <translation>Musik hinzufügen …</translation>
+    </message>
+    <message>
+        <source>Nothing here</source>
+        <translation>Hier ist nichts</translation>
+    </message>
+    <message>
+        <source>Finds the tempo of music and writes it into MP3 tags</source>
+        <translation>Findet das Tempo von Musik und schreibt es in die Tags von MP3-Dateien</translation>
     </message>
 </context>
 <context>
@@ -110,16 +215,17 @@
         <source>Tempo</source>
         <translation>Tempo</translation>
     </message>
-</context>
-<context>
-    <name>CFileTableView</name>
     <message>
-        <source>Drop music files or folders here</source>
-        <translation>Musikdateien oder Ordner hierher ziehen</translation>
+        <source>reading</source>
+        <translation>liest</translation>
     </message>
     <message>
-        <source>or press %1 to choose them</source>
-        <translation>oder mit %1 auswählen</translation>
+        <source>still to be analyzed again</source>
+        <translation>noch neu zu analysieren</translation>
+    </message>
+    <message>
+        <source>This tempo is still to be analyzed again.</source>
+        <translation>Dieses Tempo ist noch neu zu analysieren.</translation>
     </message>
 </context>
 <context>
@@ -131,6 +237,22 @@
     <message>
         <source>Music files and folders</source>
         <translation>Musikdateien und Ordner</translation>
+    </message>
+    <message>
+        <source>Add this folder</source>
+        <translation>Diesen Ordner</translation>
+    </message>
+    <message>
+        <source>Add the folder that is open here, with everything below it</source>
+        <translation>Den hier geöffneten Ordner mit allem darin hinzufügen</translation>
+    </message>
+    <message>
+        <source>There is no “%1” here.</source>
+        <translation>Hier gibt es kein „%1“.</translation>
+    </message>
+    <message>
+        <source>“%1” can&apos;t be chosen here, only wav, mp3 and aiff files and folders. Other kinds come in with their folder, or when they are dropped on the window.</source>
+        <translation>„%1“ lässt sich hier nicht wählen, nur wav-, mp3- und aiff-Dateien und Ordner. Andere Arten kommen mit ihrem Ordner herein, oder wenn sie auf das Fenster gezogen werden.</translation>
     </message>
 </context>
 <context>
@@ -225,6 +347,108 @@
     <message>
         <source>breaks off in the middle of a frame</source>
         <translation>die Datei bricht mitten in einem Frame ab</translation>
+    </message>
+</context>
+<context>
+    <name>StatusTexts</name>
+    <message>
+        <source>Reading “%1”</source>
+        <translation>„%1“ wird gelesen</translation>
+    </message>
+    <message>
+        <source>Analyzing “%1”</source>
+        <translation>„%1“ wird analysiert</translation>
+    </message>
+    <message>
+        <source>Stopping …</source>
+        <translation>Wird angehalten …</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>Adding files … %Ln so far</source>
+        <translation>
+            <numerusform>Dateien werden hinzugefügt … bisher %Ln</numerusform>
+            <numerusform>Dateien werden hinzugefügt … bisher %Ln</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>No files</source>
+        <translation>Keine Dateien</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln file(s)</source>
+        <translation>
+            <numerusform>%Ln Datei</numerusform>
+            <numerusform>%Ln Dateien</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln to do</source>
+        <translation>
+            <numerusform>%Ln zu tun</numerusform>
+            <numerusform>%Ln zu tun</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln problem(s)</source>
+        <translation>
+            <numerusform>%Ln Problem</numerusform>
+            <numerusform>%Ln Probleme</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln already in the list</source>
+        <translation>
+            <numerusform>%Ln schon in der Liste</numerusform>
+            <numerusform>%Ln schon in der Liste</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Nothing added: %1.</source>
+        <translation>Nichts hinzugefügt: %1.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln added, %1.</source>
+        <translation>
+            <numerusform>%Ln hinzugefügt, %1.</numerusform>
+            <numerusform>%Ln hinzugefügt, %1.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Nothing added: no music in “%1” (%2).</source>
+        <translation>Nichts hinzugefügt: keine Musik in „%1“ (%2).</translation>
+    </message>
+    <message>
+        <source>Nothing added: no music in these folders (%1).</source>
+        <translation>Nichts hinzugefügt: keine Musik in diesen Ordnern (%1).</translation>
+    </message>
+    <message numerus="yes">
+        <source>Still working on %Ln file(s).</source>
+        <translation>
+            <numerusform>%Ln Datei ist noch in Arbeit.</numerusform>
+            <numerusform>%Ln Dateien sind noch in Arbeit.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The folder “%1” could not be read.</source>
+        <translation>Der Ordner „%1“ konnte nicht gelesen werden.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln folder(s) could not be read, the last of them “%1”.</source>
+        <translation>
+            <numerusform>%Ln Ordner konnte nicht gelesen werden, zuletzt „%1“.</numerusform>
+            <numerusform>%Ln Ordner konnten nicht gelesen werden, zuletzt „%1“.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln file(s) hidden and left out. Nothing was deleted.</source>
+        <translation>
+            <numerusform>%Ln Datei ausgeblendet und ausgelassen. Gelöscht wurde nichts.</numerusform>
+            <numerusform>%Ln Dateien ausgeblendet und ausgelassen. Gelöscht wurde nichts.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -328,39 +552,6 @@
     <message>
         <source>Analyzed in part: %1</source>
         <translation>Teilweise analysiert: %1</translation>
-    </message>
-    <message>
-        <source>Stopping …</source>
-        <translation>Wird angehalten …</translation>
-    </message>
-    <message>
-        <source>Analyzing %1 (%2 of %3)</source>
-        <translation>%1 wird analysiert (%2 von %3)</translation>
-    </message>
-    <message numerus="yes">
-        <source>Adding files … %n so far</source>
-        <translation>
-            <numerusform>Dateien werden hinzugefügt … bisher %n</numerusform>
-            <numerusform>Dateien werden hinzugefügt … bisher %n</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>No files</source>
-        <translation>Keine Dateien</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n file(s)</source>
-        <translation>
-            <numerusform>%n Datei</numerusform>
-            <numerusform>%n Dateien</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>, %n not analyzed</source>
-        <translation>
-            <numerusform>, %n nicht analysiert</numerusform>
-            <numerusform>, %n nicht analysiert</numerusform>
-        </translation>
     </message>
 </context>
 </TS>

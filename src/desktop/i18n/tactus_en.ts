@@ -2,6 +2,16 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en_US">
 <context>
+    <name>BpmWindow</name>
+    <message numerus="yes">
+        <source>%Ln tempo(s) came with the files. Replace them?</source>
+        <translation>
+            <numerusform>%Ln tempo came with the files. Replace it?</numerusform>
+            <numerusform>%Ln tempos came with the files. Replace them?</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>Reasons</name>
     <message>
         <source>is a folder, not a file</source>
@@ -85,26 +95,68 @@
     </message>
 </context>
 <context>
-    <name>Texts</name>
+    <name>StatusTexts</name>
     <message numerus="yes">
-        <source>Adding files … %n so far</source>
+        <source>Adding files … %Ln so far</source>
         <translation>
-            <numerusform>Adding files … %n so far</numerusform>
-            <numerusform>Adding files … %n so far</numerusform>
+            <numerusform>Adding files … %Ln so far</numerusform>
+            <numerusform>Adding files … %Ln so far</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n file(s)</source>
+        <source>%Ln file(s)</source>
         <translation>
-            <numerusform>%n file</numerusform>
-            <numerusform>%n files</numerusform>
+            <numerusform>%Ln file</numerusform>
+            <numerusform>%Ln files</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>, %n not analyzed</source>
+        <source>%Ln to do</source>
         <translation>
-            <numerusform>, %n not analyzed</numerusform>
-            <numerusform>, %n not analyzed</numerusform>
+            <numerusform>%Ln to do</numerusform>
+            <numerusform>%Ln to do</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln problem(s)</source>
+        <translation>
+            <numerusform>%Ln problem</numerusform>
+            <numerusform>%Ln problems</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln already in the list</source>
+        <translation>
+            <numerusform>%Ln already in the list</numerusform>
+            <numerusform>%Ln already in the list</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln added, %1.</source>
+        <translation>
+            <numerusform>%Ln added, %1.</numerusform>
+            <numerusform>%Ln added, %1.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Still working on %Ln file(s).</source>
+        <translation>
+            <numerusform>Still working on %Ln file.</numerusform>
+            <numerusform>Still working on %Ln files.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln folder(s) could not be read, the last of them “%1”.</source>
+        <translation>
+            <numerusform>%Ln folder could not be read, the last of them “%1”.</numerusform>
+            <numerusform>%Ln folders could not be read, the last of them “%1”.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln file(s) hidden and left out. Nothing was deleted.</source>
+        <translation>
+            <numerusform>%Ln file hidden and left out. Nothing was deleted.</numerusform>
+            <numerusform>%Ln files hidden and left out. Nothing was deleted.</numerusform>
         </translation>
     </message>
 </context>

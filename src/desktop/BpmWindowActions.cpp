@@ -1,0 +1,137 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+//
+// What the window can be asked to do, and where: keys, toolbar, menu.
+
+#include "desktop/BpmWindow.h"
+
+#include "app/BPMController.h"
+#include "desktop/ChipsLine.h"
+#include "desktop/FileTableView.h"
+#include "desktop/Glyphs.h"
+#include "desktop/ImageClickView.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QToolBar>
+#include <QToolButton>
+#include <array>
+
+namespace {
+
+constexpr int kToolIconPixels = 20; // Fixed: side of the toolbar's icons.
+
+} // namespace
+
+QAction* BpmWindow::makeAction(QString const& name, QString const& text, QString const& tip,
+                               QList<QKeySequence> const& keys) {
+    auto* action = new QAction(text, this);
+    action->setObjectName(name);
+    action->setShortcuts(keys);
+    QString const key =
+        keys.isEmpty() ? QString() : keys.first().toString(QKeySequence::NativeText);
+    action->setToolTip(key.isEmpty() ? tip : QString("%1 (%2)").arg(tip, key));
+    addAction(action);
+    return action;
+}
+
+void BpmWindow::setUpActions() {
+    m_pAdd = makeAction("actionAdd", tr("Add"), tr("Add files and folders"), {QKeySequence::Open});
+    m_pAnalyze = makeAction("actionAnalyze", tr("Analyze"), tr("Analyze the files without a tempo"),
+                            {QKeySequence(Qt::Key_F5)});
+    m_pStop =
+        makeAction("actionStop", tr("Stop"), tr("Stop analyzing"), {QKeySequence(Qt::Key_Escape)});
+    m_pRescan = makeAction("actionRescan", tr("Analyze all again …"), tr("Analyze all files again"),
+                           {QKeySequence(Qt::SHIFT | Qt::Key_F5)});
+    m_pCopy =
+        makeAction("actionCopy", tr("Copy"), tr("Copy the selected rows"), {QKeySequence::Copy});
+    m_pSelectAll = makeAction("actionSelectAll", tr("Select all"), tr("Select all rows"),
+                              {QKeySequence::SelectAll});
+    m_pHelp =
+        makeAction("actionHelp", tr("Help"), tr("Open the guide"), {QKeySequence(Qt::Key_F1)});
+    m_pClose = makeAction("actionClose", tr("Close window"), tr("Close the window"),
+                          {QKeySequence(Qt::CTRL | Qt::Key_W)});
+    m_pQuit = makeAction("actionQuit", tr("Quit"), tr("Quit Tactus"),
+                         {QKeySequence(Qt::CTRL | Qt::Key_Q)});
+    connect(m_pAdd, &QAction::triggered, this, &BpmWindow::openFile);
+    connect(m_pAnalyze, &QAction::triggered, this, [this] { m_controller.analyze(); });
+    connect(m_pStop, &QAction::triggered, this, &BpmWindow::stop);
+    connect(m_pRescan, &QAction::triggered, this, &BpmWindow::analyzeAgain);
+    connect(m_pCopy, &QAction::triggered, m_pTable, &CFileTableView::copySelection);
+    connect(m_pSelectAll, &QAction::triggered, m_pTable, &QAbstractItemView::selectAll);
+    connect(m_pHelp, &QAction::triggered, this, [this] { m_controller.onHelp(); });
+    connect(m_pClose, &QAction::triggered, this, &QWidget::close);
+    connect(m_pQuit, &QAction::triggered, this, &BpmWindow::quitRequested);
+    m_pTable->addActions({m_pCopy, m_pSelectAll});
+}
+
+// Keys for what the mouse does in the table's head.
+void BpmWindow::setUpMoreActions() {
+    for (int column = 0; column < CFileTableModel::kColumnCount; ++column) {
+        QString const head = m_model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+        QAction* sort =
+            makeAction(QString("actionSort%1").arg(column + 1), tr("Sort by %1").arg(head),
+                       tr("Sort by %1").arg(head), {QKeySequence(Qt::CTRL | (Qt::Key_1 + column))});
+        connect(sort, &QAction::triggered, m_pTable,
+                [this, column] { m_pTable->sortByNext(column); });
+    }
+    m_pHide = makeAction("actionHide", tr("Hide"), tr("Hide the selected rows and leave them out"),
+                         {QKeySequence::Delete});
+    m_pBringBack = makeAction("actionBringBack", tr("Bring back"),
+                              tr("Bring back what was hidden last"), {QKeySequence::Undo});
+    connect(m_pHide, &QAction::triggered, this, &BpmWindow::hideRows);
+    connect(m_pBringBack, &QAction::triggered, this, &BpmWindow::bringBack);
+    m_pTable->addActions({m_pHide});
+    m_pMenu =
+        makeAction("actionMenu", tr("Menu"), tr("Everything else"), {QKeySequence(Qt::Key_F10)});
+}
+
+void BpmWindow::setUpToolbar() {
+    auto* toolbar = new QToolBar(tr("Toolbar"), this);
+    toolbar->setObjectName("toolbar");
+    toolbar->setAccessibleName(tr("Toolbar"));
+    toolbar->setMovable(false);
+    toolbar->setContextMenuPolicy(Qt::PreventContextMenu);
+    toolbar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    toolbar->setIconSize({kToolIconPixels, kToolIconPixels});
+    std::array<QAction*, 6> const actions{m_pAdd, m_pAnalyze, m_pRescan, m_pStop, m_pHelp, m_pMenu};
+    auto const icons = ActionIcons();
+    for (std::size_t i = 0; i < actions.size(); ++i) {
+        actions[i]->setIcon(icons[i]);
+    }
+    auto* room = new QWidget(toolbar);
+    room->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    toolbar->addActions({m_pAdd, m_pAnalyze, m_pStop});
+    toolbar->insertSeparator(m_pAnalyze);
+    toolbar->addWidget(room);
+    toolbar->addAction(m_pMenu);
+    setUpMenu(*toolbar);
+    for (QAction* action : {m_pAdd, m_pAnalyze, m_pStop, m_pMenu}) {
+        QWidget* button = toolbar->widgetForAction(action);
+        button->setAccessibleName(action->text());
+        button->setFocusPolicy(Qt::TabFocus);
+    }
+    auto* picture = new QxImageClickView(toolbar);
+    picture->setObjectName("imageView");
+    picture->setAccessibleName(tr("Tactus home page"));
+    picture->setToolTip(tr("Open the home page"));
+    connect(picture, &QxImageClickView::clicked, this, [this] { m_controller.onHelp(); });
+    toolbar->addWidget(picture);
+    addToolBar(toolbar);
+}
+
+void BpmWindow::setUpMenu(QToolBar& toolbar) {
+    auto* menu = new QMenu(this);
+    menu->setObjectName("menu");
+    menu->setAccessibleName(tr("Menu"));
+    menu->addAction(m_pRescan);
+    menu->addSeparator();
+    menu->addActions({m_pCopy, m_pSelectAll, m_pHide, m_pBringBack});
+    menu->addSeparator();
+    menu->addActions({m_pHelp, m_pClose, m_pQuit});
+    auto* button = qobject_cast<QToolButton*>(toolbar.widgetForAction(m_pMenu));
+    button->setObjectName("menuButton");
+    button->setMenu(menu);
+    button->setPopupMode(QToolButton::InstantPopup);
+    connect(m_pMenu, &QAction::triggered, button, &QToolButton::showMenu);
+}

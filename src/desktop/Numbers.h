@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+#include <cstddef>
+#include <string>
+
+/// Numbers as the user writes them: digits, decimal point and groups of the locale, all of them or
+/// none.
+/// Thread: main.
+
+/// A tempo of the list for the screen. Only plain numbers change; anything else, such as "ca.
+/// 128.5", stays as it is.
+QString TempoText(std::u16string const& tempo);
+
+/// The number in a tempo text, as the list reads it; NaN when there is none above 0.
+double TempoValue(std::u16string const& tempo);
+
+/// A percentage with room for two digits, as the list writes it.
+QString PercentText(int percent);
+
+/// A count, with groups where the locale has them.
+QString CountText(std::size_t count);
+
+/// Where the decimal point stands in a text of `TempoText`; its size where there is none; -1 for a
+/// text that is no plain number.
+qsizetype DecimalPointIn(QString const& tempo);

@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "desktop/StatusTexts.h"
+
+#include "desktop/Numbers.h"
+#include "desktop/Texts.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+constexpr int kWholePercent = 100;
+
+class CStatusTexts {
+    Q_DECLARE_TR_FUNCTIONS(StatusTexts)
+};
+
+int AsCount(std::size_t count) {
+    return static_cast<int>(count);
+}
+
+QString Joined(QStringList const& parts) {
+    return parts.join(QStringLiteral(" · "));
+}
+
+QString RunningText(CBatchStatus const& status) {
+    QString const name = ReadableText(status.m_sRunningName);
+    return status.m_bReading ? CStatusTexts::tr("Reading “%1”").arg(name)
+                             : CStatusTexts::tr("Analyzing “%1”").arg(name);
+}
+
+} // namespace
+
+QString ActivityText(CBatchStatus const& status, std::size_t problems) {
+    QStringList parts;
+    if (status.m_bStopping) {
+        parts << CStatusTexts::tr("Stopping …");
+    } else if (status.m_bRunning) {
+        parts << RunningText(status)
+              << CStatusTexts::tr("%1 of %2")
+                     .arg(CountText(status.m_nBatchPlace), CountText(status.m_nBatchFiles));
+    } else if (status.m_bAdding) {
+        parts << CStatusTexts::tr("Adding files … %Ln so far", nullptr, AsCount(status.m_nRows));
+    } else if (status.m_nRows == status.m_nHidden) {
+        return CStatusTexts::tr("No files");
+    } else {
+        parts << CStatusTexts::tr("%Ln file(s)", nullptr,
+                                  AsCount(status.m_nRows - status.m_nHidden));
+        if (status.m_nUndone > 0) {
+            parts << CStatusTexts::tr("%Ln to do", nullptr, AsCount(status.m_nUndone));
+        }
+    }
+    if (problems > 0) {
+        parts << CStatusTexts::tr("%Ln problem(s)", nullptr, AsCount(problems));
+    }
+    return Joined(parts);
+}
+
+int OverallPercent(CBatchStatus const& status) {
+    if (!status.m_bRunning || status.m_nBatchFiles == 0) {
+        return 0;
+    }
+    std::size_t const done = status.m_nBatchFiles - status.m_nUndone;
+    std::size_t const running =
+        status.m_nPercent > 0 ? static_cast<std::size_t>(status.m_nPercent) : 0;
+    return static_cast<int>((done * kWholePercent + running) / status.m_nBatchFiles);
+}
+
+QString AddedText(std::size_t added, std::size_t known, QStringList const& names) {
+    if (known > 0) {
+        QString const rest = CStatusTexts::tr("%Ln already in the list", nullptr, AsCount(known));
+        return added == 0 ? CStatusTexts::tr("Nothing added: %1.").arg(rest)
+                          : CStatusTexts::tr("%Ln added, %1.", nullptr, AsCount(added)).arg(rest);
+    }
+    if (added > 0) {
+        return {};
+    }
+    QString const kinds = QStringLiteral("wav, mp3, aiff, aif, caf, m4a");
+    return names.size() == 1
+               ? CStatusTexts::tr("Nothing added: no music in “%1” (%2).").arg(names.front(), kinds)
+               : CStatusTexts::tr("Nothing added: no music in these folders (%1).").arg(kinds);
+}
+
+QString ClosingText(CBatchStatus const& status) {
+    return CStatusTexts::tr("Still working on %Ln file(s).", nullptr, AsCount(status.m_nUndone));
+}
+
+QString HiddenText(std::size_t count) {
+    return CStatusTexts::tr("%Ln file(s) hidden and left out. Nothing was deleted.", nullptr,
+                            AsCount(count));
+}
+
+QString FoldersText(std::size_t count, QString const& last) {
+    return count == 1 ? CStatusTexts::tr("The folder “%1” could not be read.").arg(last)
+                      : CStatusTexts::tr("%Ln folder(s) could not be read, the last of them “%1”.",
+                                         nullptr, AsCount(count))
+                            .arg(last);
+}

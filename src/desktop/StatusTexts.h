@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/BpmView.h"
+
+#include <QString>
+#include <QStringList>
+#include <cstddef>
+
+/// What the window tells about the list as a whole. Everything is translated and follows the
+/// user's locale.
+/// Thread: main.
+
+/// What is going on, for the status bar; `problems` counts the rows that have one.
+QString ActivityText(CBatchStatus const& status, std::size_t problems);
+
+/// Overall progress of the batch in percent, 0 to 100. Without a batch it is 0.
+int OverallPercent(CBatchStatus const& status);
+
+/// What came of an addition: `added` rows, `known` paths that were in the list already. Empty when
+/// all went as everybody expects.
+QString AddedText(std::size_t added, std::size_t known, QStringList const& names);
+
+/// Why the window stays open.
+QString ClosingText(CBatchStatus const& status);
+
+/// How many rows are hidden, and that no file is harmed.
+QString HiddenText(std::size_t count);
+
+/// Folders that could not be read, the last of them by name.
+QString FoldersText(std::size_t count, QString const& last);

@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "desktop/ChipsLine.h"
+
+#include <QSignalSpy>
+#include <QTest>
+#include <QToolButton>
+#include <gtest/gtest.h>
+
+namespace {
+
+struct ChipsLineTest : testing::Test {
+    ChipsLineTest() {
+        line.show();
+        line.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&line));
+    }
+
+    std::string text(char const* name) const {
+        return line.findChild<QToolButton*>(name)->text().toStdString();
+    }
+
+    CChipsLine line;
+    QSignalSpy chosen{&line, &CChipsLine::filterChosen};
+};
+
+} // namespace
+
+TEST_F(ChipsLineTest, EveryChipHasItsCount) {
+    line.setCounts({301, 151, 3});
+    EXPECT_EQ(text("chipAll"), "All 301");
+    EXPECT_EQ(text("chipToDo"), "To do 151");
+    EXPECT_EQ(text("chipProblems"), "Problems 3");
+}
+
+TEST_F(ChipsLineTest, OneFilterIsOnAndAllIsTheFirst) {
+    EXPECT_EQ(line.filter(), ERowFilter::All);
+    line.choose(ERowFilter::Problems);
+    EXPECT_EQ(line.filter(), ERowFilter::Problems);
+    EXPECT_FALSE(line.findChild<QToolButton*>("chipAll")->isChecked());
+    ASSERT_EQ(chosen.count(), 1);
+    EXPECT_EQ(chosen[0][0].value<ERowFilter>(), ERowFilter::Problems);
+}
+
+TEST_F(ChipsLineTest, TheKeysOutliveNewCounts) {
+    line.setCounts({1, 1, 0});
+    QTest::keyClick(&line, Qt::Key_2, Qt::AltModifier);
+    EXPECT_EQ(line.filter(), ERowFilter::ToDo);
+    line.setCounts({2, 1, 1});
+    QTest::keyClick(&line, Qt::Key_3, Qt::AltModifier);
+    EXPECT_EQ(line.filter(), ERowFilter::Problems);
+    QTest::keyClick(&line, Qt::Key_1, Qt::AltModifier);
+    EXPECT_EQ(line.filter(), ERowFilter::All);
+}
