@@ -1,82 +1,43 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
-// The steps of the loop: begin files while a slot is free; wait until one is finished or a request
-// to stop comes; collect what is finished; hand on the rows whose turn it is.
+// The steps of the loop: begin files while a slot is free; hand on the rows whose turn it is;
+// search on for files, or wait until one is finished or a request to stop comes; collect what is
+// finished.
 
 #include "cli/AnalysisJobs.h"
 
-#include "IDTag/ID3Reader.h"
-#include "app/BPMFile.h"
 #include "app/FileAnalyzer.h"
-#include "app/RowTags.h"
-#include "base/FileUtil.h"
 #include "cli/Interrupt.h"
 #include "cli/Progress.h"
-#include "cli/WriteReason.h"
 
 #include <algorithm>
-#include <charconv>
 #include <chrono>
-#include <string>
+#include <cstdlib>
 
 namespace {
 
 constexpr std::chrono::milliseconds kLongestWait(50); // Fixed: until a request to stop is seen.
-constexpr char kTempoFrameId[] = "TBPM";              // Standard: ID3v2.3.0, section 4.2.1.
-
-/// The number that `text` begins with, blanks before it left out; 0 when there is none.
-template <typename Number>
-Number ParseNumber(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-    Number value = 0;
-    (void)std::from_chars(text.data(), text.data() + text.size(), value);
-    return value;
-}
-
-/// Fills the row's texts from the file's tag. Returns: false when the tag must not be touched.
-bool ReadTexts(CBPMFile& file, std::string const& name, CReportRow& row) {
-    bool const isTagOpen = ReadRowTags(file);
-    CString fileName;
-    CFileUtil::ExtractFileName(file.GetPath(), fileName);
-    // Standard input lies in a file of another name.
-    bool const isItsName = name == kStandardInputName && file.GetTitle() == fileName;
-    row.m_sTitle = isItsName ? name : file.GetTitle().ToUtf8();
-    row.m_sArtist = file.GetArtist().ToUtf8();
-    return isTagOpen;
-}
-
-/// Stores a tempo in the file's tag as the window does, but never one of 0.
-/// Returns: why that can't be done, for a person; empty when it is done or there is no need.
-std::string StoreTempo(CBPMFile const& file, bool isTagOpen, std::string const& tempo) {
-    if (!(ParseNumber<double>(tempo) > 0.0)) {
-        return {};
-    }
-    EWriteProblem problem = EWriteProblem::UnknownFrameId;
-    if (isTagOpen) {
-        CID3Reader::SetTagString(file.GetPath(), kTempoFrameId, CString(tempo.c_str()), &problem);
-    }
-    return problem == EWriteProblem::OtherExtension ? std::string() : WriteReason(problem);
-}
+constexpr int kFilesARound = 64; // Fixed: found before the workers are looked after again.
 
 } // namespace
 
 /// One file at a time under way.
 struct CAnalysisJobs::CSlot {
     CFileAnalyzer m_analyzer;
-    std::unique_ptr<CBPMFile> m_pFile; // null while the slot is free
+    std::unique_ptr<CSongWork> m_pWork; // null while the slot is free
+    CBPMFile const* m_pHeard = nullptr; // what the analyzer is at
     std::size_t m_nIndex = 0;
-    CReportRow m_row;
+    std::string m_sKey; // of the file among its names
     int m_nPercent = 0;
-    bool m_bTagOpen = true; // the tag may be written
     bool m_bFinished = false;
-    bool m_bDone = false; // finished with a tempo or an error, not cancelled
+    bool m_bCancelled = false; // finished without a result
+    bool m_bAgain = false;     // finished, but the file changed meanwhile
 };
 
-CAnalysisJobs::CAnalysisJobs(std::vector<CInputFile> const& files, CAnalysisOptions const& options,
-                             CProgress& progress)
-    : m_vFiles(files), m_options(options), m_progress(progress), m_vRows(files.size()) {
-    for (std::size_t i = 0; i < std::min(options.m_nJobs, files.size()); ++i) {
+CAnalysisJobs::CAnalysisJobs(CInputWalk& walk, CAnalysisOptions const& options, CProgress& progress)
+    : m_walk(walk), m_options(options), m_progress(progress) {
+    for (std::size_t i = 0; i < options.m_nJobs; ++i) {
         m_vSlots.push_back(std::make_unique<CSlot>());
     }
     CNotificationCenter& centre = CNotificationCenter::Default();
@@ -93,93 +54,109 @@ CAnalysisJobs::~CAnalysisJobs() {
     centre.RemoveObserver(this, kFileCompleteNotification);
 }
 
-std::size_t CAnalysisJobs::Run(RowSink const& sink) {
-    while (m_nNext < m_vFiles.size() || !IsIdle()) {
+void CAnalysisJobs::Run(RowSink const& sink) {
+    ShowProgress();
+    while (!IsOver()) {
         StartNext();
-        HandOn(sink, false);
-        if (m_bStopping && IsIdle()) {
-            break;
+        if (!m_rows.HandOn(sink, false)) {
+            Stop();
         }
-        WaitForNews();
+        LookAround();
         CollectFinished();
     }
-    HandOn(sink, true);
-    return m_nDone;
+    (void)m_rows.HandOn(sink, true);
+}
+
+bool CAnalysisJobs::IsOver() const {
+    bool const isNothingLeft = m_vPending.empty() && m_walk.IsAtEnd();
+    return IsIdle() && (m_bStopping || isNothingLeft);
 }
 
 bool CAnalysisJobs::IsIdle() const {
-    return std::ranges::all_of(m_vSlots, [](auto const& slot) { return slot->m_pFile == nullptr; });
+    return std::ranges::all_of(m_vSlots, [](auto const& slot) { return slot->m_pWork == nullptr; });
 }
 
+/// Begins one file on each free slot, so that rows are handed on soon.
 void CAnalysisJobs::StartNext() {
     for (auto const& slot : m_vSlots) {
-        while (slot->m_pFile == nullptr && m_nNext < m_vFiles.size() && !m_bStopping &&
-               !CInterrupt::IsSet()) {
-            Begin(*slot, m_nNext++);
+        bool const isWanted = !m_vPending.empty() && !m_bStopping && !CInterrupt::IsSet();
+        if (isWanted && slot->m_pWork == nullptr) {
+            CInputFile input = std::move(m_vPending.front());
+            m_vPending.pop_front();
+            Begin(*slot, std::move(input));
         }
     }
 }
 
-/// Begins the file at `index`. The slot stays free when the file is done without an analysis.
-void CAnalysisJobs::Begin(CSlot& slot, std::size_t index) {
-    CInputFile const& input = m_vFiles[index];
+/// Begins a file. The slot stays free when it is done without an analysis, or by another name.
+void CAnalysisJobs::Begin(CSlot& slot, CInputFile input) {
+    std::size_t const index = m_nBegun++;
+    std::string key = input.m_sError.empty() ? SongKey(input.m_sPath.ToPath()) : "";
+    // Whether a tempo is stored hangs on the name, so names of both kinds are worked on.
+    key += !key.empty() && m_options.m_song.m_bWrite && CSongWork::IsWritable(input) ? "w" : "";
+    std::optional<CSongNames::CPlacedRow> answered;
+    if (!key.empty() && !m_names.Enter(key, index, input.m_sName, answered)) {
+        if (answered) {
+            PutRow(index, std::move(answered->second));
+        }
+        return;
+    }
+    slot.m_pWork = std::make_unique<CSongWork>(std::move(input), m_options.m_song);
     slot.m_nIndex = index;
-    slot.m_row = {};
-    slot.m_row.m_sPath = input.m_sName;
-    slot.m_row.m_sTitle = input.m_sName;
-    slot.m_row.m_sError = input.m_sError;
-    if (!input.m_sError.empty()) {
-        TakeRow(slot);
-        return;
-    }
-    auto file = std::make_unique<CBPMFile>(input.m_sPath);
-    slot.m_bTagOpen = ReadTexts(*file, input.m_sName, slot.m_row);
-    if (!slot.m_bTagOpen) {
-        slot.m_row.m_sNote = "its ID3v2.2 tag holds an unknown kind of frame and isn't read";
-    }
-    if (file->IsDone() && !m_options.m_bForce) {
-        slot.m_row.m_dTempo = LeadingNumber(file->GetTempo());
-        slot.m_row.m_source = ETempoSource::Tag;
-        TakeRow(slot);
-        return;
-    }
-    StartAnalysis(slot, std::move(file));
+    slot.m_sKey = std::move(key);
+    BeginWork(slot);
 }
 
-void CAnalysisJobs::StartAnalysis(CSlot& slot, std::unique_ptr<CBPMFile> file) {
+void CAnalysisJobs::BeginWork(CSlot& slot) {
+    bool const isDone = slot.m_pWork->Begin();
     {
         std::scoped_lock const guard(m_lock);
+        slot.m_pHeard = slot.m_pWork->File();
         slot.m_nPercent = 0;
         slot.m_bFinished = false;
-        slot.m_bDone = false;
-        slot.m_pFile = std::move(file);
     }
-    if (!slot.m_analyzer.Analyze(slot.m_pFile.get())) {
-        slot.m_row.m_sError = "no thread can be had for its analysis";
+    if (isDone) {
+        TakeRow(slot);
+    } else if (!slot.m_analyzer.Analyze(slot.m_pWork->File())) {
+        slot.m_pWork->Row().m_sError = "no thread can be had for its analysis";
         TakeRow(slot);
     }
 }
 
 /// Keeps the slot's row, which is done, and frees the slot.
 void CAnalysisJobs::TakeRow(CSlot& slot) {
-    m_vRows[slot.m_nIndex] = std::move(slot.m_row);
-    ++m_nDone;
+    CReportRow row = std::move(slot.m_pWork->Row());
+    for (CSongNames::CPlacedRow& other : m_names.Answer(slot.m_sKey, row)) {
+        PutRow(other.first, std::move(other.second));
+    }
+    PutRow(slot.m_nIndex, std::move(row));
     Free(slot);
+}
+
+void CAnalysisJobs::PutRow(std::size_t index, CReportRow row) {
+    m_rows.Put(index, std::move(row));
+    ++m_nDone;
 }
 
 void CAnalysisJobs::Free(CSlot& slot) {
     std::scoped_lock const guard(m_lock);
     slot.m_bFinished = false;
-    slot.m_pFile.reset();
+    slot.m_pHeard = nullptr;
+    slot.m_pWork.reset();
 }
 
-void CAnalysisJobs::WaitForNews() {
-    auto const hasNews = [this] {
-        return std::ranges::any_of(m_vSlots, [](auto const& slot) { return slot->m_bFinished; });
-    };
-    if (!IsIdle()) {
+/// Searches on for files. When there are no more, waits for the workers.
+void CAnalysisJobs::LookAround() {
+    bool const isWalking = WalkOn();
+    bool const isBusy =
+        std::ranges::all_of(m_vSlots, [](auto const& slot) { return slot->m_pWork != nullptr; });
+    bool const isWaiting = isBusy || (m_vPending.empty() && !IsIdle());
+    if (!isWalking && (isWaiting || (m_bStopping && !IsIdle()))) {
         std::unique_lock guard(m_lock);
-        m_changed.wait_for(guard, kLongestWait, hasNews);
+        m_changed.wait_for(guard, kLongestWait, [this] {
+            return std::ranges::any_of(m_vSlots,
+                                       [](auto const& slot) { return slot->m_bFinished; });
+        });
     }
     if (CInterrupt::IsSet()) {
         Stop();
@@ -187,10 +164,23 @@ void CAnalysisJobs::WaitForNews() {
     ShowProgress();
 }
 
+/// Returns: true when there may be more files to be found.
+bool CAnalysisJobs::WalkOn() {
+    for (int i = 0; i < kFilesARound && !m_bStopping; ++i) {
+        std::optional<CInputFile> file = m_walk.Next();
+        if (!file) {
+            return false;
+        }
+        m_vPending.push_back(std::move(*file));
+        ++m_nFound;
+    }
+    return !m_bStopping;
+}
+
 void CAnalysisJobs::Stop() {
     m_bStopping = true;
     for (auto const& slot : m_vSlots) {
-        if (slot->m_pFile != nullptr) {
+        if (slot->m_pWork != nullptr) {
             slot->m_analyzer.Cancel();
         }
     }
@@ -198,38 +188,20 @@ void CAnalysisJobs::Stop() {
 
 void CAnalysisJobs::CollectFinished() {
     for (auto const& slot : m_vSlots) {
-        bool isFinished = false;
-        bool isDone = false;
         {
             std::scoped_lock const guard(m_lock);
-            isFinished = slot->m_bFinished;
-            isDone = slot->m_bDone;
-        }
-        if (!isFinished) {
-            continue;
+            if (!slot->m_bFinished) {
+                continue;
+            }
         }
         slot->m_analyzer.Wait();
-        if (isDone) {
-            TakeRow(*slot);
-        } else {
+        if (slot->m_bCancelled || (slot->m_bAgain && m_bStopping)) {
             Free(*slot);
+        } else if (slot->m_bAgain) {
+            BeginWork(*slot);
+        } else {
+            TakeRow(*slot);
         }
-    }
-}
-
-/// Hands on every row whose turn it is; `skipsGaps`: also those behind a file that isn't done.
-void CAnalysisJobs::HandOn(RowSink const& sink, bool skipsGaps) {
-    for (; m_nHandedOn < m_vRows.size(); ++m_nHandedOn) {
-        std::optional<CReportRow>& row = m_vRows[m_nHandedOn];
-        if (!row && !skipsGaps) {
-            return;
-        }
-        if (row && !sink(*row)) {
-            m_nHandedOn = m_vRows.size();
-            Stop();
-            return;
-        }
-        row.reset();
     }
 }
 
@@ -239,15 +211,19 @@ void CAnalysisJobs::ShowProgress() {
     {
         std::scoped_lock const guard(m_lock);
         for (auto const& slot : m_vSlots) {
-            if (slot->m_pFile != nullptr) {
+            if (slot->m_pWork != nullptr) {
                 percents += slot->m_nPercent;
-                name = name.empty() ? slot->m_row.m_sTitle : name;
+                name = name.empty() ? slot->m_pWork->Row().m_sTitle : name;
             }
         }
     }
     double const whole = 100.0 * static_cast<double>(m_nDone) + percents;
-    m_progress.Show(m_nDone, m_vFiles.size(),
-                    static_cast<int>(whole / static_cast<double>(m_vFiles.size())), name);
+    m_progress.Show(
+        {.m_nDone = m_nDone,
+         .m_nTotal = m_nFound,
+         .m_bTotalKnown = m_walk.IsAtEnd(),
+         .m_nPercent = m_nFound == 0 ? 0 : static_cast<int>(whole / static_cast<double>(m_nFound)),
+         .m_sName = name});
 }
 
 /// The slot whose file the notification speaks of; null when it is none of these. Call it with the
@@ -255,7 +231,7 @@ void CAnalysisJobs::ShowProgress() {
 CAnalysisJobs::CSlot* CAnalysisJobs::SlotOf(CUserInfo const* info) {
     void const* const file = UserInfoPointer(info, kUserDataKey);
     for (auto const& slot : m_vSlots) {
-        if (file != nullptr && slot->m_pFile.get() == file) {
+        if (file != nullptr && slot->m_pHeard == file) {
             return slot.get();
         }
     }
@@ -265,7 +241,7 @@ CAnalysisJobs::CSlot* CAnalysisJobs::SlotOf(CUserInfo const* info) {
 void CAnalysisJobs::OnProgress(CUserInfo const* info) {
     std::scoped_lock const guard(m_lock);
     if (CSlot* const slot = SlotOf(info); slot != nullptr) {
-        slot->m_nPercent = ParseNumber<int>(UserInfoText(info, kPercentKey));
+        slot->m_nPercent = std::atoi(UserInfoText(info, kPercentKey).c_str());
     }
 }
 
@@ -278,21 +254,14 @@ void CAnalysisJobs::OnComplete(CUserInfo const* info) {
     if (slot == nullptr) {
         return;
     }
-    // Until it is finished, the slot's row and file are this worker's alone.
-    bool const isDone = !slot->m_analyzer.WasCancelled();
-    std::string const failure = slot->m_analyzer.GetFailure();
-    std::string const tempo = UserInfoText(info, kBpmKey);
-    CReportRow& row = slot->m_row;
-    row.m_sError = failure.empty() ? slot->m_analyzer.GetDamage() : failure;
-    if (isDone && failure.empty()) {
-        row.m_dTempo = ParseNumber<double>(tempo);
-        row.m_source = ETempoSource::Analysis;
-        std::string const problem =
-            m_options.m_bWrite ? StoreTempo(*slot->m_pFile, slot->m_bTagOpen, tempo) : "";
-        row.m_sError += row.m_sError.empty() || problem.empty() ? problem : "; " + problem;
-    }
+    // Until it is finished, the slot's work is this worker's alone.
+    bool const isCancelled = slot->m_analyzer.WasCancelled();
+    bool const isDone = !isCancelled && slot->m_pWork->Conclude({slot->m_analyzer.GetFailure(),
+                                                                 slot->m_analyzer.GetDamage(),
+                                                                 UserInfoText(info, kBpmKey)});
     std::scoped_lock const guard(m_lock);
-    slot->m_bDone = isDone;
+    slot->m_bCancelled = isCancelled;
+    slot->m_bAgain = !isCancelled && !isDone;
     slot->m_bFinished = true;
     m_changed.notify_one();
 }

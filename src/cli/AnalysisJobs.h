@@ -4,70 +4,74 @@
 #pragma once
 
 #include "base/NotificationCenter.h"
-#include "cli/InputList.h"
-#include "cli/Report.h"
+#include "cli/InputWalk.h"
+#include "cli/RowQueue.h"
+#include "cli/SongNames.h"
+#include "cli/SongWork.h"
 
 #include <condition_variable>
 #include <cstddef>
-#include <functional>
+#include <deque>
 #include <memory>
 #include <mutex>
-#include <optional>
+#include <string>
 #include <vector>
 
-class CBPMFile;
 class CProgress;
 
 struct CAnalysisOptions {
-    bool m_bForce = false;   // analyse files too whose tag has a tempo
-    bool m_bWrite = false;   // store what an analysis finds in the tags of mp3 files
+    CSongOptions m_song;
     std::size_t m_nJobs = 1; // files at once
 };
 
-/// Analyses files, several at once, and hands their rows on in the files' order. A request to stop
-/// ends it: no file is begun any more, those at hand are cancelled, and what is done is handed on.
+/// Analyses files, several at once, while the search for them goes on, and hands their rows on in
+/// the files' order. A request to stop ends it: no file is begun any more, those at hand are
+/// cancelled, and what is done is handed on.
 /// Thread: main; the analyses run on workers of their own.
 class CAnalysisJobs {
 public:
-    /// Takes the next row. Returns: false when there is no use for more.
-    using RowSink = std::function<bool(CReportRow const& row)>;
-
     /// Everything passed must outlive this object.
-    CAnalysisJobs(std::vector<CInputFile> const& files, CAnalysisOptions const& options,
-                  CProgress& progress);
+    CAnalysisJobs(CInputWalk& walk, CAnalysisOptions const& options, CProgress& progress);
     ~CAnalysisJobs();
     CAnalysisJobs(CAnalysisJobs const&) = delete;
     CAnalysisJobs& operator=(CAnalysisJobs const&) = delete;
 
-    /// Returns: the number of files done.
-    std::size_t Run(RowSink const& sink);
+    void Run(RowSink const& sink);
+
+    /// Files done, and files found so far.
+    [[nodiscard]] std::size_t Done() const { return m_nDone; }
+    [[nodiscard]] std::size_t Found() const { return m_nFound; }
 
 private:
     struct CSlot;
 
-    void Begin(CSlot& slot, std::size_t index);
-    void StartAnalysis(CSlot& slot, std::unique_ptr<CBPMFile> file);
+    void StartNext();
+    void Begin(CSlot& slot, CInputFile input);
+    void BeginWork(CSlot& slot);
     void TakeRow(CSlot& slot);
+    void PutRow(std::size_t index, CReportRow row);
     void Free(CSlot& slot);
     void Stop();
-    void StartNext();
-    void WaitForNews();
+    void LookAround();
+    bool WalkOn();
     void CollectFinished();
-    void HandOn(RowSink const& sink, bool skipsGaps);
     void ShowProgress();
     void OnProgress(CUserInfo const* info);
     void OnComplete(CUserInfo const* info);
     CSlot* SlotOf(CUserInfo const* info);
     [[nodiscard]] bool IsIdle() const;
+    [[nodiscard]] bool IsOver() const;
 
-    std::vector<CInputFile> const& m_vFiles;
+    CInputWalk& m_walk;
     CAnalysisOptions m_options;
     CProgress& m_progress;
 
-    std::vector<std::optional<CReportRow>> m_vRows; // by file; those done and not handed on yet
-    std::size_t m_nNext = 0;                        // the first file that has not been begun
-    std::size_t m_nHandedOn = 0;                    // the first file whose row is still to come
+    std::deque<CInputFile> m_vPending; // found and not begun
+    std::size_t m_nFound = 0;
+    std::size_t m_nBegun = 0;
     std::size_t m_nDone = 0;
+    CSongNames m_names;
+    CRowQueue m_rows; // done and not handed on
     bool m_bStopping = false;
 
     std::mutex m_lock; // guards what workers write into the slots

@@ -4,28 +4,57 @@
 #include "cli/AnalyzeCommand.h"
 
 #include "cli/ExitCode.h"
-#include "cli/InputList.h"
 #include "cli/Interrupt.h"
 #include "cli/Message.h"
+#include "cli/OutputGuard.h"
 #include "cli/Progress.h"
+#include "cli/Summary.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <filesystem>
-#include <map>
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <string_view>
 #include <thread>
+#include <unistd.h>
+#include <utility>
 
 namespace {
 
-constexpr std::size_t kMostJobs = 256; // Fixed: more only cost memory.
+constexpr std::size_t kMostJobs = 256;  // Fixed: more only cost memory.
+constexpr std::size_t kManyFiles = 100; // Fixed: as many are worth a closing line in a log too.
 
-std::map<std::string, EReportFormat> const& Formats() {
-    static std::map<std::string, EReportFormat> const formats = {
-        {"table", EReportFormat::Table},
-        {"csv", EReportFormat::Csv},
-        {"json", EReportFormat::Json},
-        {"jsonl", EReportFormat::JsonLines}};
-    return formats;
+constexpr std::array<std::pair<std::string_view, EReportFormat>, 4> kFormats = {
+    {{"table", EReportFormat::Table},
+     {"csv", EReportFormat::Csv},
+     {"json", EReportFormat::Json},
+     {"jsonl", EReportFormat::JsonLines}}};
+
+constexpr char kFooter[] =
+    "A path of - is standard input. What follows -- is a path, whatever it looks "
+    "like.\n\nExit status: 0 all done; 1 a file failed; 2 wrong usage; 4 "
+    "warnings only;\n5 the results can't be written; 128 and the signal's "
+    "number when stopped.\n";
+
+EReportFormat FormatOf(std::string const& name) {
+    std::string const lower = CLI::detail::to_lower(name);
+    for (auto const& [known, format] : kFormats) {
+        if (known == lower) {
+            return format;
+        }
+    }
+    throw CLI::ValidationError("--format", "'" + name + "' is none of table, csv, json and jsonl");
+}
+
+std::size_t JobsOf(std::string const& text) {
+    std::size_t jobs = 0;
+    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), jobs);
+    if (error != std::errc() || end != text.data() + text.size() || jobs < 1 || jobs > kMostJobs) {
+        throw CLI::ValidationError("--jobs", "'" + text + "' is no number from 1 to " +
+                                                 std::to_string(kMostJobs));
+    }
+    return jobs;
 }
 
 } // namespace
@@ -34,80 +63,108 @@ CLI::App* CAnalyzeCommand::AddTo(CLI::App& program) {
     m_options.m_nJobs = std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, kMostJobs);
     CLI::App* const app = program.add_subcommand(
         "analyze", "Find the tempo of files, and of the audio files in folders");
-    app->add_flag("-w,--write", m_options.m_bWrite,
-                  "Store the tempos found in the tags of mp3 files");
-    app->add_flag("-f,--force", m_options.m_bForce, "Analyse files too whose tag has a tempo");
-    app->add_option("-j,--jobs", m_options.m_nJobs, "Files to analyse at once")
-        ->type_name("N")
-        ->check(CLI::Range(std::size_t{1}, kMostJobs))
-        ->capture_default_str();
+    app->option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+    app->add_flag("-w,--write", m_options.m_song.m_bWrite,
+                  "Store the tempos found in the tags of MP3 files");
+    app->add_flag("-f,--force", m_options.m_song.m_bForce,
+                  "Analyse files too whose tag has a tempo");
     app->add_option_function<std::string>(
-           "--format", [this](std::string const& name) { m_format = Formats().at(name); },
-           "table, csv, json or jsonl")
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember(&Formats(), CLI::ignore_case).description(""))
-        ->default_str("table");
-    app->add_option("-o,--output", m_sOutput, "Write the results to FILE")->type_name("FILE");
-    app->add_flag("-q,--quiet", m_bQuiet, "Show no progress");
-    app->add_option("PATH", m_vPaths, "Files and folders; - is standard input")
+           "-j,--jobs", [this](std::string const& text) { m_options.m_nJobs = JobsOf(text); },
+           "Files to analyse at once, 1 to " + std::to_string(kMostJobs) +
+               "; as many as there are processors (" + std::to_string(m_options.m_nJobs) +
+               ") unless said")
+        ->type_name("N");
+    app->add_flag("-L,--follow", m_walk.m_bFollows, "Search folders behind links too");
+    app->add_flag("--hidden", m_walk.m_bHidden,
+                  "Take in what systems put beside music: ._*, .Trash*, #recycle, .snapshots, "
+                  "@eaDir, lost+found");
+    AddOutputOptions(*app);
+    app->option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::Throw);
+    app->add_option("PATH", m_vPaths, "Files, and folders to be searched")
         ->type_name("")
         ->required();
+    app->footer(kFooter);
     return app;
 }
 
-/// True when the results would replace a file that is to be analysed, or another one that looks
-/// like audio: a forgotten operand must not cost a song.
-bool CAnalyzeCommand::IsOutputAnInput(CInputList const& inputs) const {
-    std::error_code ignored;
-    if (m_sOutput.empty() || m_sOutput == "-" ||
-        !std::filesystem::is_regular_file(m_sOutput, ignored)) {
-        return false;
-    }
-    return HasAudioExtension(CString::FromPath(m_sOutput)) ||
-           std::ranges::any_of(inputs.Files(), [&](CInputFile const& file) {
-               return std::filesystem::equivalent(m_sOutput, file.m_sPath.ToPath(), ignored);
-           });
+void CAnalyzeCommand::AddOutputOptions(CLI::App& app) {
+    app.add_option_function<std::string>(
+           "--format", [this](std::string const& name) { m_format = FormatOf(name); },
+           "table (if not said), csv, json or jsonl (an object a line)")
+        ->type_name("FORMAT");
+    app.add_option("-o,--output", m_sOutput, "Write the rows to FILE")->type_name("FILE");
+    app.add_flag("--overwrite-output", m_bOverwriting,
+                 "Replace FILE also when it holds something else than results of Tactus");
+    app.add_flag("-q,--quiet", m_bQuiet, "Show neither progress nor a closing line");
 }
 
 int CAnalyzeCommand::Run() {
     CInterrupt::Install();
-    CInputList const inputs(m_vPaths);
-    if (IsOutputAnInput(inputs)) {
-        ReportProblem(m_sOutput, "is an audio file; the results would replace it");
-        return kExitUsage;
-    }
+    auto const begin = std::chrono::steady_clock::now();
     COutput output;
-    if (!output.Open(m_sOutput)) {
-        return kExitFailed;
+    COutputGuard const guard(m_vPaths, m_walk, m_bOverwriting);
+    auto const check = [&](auto const& path, int file) { return guard.Problem(path, file); };
+    if (int const code = output.Open(m_sOutput, check); code != kExitDone) {
+        return code;
     }
-    int const code = RunJobs(inputs, output);
-    if (!output.Finish()) {
-        return kExitFailed;
+    CInputWalk walk(m_vPaths, m_walk);
+    CSummary summary;
+    std::string const interruption = RunJobs(walk, output, summary);
+    bool const isWritten = output.Finish();
+    if (interruption.empty()) {
+        ReportWalk(walk, summary);
+    } else {
+        ReportProblem(interruption);
     }
-    return code;
+    bool const isLineWanted = m_options.m_song.m_bWrite ||
+                              summary.Rows() >= (isatty(STDERR_FILENO) == 1 ? 2 : kManyFiles);
+    if (isLineWanted && !m_bQuiet) {
+        ReportProblem(
+            summary.Line(m_options.m_song.m_bWrite, std::chrono::steady_clock::now() - begin));
+    }
+    if (!isWritten) {
+        return kExitOutput;
+    }
+    return interruption.empty() ? summary.ExitCode() : CInterrupt::ExitCode();
 }
 
-int CAnalyzeCommand::RunJobs(CInputList const& inputs, COutput& output) {
+/// Returns: what a person is told when the run was stopped before its end, else an empty text.
+std::string CAnalyzeCommand::RunJobs(CInputWalk& walk, COutput& output, CSummary& summary) {
     std::unique_ptr<IReport> const report = MakeReport(m_format, output);
     CProgress progress(!m_bQuiet);
-    CAnalysisJobs jobs(inputs.Files(), m_options, progress);
-    bool isAllWell = true;
-    std::size_t const done = jobs.Run([&](CReportRow const& row) {
-        progress.Clear();
-        if (!row.m_sError.empty()) {
-            ReportProblem(row.m_sPath, row.m_sError);
-            isAllWell = false;
-        } else if (!row.m_sNote.empty()) {
-            ReportProblem(row.m_sPath, row.m_sNote);
+    CAnalysisJobs jobs(walk, m_options, progress);
+    jobs.Run([&](CReportRow const& row) {
+        std::string const& problem = row.m_sError.empty() ? row.m_sNote : row.m_sError;
+        if (!problem.empty() || row.m_bRefused || output.IsTerminal()) {
+            progress.Clear();
         }
+        if (!problem.empty() && !(row.m_sError.empty() && row.m_bRefused)) {
+            ReportProblem(row.m_sPath, problem);
+        }
+        if (row.m_bRefused) {
+            ReportProblem(row.m_sPath, row.m_sNotStored);
+        }
+        summary.Add(row);
         return report->Add(row);
     });
     progress.Clear();
-    isAllWell = report->End() && isAllWell;
-    if (CInterrupt::IsSet() && done < inputs.Files().size()) {
-        ReportProblem("interrupted: " + std::to_string(done) + " of " +
-                      std::to_string(inputs.Files().size()) + " files done");
-        return CInterrupt::ExitCode();
+    (void)report->End();
+    if (!CInterrupt::IsSet() || (walk.IsAtEnd() && jobs.Done() == jobs.Found())) {
+        return {};
     }
-    return isAllWell ? kExitDone : kExitFailed;
+    return "interrupted: " + std::to_string(jobs.Done()) + " of " + std::to_string(jobs.Found()) +
+           (walk.IsAtEnd() ? " files done" : " files found so far done");
+}
+
+/// Tells what the search left out or didn't find.
+void CAnalyzeCommand::ReportWalk(CInputWalk const& walk, CSummary& summary) const {
+    for (std::string const& folder : walk.BarrenFolders()) {
+        ReportProblem(folder, "holds no audio file");
+        summary.Warn();
+    }
+    std::size_t const linked = walk.LinkedFolders();
+    if (linked > 0 && !m_bQuiet) {
+        ReportProblem(std::to_string(linked) +
+                      (linked == 1 ? " linked folder" : " linked folders") + " not followed: -L");
+    }
 }

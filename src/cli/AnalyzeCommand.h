@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+class CSummary;
+
 /// `tactus analyze`: finds the tempo of files and of what lies in folders.
 class CAnalyzeCommand final : public ICommand {
 public:
@@ -17,12 +19,15 @@ public:
     int Run() override;
 
 private:
-    [[nodiscard]] bool IsOutputAnInput(CInputList const& inputs) const;
-    int RunJobs(CInputList const& inputs, COutput& output);
+    void AddOutputOptions(CLI::App& app);
+    std::string RunJobs(CInputWalk& walk, COutput& output, CSummary& summary);
+    void ReportWalk(CInputWalk const& walk, CSummary& summary) const;
 
     CAnalysisOptions m_options;
+    CWalkOptions m_walk;
     EReportFormat m_format = EReportFormat::Table;
     std::string m_sOutput;
+    bool m_bOverwriting = false; // whatever the output file holds
     bool m_bQuiet = false;
     std::vector<std::string> m_vPaths;
 };

@@ -3,6 +3,7 @@
 
 #include "cli/Output.h"
 
+#include "cli/ExitCode.h"
 #include "cli/Interrupt.h"
 #include "cli/Message.h"
 
@@ -12,6 +13,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -32,29 +34,57 @@ COutput::~COutput() {
     }
 }
 
-bool COutput::Open(std::string const& path) {
+int COutput::Open(std::string const& path, ReplaceCheck const& check) {
     if (path.empty() || path == "-") {
-        return true;
+        return kExitDone;
     }
     m_sName = path;
-    m_nFile = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    struct stat info {};
+    bool const isOld = stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode);
+    m_nFile = OpenFile();
     if (m_nFile < 0) {
         ReportProblem(m_sName, ReasonOf(errno));
-        return false;
+        return kExitOutput;
     }
-    return true;
+    if (!isOld) {
+        return kExitDone; // there is nothing to be replaced
+    }
+    std::string const problem = check ? check(path, m_nFile) : "";
+    if (!problem.empty()) {
+        ReportProblem(m_sName, problem);
+        return kExitUsage;
+    }
+    if (ftruncate(m_nFile, 0) != 0) {
+        ReportProblem(m_sName, ReasonOf(errno));
+        return kExitOutput;
+    }
+    return kExitDone;
+}
+
+/// Opens the file, or makes it, with what it holds: readable when it is there. Negative, with
+/// `errno` set, when that can't be done.
+int COutput::OpenFile() {
+    struct stat info {};
+    bool const isThere = stat(m_sName.c_str(), &info) == 0;
+    bool const isRegular = isThere && S_ISREG(info.st_mode);
+    int const flags = isRegular ? O_RDWR : isThere ? O_WRONLY : O_WRONLY | O_CREAT | O_EXCL;
+    int const file = open(m_sName.c_str(), flags | O_CLOEXEC, 0666);
+    if (file < 0 && errno == EEXIST) {
+        return open(m_sName.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666); // a link to nothing
+    }
+    return file;
 }
 
 bool COutput::Write(std::string_view text) {
     m_sHeld += text;
     // A person wants to see each row as it comes, a file has time.
     if (m_sHeld.size() >= kHeldBytes || IsTerminal()) {
-        Flush();
+        return Flush();
     }
     return m_nError == 0;
 }
 
-void COutput::Flush() {
+bool COutput::Flush() {
     std::string_view rest = m_sHeld;
     while (!rest.empty() && m_nError == 0) {
         ssize_t const done = write(m_nFile, rest.data(), rest.size());
@@ -65,10 +95,11 @@ void COutput::Flush() {
         }
     }
     m_sHeld.clear();
+    return m_nError == 0;
 }
 
 bool COutput::Finish() {
-    Flush();
+    (void)Flush();
     if (m_nFile > STDERR_FILENO) {
         if (close(m_nFile) != 0 && m_nError == 0) {
             m_nError = errno;

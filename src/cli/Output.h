@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -17,14 +18,20 @@ public:
     COutput(COutput const&) = delete;
     COutput& operator=(COutput const&) = delete;
 
+    /// Why the open file must not be replaced, for a person; empty when it may be.
+    using ReplaceCheck = std::function<std::string(std::string const& path, int file)>;
+
     /// Opens the file at `path` instead of standard output, which an empty path and "-" mean. What
-    /// the file held is gone from here on.
-    /// Returns: false, with a message to the user, when it can't be written.
-    bool Open(std::string const& path);
+    /// the file held is gone from here on, unless `check` speaks against it.
+    /// Returns: 0, or what to exit with after a message to the user, one of `cli/ExitCode.h`.
+    int Open(std::string const& path, ReplaceCheck const& check = nullptr);
 
     /// Hands `text` on.
     /// Returns: false once anything could not be written; there is no point in going on.
     bool Write(std::string_view text);
+
+    /// Writes what is held back. Returns: as `Write`.
+    bool Flush();
 
     /// Writes what is still held back and reports a failure to the user.
     /// Returns: false when not everything was written. A reader that has gone away ends the
@@ -35,7 +42,7 @@ public:
     [[nodiscard]] bool IsTerminal() const;
 
 private:
-    void Flush();
+    int OpenFile();
 
     std::string m_sName = "standard output";
     int m_nFile = 1;

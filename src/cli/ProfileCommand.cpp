@@ -97,7 +97,7 @@ std::string CProfileCommand::ProfileFile(std::string const& name, CString const&
 int CProfileCommand::Run() {
     CInterrupt::Install();
     COutput output;
-    CInputList const inputs(m_vFiles, CInputList::EFolders::Keep);
+    CInputList const inputs(m_vFiles);
     std::size_t done = 0;
     for (CInputFile const& input : inputs.Files()) {
         std::string const json = ProfileFile(input.m_sName, input.m_sPath);

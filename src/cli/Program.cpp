@@ -4,25 +4,32 @@
 #include "cli/Program.h"
 
 #include "cli/AnalyzeCommand.h"
+#include "cli/ArgumentCheck.h"
+#include "cli/Arguments.h"
 #include "cli/Command.h"
 #include "cli/ExitCode.h"
+#include "cli/HelpFormat.h"
 #include "cli/Message.h"
 #include "cli/ProfileCommand.h"
 #include "cli/TagCommand.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cstdio>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
-// The steps: list the commands, shield the operands that the parser would take apart, parse, run.
+// The steps: list the commands, look for what is wrong with the words, parse, run.
 
 namespace {
 
 using CommandList = std::vector<std::unique_ptr<ICommand>>;
+
+constexpr char kVersion[] = "tactus " TACTUS_VERSION;
+constexpr char kExamples[] = "Examples:\n"
+                             "  tactus analyze ~/Music\n"
+                             "  tactus analyze --write song.mp3\n"
+                             "  tactus analyze --format csv -o tempos.csv ~/Music\n";
 
 /// The commands in the order of the help text. A new one is entered here.
 CommandList MakeCommands() {
@@ -33,79 +40,62 @@ CommandList MakeCommands() {
     return commands;
 }
 
-// Fixed: marks a shielded argument; the parser sees an ordinary word.
-constexpr char kShield = '\x01';
-
-bool IsBracketed(std::string const& argument) {
-    return argument.size() > 1 && argument.front() == '[' && argument.back() == ']';
+/// Gives `command` and those below it what every command has.
+void AddCommonOptions(CLI::App& command) {
+    command.set_help_flag("-h,--help", "Show this help");
+    command.set_version_flag("--version", kVersion)->group("");
+    for (CLI::App* below : command.get_subcommands([](CLI::App*) { return true; })) {
+        AddCommonOptions(*below);
+    }
 }
 
-/// The arguments in reverse, as the parser wants them. What follows "--" is an operand whatever it
-/// looks like, and a path in brackets is not a list: both are shielded.
-std::vector<std::string> ReversedArguments(int argc, char const* const* argv) {
-    std::vector<std::string> arguments;
-    bool isOperand = false;
-    for (int i = 1; i < argc; ++i) {
-        std::string argument = argv[i];
-        if (!isOperand && argument == "--") {
-            isOperand = true;
-            continue;
-        }
-        if (isOperand || IsBracketed(argument) || argument.starts_with(kShield)) {
-            argument.insert(argument.begin(), kShield);
-        }
-        arguments.push_back(std::move(argument));
-    }
-    std::ranges::reverse(arguments);
-    return arguments;
+/// Says what is wrong and where more is told. Returns: the exit code.
+int RefuseUsage(std::string const& problem, CLI::App const& app) {
+    ReportProblem(problem);
+    ReportProblem("'" + FullName(app) + " --help' tells more");
+    return kExitUsage;
 }
 
-/// Takes the shield off every value that any option or operand of `app` receives.
-void UnshieldValues(CLI::App& app) {
-    CLI::Validator const unshield(
-        [](std::string& value) {
-            if (value.starts_with(kShield)) {
-                value.erase(0, 1);
-            }
-            return std::string();
-        },
-        std::string());
-    for (CLI::Option* option : app.get_options()) {
-        option->transform(unshield);
-    }
-    for (CLI::App* command : app.get_subcommands([](CLI::App*) { return true; })) {
-        UnshieldValues(*command);
-    }
+/// Shows how the program is called to somebody who gave it nothing to do.
+int ShowUsage(CLI::App const& app) {
+    std::string const text = UsageLine(app) + app.get_description() + "\n\n" + kExamples +
+                             "\n'tactus --help' lists the commands.\n";
+    (void)std::fwrite(text.data(), 1, text.size(), stderr);
+    return kExitUsage;
+}
+
+/// The command of whose words the parser read the last.
+CLI::App const& ChosenApp(CLI::App const& app) {
+    auto const chosen = app.get_subcommands();
+    return chosen.empty() ? app : ChosenApp(*chosen.back());
 }
 
 /// Shows what the parser has to say: help and version on standard output, errors on the other.
 int FinishParsing(CLI::App const& app, CLI::ParseError const& error) {
-    std::ostringstream out;
-    std::ostringstream problem;
-    if (app.exit(error, out, problem) == 0) {
-        std::string const text = out.str();
+    CLI::App const& chosen = ChosenApp(app);
+    if (error.get_exit_code() == 0) {
+        bool const isHelp = error.get_name() == "CallForHelp";
+        std::string const text = isHelp ? chosen.help() : std::string(kVersion) + "\n";
         bool const isWritten = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
         if (!isWritten || std::fflush(stdout) != 0) {
             ReportProblem("standard output", "can't be written");
-            return kExitFailed;
+            return kExitOutput;
         }
         return kExitDone;
     }
-    std::vector<std::string> const strangers = app.remaining();
-    if (error.get_name() == "RequiredError" && !strangers.empty()) {
-        ReportProblem(strangers.front(), "there is no such command");
-    } else {
-        ReportProblem(error.what());
+    if (error.get_name() != "RequiredError") {
+        return RefuseUsage(error.what(), chosen);
     }
-    ReportProblem("'--help' lists what can be asked for");
-    return kExitUsage;
+    std::string usage = UsageLine(chosen);
+    usage.pop_back();
+    return RefuseUsage("something is missing. " + usage, chosen);
 }
 
 } // namespace
 
 int RunProgram(int argc, char const* const* argv) {
     CLI::App app("Finds the tempo of music files.", "tactus");
-    app.set_version_flag("--version", std::string("tactus ") + TACTUS_VERSION);
+    app.formatter(std::make_shared<CHelpFormat>());
     app.require_subcommand(1);
 
     CommandList const commands = MakeCommands();
@@ -113,7 +103,17 @@ int RunProgram(int argc, char const* const* argv) {
     for (auto const& command : commands) {
         parsers.push_back(command->AddTo(app));
     }
+    app.footer(kExamples);
+    AddCommonOptions(app);
+    app.get_option("--version")->group("Options");
     UnshieldValues(app);
+    if (argc < 2) {
+        return ShowUsage(app);
+    }
+    if (CArgumentProblem const problem = FindArgumentProblem(app, argc, argv);
+        !problem.m_sText.empty()) {
+        return RefuseUsage(problem.m_sText, *problem.m_pApp);
+    }
     try {
         app.parse(ReversedArguments(argc, argv));
     } catch (CLI::ParseError const& error) {

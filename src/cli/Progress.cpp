@@ -15,22 +15,34 @@ namespace {
 constexpr std::chrono::milliseconds kBetweenShows(100); // Fixed: quicker can't be read.
 constexpr char kClearLine[] = "\r\x1B[K";               // Standard: ECMA-48, erase in line.
 
+std::string LineOf(CProgressState const& state) {
+    if (state.m_nTotal == 0) {
+        return "searching for files";
+    }
+    // The percents mean nothing before all files are known.
+    std::string const line = std::to_string(state.m_nDone) + " of " +
+                             std::to_string(state.m_nTotal) +
+                             (state.m_bTotalKnown ? " files, " : " files so far  ");
+    std::string const percents =
+        state.m_bTotalKnown ? std::to_string(state.m_nPercent) + "%  " : "";
+    return line + percents + Printable(state.m_sName);
+}
+
 } // namespace
 
 CProgress::CProgress(bool isWanted) : m_bWanted(isWanted && isatty(STDERR_FILENO) == 1) {
 }
 
-void CProgress::Show(std::size_t done, std::size_t total, int percent, std::string_view name) {
+void CProgress::Show(CProgressState const& state) {
     auto const now = std::chrono::steady_clock::now();
     if (!m_bWanted || now - m_lastShown < kBetweenShows) {
         return;
     }
     m_lastShown = now;
     m_bShown = true;
-    std::string const line = std::to_string(done) + " of " + std::to_string(total) + " files, " +
-                             std::to_string(percent) + "%  " + Printable(name);
     // The last cell stays free: a full line would wrap on some terminals.
-    std::string const text = kClearLine + CutToWidth(line, TerminalWidth(STDERR_FILENO) - 1);
+    std::string const text =
+        kClearLine + CutToWidth(LineOf(state), TerminalWidth(STDERR_FILENO) - 1);
     (void)std::fwrite(text.data(), 1, text.size(), stderr);
 }
 

@@ -8,6 +8,15 @@
 #include <string>
 #include <string_view>
 
+/// How far the work is.
+struct CProgressState {
+    std::size_t m_nDone = 0;
+    std::size_t m_nTotal = 0;   // files found so far
+    bool m_bTotalKnown = false; // the search for files is over
+    int m_nPercent = 0;         // of the work on the files found
+    std::string_view m_sName;   // the file at hand
+};
+
 /// One line on standard error that tells how far the work is, when a person reads along there.
 /// Thread: main.
 class CProgress {
@@ -18,9 +27,8 @@ public:
     CProgress(CProgress const&) = delete;
     CProgress& operator=(CProgress const&) = delete;
 
-    /// Shows that `done` of `total` files are done, `percent` of all the work, and which file is
-    /// at hand. Shown ten times a second at the most.
-    void Show(std::size_t done, std::size_t total, int percent, std::string_view name);
+    /// Shows `state`, ten times a second at the most.
+    void Show(CProgressState const& state);
 
     /// Takes the line away, so that something else can be written.
     void Clear();

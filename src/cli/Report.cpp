@@ -13,6 +13,8 @@
 
 namespace {
 
+constexpr char kCsvHeader[] = "path,title,artist,tempo,source,error,written,notWritten\n";
+
 char const* SourceName(ETempoSource source) {
     switch (source) {
     case ETempoSource::Tag:
@@ -25,6 +27,24 @@ char const* SourceName(ETempoSource source) {
     return "";
 }
 
+/// Nothing when there was nothing to be stored.
+char const* WrittenName(EWriting writing) {
+    switch (writing) {
+    case EWriting::Stored:
+        return "true";
+    case EWriting::NotStored:
+        return "false";
+    case EWriting::NotAsked:
+        break;
+    }
+    return "";
+}
+
+/// JSON's word for `text`, which is null when empty.
+std::string JsonTextOrNull(std::string const& text) {
+    return text.empty() ? "null" : JsonText(text);
+}
+
 /// Comma-separated values by RFC 4180, lines ended as on this system. Paths keep their bytes.
 class CCsvReport final : public IReport {
 public:
@@ -34,7 +54,9 @@ public:
         return Begin() &&
                m_output.Write(Field(row.m_sPath) + "," + Field(row.m_sTitle) + "," +
                               Field(row.m_sArtist) + "," + TempoText(row.m_dTempo).value_or("") +
-                              "," + SourceName(row.m_source) + "," + Field(row.m_sError) + "\n");
+                              "," + SourceName(row.m_source) + "," + Field(row.m_sError) + "," +
+                              WrittenName(row.m_writing) + "," + Field(row.m_sNotStored) + "\n") &&
+               m_output.Flush();
     }
 
     bool End() override { return Begin(); }
@@ -54,7 +76,7 @@ private:
     bool Begin() {
         bool const isFirst = !m_bBegun;
         m_bBegun = true;
-        return m_output.Write(isFirst ? "path,title,artist,tempo,source,error\n" : "");
+        return !isFirst || m_output.Write(kCsvHeader);
     }
 
     COutput& m_output;
@@ -67,12 +89,14 @@ std::string JsonRow(CReportRow const& row) {
     if (!IsUtf8(row.m_sPath)) {
         object.Add("uri", JsonText(FileUri(row.m_sPath)));
     }
-    std::string const source = SourceName(row.m_source);
+    std::string const written = WrittenName(row.m_writing);
     object.Add("title", JsonText(row.m_sTitle))
         .Add("artist", JsonText(row.m_sArtist))
         .Add("tempo", TempoText(row.m_dTempo).value_or("null"))
-        .Add("source", source.empty() ? "null" : JsonText(source))
-        .Add("error", row.m_sError.empty() ? "null" : JsonText(row.m_sError));
+        .Add("source", JsonTextOrNull(SourceName(row.m_source)))
+        .Add("error", JsonTextOrNull(row.m_sError))
+        .Add("written", written.empty() ? "null" : written)
+        .Add("notWritten", JsonTextOrNull(row.m_sNotStored));
     return object.Close();
 }
 
@@ -84,7 +108,7 @@ public:
     bool Add(CReportRow const& row) override {
         std::string const before = !m_bArray ? "" : m_bBegun ? ",\n" : "[\n";
         m_bBegun = true;
-        return m_output.Write(before + JsonRow(row) + (m_bArray ? "" : "\n"));
+        return m_output.Write(before + JsonRow(row) + (m_bArray ? "" : "\n")) && m_output.Flush();
     }
 
     bool End() override { return m_output.Write(!m_bArray ? "" : m_bBegun ? "\n]\n" : "[]\n"); }

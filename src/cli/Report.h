@@ -11,6 +11,9 @@
 
 enum class ETempoSource { None, Tag, Analysis };
 
+/// What became of storing a tempo that was heard.
+enum class EWriting { NotAsked, Stored, NotStored };
+
 /// What there is to tell about one file.
 struct CReportRow {
     std::string m_sPath;            // bytes as given or found
@@ -18,8 +21,15 @@ struct CReportRow {
     std::string m_sArtist;          // UTF-8
     std::optional<double> m_dTempo; // beats per minute; nothing when there is none
     ETempoSource m_source = ETempoSource::None;
-    std::string m_sError;     // the reason for a person; empty when all went well
-    std::string m_sNote = {}; // something for a person that is no failure; not part of the report
+    std::string m_sError; // the reason for a person; empty when all went well
+    EWriting m_writing = EWriting::NotAsked;
+    std::string m_sNotStored = {}; // why, for a person, when `m_writing` is `NotStored`
+
+    // Not part of the report:
+    std::string m_sNote = {};    // something for a person that is no failure
+    bool m_bRefused = false;     // not stored, and a person would expect otherwise
+    bool m_bTitleIsName = false; // the title is the file's name, for want of another
+    bool m_bFurtherName = false; // of a file that has a row already
 };
 
 enum class EReportFormat { Table, Csv, Json, JsonLines };

@@ -24,7 +24,10 @@ std::string SourceText(CReportRow const& row) {
     if (row.m_source == ETempoSource::None) {
         return "failed";
     }
-    return row.m_source == ETempoSource::Tag ? "tag" : "analysis";
+    std::string const source = row.m_source == ETempoSource::Tag ? "tag" : "analysis";
+    return source + (row.m_writing == EWriting::Stored ? ", stored"
+                     : row.m_bRefused                  ? ", not stored"
+                                                       : "");
 }
 
 std::string Spaces(std::size_t count) {
@@ -89,6 +92,9 @@ std::string CTableReport::MakeLine(CCells const& cells, CWidths const& widths) c
 }
 
 bool CTableReport::End() {
+    if (m_vRows.size() == 1) {
+        return true; // headings over nothing
+    }
     CWidths const widths = MeasureColumns();
     bool isFirst = m_bBold;
     for (CCells const& row : m_vRows) {

@@ -17,6 +17,7 @@ namespace {
 
 using testing::ContainsRegex;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 class AnalyzeTagsTest : public testing::Test {
 protected:
@@ -58,9 +59,9 @@ TEST_F(AnalyzeTagsTest, TempoOfTheTagIsTakenUnlessForced) {
     WriteMp3("a.mp3", 10.0, {"TBPM=133.333", "title=Song", "artist=Someone"});
     CProcessResult const tagged = Tactus({"analyze", "--format", "csv", "a.mp3"});
     EXPECT_EQ(tagged.m_nExit, 0);
-    EXPECT_THAT(tagged.m_sOut, HasSubstr("\na.mp3,Song,Someone,133.33,tag,\n"));
+    EXPECT_THAT(tagged.m_sOut, HasSubstr("\na.mp3,Song,Someone,133.33,tag,,,\n"));
     CProcessResult const forced = Tactus({"analyze", "-f", "--format", "csv", "a.mp3"});
-    EXPECT_THAT(forced.m_sOut, HasSubstr("\na.mp3,Song,Someone,96.00,analysis,\n"));
+    EXPECT_THAT(forced.m_sOut, HasSubstr("\na.mp3,Song,Someone,96.00,analysis,,,\n"));
     EXPECT_EQ(TempoTag("a.mp3"), "133.333\n");
 }
 
@@ -69,10 +70,10 @@ TEST_F(AnalyzeTagsTest, TitleOfTheTagComesWithATempoTextOnly) {
     WriteMp3("b.mp3", 10.0, {"TBPM=unknown", "title=Song", "artist=Someone"});
     WriteMp3("c.mp3", 10.0, {"TBPM=0", "title=Song"});
     CProcessResult const result = Tactus({"analyze", "--format", "csv", "a.mp3", "b.mp3", "c.mp3"});
-    EXPECT_EQ(result.m_sOut, "path,title,artist,tempo,source,error\n"
-                             "a.mp3,a.mp3,Someone,96.00,analysis,\n"
-                             "b.mp3,Song,Someone,96.00,analysis,\n"
-                             "c.mp3,Song,,96.00,analysis,\n");
+    EXPECT_EQ(result.m_sOut, "path,title,artist,tempo,source,error,written,notWritten\n"
+                             "a.mp3,a.mp3,Someone,96.00,analysis,,,\n"
+                             "b.mp3,Song,Someone,96.00,analysis,,,\n"
+                             "c.mp3,Song,,96.00,analysis,,,\n");
 }
 
 TEST_F(AnalyzeTagsTest, WriteStoresTheTempoInMp3FilesAlone) {
@@ -83,14 +84,18 @@ TEST_F(AnalyzeTagsTest, WriteStoresTheTempoInMp3FilesAlone) {
     CProcessResult const result =
         Tactus({"analyze", "-w", "--format", "csv", "a.mp3", "B.MP3", "c.wav"});
     EXPECT_EQ(result.m_nExit, 0) << result.m_sErr;
-    EXPECT_EQ(result.m_sErr, "");
+    EXPECT_THAT(result.m_sErr, StartsWith("tactus: 3 heard, 2 stored in "));
+    EXPECT_EQ(std::count(result.m_sErr.begin(), result.m_sErr.end(), '\n'), 1);
+    EXPECT_THAT(result.m_sOut, HasSubstr("\na.mp3,a.mp3,,96.00,analysis,,true,\n"
+                                         "B.MP3,B.MP3,,96.00,analysis,,true,\n"
+                                         "c.wav,c.wav,,96.00,analysis,,false,"));
     EXPECT_EQ(TempoTag("a.mp3"), "96.00\n");
     EXPECT_EQ(TempoTag("B.MP3"), "96.00\n");
     EXPECT_EQ(ReadText(m_folder / "c.wav"), wav);
     EXPECT_EQ(Tactus({"tag", "get", "a.mp3", "TIT2"}).m_sOut, "Song\n");
     // The next run reads what this one wrote, the title with it.
     EXPECT_THAT(Tactus({"analyze", "-w", "--format", "csv", "a.mp3"}).m_sOut,
-                HasSubstr("\na.mp3,Song,,96.00,tag,\n"));
+                HasSubstr("\na.mp3,Song,,96.00,tag,,,\n"));
 }
 
 TEST_F(AnalyzeTagsTest, TempoOfZeroIsNeverWritten) {
@@ -99,7 +104,8 @@ TEST_F(AnalyzeTagsTest, TempoOfZeroIsNeverWritten) {
     std::string const before = ReadText(m_folder / "a.mp3");
     CProcessResult const result = Tactus({"analyze", "-w", "--format", "csv", "a.mp3"});
     EXPECT_EQ(result.m_nExit, 0);
-    EXPECT_THAT(result.m_sOut, HasSubstr("\na.mp3,a.mp3,,0.00,analysis,\n"));
+    EXPECT_THAT(result.m_sOut,
+                HasSubstr("\na.mp3,a.mp3,,0.00,analysis,,false,no beat was found\n"));
     EXPECT_EQ(ReadText(m_folder / "a.mp3"), before);
 }
 
@@ -121,7 +127,9 @@ TEST_F(AnalyzeTagsTest, TempoThatCannotBeStoredIsAFailure) {
     EXPECT_EQ(result.m_nExit, 1);
     EXPECT_THAT(result.m_sErr, ContainsRegex("^tactus: a.mp3: isn't written: "));
     EXPECT_THAT(result.m_sOut, ContainsRegex("\"tempo\":9[0-9.]+,\"source\":\"analysis\""));
-    EXPECT_THAT(result.m_sOut, HasSubstr("\"error\":\"isn't written: "));
+    EXPECT_THAT(result.m_sOut,
+                HasSubstr("\"error\":null,\"written\":false,\"notWritten\":\"isn't written: "));
+    EXPECT_THAT(result.m_sErr, HasSubstr("\ntactus: 1 heard, 0 stored, 1 not stored in "));
     EXPECT_EQ(ReadText(m_folder / "a.mp3"), before);
 }
 
@@ -137,13 +145,31 @@ TEST_F(AnalyzeTagsTest, TagWithAnUnknownFrameIsLeftAlone) {
     EXPECT_EQ(read.m_nExit, 0);
     EXPECT_EQ(read.m_sErr,
               "tactus: a.mp3: its ID3v2.2 tag holds an unknown kind of frame and isn't read\n");
-    EXPECT_THAT(read.m_sOut, ContainsRegex("\na.mp3,a.mp3,,9[0-9.]+,analysis,\n"));
+    EXPECT_THAT(read.m_sOut, ContainsRegex("\na.mp3,a.mp3,,9[0-9.]+,analysis,,,\n"));
 
     CProcessResult const write = Tactus({"analyze", "-w", "--format", "csv", "a.mp3"});
     EXPECT_EQ(write.m_nExit, 1);
-    EXPECT_EQ(write.m_sErr,
-              "tactus: a.mp3: isn't written: its ID3v2.2 tag holds an unknown kind of frame\n");
+    EXPECT_THAT(write.m_sErr,
+                StartsWith("tactus: a.mp3: isn't written: its ID3v2.2 tag holds an unknown kind of "
+                           "frame\ntactus: 1 heard, 0 stored, 1 not stored in "));
     EXPECT_EQ(ReadText(m_folder / "a.mp3"), before);
+}
+
+TEST_F(AnalyzeTagsTest, RowsAndAClosingLineTellWhatWasStored) {
+    WriteMp3("a.mp3", 10.0);
+    WriteMp3("b.mp3", 10.0, {"TBPM=120"});
+    CProcessResult const table = Tactus({"analyze", "-w", "a.mp3", "b.mp3", "none.mp3"});
+    EXPECT_EQ(table.m_nExit, 1);
+    EXPECT_THAT(table.m_sOut, HasSubstr("  96.00  analysis, stored\n"));
+    EXPECT_THAT(table.m_sOut, HasSubstr(" 120.00  tag\n"));
+    EXPECT_THAT(table.m_sErr,
+                ContainsRegex("\ntactus: 1 heard, 1 stored, 1 kept, 1 failed in [0-9.]+ s\n$"));
+    CProcessResult const json =
+        Tactus({"analyze", "-w", "-f", "--format", "jsonl", "a.mp3", "none.mp3"});
+    EXPECT_THAT(json.m_sOut, HasSubstr("\"error\":null,\"written\":true,\"notWritten\":null}"));
+    EXPECT_THAT(json.m_sOut, HasSubstr("\"written\":null,\"notWritten\":null}\n"));
+    CProcessResult const quiet = Tactus({"analyze", "-w", "-q", "a.mp3"});
+    EXPECT_EQ(quiet.m_sErr, "");
 }
 
 } // namespace

@@ -13,26 +13,35 @@
 namespace {
 
 CReportRow Analysed(std::string path, std::string title, std::string artist, double tempo) {
-    return {std::move(path), std::move(title),       std::move(artist),
-            tempo,           ETempoSource::Analysis, ""};
+    CReportRow row;
+    row.m_sPath = std::move(path);
+    row.m_sTitle = std::move(title);
+    row.m_sArtist = std::move(artist);
+    row.m_dTempo = tempo;
+    row.m_source = ETempoSource::Analysis;
+    return row;
 }
 
 CReportRow Failed(std::string path, std::string reason) {
-    return {path, path, "", std::nullopt, ETempoSource::None, std::move(reason)};
+    CReportRow row;
+    row.m_sPath = path;
+    row.m_sTitle = std::move(path);
+    row.m_sError = std::move(reason);
+    return row;
 }
 
 class ReportTest : public testing::Test {
 protected:
     std::string Write(EReportFormat format, std::vector<CReportRow> const& rows) {
         COutput output;
-        EXPECT_TRUE(output.Open(m_folder / "out"));
+        EXPECT_EQ(output.Open(m_folder / "out"), 0);
         auto const report = MakeReport(format, output);
         return Finish(*report, output, rows);
     }
 
     std::string WriteTable(std::size_t width, bool isBold, std::vector<CReportRow> const& rows) {
         COutput output;
-        EXPECT_TRUE(output.Open(m_folder / "out"));
+        EXPECT_EQ(output.Open(m_folder / "out"), 0);
         CTableReport report(output, width, isBold);
         return Finish(report, output, rows);
     }
@@ -79,7 +88,28 @@ TEST_F(ReportTest, TableKeepsToTheTerminal) {
 }
 
 TEST_F(ReportTest, TableHeadingsAreBoldWhereThatIsWelcome) {
-    EXPECT_EQ(WriteTable(80, true, {}), "\x1B[1mPath  Title  Artist  Tempo  Source\x1B[0m\n");
+    EXPECT_EQ(WriteTable(80, true, {Analysed("a", "b", "c", 100.0)}),
+              "\x1B[1mPath  Title  Artist   Tempo  Source\x1B[0m\n"
+              "a     b      c       100.00  analysis\n");
+}
+
+TEST_F(ReportTest, TableOfNothingIsNothing) {
+    EXPECT_EQ(WriteTable(80, true, {}), "");
+}
+
+TEST_F(ReportTest, TableTellsWhatWasStored) {
+    CReportRow stored = Analysed("a", "b", "c", 100.0);
+    stored.m_writing = EWriting::Stored;
+    CReportRow refused = stored;
+    refused.m_writing = EWriting::NotStored;
+    refused.m_bRefused = true;
+    CReportRow other = refused;
+    other.m_bRefused = false;
+    EXPECT_EQ(WriteTable(0, false, {stored, refused, other}),
+              "Path  Title  Artist   Tempo  Source\n"
+              "a     b      c       100.00  analysis, stored\n"
+              "a     b      c       100.00  analysis, not stored\n"
+              "a     b      c       100.00  analysis\n");
 }
 
 TEST_F(ReportTest, TableShowsNoControlCharacters) {
@@ -92,10 +122,11 @@ TEST_F(ReportTest, TableShowsNoControlCharacters) {
 TEST_F(ReportTest, CsvQuotesWhatNeedsIt) {
     EXPECT_EQ(Write(EReportFormat::Csv, {Analysed("a,b.mp3", "Say \"hi\"", "x\ny", 120.5),
                                          Failed("c\xFF.wav", "is empty")}),
-              "path,title,artist,tempo,source,error\n"
-              "\"a,b.mp3\",\"Say \"\"hi\"\"\",\"x\ny\",120.50,analysis,\n"
-              "c\xFF.wav,c\xFF.wav,,,,is empty\n");
-    EXPECT_EQ(Write(EReportFormat::Csv, {}), "path,title,artist,tempo,source,error\n");
+              "path,title,artist,tempo,source,error,written,notWritten\n"
+              "\"a,b.mp3\",\"Say \"\"hi\"\"\",\"x\ny\",120.50,analysis,,,\n"
+              "c\xFF.wav,c\xFF.wav,,,,is empty,,\n");
+    EXPECT_EQ(Write(EReportFormat::Csv, {}),
+              "path,title,artist,tempo,source,error,written,notWritten\n");
 }
 
 TEST_F(ReportTest, JsonIsAnArrayOfRows) {
@@ -104,9 +135,9 @@ TEST_F(ReportTest, JsonIsAnArrayOfRows) {
     EXPECT_EQ(
         Write(EReportFormat::Json, {tagged, Failed("b.wav", "no")}),
         "[\n"
-        R"({"path":"a.mp3","title":"T","artist":"A","tempo":128.00,"source":"tag","error":null})"
+        R"({"path":"a.mp3","title":"T","artist":"A","tempo":128.00,"source":"tag","error":null,"written":null,"notWritten":null})"
         ",\n"
-        R"({"path":"b.wav","title":"b.wav","artist":"","tempo":null,"source":null,"error":"no"})"
+        R"({"path":"b.wav","title":"b.wav","artist":"","tempo":null,"source":null,"error":"no","written":null,"notWritten":null})"
         "\n]\n");
     EXPECT_EQ(Write(EReportFormat::Json, {}), "[]\n");
 }
@@ -116,14 +147,14 @@ TEST_F(ReportTest, JsonLinesAreOneObjectEach) {
         Write(EReportFormat::JsonLines, {Analysed("/m/\xFF.mp3", "T", "A", 99.5)}),
         R"({"path":"/m/)"
         "\xEF\xBF\xBD"
-        R"(.mp3","uri":"file:///m/%FF.mp3","title":"T","artist":"A","tempo":99.50,"source":"analysis","error":null})"
+        R"(.mp3","uri":"file:///m/%FF.mp3","title":"T","artist":"A","tempo":99.50,"source":"analysis","error":null,"written":null,"notWritten":null})"
         "\n");
     EXPECT_EQ(Write(EReportFormat::JsonLines, {}), "");
 }
 
 TEST_F(ReportTest, FullDiskIsNoticed) {
     COutput output;
-    ASSERT_TRUE(output.Open("/dev/full"));
+    ASSERT_EQ(output.Open("/dev/full"), 0);
     auto const report = MakeReport(EReportFormat::Csv, output);
     report->Add(Failed("a", "b"));
     report->End();

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <fstream>
 #include <spawn.h>
 #include <stdexcept>
 #include <sys/wait.h>
@@ -50,6 +51,17 @@ CProcess::~CProcess() {
 
 void CProcess::Signal(int signal) const {
     (void)kill(m_nProcess, signal);
+}
+
+bool CProcess::Catches(int signal) const {
+    std::ifstream status("/proc/" + std::to_string(m_nProcess) + "/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("SigCgt:")) {
+            unsigned long long const caught = std::stoull(line.substr(7), nullptr, 16);
+            return (caught >> static_cast<unsigned>(signal - 1) & 1U) != 0;
+        }
+    }
+    return false;
 }
 
 std::string CProcess::Output() const {

@@ -35,6 +35,9 @@ public:
 
     void Signal(int signal) const;
 
+    /// True once the program has a handler of its own for `signal`.
+    [[nodiscard]] bool Catches(int signal) const;
+
     /// What it has written to standard output so far.
     [[nodiscard]] std::string Output() const;
 

@@ -1,0 +1,103 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "cli/SongWork.h"
+
+#include "IDTag/ID3Reader.h"
+#include "app/RowTags.h"
+#include "base/FileUtil.h"
+#include "cli/WriteReason.h"
+
+namespace {
+
+constexpr int kMostAttempts = 3; // Fixed: a file that never rests is given up.
+constexpr char kWritableExtension[] = "mp3";
+constexpr char kTempoFrameId[] = "TBPM"; // Standard: ID3v2.3.0, section 4.2.1.
+
+} // namespace
+
+CSongWork::CSongWork(CInputFile input, CSongOptions const& options)
+    : m_input(std::move(input)), m_options(options) {
+}
+
+bool CSongWork::Begin() {
+    ++m_nAttempts;
+    m_row = {};
+    m_row.m_sPath = m_input.m_sName;
+    m_row.m_sTitle = m_input.m_sName;
+    m_row.m_sError = m_input.m_sError;
+    if (!m_input.m_sError.empty()) {
+        return true;
+    }
+    m_state = StateOf(m_input.m_sPath.ToPath());
+    return ReadTag() && !m_options.m_bForce;
+}
+
+/// Fills the row from the tag. Returns: true when there is a tempo.
+bool CSongWork::ReadTag() {
+    m_pFile = std::make_unique<CBPMFile>(m_input.m_sPath);
+    m_bTagKnown = ReadRowTags(*m_pFile);
+    if (!m_bTagKnown) {
+        m_row.m_sNote = "its ID3v2.2 tag holds an unknown kind of frame and isn't read";
+    }
+    CString fileName;
+    CFileUtil::ExtractFileName(m_pFile->GetPath(), fileName);
+    m_row.m_bTitleIsName = m_pFile->GetTitle() == fileName;
+    // Standard input lies in a file of another name.
+    bool const isInput = m_row.m_bTitleIsName && m_input.m_sName == kStandardInputName;
+    m_row.m_sTitle = isInput ? m_input.m_sName : m_pFile->GetTitle().ToUtf8();
+    m_row.m_sArtist = m_pFile->GetArtist().ToUtf8();
+    if (m_pFile->IsDone() && !m_options.m_bForce) {
+        m_row.m_dTempo = LeadingNumber(m_pFile->GetTempo());
+        m_row.m_source = ETempoSource::Tag;
+    }
+    return m_pFile->IsDone();
+}
+
+bool CSongWork::Conclude(CHearing const& hearing) {
+    bool const isHeard = hearing.m_sFailure.empty();
+    if ((!isHeard || m_options.m_bWrite) && m_nAttempts < kMostAttempts && HasChanged()) {
+        return false;
+    }
+    m_row.m_sError = isHeard ? hearing.m_sDamage : hearing.m_sFailure;
+    if (isHeard) {
+        m_row.m_dTempo = LeadingNumber(CString(hearing.m_sTempo.c_str()));
+        m_row.m_source = ETempoSource::Analysis;
+    }
+    return !isHeard || !m_options.m_bWrite || Store(hearing.m_sTempo);
+}
+
+/// Stores the tempo in the tag as the window does, but never one of 0.
+/// Returns: false when somebody else was at the file and there is another attempt to be made.
+bool CSongWork::Store(std::string const& tempo) {
+    m_row.m_writing = EWriting::NotStored;
+    if (!(m_row.m_dTempo > 0.0)) {
+        m_row.m_sNotStored = "no beat was found";
+        return true;
+    }
+    EWriteProblem problem = EWriteProblem::UnknownFrameId;
+    if (HasChanged()) {
+        problem = EWriteProblem::Changed;
+    } else if (m_bTagKnown) {
+        CID3Reader::SetTagString(m_input.m_sPath, kTempoFrameId, CString(tempo.c_str()), &problem);
+    }
+    bool const isShared = problem == EWriteProblem::Changed || problem == EWriteProblem::InUse;
+    if (isShared && m_nAttempts < kMostAttempts) {
+        return false;
+    }
+    m_row.m_writing = problem == EWriteProblem::None ? EWriting::Stored : EWriting::NotStored;
+    m_row.m_sNotStored = WriteReason(problem);
+    // That other kinds are never written is no news.
+    m_row.m_bRefused = problem != EWriteProblem::None && problem != EWriteProblem::OtherExtension;
+    return true;
+}
+
+bool CSongWork::IsWritable(CInputFile const& input) {
+    CString extension;
+    return CFileUtil::GetLowerCaseFileExt(input.m_sPath, extension) == kStatusOk &&
+           extension == kWritableExtension;
+}
+
+bool CSongWork::HasChanged() const {
+    return StateOf(m_input.m_sPath.ToPath()) != m_state;
+}

@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/BPMFile.h"
+#include "cli/InputWalk.h"
+#include "cli/Report.h"
+#include "cli/SongFile.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+/// What is to be done with every file.
+struct CSongOptions {
+    bool m_bForce = false; // analyse files too whose tag has a tempo
+    bool m_bWrite = false; // store what an analysis finds in the tags of mp3 files
+};
+
+/// What listening to a file came to.
+struct CHearing {
+    std::string m_sFailure; // why there is no tempo, for a person; empty: there is one
+    std::string m_sDamage;  // what couldn't be heard although the rest was; empty: nothing
+    std::string m_sTempo;   // the tempo as it is stored
+};
+
+/// The work on one file but for the listening: its tag is read, then a tempo that was heard is
+/// stored. When the file changes in between, all begins anew, so that nobody's change is lost.
+/// Thread: one thread at a time.
+class CSongWork {
+public:
+    CSongWork(CInputFile input, CSongOptions const& options);
+
+    /// Reads the tag. A call after the first begins anew.
+    /// Returns: true when the row is complete by it: there is no need to listen.
+    bool Begin();
+
+    /// Completes the row by what was heard, and stores the tempo if that is wanted.
+    /// Returns: false when the file changed since `Begin`, which is to be called again.
+    bool Conclude(CHearing const& hearing);
+
+    /// The file that `Begin` found; null when it can't be looked at.
+    [[nodiscard]] CBPMFile* File() { return m_pFile.get(); }
+
+    [[nodiscard]] CReportRow& Row() { return m_row; }
+
+    /// True when the name is one through which a tempo may be stored.
+    static bool IsWritable(CInputFile const& input);
+
+private:
+    bool ReadTag();
+    bool Store(std::string const& tempo);
+    [[nodiscard]] bool HasChanged() const;
+
+    CInputFile m_input;
+    CSongOptions m_options;
+    int m_nAttempts = 0;
+    std::optional<CFileState> m_state; // before the tag was read
+    std::unique_ptr<CBPMFile> m_pFile;
+    bool m_bTagKnown = true; // the tag may be written
+    CReportRow m_row;
+};

@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "cli/Report.h"
+
+#include <chrono>
+#include <cstddef>
+#include <string>
+
+/// Counts what became of the files of a run.
+class CSummary {
+public:
+    void Add(CReportRow const& row);
+
+    /// Takes note of something that a person should know although no file failed.
+    void Warn() { m_bWarned = true; }
+
+    [[nodiscard]] std::size_t Rows() const { return m_nRows; }
+
+    /// "25 heard, 14 stored, 3 kept, 1 failed in 12.3 s"; `isWriting`: tempos were to be stored.
+    [[nodiscard]] std::string Line(bool isWriting, std::chrono::duration<double> time) const;
+
+    /// One of `cli/ExitCode.h`.
+    [[nodiscard]] int ExitCode() const;
+
+private:
+    std::size_t m_nRows = 0;
+    std::size_t m_nHeard = 0;
+    std::size_t m_nStored = 0;
+    std::size_t m_nRefused = 0;
+    std::size_t m_nKept = 0;
+    std::size_t m_nFailed = 0;
+    std::size_t m_nFurtherNames = 0;
+    bool m_bWarned = false;
+};
+
+/// "12.3 s", "4 min 5 s" or "2 h 10 min".
+std::string TimeText(std::chrono::duration<double> time);
