@@ -19,7 +19,9 @@ _tactus() {
         -j | --jobs) return ;;
     esac
     case $command in
-        analyze) words="--write --force --jobs --format --output --quiet --help" ;;
+        analyze)
+            words="--write --force --jobs --format --follow --hidden --output --overwrite-output --quiet --help"
+            ;;
         profile) words="--trace --help" ;;
         tag)
             words="--help"

@@ -16,7 +16,10 @@ complete -c tactus -n $analyze -s f -l force -d "Analyse every file, whatever it
 complete -c tactus -n $analyze -s j -l jobs -x -d "Files to analyse at once"
 complete -c tactus -n $analyze -l format -x -a "table csv json jsonl" -d "How to print the rows"
 complete -c tactus -n $analyze -s o -l output -r -d "Write the rows to a file"
-complete -c tactus -n $analyze -s q -l quiet -d "Show no progress"
+complete -c tactus -n $analyze -s L -l follow -d "Search folders behind links too"
+complete -c tactus -n $analyze -l hidden -d "Take in what systems put beside music"
+complete -c tactus -n $analyze -l overwrite-output -d "Replace the file whatever it holds"
+complete -c tactus -n $analyze -s q -l quiet -d "Show neither progress nor a closing line"
 
 complete -c tactus -n "__fish_seen_subcommand_from profile" -l trace -d "Add what the stages hand to each other"
 

@@ -4,6 +4,7 @@
 #include "cli/FolderWalk.h"
 
 #include "cli/Interrupt.h"
+#include "song/AudioKinds.h"
 
 #include <algorithm>
 #include <array>
@@ -12,32 +13,16 @@
 
 namespace {
 
-// Fixed: what folders are searched for.
-constexpr std::array<std::string_view, 6> kAudioExtensions = {"wav", "mp3", "aiff",
-                                                              "aif", "caf", "m4a"};
 // Fixed: what macOS and desktops put beside files, by how the names begin.
 constexpr std::array<std::string_view, 2> kLeftOutPrefixes = {"._", ".Trash"};
 // Fixed: folders of network storage and file systems.
 constexpr std::array<std::string_view, 4> kLeftOutNames = {"#recycle", ".snapshots", "@eaDir",
                                                            "lost+found"};
 
-/// ASCII alone, whatever the locale: the extensions are.
-char Lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 } // namespace
 
 bool HasAudioExtension(std::string_view path) {
-    std::string_view const name = path.substr(path.rfind('/') + 1);
-    std::size_t const dot = name.rfind('.');
-    if (dot == std::string_view::npos) {
-        return false;
-    }
-    std::string_view const extension = name.substr(dot + 1);
-    return std::ranges::any_of(kAudioExtensions, [&](std::string_view known) {
-        return std::ranges::equal(extension, known, {}, Lower);
-    });
+    return FindAudioKind(CString::FromPath(path)) != nullptr;
 }
 
 bool IsLeftOut(std::string_view name) {

@@ -7,11 +7,11 @@
 #include "app/RowTags.h"
 #include "base/FileUtil.h"
 #include "cli/WriteReason.h"
+#include "song/AudioKinds.h"
 
 namespace {
 
-constexpr int kMostAttempts = 3; // Fixed: a file that never rests is given up.
-constexpr char kWritableExtension[] = "mp3";
+constexpr int kMostAttempts = 3;         // Fixed: a file that never rests is given up.
 constexpr char kTempoFrameId[] = "TBPM"; // Standard: ID3v2.3.0, section 4.2.1.
 
 } // namespace
@@ -93,9 +93,8 @@ bool CSongWork::Store(std::string const& tempo) {
 }
 
 bool CSongWork::IsWritable(CInputFile const& input) {
-    CString extension;
-    return CFileUtil::GetLowerCaseFileExt(input.m_sPath, extension) == kStatusOk &&
-           extension == kWritableExtension;
+    CAudioKind const* const kind = FindAudioKind(input.m_sPath);
+    return kind != nullptr && kind->m_writing != ETagWriting::None;
 }
 
 bool CSongWork::HasChanged() const {
