@@ -3,6 +3,7 @@
 
 #include "cli/FolderWalk.h"
 
+#include "base/CString.h"
 #include "cli/Interrupt.h"
 #include "song/AudioKinds.h"
 
