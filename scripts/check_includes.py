@@ -42,10 +42,17 @@ ENGINE_TOP = {
     "ProfileObserver": "run",
     "SpectralPass": "run",
 }
+# The sources that work with the decoding library; no header that others include shows it.
+LIBAV_SOURCES = {
+    f"src/platform/{name}"
+    for name in ("AudioInput.h", "AudioInput.cpp", "AudioMixer.h", "AudioMixer.cpp",
+                 "AudioDecoder.cpp", "AudioSetup.cpp")
+}
 # What only these files may include, by the start of the header's name.
 TOOLKITS = {
     r"Q[A-Z]|Qt": lambda path: path.parts[1] == "desktop",
-    r"lib(av|sw)": lambda path: path.as_posix() == "src/platform/AudioDecoder.cpp",
+    r"lib(av|sw)": lambda path: path.as_posix() == "src/platform/LibAv.h",
+    r"platform/(LibAv|AudioInput|AudioMixer)\.h": lambda path: path.as_posix() in LIBAV_SOURCES,
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]', re.M)
 

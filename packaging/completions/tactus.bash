@@ -20,9 +20,10 @@ _tactus() {
     esac
     case $command in
         analyze)
-            words="--write --force --jobs --format --follow --hidden --output --overwrite-output --quiet --help"
+            words="--write --force --jobs --format --follow --hidden --output --overwrite-output --quiet"
+            words+=" --verbose --help"
             ;;
-        profile) words="--trace --help" ;;
+        profile) words="--trace --verbose --help" ;;
         tag)
             words="--help"
             if [ "$COMP_CWORD" -eq 2 ]; then

@@ -20,6 +20,7 @@ complete -c tactus -n $analyze -s L -l follow -d "Search folders behind links to
 complete -c tactus -n $analyze -l hidden -d "Take in what systems put beside music"
 complete -c tactus -n $analyze -l overwrite-output -d "Replace the file whatever it holds"
 complete -c tactus -n $analyze -s q -l quiet -d "Show neither progress nor a closing line"
+complete -c tactus -n "__fish_seen_subcommand_from analyze profile" -s v -l verbose -d "Add what the decoding library says"
 
 complete -c tactus -n "__fish_seen_subcommand_from profile" -l trace -d "Add what the stages hand to each other"
 

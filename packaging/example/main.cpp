@@ -18,7 +18,8 @@ int main(int argc, char** argv) {
     CAudioDecoder decoder;
     CDecodedAudio audio;
     if (decoder.Decode(argv[1], audio) != kStatusOk) {
-        std::fprintf(stderr, "%s: %s\n", argv[1], decoder.GetReason().c_str());
+        std::fprintf(stderr, "%s: can't be decoded (%d)\n", argv[1],
+                     static_cast<int>(decoder.GetReport().m_problem));
         return 1;
     }
     CPcmReader reader(audio.Samples().data(), audio.m_nCount);

@@ -110,7 +110,7 @@ void BPMController::startNext() {
 // With the lock held: no worker can be had, so the batch ends and its rows stay undone.
 void BPMController::giveUpRunningRow() {
     CRow& row = *m_vFiles[m_nRunningRow];
-    setFailure(row, "no thread could be started");
+    setOutcome(row, {.m_problem = EAnalysisProblem::NoThread});
     row.m_nPercent = -1;
     m_nRunningRow = kNoRow;
     m_bAnalysisInProgress = false;
@@ -189,8 +189,7 @@ void BPMController::onFileComplete(CUserInfo const* userInfo) {
             row->m_file.SetDone(true);
             --m_status.m_nUndone;
         }
-        setFailure(*row, failureOf(*row));
-        setDamage(*row, m_pFileAnalyzer->GetDamage());
+        setOutcome(*row, outcomeOf(*row));
     }
     m_view.reloadRow(row->m_nIndex);
     m_view.statusChanged();
@@ -218,30 +217,25 @@ void BPMController::onAnalysisComplete(CUserInfo const*) {
 }
 
 // With the lock held. A file that was read to its end may have no tempo all the same.
-std::string BPMController::failureOf(CRow const& row) const {
-    std::string const reason = m_pFileAnalyzer->GetFailure();
+CAnalysisOutcome BPMController::outcomeOf(CRow const& row) const {
+    CAnalysisOutcome outcome = m_pFileAnalyzer->GetOutcome();
     bool const hasTempo = LeadingNumber(row.m_file.GetTempo()) > 0.0;
-    return reason.empty() && !hasTempo ? "no beat was found in it" : reason;
-}
-
-// With the lock held. An empty reason says that all went well.
-void BPMController::setFailure(CRow& row, std::string reason) {
-    if (!row.m_sFailure.empty()) {
-        --m_status.m_nFailed;
+    if (outcome.m_problem == EAnalysisProblem::None && !hasTempo) {
+        outcome.m_problem = EAnalysisProblem::NoBeat;
     }
-    if (!reason.empty()) {
-        ++m_status.m_nFailed;
-        noteProblem(row);
-    }
-    row.m_sFailure = std::move(reason);
+    return outcome;
 }
 
 // With the lock held.
-void BPMController::setDamage(CRow& row, std::string damage) {
-    if (!damage.empty()) {
+void BPMController::setOutcome(CRow& row, CAnalysisOutcome outcome) {
+    bool const hadFailed = row.m_outcome.m_problem != EAnalysisProblem::None;
+    bool const hasFailed = outcome.m_problem != EAnalysisProblem::None;
+    m_status.m_nFailed += static_cast<std::size_t>(hasFailed);
+    m_status.m_nFailed -= static_cast<std::size_t>(hadFailed);
+    if (hasFailed || outcome.m_report.IsDamaged()) {
         noteProblem(row);
     }
-    row.m_sDamage = std::move(damage);
+    row.m_outcome = std::move(outcome);
 }
 
 // Without the lock: a large tag takes its time. The file is opened by this worker alone.
@@ -311,8 +305,7 @@ CRowState BPMController::rowState(std::size_t row) const {
             entry.m_bHidden,
             entry.m_nPercent,
             entry.m_nPercent >= 0 && !m_bPercentSeen,
-            entry.m_sFailure,
-            entry.m_sDamage,
+            entry.m_outcome,
             entry.m_writeProblem};
 }
 

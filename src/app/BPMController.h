@@ -118,9 +118,8 @@ private:
     void noteKnownRow(std::size_t index);
     void restoreRunningRow();
     void giveUpRunningRow();
-    void setDamage(CRow& row, std::string damage);
-    [[nodiscard]] std::string failureOf(CRow const& row) const;
-    void setFailure(CRow& row, std::string reason);
+    [[nodiscard]] CAnalysisOutcome outcomeOf(CRow const& row) const;
+    void setOutcome(CRow& row, CAnalysisOutcome outcome);
     void noteProblem(CRow const& row);
     void storeTempo(CRow& row);
     [[nodiscard]] bool hasSupportedExtension(CString const& path) const;

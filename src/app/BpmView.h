@@ -4,6 +4,7 @@
 #pragma once
 
 #include "IDTag/WriteProblem.h"
+#include "app/AnalysisProblem.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,14 +12,13 @@
 
 /// What one row tells beside its three texts. A copy, taken under the list's lock.
 struct CRowState {
-    std::u16string m_sPath;  ///< Full path, bytes that are not UTF-8 as lone surrogates.
-    bool m_bDone = false;    ///< Has a tempo, from its tag or from an analysis.
-    bool m_bFromTag = false; ///< That tempo was in the tag; no analysis of ours has replaced it.
-    bool m_bHidden = false;  ///< Neither shown nor analysed until it is brought back.
-    int m_nPercent = -1;     ///< Progress while the row is analysed, 0 to 100; otherwise -1.
-    bool m_bReading = false; ///< It is being decoded: no percentage has come yet.
-    std::string m_sFailure;  ///< Why the analysis failed; empty when it didn't.
-    std::string m_sDamage;   ///< What of it could not be decoded; empty when all could.
+    std::u16string m_sPath;     ///< Full path, bytes that are not UTF-8 as lone surrogates.
+    bool m_bDone = false;       ///< Has a tempo, from its tag or from an analysis.
+    bool m_bFromTag = false;    ///< That tempo was in the tag; no analysis of ours has replaced it.
+    bool m_bHidden = false;     ///< Neither shown nor analysed until it is brought back.
+    int m_nPercent = -1;        ///< Progress while the row is analysed, 0 to 100; otherwise -1.
+    bool m_bReading = false;    ///< It is being decoded: no percentage has come yet.
+    CAnalysisOutcome m_outcome; ///< Why it has no tempo, and how much of it was heard.
     EWriteProblem m_writeProblem = EWriteProblem::None; ///< Why its tempo isn't in the file.
 };
 
@@ -30,7 +30,8 @@ inline bool IsStoreFailure(EWriteProblem problem) {
 
 /// True for a row that the user should look at.
 inline bool HasProblem(CRowState const& row) {
-    return !row.m_sFailure.empty() || !row.m_sDamage.empty() || IsStoreFailure(row.m_writeProblem);
+    return row.m_outcome.m_problem != EAnalysisProblem::None ||
+           row.m_outcome.m_report.IsDamaged() || IsStoreFailure(row.m_writeProblem);
 }
 
 /// Where the batch stands. A copy, taken under the list's lock.

@@ -12,12 +12,11 @@ struct BPMController::CRow {
     explicit CRow(CString const& path) : m_file(path) {}
 
     CBPMFile m_file;
-    std::size_t m_nIndex = 0; // Fixed once the row is in the list.
-    bool m_bHidden = false;   // Neither shown nor analysed.
-    bool m_bFromTag = false;  // Its tempo was in the tag; none of ours has replaced it.
-    int m_nPercent = -1;      // Of the running analysis; -1 when there is none.
-    std::string m_sFailure;   // Why the analysis failed, or empty.
-    std::string m_sDamage;    // What of the file could not be decoded, or empty.
+    std::size_t m_nIndex = 0;   // Fixed once the row is in the list.
+    bool m_bHidden = false;     // Neither shown nor analysed.
+    bool m_bFromTag = false;    // Its tempo was in the tag; none of ours has replaced it.
+    int m_nPercent = -1;        // Of the running analysis; -1 when there is none.
+    CAnalysisOutcome m_outcome; // Of the last analysis that came to its end.
     EWriteProblem m_writeProblem = EWriteProblem::None; // Why the tempo isn't in the file.
     bool m_bTagIsClosed = false; // The tag must neither be opened nor written.
 };

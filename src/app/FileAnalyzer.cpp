@@ -116,10 +116,11 @@ void CFileAnalyzer::loadAudioWithFilename(CBPMFile const* file) {
         cancel = m_pCancel;
     }
     CAudioDecoder decoder(cancel.get());
-    (void)decoder.Decode(file->GetPath().ToPath(), m_audio);
+    CStatus const status = decoder.Decode(file->GetPath().ToPath(), m_audio);
     std::scoped_lock const guard(m_lock);
-    m_sFailure = decoder.GetReason();
-    m_sDamage = m_audio.m_sDamage;
+    m_outcome = {.m_problem =
+                     status == kStatusOk ? EAnalysisProblem::None : EAnalysisProblem::NotDecoded,
+                 .m_report = decoder.GetReport()};
 }
 
 void CFileAnalyzer::ProcessFile(CBPMFile* file) {
@@ -136,6 +137,7 @@ void CFileAnalyzer::ProcessFile(CBPMFile* file) {
     builder->BuildProfile(profiler.get(), reader.get(), results.get(), print.Get(),
                           largePrint.Get());
     SetBuilder(nullptr);
+    NoteEnd(*builder);
 
     CUserInfo const info = {{kUserDataKey, static_cast<void*>(file)},
                             {kBpmKey, TempoText(results->GetBpm())}};
@@ -156,6 +158,15 @@ void CFileAnalyzer::SetBuilder(CProfileBuilder* builder) {
     m_pBuilder = builder;
     if (builder != nullptr && m_pCancel->IsSet()) {
         builder->CancelProfiling();
+    }
+}
+
+/// A run over a decoded file that neither came to its end nor was cancelled had no memory.
+void CFileAnalyzer::NoteEnd(CProfileBuilder const& builder) {
+    std::scoped_lock const guard(m_lock);
+    if (!builder.IsComplete() && !m_pCancel->IsSet() &&
+        m_outcome.m_problem == EAnalysisProblem::None) {
+        m_outcome.m_problem = EAnalysisProblem::NoMemory;
     }
 }
 
@@ -186,14 +197,9 @@ bool CFileAnalyzer::WasCancelled() const {
     return m_pCancel->IsSet();
 }
 
-std::string CFileAnalyzer::GetFailure() const {
+CAnalysisOutcome CFileAnalyzer::GetOutcome() const {
     std::scoped_lock const guard(m_lock);
-    return m_sFailure;
-}
-
-std::string CFileAnalyzer::GetDamage() const {
-    std::scoped_lock const guard(m_lock);
-    return m_sDamage;
+    return m_outcome;
 }
 
 bool IsDirectory(CString const& path) {

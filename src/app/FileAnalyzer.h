@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "app/AnalysisProblem.h"
 #include "base/CancelFlag.h"
 #include "platform/DecodedAudio.h"
 
@@ -10,7 +11,6 @@
 #include <deque>
 #include <memory>
 #include <mutex>
-#include <string>
 
 class CBPMFile;
 class CString;
@@ -51,11 +51,8 @@ public:
     /// True when the last file's run was cancelled, in time or not.
     [[nodiscard]] bool WasCancelled() const;
 
-    /// Why the last file could not be analysed, for a person; empty when it could.
-    [[nodiscard]] std::string GetFailure() const;
-
-    /// What of the last file could not be decoded although the rest was analysed; empty: nothing.
-    [[nodiscard]] std::string GetDamage() const;
+    /// What came of the last file. A tempo of 0 says by itself that no beat was found.
+    [[nodiscard]] CAnalysisOutcome GetOutcome() const;
 
     /// What the worker does, in this order: the current file, if there is one, is decoded and
     /// processed; then the end is posted. `Analyze` is the way to have it done.
@@ -72,13 +69,13 @@ private:
     void WaitForOlderThreads();
     void Await(std::shared_ptr<MacThread> const& oldest);
     void SetBuilder(CProfileBuilder* builder);
+    void NoteEnd(CProfileBuilder const& builder);
 
     mutable std::mutex m_lock; // Guards everything but the audio, which is the worker's.
     CBPMFile* m_pFile = nullptr;
     std::shared_ptr<CCancelFlag> m_pCancel;
     CProfileBuilder* m_pBuilder = nullptr; // Of the run in hand, while it profiles.
-    std::string m_sFailure;
-    std::string m_sDamage;
+    CAnalysisOutcome m_outcome;
     bool m_bClosing = false;
     std::deque<std::shared_ptr<MacThread>> m_vThreads; // Oldest first.
 

@@ -8,6 +8,7 @@
 #include "cli/AnalysisJobs.h"
 
 #include "app/FileAnalyzer.h"
+#include "cli/DecodeReason.h"
 #include "cli/Interrupt.h"
 #include "cli/Progress.h"
 
@@ -118,7 +119,7 @@ void CAnalysisJobs::BeginWork(CSlot& slot) {
     if (isDone) {
         TakeRow(slot);
     } else if (!slot.m_analyzer.Analyze(slot.m_pWork->File())) {
-        slot.m_pWork->Row().m_sError = "no thread can be had for its analysis";
+        slot.m_pWork->Row().m_sError = AnalysisReason({.m_problem = EAnalysisProblem::NoThread});
         TakeRow(slot);
     }
 }
@@ -256,9 +257,9 @@ void CAnalysisJobs::OnComplete(CUserInfo const* info) {
     }
     // Until it is finished, the slot's work is this worker's alone.
     bool const isCancelled = slot->m_analyzer.WasCancelled();
-    bool const isDone = !isCancelled && slot->m_pWork->Conclude({slot->m_analyzer.GetFailure(),
-                                                                 slot->m_analyzer.GetDamage(),
-                                                                 UserInfoText(info, kBpmKey)});
+    bool const isDone =
+        !isCancelled && slot->m_pWork->Conclude(slot->m_analyzer.GetOutcome(),
+                                                UserInfoText(info, kBpmKey));
     std::scoped_lock const guard(m_lock);
     slot->m_bCancelled = isCancelled;
     slot->m_bAgain = !isCancelled && !isDone;

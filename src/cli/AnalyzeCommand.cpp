@@ -96,6 +96,7 @@ void CAnalyzeCommand::AddOutputOptions(CLI::App& app) {
     app.add_flag("--overwrite-output", m_bOverwriting,
                  "Replace FILE also when it holds something else than results of Tactus");
     app.add_flag("-q,--quiet", m_bQuiet, "Show neither progress nor a closing line");
+    app.add_flag("-v,--verbose", m_bVerbose, "Add what the decoding library says of a failure");
 }
 
 int CAnalyzeCommand::Run() {
@@ -140,6 +141,9 @@ std::string CAnalyzeCommand::RunJobs(CInputWalk& walk, COutput& output, CSummary
         }
         if (!problem.empty() && !(row.m_sError.empty() && row.m_bRefused)) {
             ReportProblem(row.m_sPath, problem);
+        }
+        if (m_bVerbose && !row.m_sError.empty() && !row.m_sDetail.empty()) {
+            ReportProblem(row.m_sPath, "the decoding library says: " + row.m_sDetail);
         }
         if (row.m_bRefused) {
             ReportProblem(row.m_sPath, row.m_sNotStored);

@@ -29,5 +29,6 @@ private:
     std::string m_sOutput;
     bool m_bOverwriting = false; // whatever the output file holds
     bool m_bQuiet = false;
+    bool m_bVerbose = false;
     std::vector<std::string> m_vPaths;
 };

@@ -6,6 +6,7 @@
 #include "base/CString.h"
 #include "base/NotificationCenter.h"
 #include "base/SmartPtr.h"
+#include "cli/DecodeReason.h"
 #include "cli/ExitCode.h"
 #include "cli/InputList.h"
 #include "cli/Interrupt.h"
@@ -55,10 +56,23 @@ CLI::App* CProfileCommand::AddTo(CLI::App& program) {
     CLI::App* const app = program.add_subcommand(
         "profile", "Print everything that an analysis finds, one JSON object a file");
     app->add_flag("--trace", m_bTrace, "Print what the stages hand on as well");
+    app->add_flag("-v,--verbose", m_bVerbose, "Add what the decoding library says of a failure");
     app->add_option("FILE", m_vFiles, "Audio files; - is standard input")
         ->type_name("")
         ->required();
     return app;
+}
+
+void CProfileCommand::ReportTrouble(std::string const& name, std::string const& reason,
+                                    CDecodeReport const& report) {
+    if (reason.empty()) {
+        return;
+    }
+    ReportProblem(name, reason);
+    if (m_bVerbose && !report.m_sDetail.empty()) {
+        ReportProblem(name, "the decoding library says: " + report.m_sDetail);
+    }
+    m_bAllWell = false;
 }
 
 std::string CProfileCommand::ProfileFile(std::string const& name, CString const& path) {
@@ -66,15 +80,11 @@ std::string CProfileCommand::ProfileFile(std::string const& name, CString const&
     CDecodedAudio audio;
     if (decoder.Decode(path.ToPath(), audio) != kStatusOk) {
         if (!CInterrupt::IsSet()) {
-            ReportProblem(name, decoder.GetReason());
-            m_bAllWell = false;
+            ReportTrouble(name, DecodeReason(decoder.GetReport()), decoder.GetReport());
         }
         return {};
     }
-    if (!audio.m_sDamage.empty()) {
-        ReportProblem(name, audio.m_sDamage);
-        m_bAllWell = false;
-    }
+    ReportTrouble(name, DamageReason(decoder.GetReport()), decoder.GetReport());
     CSamplePass reader(audio);
     CProfiler profiler(nullptr);
     CProfileResults results;

@@ -9,6 +9,7 @@
 #include <vector>
 
 class CString;
+struct CDecodeReport;
 
 /// `tactus profile`: prints the whole result record of files as JSON.
 class CProfileCommand final : public ICommand {
@@ -20,7 +21,12 @@ private:
     /// Profiles one file. Returns: its JSON text; empty, after a message, when there is none.
     std::string ProfileFile(std::string const& name, CString const& path);
 
+    /// Tells why there is nothing, or not all, of a file; nothing when `reason` is empty.
+    void ReportTrouble(std::string const& name, std::string const& reason,
+                       CDecodeReport const& report);
+
     bool m_bTrace = false;
+    bool m_bVerbose = false;
     std::vector<std::string> m_vFiles;
     bool m_bAllWell = true;
 };

@@ -26,6 +26,7 @@ struct CReportRow {
     std::string m_sNotStored = {}; // why, for a person, when `m_writing` is `NotStored`
 
     // Not part of the report:
+    std::string m_sDetail = {};  // what the decoding library said
     std::string m_sNote = {};    // something for a person that is no failure
     bool m_bRefused = false;     // not stored, and a person would expect otherwise
     bool m_bTitleIsName = false; // the title is the file's name, for want of another

@@ -6,6 +6,7 @@
 #include "IDTag/ID3Reader.h"
 #include "app/RowTags.h"
 #include "base/FileUtil.h"
+#include "cli/DecodeReason.h"
 #include "cli/WriteReason.h"
 #include "song/AudioKinds.h"
 
@@ -54,17 +55,18 @@ bool CSongWork::ReadTag() {
     return m_pFile->IsDone();
 }
 
-bool CSongWork::Conclude(CHearing const& hearing) {
-    bool const isHeard = hearing.m_sFailure.empty();
+bool CSongWork::Conclude(CAnalysisOutcome const& outcome, std::string const& tempo) {
+    bool const isHeard = outcome.m_problem == EAnalysisProblem::None;
     if ((!isHeard || m_options.m_bWrite) && m_nAttempts < kMostAttempts && HasChanged()) {
         return false;
     }
-    m_row.m_sError = isHeard ? hearing.m_sDamage : hearing.m_sFailure;
+    m_row.m_sError = isHeard ? DamageReason(outcome.m_report) : AnalysisReason(outcome);
+    m_row.m_sDetail = outcome.m_report.m_sDetail;
     if (isHeard) {
-        m_row.m_dTempo = LeadingNumber(CString(hearing.m_sTempo.c_str()));
+        m_row.m_dTempo = LeadingNumber(CString(tempo.c_str()));
         m_row.m_source = ETempoSource::Analysis;
     }
-    return !isHeard || !m_options.m_bWrite || Store(hearing.m_sTempo);
+    return !isHeard || !m_options.m_bWrite || Store(tempo);
 }
 
 /// Stores the tempo in the tag as the window does, but never one of 0.

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "app/AnalysisProblem.h"
 #include "app/BPMFile.h"
 #include "cli/InputWalk.h"
 #include "cli/Report.h"
@@ -18,13 +19,6 @@ struct CSongOptions {
     bool m_bWrite = false; // store what an analysis finds in the tags of mp3 files
 };
 
-/// What listening to a file came to.
-struct CHearing {
-    std::string m_sFailure; // why there is no tempo, for a person; empty: there is one
-    std::string m_sDamage;  // what couldn't be heard although the rest was; empty: nothing
-    std::string m_sTempo;   // the tempo as it is stored
-};
-
 /// The work on one file but for the listening: its tag is read, then a tempo that was heard is
 /// stored. When the file changes in between, all begins anew, so that nobody's change is lost.
 /// Thread: one thread at a time.
@@ -36,9 +30,10 @@ public:
     /// Returns: true when the row is complete by it: there is no need to listen.
     bool Begin();
 
-    /// Completes the row by what was heard, and stores the tempo if that is wanted.
+    /// Completes the row by what was heard, and stores `tempo`, which is its text, if that is
+    /// wanted.
     /// Returns: false when the file changed since `Begin`, which is to be called again.
-    bool Conclude(CHearing const& hearing);
+    bool Conclude(CAnalysisOutcome const& outcome, std::string const& tempo);
 
     /// The file that `Begin` found; null when it can't be looked at.
     [[nodiscard]] CBPMFile* File() { return m_pFile.get(); }

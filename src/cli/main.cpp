@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "cli/Program.h"
+#include "platform/AudioSetup.h"
 
 int main(int argc, char** argv) {
+    SetUpAudio();
     return RunProgram(argc, argv);
 }

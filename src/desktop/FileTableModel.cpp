@@ -114,7 +114,8 @@ QString CFileTableModel::tipOf(std::size_t id) const {
         lines << tr("This tempo is still to be analyzed again.");
     }
     // Where there is no tempo, it matters little that files of this kind take none.
-    if (!IsStoreFailure(state.m_writeProblem) && state.m_sFailure.empty()) {
+    if (!IsStoreFailure(state.m_writeProblem) &&
+        state.m_outcome.m_problem == EAnalysisProblem::None) {
         lines << NoteText(state);
     }
     lines.removeAll(QString());

@@ -4,10 +4,10 @@
 #include "desktop/Texts.h"
 
 #include <QCoreApplication>
-#include <QRegularExpression>
+#include <QLocale>
 #include <QStringList>
-#include <QStringView>
-#include <array>
+#include <system_error>
+#include <utility>
 
 namespace {
 
@@ -15,49 +15,106 @@ class CTexts {
     Q_DECLARE_TR_FUNCTIONS(Texts)
 };
 
-/// What `app` and `platform` say in English, for the translations to collect. Numbers are %1 and
-/// %2.
-[[maybe_unused]] constexpr std::array kReasons{
-    QT_TRANSLATE_NOOP("Reasons", "is a folder, not a file"),
-    QT_TRANSLATE_NOOP("Reasons", "is not a regular file"),
-    QT_TRANSLATE_NOOP("Reasons", "the file is empty"),
-    QT_TRANSLATE_NOOP("Reasons", "vanished while it was read"),
-    QT_TRANSLATE_NOOP("Reasons", "changed while it was read"),
-    QT_TRANSLATE_NOOP("Reasons", "is not an audio file that can be read"),
-    QT_TRANSLATE_NOOP("Reasons", "holds no audio"),
-    QT_TRANSLATE_NOOP("Reasons", "holds audio of a kind that can't be decoded"),
-    QT_TRANSLATE_NOOP("Reasons", "holds audio that can't be decoded"),
-    QT_TRANSLATE_NOOP("Reasons", "holds audio that can't be mixed down"),
-    QT_TRANSLATE_NOOP("Reasons", "has a sample rate that can't be worked with"),
-    QT_TRANSLATE_NOOP("Reasons", "is too long"),
-    QT_TRANSLATE_NOOP("Reasons", "is too long for the memory at hand"),
-    QT_TRANSLATE_NOOP("Reasons", "there is not enough memory for it"),
-    QT_TRANSLATE_NOOP("Reasons", "gave no audio for too long"),
-    QT_TRANSLATE_NOOP("Reasons", "no beat was found in it"),
-    QT_TRANSLATE_NOOP("Reasons", "no thread could be started"),
-    QT_TRANSLATE_NOOP("Reasons", "is damaged: %1 of %2 packets can't be decoded"),
-    QT_TRANSLATE_NOOP("Reasons",
-                      "is damaged: %1 of %2 packets can't be decoded, and it breaks off"),
-    QT_TRANSLATE_NOOP("Reasons", "breaks off in the middle of a frame"),
-};
+/// What the system says of an error, in its own words.
+QString SystemText(int error) {
+    return QString::fromStdString(std::generic_category().message(error));
+}
 
-/// A reason as a part of a sentence in the user's language. Its numbers and what the decoding
-/// library adds in brackets stay; a reason that no translation knows stays as it is.
-QString FailureText(std::string const& reason) {
-    QString text = QString::fromStdString(reason);
-    qsizetype const bracket = text.indexOf(" (");
-    QString const detail = bracket >= 0 ? text.mid(bracket) : QString();
-    text.chop(detail.size());
-    static QRegularExpression const damage("^(is damaged: )(\\d+)( of )(\\d+)( .*)$");
-    QRegularExpressionMatch const found = damage.match(text);
-    if (found.hasMatch()) {
-        text = found.captured(1) + "%1" + found.captured(3) + "%2" + found.captured(5);
+QString DecodeProblemText(CDecodeReport const& report) {
+    switch (report.m_problem) {
+    case EDecodeProblem::None:
+        break;
+    case EDecodeProblem::Cancelled:
+        return CTexts::tr("the analysis was stopped");
+    case EDecodeProblem::SystemError:
+        return SystemText(report.m_nError);
+    case EDecodeProblem::IsFolder:
+        return CTexts::tr("it is a folder, not a file");
+    case EDecodeProblem::NotRegular:
+        return CTexts::tr("it is not a regular file");
+    case EDecodeProblem::Empty:
+        return CTexts::tr("the file is empty");
+    case EDecodeProblem::Vanished:
+        return CTexts::tr("the file vanished while it was read");
+    case EDecodeProblem::Changed:
+        return CTexts::tr("the file changed while it was read");
+    case EDecodeProblem::NotAudio:
+        return CTexts::tr("it is not an audio file that can be read");
+    case EDecodeProblem::OtherKind:
+        return CTexts::tr("files of its kind aren't read");
+    case EDecodeProblem::FreeFormat:
+        return CTexts::tr("it is an MP3 of free format, which isn't read");
+    case EDecodeProblem::BrokenContainer:
+        return CTexts::tr("the file is damaged or incomplete");
+    case EDecodeProblem::NoAudio:
+        return CTexts::tr("the file holds no audio");
+    case EDecodeProblem::Protected:
+        return CTexts::tr("the file is protected");
+    case EDecodeProblem::UnknownCodec:
+        return CTexts::tr("its kind of audio can't be decoded");
+    case EDecodeProblem::Undecodable:
+        return CTexts::tr("its audio can't be decoded");
+    case EDecodeProblem::Unmixable:
+        return CTexts::tr("its audio can't be mixed down");
+    case EDecodeProblem::BadRate:
+        return CTexts::tr("its sample rate can't be worked with");
+    case EDecodeProblem::TooLong:
+        return CTexts::tr("the file is too long");
+    case EDecodeProblem::NoMemory:
+        return CTexts::tr("there is not enough memory for it");
+    case EDecodeProblem::NoAudioForTooLong:
+        return CTexts::tr("the file gave no audio for too long");
     }
-    QString shown = QCoreApplication::translate("Reasons", text.toUtf8().constData());
-    if (found.hasMatch()) {
-        shown = shown.arg(found.captured(2), found.captured(4));
+    return {};
+}
+
+QString AnalysisProblemText(CAnalysisOutcome const& outcome) {
+    switch (outcome.m_problem) {
+    case EAnalysisProblem::None:
+        break;
+    case EAnalysisProblem::NotDecoded:
+        return DecodeProblemText(outcome.m_report);
+    case EAnalysisProblem::NoBeat:
+        return CTexts::tr("no beat was found in it");
+    case EAnalysisProblem::NoThread:
+        return CTexts::tr("no thread could be started");
+    case EAnalysisProblem::NoMemory:
+        return CTexts::tr("there is not enough memory for the analysis");
     }
-    return shown + detail;
+    return {};
+}
+
+/// Seconds heard and promised, with as many decimals as it takes to see a difference.
+std::pair<QString, QString> LengthTexts(CDecodeReport const& report) {
+    constexpr int kMostDecimals = 2;
+    std::pair<QString, QString> texts;
+    for (int decimals = 0; texts.first == texts.second && decimals <= kMostDecimals; ++decimals) {
+        texts = {QLocale().toString(report.m_dHeardSeconds, 'f', decimals),
+                 QLocale().toString(report.m_dPromisedSeconds, 'f', decimals)};
+    }
+    return texts;
+}
+
+/// What of the file could not be decoded; empty when all could.
+QString DamageText(CDecodeReport const& report) {
+    QString text;
+    if (report.m_nBadPackets > 0) {
+        text = CTexts::tr("the file is damaged, %1 of %2 packets can't be decoded")
+                   .arg(QLocale().toString(report.m_nBadPackets),
+                        QLocale().toString(report.m_nPackets));
+    }
+    if (report.EndsEarly()) {
+        auto const [heard, promised] = LengthTexts(report);
+        return text.isEmpty()
+                   ? CTexts::tr("the file ends early, after %1 of %2 seconds").arg(heard, promised)
+                   : CTexts::tr("%1, and it ends early, after %2 of %3 seconds")
+                         .arg(text, heard, promised);
+    }
+    if (report.m_bBreaksOff) {
+        return text.isEmpty() ? CTexts::tr("the file breaks off in the middle of a frame")
+                              : CTexts::tr("%1, and it breaks off").arg(text);
+    }
+    return text;
 }
 
 QString WriteProblemText(EWriteProblem problem) {
@@ -143,11 +200,12 @@ QString NoteText(CRowState const& row) {
 
 QString ProblemText(CRowState const& row) {
     QStringList sentences;
-    if (!row.m_sFailure.empty()) {
-        sentences << CTexts::tr("No tempo: %1").arg(FailureText(row.m_sFailure));
+    if (row.m_outcome.m_problem != EAnalysisProblem::None) {
+        sentences << CTexts::tr("No tempo: %1").arg(AnalysisProblemText(row.m_outcome));
     }
-    if (!row.m_sDamage.empty()) {
-        sentences << CTexts::tr("Analyzed in part: %1").arg(FailureText(row.m_sDamage));
+    if (row.m_outcome.m_problem != EAnalysisProblem::NotDecoded &&
+        row.m_outcome.m_report.IsDamaged()) {
+        sentences << CTexts::tr("Analyzed in part: %1").arg(DamageText(row.m_outcome.m_report));
     }
     if (IsStoreFailure(row.m_writeProblem)) {
         sentences << NoteText(row);

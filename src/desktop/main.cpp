@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "desktop/DesktopApp.h"
+#include "platform/AudioSetup.h"
 
 int main(int argc, char** argv) {
+    SetUpAudio();
     return RunDesktop(argc, argv);
 }

@@ -8,229 +8,86 @@
 
 #include "platform/AudioDecoder.h"
 
+#include "platform/AudioInput.h"
+#include "platform/AudioMixer.h"
 #include "platform/DecodeDamage.h"
 #include "platform/DecodeWatch.h"
+#include "platform/FileKind.h"
 #include "platform/GaplessNote.h"
 #include "platform/LastMessage.h"
+#include "platform/LibAv.h"
 #include "platform/SourceFile.h"
 
-extern "C" {
-#include <libavcodec/avcodec.h>
-#include <libavformat/avformat.h>
-#include <libavutil/channel_layout.h>
-#include <libavutil/intreadwrite.h>
-#include <libavutil/log.h>
-#include <libavutil/mem.h>
-#include <libswresample/swresample.h>
-}
-
 #include <algorithm>
+#include <array>
 #include <cstdint>
-#include <memory>
-#include <mutex>
 #include <new>
 #include <span>
 #include <string_view>
-#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace {
 
-constexpr int kOutputRate = 44100; // Fixed: rate of every analysis, samples per second.
-constexpr char kFormats[] = "wav,w64,aiff,mp3,mov,caf,aac,flac,ogg"; // Fixed: what we open.
-constexpr char kProtocols[] = "file";                                // Fixed: no network, no lists.
-constexpr std::size_t kLargestAllocation = std::size_t{256} << 20U;  // Fixed: one block of libav.
-constexpr int kSlowestRate = 1000;                                   // Fixed: a hostile rate must
-constexpr int kFastestRate = 1'000'000;                              // not blow up the resampling.
-constexpr int kReadBlock = 65536;                                    // Tuned: bench/whole_file.sh.
+// Standard: "FairPlay" tracks of the MP4 Registration Authority's list, and ISO/IEC 14496-12,
+// section 8.12, for encrypted audio.
+constexpr std::uint32_t kProtectedTags[] = {MKTAG('d', 'r', 'm', 's'), MKTAG('e', 'n', 'c', 'a')};
 
-template <auto Free>
-struct CFree {
-    template <typename T>
-    void operator()(T* object) const noexcept {
-        Free(&object);
+/// Why a file can't be opened, by its first bytes.
+EDecodeProblem ProblemOfKind(CSourceFile& source) {
+    std::array<std::uint8_t, kFileKindBytes> bytes{};
+    auto const readAt = [&](std::int64_t place) {
+        std::int64_t const done =
+            source.Seek(place) == place ? source.Read(bytes.data(), bytes.size()) : 0;
+        return std::span<std::uint8_t const>(
+            bytes.data(), static_cast<std::size_t>(std::max<std::int64_t>(done, 0)));
+    };
+    switch (FileKindOf(readAt(LeadingTagBytes(readAt(0))))) {
+    case EFileKind::Read:
+        return EDecodeProblem::BrokenContainer;
+    case EFileKind::Other:
+        return EDecodeProblem::OtherKind;
+    case EFileKind::FreeFormat:
+        return EDecodeProblem::FreeFormat;
+    case EFileKind::Unknown:
+        break;
     }
-};
-
-void FreeIo(AVIOContext** io) {
-    av_freep(&(*io)->buffer);
-    avio_context_free(io);
+    return EDecodeProblem::NotAudio;
 }
 
-using CIoPtr = std::unique_ptr<AVIOContext, CFree<FreeIo>>;
-using CFormatPtr = std::unique_ptr<AVFormatContext, CFree<avformat_close_input>>;
-using CCodecPtr = std::unique_ptr<AVCodecContext, CFree<avcodec_free_context>>;
-using CPacketPtr = std::unique_ptr<AVPacket, CFree<av_packet_free>>;
-using CFramePtr = std::unique_ptr<AVFrame, CFree<av_frame_free>>;
-using CResamplerPtr = std::unique_ptr<SwrContext, CFree<swr_free>>;
-
-/// `object`, unless there was no memory for it.
-template <typename T>
-T* Had(T* object) {
-    if (object == nullptr) {
-        throw std::bad_alloc();
+/// Length of each stream by the container's header, in units of the stream; 0 when it has none.
+std::vector<std::int64_t> PromisedLengths(AVFormatContext const& format) {
+    std::vector<std::int64_t> lengths;
+    for (AVStream const* stream : std::span(format.streams, format.nb_streams)) {
+        lengths.push_back(std::max<std::int64_t>(stream->duration, 0)); // negative: unknown
     }
-    return object;
+    return lengths;
 }
 
-void SetUpOnce() {
-    static std::once_flag once;
-    std::call_once(once, [] {
-        av_log_set_callback([](void*, int level, char const* format, va_list arguments) {
-            if (level <= AV_LOG_ERROR) {
-                KeepMessage(format, arguments);
-            }
-        });
-        av_log_set_level(AV_LOG_ERROR);
-        av_max_alloc(kLargestAllocation);
-    });
-}
-
-/// The file as libav reads it. Nothing else can be opened through it.
-class CInput {
-public:
-    CInput(CSourceFile& source, CDecodeWatch& watch) : m_source(source), m_watch(watch) {}
-
-    /// Reads the container's header. `ignoreEdits`: as if an MP4 file had no edit list.
-    int Open(std::string const& path, bool ignoreEdits) {
-        auto* const block = static_cast<unsigned char*>(Had(av_malloc(kReadBlock)));
-        m_io.reset(avio_alloc_context(block, kReadBlock, 0, this, Read, nullptr, Seek));
-        AVFormatContext* format = Had(avformat_alloc_context());
-        format->pb = Had(m_io.get());
-        format->io_open = [](AVFormatContext*, AVIOContext**, char const*, int, AVDictionary**) {
-            return AVERROR(EPERM);
-        };
-        format->interrupt_callback = {
-            [](void* watch) { return static_cast<CDecodeWatch*>(watch)->MustEnd() ? 1 : 0; },
-            &m_watch};
-        AVDictionary* options = nullptr;
-        av_dict_set(&options, "format_whitelist", kFormats, 0);
-        av_dict_set(&options, "protocol_whitelist", kProtocols, 0);
-        av_dict_set(&options, "ignore_editlist", ignoreEdits ? "1" : "0", 0);
-        // The name serves the guess at the format; with its prefix no part of it is a protocol.
-        std::string const name = "file:" + path;
-        (void)m_source.Seek(0);
-        int const status = avformat_open_input(&format, name.c_str(), nullptr, &options);
-        av_dict_free(&options);
-        m_format.reset(format);
-        return status;
-    }
-
-    void Close() { m_format.reset(); }
-    [[nodiscard]] AVFormatContext* Get() const { return m_format.get(); }
-
-private:
-    static int Read(void* self, std::uint8_t* buffer, int size) {
-        auto& [source, watch, io, format] = *static_cast<CInput*>(self);
-        if (watch.MustEnd()) {
-            return AVERROR_EXIT;
-        }
-        auto const done = static_cast<int>(source.Read(buffer, static_cast<std::size_t>(size)));
-        watch.NoteRead(done);
-        return done < 0 ? AVERROR(EIO) : done == 0 ? AVERROR_EOF : done;
-    }
-
-    static std::int64_t Seek(void* self, std::int64_t offset, int whence) {
-        CSourceFile& source = static_cast<CInput*>(self)->m_source;
-        return whence == AVSEEK_SIZE ? source.GetSize() : source.Seek(offset);
-    }
-
-    CSourceFile& m_source;
-    CDecodeWatch& m_watch;
-    CIoPtr m_io;
-    CFormatPtr m_format;
-};
-
-/// Mixes frames down to mono, resamples them to 44100 Hz and appends them to a buffer.
-/// Returns: 0 or more, or an error of libav's.
-class CMixer {
-public:
-    explicit CMixer(CSampleBuffer& buffer) : m_buffer(buffer) {}
-
-    int Push(AVFrame const& frame) {
-        int const status = Configure(frame);
-        auto** const data = const_cast<std::uint8_t const**>(frame.extended_data);
-        return status >= 0 ? Convert(data, frame.nb_samples) : status;
-    }
-
-    /// Hands on what the resampler still holds.
-    int Flush() { return m_resampler != nullptr ? Convert(nullptr, 0) : 0; }
-
-private:
-    int Configure(AVFrame const& frame);
-    int Convert(std::uint8_t const** data, int count) {
-        int const room = swr_get_out_samples(m_resampler.get(), count);
-        m_vBlock.resize(static_cast<std::size_t>(std::max(room, 0)));
-        auto* out = reinterpret_cast<std::uint8_t*>(m_vBlock.data());
-        int const done = room > 0 ? swr_convert(m_resampler.get(), &out, room, data, count) : room;
-        if (done > 0 && !m_buffer.Append({m_vBlock.data(), static_cast<std::size_t>(done)})) {
-            throw std::bad_alloc();
-        }
-        return done;
-    }
-
-    CSampleBuffer& m_buffer;
-    CResamplerPtr m_resampler;
-    std::vector<std::int16_t> m_vBlock;
-    std::tuple<int, int, int, std::uint64_t> m_shape; // rate, format, channels, speakers
-};
-
-/// Makes a resampler for frames like `frame`, unless the one at hand is.
-int CMixer::Configure(AVFrame const& frame) {
-    auto const& [order, channels, speakers, opaque] = frame.ch_layout;
-    std::uint64_t const mask = order == AV_CHANNEL_ORDER_NATIVE ? speakers.mask : 0;
-    auto const shape = std::tuple(frame.sample_rate, frame.format, channels, mask);
-    if (m_resampler != nullptr && m_shape == shape) {
-        return 0;
-    }
-    if (frame.sample_rate < kSlowestRate || frame.sample_rate > kFastestRate) {
-        return AVERROR(ERANGE);
-    }
-    int status = Flush();
-    AVChannelLayout mono = AV_CHANNEL_LAYOUT_MONO;
-    AVChannelLayout in{};
-    if (mask == 0 || av_channel_layout_from_mask(&in, mask) < 0) {
-        av_channel_layout_default(&in, channels);
-    }
-    auto const format = static_cast<AVSampleFormat>(frame.format);
-    SwrContext* resampler = nullptr;
-    if (status >= 0) {
-        status = swr_alloc_set_opts2(&resampler, &mono, AV_SAMPLE_FMT_S16, kOutputRate, &in, format,
-                                     frame.sample_rate, 0, nullptr);
-    }
-    m_resampler.reset(resampler);
-    if (status >= 0 && in.order == AV_CHANNEL_ORDER_UNSPEC) {
-        // More channels than any layout has names for: each counts alike.
-        std::vector<double> const shares(static_cast<std::size_t>(channels), 1.0 / channels);
-        status = swr_set_matrix(resampler, shares.data(), channels);
-    }
-    m_shape = shape;
-    return status >= 0 ? swr_init(resampler) : status;
-}
-
-/// One pass over the file. Texts returned are reasons for giving up, empty when there is none.
+/// One pass over the file. Problems returned are reasons for giving up.
 class CDecodeRun {
 public:
     CDecodeRun(std::string path, CSourceFile& source, CDecodeWatch& watch)
         : m_sPath(std::move(path)), m_source(source), m_watch(watch), m_input(source, watch) {}
 
     /// `wanted`: samples after which to stop; 0 for all, where a slow file is only counted.
-    std::string Run(std::int64_t wanted) {
+    EDecodeProblem Run(std::int64_t wanted) {
         m_nWanted = wanted;
-        std::string reason = Open();
-        return reason.empty() ? ReadAll() : reason;
+        EDecodeProblem const problem = Open();
+        return problem == EDecodeProblem::None ? ReadAll() : problem;
     }
 
     [[nodiscard]] bool IsSlow() const { return m_nFileRate < kOutputRate; }
-    [[nodiscard]] CDecodeDamage const& GetDamage() const { return m_damage; }
+
+    /// Enters what the run has learnt of the file.
+    void Tell(CDecodeReport& report) const;
 
     /// Frames without the tail that fills up the last AAC packet of an MP4 file: libav drops the
     /// padding at the start only. Nothing can be read any more afterwards.
     [[nodiscard]] std::int64_t CountWithoutTail();
 
     /// Hands the samples over for a file of `frames` frames.
-    std::string Finish(std::int64_t frames, CDecodedAudio& audio) {
-        audio.m_nFileRate = static_cast<std::uint32_t>(m_nFileRate);
+    EDecodeProblem Finish(std::int64_t frames, CDecodedAudio& audio) {
         // What a tail became after resampling goes with it.
         std::int64_t const musicEnd =
             frames < m_nFrames ? av_rescale_rnd(frames, kOutputRate, m_nFileRate, AV_ROUND_UP)
@@ -239,9 +96,9 @@ public:
     }
 
 private:
-    std::string Open();
-    std::string OpenDecoder(AVCodec const* decoder);
-    std::string ReadAll();
+    EDecodeProblem Open();
+    EDecodeProblem OpenDecoder(AVCodec const* decoder);
+    EDecodeProblem ReadAll();
     int Decode(AVPacket* packet);
     [[nodiscard]] std::int64_t TrackLength();
     [[nodiscard]] bool IsFull() const { return m_nWanted > 0 && m_buffer.GetCount() >= m_nWanted; }
@@ -249,46 +106,75 @@ private:
     std::string m_sPath;
     CSourceFile& m_source;
     CDecodeWatch& m_watch;
-    CInput m_input;
+    CAudioInput m_input;
+    EContainer m_container = EContainer::Unknown;
     AVStream* m_pStream = nullptr;
     CCodecPtr m_codec;
     CPacketPtr m_packet{Had(av_packet_alloc())};
     CFramePtr m_frame{Had(av_frame_alloc())};
     CSampleBuffer m_buffer;
-    CMixer m_mixer{m_buffer};
+    CAudioMixer m_mixer{m_buffer};
     CDecodeDamage m_damage;
     std::int64_t m_nWanted = 0;
     std::int64_t m_nFrames = 0;
     std::int64_t m_nSkippedStart = 0; // frames that the decoder drops at the start
+    std::int64_t m_nHeard = 0;        // length of the packets, in units of the stream
+    std::int64_t m_nPromised = 0;     // length that the header gives, likewise; 0 for none
     int m_nFileRate = 0;
+    int m_nChannels = 0;
 };
 
-std::string CDecodeRun::Open() {
-    if (m_input.Open(m_sPath, false) < 0 || avformat_find_stream_info(m_input.Get(), nullptr) < 0) {
-        return WithMessage("is not an audio file that can be read");
+void CDecodeRun::Tell(CDecodeReport& report) const {
+    m_damage.Tell(report);
+    report.m_container = m_container;
+    report.m_nFileRate = static_cast<std::uint32_t>(m_nFileRate);
+    report.m_nChannels = m_nChannels;
+    if (m_codec != nullptr) {
+        report.m_sDecoder = m_codec->codec->name;
+        double const unit = av_q2d(m_codec->pkt_timebase);
+        report.m_dPromisedSeconds = unit * static_cast<double>(m_nPromised);
+        report.m_dHeardSeconds = unit * static_cast<double>(m_nHeard);
+    }
+}
+
+EDecodeProblem CDecodeRun::Open() {
+    if (m_input.Open(m_sPath, false) < 0) {
+        return ProblemOfKind(m_source);
+    }
+    m_container = m_input.GetContainer();
+    AVFormatContext* const format = m_input.Get();
+    // Before the library fills in what it reckons.
+    std::vector<std::int64_t> const promises = PromisedLengths(*format);
+    if (avformat_find_stream_info(format, nullptr) < 0) {
+        return EDecodeProblem::BrokenContainer;
     }
     AVCodec const* decoder = nullptr;
-    AVFormatContext* const format = m_input.Get();
     int const best = av_find_best_stream(format, AVMEDIA_TYPE_AUDIO, -1, -1, &decoder, 0);
     if (best < 0) {
-        return best == AVERROR_DECODER_NOT_FOUND ? "holds audio of a kind that can't be decoded"
-                                                 : WithMessage("holds no audio");
+        return best == AVERROR_DECODER_NOT_FOUND ? EDecodeProblem::UnknownCodec
+                                                 : EDecodeProblem::NoAudio;
     }
     for (AVStream* stream : std::span(format->streams, format->nb_streams)) {
         stream->discard = stream->index == best ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
     }
     m_pStream = format->streams[best];
+    auto const index = static_cast<std::size_t>(best);
+    m_nPromised = index < promises.size() ? promises[index] : 0;
     return OpenDecoder(decoder);
 }
 
-std::string CDecodeRun::OpenDecoder(AVCodec const* decoder) {
+EDecodeProblem CDecodeRun::OpenDecoder(AVCodec const* decoder) {
+    if (std::ranges::find(kProtectedTags, m_pStream->codecpar->codec_tag) !=
+        std::end(kProtectedTags)) {
+        return EDecodeProblem::Protected;
+    }
     m_codec.reset(Had(avcodec_alloc_context3(decoder)));
     int status = avcodec_parameters_to_context(m_codec.get(), m_pStream->codecpar);
     m_codec->pkt_timebase = m_pStream->time_base; // without it the decoder trims wrongly
     m_codec->thread_count = 1;
     m_damage.SetCodec(decoder->name);
     status = status >= 0 ? avcodec_open2(m_codec.get(), decoder, nullptr) : status;
-    return status < 0 ? WithMessage("holds audio that can't be decoded") : std::string();
+    return status < 0 ? EDecodeProblem::Undecodable : EDecodeProblem::None;
 }
 
 /// Decodes one packet, or what the decoder still holds when it is null. A packet that can't be
@@ -302,6 +188,7 @@ int CDecodeRun::Decode(AVPacket* packet) {
         }
         m_watch.NoteYield();
         m_nFileRate = m_nFileRate == 0 ? m_frame->sample_rate : m_nFileRate;
+        m_nChannels = m_nChannels == 0 ? m_frame->ch_layout.nb_channels : m_nChannels;
         m_nFrames += m_frame->nb_samples;
         if (int const mixed = m_nWanted > 0 || !IsSlow() ? m_mixer.Push(*m_frame) : 0; mixed < 0) {
             return mixed;
@@ -314,7 +201,7 @@ int CDecodeRun::Decode(AVPacket* packet) {
     return 0;
 }
 
-std::string CDecodeRun::ReadAll() {
+EDecodeProblem CDecodeRun::ReadAll() {
     int status = 0;
     while (status >= 0 && !IsFull() && !m_watch.MustEnd() &&
            av_read_frame(m_input.Get(), m_packet.get()) >= 0) {
@@ -322,6 +209,7 @@ std::string CDecodeRun::ReadAll() {
             std::size_t size = 0;
             std::uint8_t const* const skip =
                 av_packet_get_side_data(m_packet.get(), AV_PKT_DATA_SKIP_SAMPLES, &size);
+            m_nHeard += m_packet->duration;
             m_nSkippedStart += size >= sizeof(std::uint32_t) ? AV_RL32(skip) : 0;
             status = Decode(m_packet.get());
         }
@@ -329,16 +217,16 @@ std::string CDecodeRun::ReadAll() {
     }
     status = status >= 0 ? Decode(nullptr) : status;
     status = status >= 0 ? m_mixer.Flush() : status;
-    return status == AVERROR(ERANGE) ? "has a sample rate that can't be worked with"
-           : status < 0              ? WithMessage("holds audio that can't be mixed down")
-                                     : std::string();
+    return status == AVERROR(ERANGE) ? EDecodeProblem::BadRate
+           : status < 0              ? EDecodeProblem::Unmixable
+                                     : EDecodeProblem::None;
 }
 
 /// Length of the track in frames by the container's table, edits left aside; 0 when unknown.
 std::int64_t CDecodeRun::TrackLength() {
     auto const index = static_cast<unsigned>(m_pStream->index);
     m_input.Close(); // the table of a long file takes megabytes: one at a time
-    CInput table(m_source, m_watch);
+    CAudioInput table(m_source, m_watch);
     if (table.Open(m_sPath, true) < 0 || index >= table.Get()->nb_streams) {
         return 0;
     }
@@ -348,12 +236,11 @@ std::int64_t CDecodeRun::TrackLength() {
 }
 
 std::int64_t CDecodeRun::CountWithoutTail() {
-    AVFormatContext const& format = *m_input.Get();
-    bool const isMp4 = std::string_view(format.iformat->name).find("mp4") != std::string_view::npos;
-    if (m_nFrames == 0 || !isMp4 || m_codec->codec_id != AV_CODEC_ID_AAC) {
+    if (m_nFrames == 0 || m_container != EContainer::Mp4 || m_codec->codec_id != AV_CODEC_ID_AAC) {
         return m_nFrames;
     }
-    AVDictionaryEntry const* const note = av_dict_get(format.metadata, "iTunSMPB", nullptr, 0);
+    AVDictionaryEntry const* const note =
+        av_dict_get(m_input.Get()->metadata, "iTunSMPB", nullptr, 0);
     if (auto const gapless = ParseGaplessNote(note != nullptr ? note->value : "")) {
         return CountWithoutPadding(m_nFrames, m_nSkippedStart, *gapless);
     }
@@ -361,40 +248,47 @@ std::int64_t CDecodeRun::CountWithoutTail() {
     return length > 0 ? std::min(m_nFrames, length) : m_nFrames;
 }
 
-std::string DecodeFile(std::string const& path, CSourceFile& source, CDecodeWatch& watch,
-                       CDecodedAudio& audio) {
+EDecodeProblem DecodeFile(std::string const& path, CSourceFile& source, CDecodeWatch& watch,
+                          CDecodedAudio& audio, CDecodeReport& report) {
     CDecodeRun first(path, source, watch);
-    std::string reason = first.Run(0);
-    std::int64_t const frames = reason.empty() ? first.CountWithoutTail() : 0;
-    audio.m_sDamage = first.GetDamage().Describe();
+    EDecodeProblem problem = first.Run(0);
+    std::int64_t const frames = problem == EDecodeProblem::None ? first.CountWithoutTail() : 0;
+    first.Tell(report);
+    if (problem != EDecodeProblem::None) {
+        return problem;
+    }
     if (frames <= 0 || !first.IsSlow()) {
-        return reason.empty() ? first.Finish(frames, audio) : reason;
+        return first.Finish(frames, audio);
     }
     CDecodeRun second(path, source, watch);
-    reason = second.Run(frames);
-    return reason.empty() ? second.Finish(frames, audio) : reason;
+    problem = second.Run(frames);
+    return problem == EDecodeProblem::None ? second.Finish(frames, audio) : problem;
 }
 
 } // namespace
 
 CStatus CAudioDecoder::Decode(std::string const& path, CDecodedAudio& audio) {
-    SetUpOnce();
     ForgetMessage();
     audio = {};
+    m_report = {};
     CDecodeWatch watch(m_pCancel, m_patience);
+    EDecodeProblem& problem = m_report.m_problem;
     try {
         CSourceFile source;
-        m_sReason = source.Open(path);
-        if (m_sReason.empty()) {
-            m_sReason = DecodeFile(path, source, watch, audio);
-            m_sReason = watch.Explain(source.Explain(m_sReason));
+        problem = source.Open(path);
+        if (problem == EDecodeProblem::None) {
+            problem = DecodeFile(path, source, watch, audio, m_report);
+            problem = watch.Explain(source.Explain(problem));
         }
+        m_report.m_identity = source.GetIdentity();
+        m_report.m_nError = problem == EDecodeProblem::SystemError ? source.GetError() : 0;
     } catch (std::bad_alloc const&) {
-        m_sReason = "there is not enough memory for it";
+        problem = EDecodeProblem::NoMemory;
     }
-    if (m_sReason.empty()) {
+    m_report.m_sDetail = LastMessage();
+    if (problem == EDecodeProblem::None) {
         return kStatusOk;
     }
     audio = {};
-    return watch.IsCancelled() ? kStatusNothing : kStatusFailure;
+    return problem == EDecodeProblem::Cancelled ? kStatusNothing : kStatusFailure;
 }

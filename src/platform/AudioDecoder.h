@@ -5,6 +5,7 @@
 
 #include "base/CancelFlag.h"
 #include "base/Status.h"
+#include "platform/DecodeProblem.h"
 #include "platform/DecodedAudio.h"
 
 #include <chrono>
@@ -24,14 +25,15 @@ public:
 
     /// Decodes the file at `path`, which is bytes and need not be UTF-8.
     /// Returns: `kStatusOk` with at least one sample in `audio`, `kStatusNothing` when cancelled,
-    /// `kStatusFailure` with a reason. `audio` is empty unless the status is `kStatusOk`.
+    /// `kStatusFailure` with a problem in the report. `audio` is empty unless the status is
+    /// `kStatusOk`.
     CStatus Decode(std::string const& path, CDecodedAudio& audio);
 
-    /// Why the last decode did not succeed, for a person, without the file's name; else empty.
-    [[nodiscard]] std::string const& GetReason() const { return m_sReason; }
+    /// What there is to tell of the last decode.
+    [[nodiscard]] CDecodeReport const& GetReport() const { return m_report; }
 
 private:
     CCancelFlag const* m_pCancel;
     std::chrono::milliseconds m_patience{30'000};
-    std::string m_sReason;
+    CDecodeReport m_report;
 };

@@ -28,14 +28,8 @@ void CDecodeDamage::Note(std::span<std::uint8_t const> packet, bool isDecoded) {
     }
 }
 
-std::string CDecodeDamage::Describe() const {
-    std::string text;
-    if (m_nBad > 0) {
-        text = "is damaged: " + std::to_string(m_nBad) + " of " + std::to_string(m_nBad + m_nGood) +
-               " packets can't be decoded";
-    }
-    if (m_bBreaksOff) {
-        text += text.empty() ? "breaks off in the middle of a frame" : ", and it breaks off";
-    }
-    return text;
+void CDecodeDamage::Tell(CDecodeReport& report) const {
+    report.m_nBadPackets = m_nBad;
+    report.m_nPackets = m_nBad + m_nGood;
+    report.m_bBreaksOff = m_bBreaksOff;
 }

@@ -3,9 +3,10 @@
 
 #pragma once
 
+#include "platform/DecodeProblem.h"
+
 #include <cstdint>
 #include <span>
-#include <string>
 #include <string_view>
 
 /// Counts the packets of a stream that could not be decoded.
@@ -19,8 +20,8 @@ public:
     /// is where the file breaks off.
     void Note(std::span<std::uint8_t const> packet, bool isDecoded);
 
-    /// What to tell a person, empty when there is nothing.
-    [[nodiscard]] std::string Describe() const;
+    /// Enters the counts into `report`.
+    void Tell(CDecodeReport& report) const;
 
 private:
     bool m_bMp3 = false;

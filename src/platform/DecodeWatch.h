@@ -4,10 +4,10 @@
 #pragma once
 
 #include "base/CancelFlag.h"
+#include "platform/DecodeProblem.h"
 
 #include <chrono>
 #include <cstdint>
-#include <string>
 
 /// Tells when a decode has to end before its time: it was cancelled, or the file has kept it busy
 /// for too long, or with too many bytes, without giving a sample.
@@ -24,12 +24,12 @@ public:
                CClock::now() - m_lastYield >= m_patience;
     }
 
-    /// Why it had to end, for a person; `reason` when it didn't have to.
-    [[nodiscard]] std::string Explain(std::string const& reason) const {
+    /// Why it had to end; `problem` when it didn't have to.
+    [[nodiscard]] EDecodeProblem Explain(EDecodeProblem problem) const {
         if (IsCancelled()) {
-            return "cancelled";
+            return EDecodeProblem::Cancelled;
         }
-        return MustEnd() ? "gave no audio for too long" : reason;
+        return MustEnd() ? EDecodeProblem::NoAudioForTooLong : problem;
     }
 
     /// Notes that `bytes` of the file were read.

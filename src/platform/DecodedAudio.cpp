@@ -3,8 +3,6 @@
 
 #include "platform/DecodedAudio.h"
 
-#include "platform/LastMessage.h"
-
 #include <limits>
 
 std::optional<std::int32_t> SampleCountOf(std::int64_t frames) {
@@ -17,20 +15,20 @@ std::optional<std::int32_t> SampleCountOf(std::int64_t frames) {
     return static_cast<std::int32_t>(low);
 }
 
-std::string TakeSamples(CSampleBuffer& buffer, std::int64_t frames, std::int64_t musicEnd,
-                        CDecodedAudio& audio) {
+EDecodeProblem TakeSamples(CSampleBuffer& buffer, std::int64_t frames, std::int64_t musicEnd,
+                           CDecodedAudio& audio) {
     if (frames <= 0) {
-        return WithMessage("holds no audio");
+        return EDecodeProblem::NoAudio;
     }
     std::optional<std::int32_t> const count = SampleCountOf(frames);
     if (!count) {
-        return "is too long";
+        return EDecodeProblem::TooLong;
     }
     if ((musicEnd < buffer.GetCount() && !buffer.SetCount(static_cast<std::int32_t>(musicEnd))) ||
         !buffer.SetCount(*count)) {
-        return "is too long for the memory at hand";
+        return EDecodeProblem::NoMemory;
     }
     audio.m_pSamples = buffer.Release();
     audio.m_nCount = *count;
-    return {};
+    return EDecodeProblem::None;
 }

@@ -3,12 +3,12 @@
 
 #pragma once
 
+#include "platform/DecodeProblem.h"
 #include "platform/SampleBuffer.h"
 
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <string>
 
 /// One decoded file.
 /// Units: samples in [-1.00003, 1], 44100 a second.
@@ -18,9 +18,7 @@ struct CDecodedAudio {
     }
 
     CSamplePtr m_pSamples;
-    std::int32_t m_nCount = 0;     // samples in the buffer
-    std::uint32_t m_nFileRate = 0; // samples per second of the file itself
-    std::string m_sDamage;         // what could not be decoded, for a person; empty: all could
+    std::int32_t m_nCount = 0; // samples in the buffer
 };
 
 /// Length of the buffer for a file of `frames` frames at its own rate: the low 32 bits of the
@@ -29,6 +27,6 @@ std::optional<std::int32_t> SampleCountOf(std::int64_t frames);
 
 /// Moves `buffer` into `audio`, as long as `SampleCountOf(frames)` says. What lies at or past
 /// `musicEnd`, in samples at 44100 Hz, becomes 0.
-/// Returns: the reason for a person when that can't be done, else an empty text.
-std::string TakeSamples(CSampleBuffer& buffer, std::int64_t frames, std::int64_t musicEnd,
-                        CDecodedAudio& audio);
+/// Returns: why that can't be done; `None` when it is.
+EDecodeProblem TakeSamples(CSampleBuffer& buffer, std::int64_t frames, std::int64_t musicEnd,
+                           CDecodedAudio& audio);

@@ -21,12 +21,8 @@ void ForgetMessage() {
     t_message.front() = '\0';
 }
 
-std::string WithMessage(std::string text) {
+std::string LastMessage() {
     std::string message = t_message.data();
     message.erase(message.find_last_not_of(" .\n") + 1);
-    // This one only repeats that the format is none of ours.
-    if (message.empty() || message.starts_with("Format not on whitelist")) {
-        return text;
-    }
-    return text + " (" + message + ")";
+    return message;
 }

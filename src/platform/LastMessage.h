@@ -14,5 +14,5 @@ void KeepMessage(char const* format, va_list arguments);
 
 void ForgetMessage();
 
-/// `text` with the last message in brackets behind it; `text` alone when there is none.
-std::string WithMessage(std::string text);
+/// The last message, without a line end; empty when there is none.
+std::string LastMessage();

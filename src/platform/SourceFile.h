@@ -3,6 +3,9 @@
 
 #pragma once
 
+#include "base/FileIdentity.h"
+#include "platform/DecodeProblem.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -18,8 +21,8 @@ public:
     CSourceFile& operator=(CSourceFile const&) = delete;
 
     /// Opens the file at `path`, once.
-    /// Returns: the reason for a person when it can't be read, else an empty text.
-    std::string Open(std::string const& path);
+    /// Returns: why it can't be read; `None` when it can.
+    EDecodeProblem Open(std::string const& path);
 
     /// Reads up to `size` bytes at the current position.
     /// Returns: the bytes read, 0 at the end, negative after an error of the system.
@@ -29,18 +32,25 @@ public:
     /// Returns: the position, negative when it can't be reached.
     std::int64_t Seek(std::int64_t position);
 
-    /// Length in bytes when the file was opened.
-    [[nodiscard]] std::int64_t GetSize() const { return m_nSize; }
+    /// What was opened, as it was then.
+    [[nodiscard]] CFileIdentity const& GetIdentity() const { return m_identity; }
 
-    /// What went wrong for a person: an error of `Read`, or that the file no longer is what was
-    /// opened (its length, its time of change, or what its path names). When nothing of that kind
-    /// did, `reason` as it is.
-    [[nodiscard]] std::string Explain(std::string const& reason) const;
+    /// Length in bytes when the file was opened.
+    [[nodiscard]] std::int64_t GetSize() const { return m_identity.m_nSize; }
+
+    /// What went wrong: an error of `Read`, or that the file no longer is what was opened (its
+    /// length, its times, or what its path names). When nothing of that kind did, `problem`.
+    [[nodiscard]] EDecodeProblem Explain(EDecodeProblem problem);
+
+    /// The number that belongs to `SystemError`; 0 before there was one.
+    [[nodiscard]] int GetError() const { return m_nError; }
 
 private:
+    EDecodeProblem Fail(int error);
+
     std::string m_sPath;
     int m_nFile = -1;
     int m_nReadError = 0;
-    std::int64_t m_nSize = 0;
-    std::int64_t m_nChangeTime = 0; // nanoseconds since the epoch
+    int m_nError = 0;
+    CFileIdentity m_identity;
 };

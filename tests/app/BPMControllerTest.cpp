@@ -131,7 +131,7 @@ TEST_F(BPMControllerTest, PinsAFailedFileIsDoneWithZeroInRowAndTag) {
     waitUntilIdle();
     EXPECT_EQ(tempo(0), "0.00");
     EXPECT_TRUE(isDone(0));
-    EXPECT_NE(controller.rowState(0).m_sFailure, "");
+    EXPECT_EQ(controller.rowState(0).m_outcome.m_problem, EAnalysisProblem::NotDecoded);
     EXPECT_EQ(controller.rowState(0).m_writeProblem, EWriteProblem::None);
     EXPECT_NE(ReadText(file).find("TBPM"), std::string::npos);
     EXPECT_EQ(controller.status().m_nFailed, 1U);
@@ -153,7 +153,7 @@ TEST_F(BPMControllerTest, ASilentFileHasNoTempoAndAReason) {
     controller.openFile({path(file)});
     waitUntilIdle();
     EXPECT_EQ(tempo(0), "0.00");
-    EXPECT_EQ(controller.rowState(0).m_sFailure, "no beat was found in it");
+    EXPECT_EQ(controller.rowState(0).m_outcome.m_problem, EAnalysisProblem::NoBeat);
 }
 
 TEST_F(BPMControllerTest, ARowThatIsStartedHasProgressAtOnce) {
@@ -202,7 +202,7 @@ TEST_F(BPMControllerTest, AFailureIsForgottenWhenTheFileWorksLater) {
     controller.reScan();
     waitUntilIdle();
     EXPECT_EQ(tempo(0), "120.00");
-    EXPECT_EQ(controller.rowState(0).m_sFailure, "");
+    EXPECT_EQ(controller.rowState(0).m_outcome.m_problem, EAnalysisProblem::None);
     EXPECT_EQ(controller.status().m_nFailed, 0U);
 }
 
@@ -246,7 +246,7 @@ TEST_F(BPMControllerTest, StopLeavesTheRunningFileAndThoseBehindItUntouched) {
     EXPECT_FALSE(isDone(0));
     EXPECT_FALSE(isDone(1));
     EXPECT_EQ(controller.rowState(0).m_nPercent, -1);
-    EXPECT_EQ(controller.rowState(0).m_sFailure, "");
+    EXPECT_EQ(controller.rowState(0).m_outcome.m_problem, EAnalysisProblem::None);
     EXPECT_EQ(controller.status().m_nUndone, 2U);
     EXPECT_EQ(ReadBytes(second), before);
     EXPECT_EQ(view.canClose(), (Flags{false, true}));

@@ -113,7 +113,9 @@ TEST_F(FileAnalyzerTest, MissingFileHasNoTempoAndAReason) {
     analyzer.Wait();
     EXPECT_THAT(Texts(kFileCompleteNotification), ElementsAre("0.00"));
     EXPECT_EQ(m_vPosted.back().m_sName, kAnalysisCompleteNotification);
-    EXPECT_EQ(analyzer.GetFailure(), "No such file or directory");
+    EXPECT_EQ(analyzer.GetOutcome().m_problem, EAnalysisProblem::NotDecoded);
+    EXPECT_EQ(analyzer.GetOutcome().m_report.m_problem, EDecodeProblem::SystemError);
+    EXPECT_EQ(analyzer.GetOutcome().m_report.m_nError, ENOENT);
     EXPECT_FALSE(analyzer.WasCancelled());
 }
 
@@ -126,7 +128,7 @@ TEST_F(FileAnalyzerTest, ClipOfTenSecondsRunsItsCourse) {
     analyzer.Analyze(&file);
     analyzer.Wait();
     EXPECT_THAT(Texts(kFileCompleteNotification), ElementsAre("96.00"));
-    EXPECT_EQ(analyzer.GetFailure(), "");
+    EXPECT_EQ(analyzer.GetOutcome().m_problem, EAnalysisProblem::None);
 
     std::vector<std::string> const progress = Texts(kFileProgressNotification);
     ASSERT_GE(progress.size(), 6U);
@@ -190,7 +192,7 @@ TEST_F(FileAnalyzerTest, FailureLeavesNothingOfTheFileBefore) {
         analyzer.Wait();
     }
     EXPECT_THAT(Texts(kFileCompleteNotification), ElementsAre("96.00", "0.00", "96.00"));
-    EXPECT_EQ(analyzer.GetFailure(), "");
+    EXPECT_EQ(analyzer.GetOutcome().m_problem, EAnalysisProblem::None);
 }
 
 TEST_F(FileAnalyzerTest, ChainFromTheLastNotificationKeepsTwoThreadsAtMost) {
@@ -300,8 +302,8 @@ TEST_F(FileAnalyzerTest, DamageDoesNotKeepTheTempoBack) {
     CFileAnalyzer analyzer;
     analyzer.Analyze(&File("cut.mp3"));
     analyzer.Wait();
-    EXPECT_EQ(analyzer.GetFailure(), "");
-    EXPECT_EQ(analyzer.GetDamage(), "breaks off in the middle of a frame");
+    EXPECT_EQ(analyzer.GetOutcome().m_problem, EAnalysisProblem::None);
+    EXPECT_TRUE(analyzer.GetOutcome().m_report.m_bBreaksOff);
     ASSERT_EQ(Texts(kFileCompleteNotification).size(), 1U);
     EXPECT_NEAR(std::stod(Texts(kFileCompleteNotification)[0]), 96.0, 0.2);
 }

@@ -202,12 +202,12 @@ TEST_F(FileTableModelTest, ARowOfTheListThatIsNotShownYetIsNotReloaded) {
 
 TEST_F(FileTableModelTest, TheToolTipHasThePathAndWhatWentWrong) {
     list.append(u"a.mp3", u"", u"0.00");
-    list.rows[0].state.m_sFailure = "no audio found";
+    list.rows[0].state.m_outcome.m_problem = EAnalysisProblem::NoBeat;
     list.rows[0].state.m_writeProblem = EWriteProblem::DiskFull;
     show();
     EXPECT_EQ(model.index(0, 0).data(Qt::ToolTipRole).toString(),
               "/music/a.mp3\n"
-              "No tempo: no audio found; Tempo not stored: the disk is full");
+              "No tempo: no beat was found in it; Tempo not stored: the disk is full");
     EXPECT_TRUE(model.index(0, 2).data(Qt::DecorationRole).isValid());
 }
 
@@ -217,9 +217,9 @@ TEST_F(FileTableModelTest, AFileThatTakesNoTagHasNoWarning) {
     show();
     EXPECT_FALSE(model.index(0, 2).data(Qt::DecorationRole).isValid());
     EXPECT_TRUE(model.index(0, 2).data(Qt::ToolTipRole).toString().contains("only MP3"));
-    list.rows[0].state.m_sFailure = "no audio found";
+    list.rows[0].state.m_outcome.m_problem = EAnalysisProblem::NoBeat;
     EXPECT_EQ(model.index(0, 2).data(Qt::ToolTipRole).toString(),
-              "/music/a.wav\nNo tempo: no audio found");
+              "/music/a.wav\nNo tempo: no beat was found in it");
 }
 
 TEST_F(FileTableModelTest, TheTempoIsWrittenInTheUsersForm) {
@@ -272,9 +272,9 @@ TEST_F(FileTableModelTest, AScreenReaderHearsWhatIsWrongWithARow) {
         return model.index(0, column).data(Qt::AccessibleDescriptionRole).toString().toStdString();
     };
     EXPECT_EQ(description(0), "");
-    list.rows[0].state.m_sFailure = "no audio found";
-    EXPECT_EQ(description(0), "No tempo: no audio found");
-    EXPECT_EQ(description(2), "No tempo: no audio found");
+    list.rows[0].state.m_outcome.m_problem = EAnalysisProblem::NoBeat;
+    EXPECT_EQ(description(0), "No tempo: no beat was found in it");
+    EXPECT_EQ(description(2), "No tempo: no beat was found in it");
 }
 
 TEST_F(FileTableModelTest, ARowThatIsReadSaysSoUntilItsFirstPercentage) {

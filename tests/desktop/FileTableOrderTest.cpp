@@ -25,7 +25,8 @@ struct FileTableOrderTest : testing::Test {
     void setState(std::size_t id, std::u16string const& title) {
         list.rows[id].title = title;
         list.rows[id].state.m_bDone = title != u"todo";
-        list.rows[id].state.m_sFailure = title == u"failed" ? "no audio found" : "";
+        list.rows[id].state.m_outcome.m_problem =
+            title == u"failed" ? EAnalysisProblem::NoBeat : EAnalysisProblem::None;
     }
 
     std::vector<std::string> titles() const {

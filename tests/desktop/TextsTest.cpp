@@ -5,10 +5,12 @@
 
 #include "Language.h"
 
+#include <cerrno>
 #include <gtest/gtest.h>
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 TEST(TextsTest, EveryReasonForATempoThatIsNotStoredHasWords) {
     for (int i = 1; i < kWriteProblems; ++i) {
@@ -40,28 +42,88 @@ TEST(TextsTest, NoReasonSharesItsWordsAndAllAreTranslated) {
     }
 }
 
+TEST(TextsTest, EveryReasonForNoTempoHasWordsAndATranslation) {
+    std::vector<CRowState> rows;
+    for (int i = 1; i < kDecodeProblems; ++i) {
+        CRowState& row = rows.emplace_back();
+        row.m_outcome.m_problem = EAnalysisProblem::NotDecoded;
+        row.m_outcome.m_report.m_problem = static_cast<EDecodeProblem>(i);
+    }
+    for (int i = 1; i < kAnalysisProblems; ++i) {
+        if (static_cast<EAnalysisProblem>(i) != EAnalysisProblem::NotDecoded) {
+            rows.emplace_back().m_outcome.m_problem = static_cast<EAnalysisProblem>(i);
+        }
+    }
+    for (CRowState const& row : rows) {
+        auto const number = static_cast<int>(row.m_outcome.m_report.m_problem);
+        std::string english;
+        {
+            CLanguage const language(QLocale(QLocale::English, QLocale::UnitedStates));
+            english = ProblemText(row).toStdString();
+        }
+        ASSERT_TRUE(english.starts_with("No tempo: ")) << number;
+        std::string const words = english.substr(std::string("No tempo: ").size());
+        EXPECT_NE(words, "") << number;
+        CLanguage const german(QLocale(QLocale::German, QLocale::Germany));
+        std::string const translated = ProblemText(row).toStdString();
+        EXPECT_TRUE(translated.starts_with("Kein Tempo: ")) << translated;
+        if (row.m_outcome.m_report.m_problem != EDecodeProblem::SystemError) {
+            EXPECT_FALSE(translated.ends_with(words)) << translated;
+        }
+    }
+}
+
 TEST(TextsTest, ReasonsArePartsOfASentenceInTheUsersLanguage) {
     CRowState row;
-    row.m_sFailure = "is not an audio file that can be read (Invalid data)";
-    row.m_sDamage = "is damaged: 3 of 1200 packets can't be decoded, and it breaks off";
+    row.m_outcome.m_problem = EAnalysisProblem::NoBeat;
+    row.m_outcome.m_report.m_nBadPackets = 3;
+    row.m_outcome.m_report.m_nPackets = 1200;
+    row.m_outcome.m_report.m_bBreaksOff = true;
     row.m_writeProblem = EWriteProblem::DiskFull;
     {
         CLanguage const english(QLocale(QLocale::English, QLocale::UnitedStates));
         EXPECT_EQ(ProblemText(row).toStdString(),
-                  "No tempo: it is not an audio file that can be read (Invalid data); "
-                  "Analyzed in part: the file is damaged, 3 of 1200 packets can't be decoded, "
+                  "No tempo: no beat was found in it; "
+                  "Analyzed in part: the file is damaged, 3 of 1,200 packets can't be decoded, "
                   "and it breaks off; Tempo not stored: the disk is full");
     }
     CLanguage const german(QLocale(QLocale::German, QLocale::Germany));
     EXPECT_EQ(
         ProblemText(row).toStdString(),
-        "Kein Tempo: es ist keine lesbare Audiodatei (Invalid data); "
-        "Teilweise analysiert: die Datei ist beschädigt, 3 von 1200 Paketen lassen sich nicht "
+        "Kein Tempo: es wurde kein Takt gefunden; "
+        "Teilweise analysiert: die Datei ist beschädigt, 3 von 1.200 Paketen lassen sich nicht "
         "dekodieren, und sie bricht ab; Tempo nicht gespeichert: der Datenträger ist voll");
-    row.m_sFailure = "No such file or directory"; // the system's own words
-    row.m_sDamage.clear();
-    row.m_writeProblem = EWriteProblem::None;
+}
+
+TEST(TextsTest, TheSystemsOwnWordsStay) {
+    CLanguage const german(QLocale(QLocale::German, QLocale::Germany));
+    CRowState row;
+    row.m_outcome.m_problem = EAnalysisProblem::NotDecoded;
+    row.m_outcome.m_report.m_problem = EDecodeProblem::SystemError;
+    row.m_outcome.m_report.m_nError = ENOENT;
     EXPECT_EQ(ProblemText(row).toStdString(), "Kein Tempo: No such file or directory");
+}
+
+TEST(TextsTest, AnEarlyEndIsToldInTheUsersNumbers) {
+    CLanguage const german(QLocale(QLocale::German, QLocale::Germany));
+    CRowState row;
+    row.m_outcome.m_report.m_dPromisedSeconds = 12.0;
+    row.m_outcome.m_report.m_dHeardSeconds = 11.7;
+    EXPECT_EQ(ProblemText(row).toStdString(),
+              "Teilweise analysiert: die Datei endet zu früh, nach 11,7 von 12,0 Sekunden");
+    row.m_outcome.m_report.m_nBadPackets = 1;
+    row.m_outcome.m_report.m_nPackets = 2;
+    EXPECT_EQ(ProblemText(row).toStdString(),
+              "Teilweise analysiert: die Datei ist beschädigt, 1 von 2 Paketen lassen sich nicht "
+              "dekodieren, und sie endet zu früh, nach 11,7 von 12,0 Sekunden");
+}
+
+TEST(TextsTest, ADamagedFileThatCouldNotBeDecodedHasOneReason) {
+    CRowState row;
+    row.m_outcome.m_problem = EAnalysisProblem::NotDecoded;
+    row.m_outcome.m_report.m_problem = EDecodeProblem::Changed;
+    row.m_outcome.m_report.m_nBadPackets = 1;
+    EXPECT_EQ(ProblemText(row).toStdString(), "No tempo: the file changed while it was read");
 }
 
 TEST(TextsTest, TheFileNameIsWhatFollowsTheLastSlash) {

@@ -32,24 +32,24 @@ protected:
 };
 
 TEST_F(TakeSamplesTest, BufferIsCutOrFilled) {
-    EXPECT_EQ(TakeSamples(m_buffer, 5, 3, m_audio), "");
+    EXPECT_EQ(TakeSamples(m_buffer, 5, 3, m_audio), EDecodeProblem::None);
     EXPECT_THAT(m_audio.Samples(), ElementsAre(1.0f, 1.0f, 1.0f, 0.0f, 0.0f));
     EXPECT_EQ(m_buffer.GetCount(), 0);
 
     CSampleBuffer longer;
     ASSERT_TRUE(longer.Append(std::vector<std::int16_t>{32767, 0, 32767}));
-    EXPECT_EQ(TakeSamples(longer, 2, 3, m_audio), "");
+    EXPECT_EQ(TakeSamples(longer, 2, 3, m_audio), EDecodeProblem::None);
     EXPECT_THAT(m_audio.Samples(), ElementsAre(1.0f, 0.0f));
 }
 
 TEST_F(TakeSamplesTest, WhatLiesPastTheMusicBecomesZero) {
-    EXPECT_EQ(TakeSamples(m_buffer, 3, 1, m_audio), "");
+    EXPECT_EQ(TakeSamples(m_buffer, 3, 1, m_audio), EDecodeProblem::None);
     EXPECT_THAT(m_audio.Samples(), ElementsAre(1.0f, 0.0f, 0.0f));
 }
 
 TEST_F(TakeSamplesTest, NoFramesAndTooManyAreReasons) {
-    EXPECT_EQ(TakeSamples(m_buffer, 0, 3, m_audio), "holds no audio");
-    EXPECT_EQ(TakeSamples(m_buffer, 0x80000000, 3, m_audio), "is too long");
+    EXPECT_EQ(TakeSamples(m_buffer, 0, 3, m_audio), EDecodeProblem::NoAudio);
+    EXPECT_EQ(TakeSamples(m_buffer, 0x80000000, 3, m_audio), EDecodeProblem::TooLong);
     EXPECT_EQ(m_audio.m_nCount, 0);
 }
 

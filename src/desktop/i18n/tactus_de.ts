@@ -267,89 +267,6 @@
     </message>
 </context>
 <context>
-    <name>Reasons</name>
-    <message>
-        <source>is a folder, not a file</source>
-        <translation>es ist ein Ordner, keine Datei</translation>
-    </message>
-    <message>
-        <source>is not a regular file</source>
-        <translation>es ist keine gewöhnliche Datei</translation>
-    </message>
-    <message>
-        <source>the file is empty</source>
-        <translation>die Datei ist leer</translation>
-    </message>
-    <message>
-        <source>vanished while it was read</source>
-        <translation>die Datei ist beim Lesen verschwunden</translation>
-    </message>
-    <message>
-        <source>changed while it was read</source>
-        <translation>die Datei hat sich beim Lesen geändert</translation>
-    </message>
-    <message>
-        <source>is not an audio file that can be read</source>
-        <translation>es ist keine lesbare Audiodatei</translation>
-    </message>
-    <message>
-        <source>holds no audio</source>
-        <translation>die Datei enthält keinen Ton</translation>
-    </message>
-    <message>
-        <source>holds audio of a kind that can&apos;t be decoded</source>
-        <translation>diese Art von Audiodaten lässt sich nicht dekodieren</translation>
-    </message>
-    <message>
-        <source>holds audio that can&apos;t be decoded</source>
-        <translation>die Audiodaten lassen sich nicht dekodieren</translation>
-    </message>
-    <message>
-        <source>holds audio that can&apos;t be mixed down</source>
-        <translation>die Audiodaten lassen sich nicht zusammenmischen</translation>
-    </message>
-    <message>
-        <source>has a sample rate that can&apos;t be worked with</source>
-        <translation>die Abtastrate ist nicht verwendbar</translation>
-    </message>
-    <message>
-        <source>is too long</source>
-        <translation>die Datei ist zu lang</translation>
-    </message>
-    <message>
-        <source>is too long for the memory at hand</source>
-        <translation>die Datei ist zu lang für den vorhandenen Speicher</translation>
-    </message>
-    <message>
-        <source>there is not enough memory for it</source>
-        <translation>der Speicher reicht dafür nicht</translation>
-    </message>
-    <message>
-        <source>gave no audio for too long</source>
-        <translation>die Datei lieferte zu lange keinen Ton</translation>
-    </message>
-    <message>
-        <source>no beat was found in it</source>
-        <translation>es wurde kein Takt gefunden</translation>
-    </message>
-    <message>
-        <source>no thread could be started</source>
-        <translation>es konnte kein Thread gestartet werden</translation>
-    </message>
-    <message>
-        <source>is damaged: %1 of %2 packets can&apos;t be decoded</source>
-        <translation>die Datei ist beschädigt, %1 von %2 Paketen lassen sich nicht dekodieren</translation>
-    </message>
-    <message>
-        <source>is damaged: %1 of %2 packets can&apos;t be decoded, and it breaks off</source>
-        <translation>die Datei ist beschädigt, %1 von %2 Paketen lassen sich nicht dekodieren, und sie bricht ab</translation>
-    </message>
-    <message>
-        <source>breaks off in the middle of a frame</source>
-        <translation>die Datei bricht mitten in einem Frame ab</translation>
-    </message>
-</context>
-<context>
     <name>StatusTexts</name>
     <message>
         <source>Reading “%1”</source>
@@ -453,6 +370,114 @@
 </context>
 <context>
     <name>Texts</name>
+    <message>
+        <source>it is a folder, not a file</source>
+        <translation>es ist ein Ordner, keine Datei</translation>
+    </message>
+    <message>
+        <source>it is not a regular file</source>
+        <translation>es ist keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <source>the file is empty</source>
+        <translation>die Datei ist leer</translation>
+    </message>
+    <message>
+        <source>the file vanished while it was read</source>
+        <translation>die Datei ist beim Lesen verschwunden</translation>
+    </message>
+    <message>
+        <source>the file changed while it was read</source>
+        <translation>die Datei hat sich beim Lesen geändert</translation>
+    </message>
+    <message>
+        <source>it is not an audio file that can be read</source>
+        <translation>es ist keine lesbare Audiodatei</translation>
+    </message>
+    <message>
+        <source>files of its kind aren&apos;t read</source>
+        <translation>Dateien dieser Art werden nicht gelesen</translation>
+    </message>
+    <message>
+        <source>it is an MP3 of free format, which isn&apos;t read</source>
+        <translation>es ist eine MP3-Datei im freien Format, das nicht gelesen wird</translation>
+    </message>
+    <message>
+        <source>the file is damaged or incomplete</source>
+        <translation>die Datei ist beschädigt oder unvollständig</translation>
+    </message>
+    <message>
+        <source>the file holds no audio</source>
+        <translation>die Datei enthält keinen Ton</translation>
+    </message>
+    <message>
+        <source>the file is protected</source>
+        <translation>die Datei ist kopiergeschützt</translation>
+    </message>
+    <message>
+        <source>its kind of audio can&apos;t be decoded</source>
+        <translation>diese Art von Audiodaten lässt sich nicht dekodieren</translation>
+    </message>
+    <message>
+        <source>its audio can&apos;t be decoded</source>
+        <translation>die Audiodaten lassen sich nicht dekodieren</translation>
+    </message>
+    <message>
+        <source>its audio can&apos;t be mixed down</source>
+        <translation>die Audiodaten lassen sich nicht zusammenmischen</translation>
+    </message>
+    <message>
+        <source>its sample rate can&apos;t be worked with</source>
+        <translation>die Abtastrate ist nicht verwendbar</translation>
+    </message>
+    <message>
+        <source>the file is too long</source>
+        <translation>die Datei ist zu lang</translation>
+    </message>
+    <message>
+        <source>there is not enough memory for it</source>
+        <translation>der Speicher reicht dafür nicht</translation>
+    </message>
+    <message>
+        <source>the file gave no audio for too long</source>
+        <translation>die Datei lieferte zu lange keinen Ton</translation>
+    </message>
+    <message>
+        <source>the analysis was stopped</source>
+        <translation>die Analyse wurde angehalten</translation>
+    </message>
+    <message>
+        <source>no beat was found in it</source>
+        <translation>es wurde kein Takt gefunden</translation>
+    </message>
+    <message>
+        <source>no thread could be started</source>
+        <translation>es konnte kein Thread gestartet werden</translation>
+    </message>
+    <message>
+        <source>there is not enough memory for the analysis</source>
+        <translation>der Speicher reicht für die Analyse nicht</translation>
+    </message>
+    <message>
+        <source>the file is damaged, %1 of %2 packets can&apos;t be decoded</source>
+        <translation>die Datei ist beschädigt, %1 von %2 Paketen lassen sich nicht dekodieren</translation>
+    </message>
+    <message>
+        <source>the file ends early, after %1 of %2 seconds</source>
+        <translation>die Datei endet zu früh, nach %1 von %2 Sekunden</translation>
+    </message>
+    <message>
+        <source>the file breaks off in the middle of a frame</source>
+        <translation>die Datei bricht mitten in einem Frame ab</translation>
+    </message>
+    <message>
+        <source>%1, and it ends early, after %2 of %3 seconds</source>
+        <translation>%1, und sie endet zu früh, nach %2 von %3 Sekunden</translation>
+    </message>
+    <message>
+        <source>%1, and it breaks off</source>
+        <translation>%1, und sie bricht ab</translation>
+    </message>
     <message>
         <source>only MP3 files are tagged</source>
         <translation>nur MP3-Dateien werden beschriftet</translation>
