@@ -8,6 +8,7 @@
 
 #include "IDTag/PosixFile.h"
 #include "IDTag/TagBytes.h"
+#include "IDTag/TagImage.h"
 
 #include <algorithm>
 #include <array>
@@ -21,7 +22,6 @@ namespace {
 constexpr std::size_t kHeaderBytes = 4; // Standard: ISO/IEC 11172-3, section 2.4.1.3.
 constexpr int kChainFrames = 3;         // Fixed: random bytes pass two of them once in 2^20 times.
 constexpr int kMostTags = 8;            // Fixed: tags behind one another before we give up.
-constexpr std::size_t kTagHeaderBytes = 10;     // Standard: ID3v2.3.0, section 3.1.
 constexpr std::size_t kTagSizeOffset = 6;       // Standard: ID3v2.3.0, section 3.1.
 constexpr std::uint64_t kMostZeros = 1'048'576; // Fixed: padding of some encoders.
 constexpr std::size_t kZerosAtOnce = 65'536;    // Fixed: bytes looked at in one read.
@@ -111,26 +111,6 @@ std::uint64_t PastZeros(int file, std::uint64_t offset) {
     return offset;
 }
 
-std::uint64_t PastTags(int file, std::uint64_t offset) {
-    constexpr std::size_t kOtherTagHeaderBytes = 32; // Standard: APEv2, its header.
-    constexpr std::size_t kOtherTagSizeOffset = 12;  // Standard: APEv2, little-endian.
-    for (int i = 0; i < kMostTags; ++i) {
-        offset = PastZeros(file, offset);
-        std::vector<std::uint8_t> const head = BytesAt(file, offset, kOtherTagHeaderBytes);
-        if (head.size() >= kTagHeaderBytes && BeginsWith(head, 0, "ID3")) {
-            offset += kTagHeaderBytes + ReadSyncsafe(&head[kTagSizeOffset]);
-        } else if (head.size() == kOtherTagHeaderBytes && BeginsWith(head, 0, "APETAGEX")) {
-            std::array<std::uint8_t, 4> size = {};
-            std::reverse_copy(head.begin() + kOtherTagSizeOffset,
-                              head.begin() + kOtherTagSizeOffset + 4, size.begin());
-            offset += kOtherTagHeaderBytes + ReadBigEndian(size.data());
-        } else {
-            return offset;
-        }
-    }
-    return offset;
-}
-
 /// Files that may hold MPEG audio near their beginning, or as one of their packets, and that a tag
 /// in front would break.
 bool IsOfOtherKind(std::vector<std::uint8_t> const& bytes) {
@@ -163,14 +143,44 @@ bool IsOfOtherKind(std::vector<std::uint8_t> const& bytes) {
         "%PDF"sv,
         "ITSF"sv,
     };
+    constexpr std::size_t kBoxSizeBytes = 4; // Standard: ISO/IEC 14496-12, section 4.2.
     // Standard: ISO/IEC 14496-12 and the QuickTime file format: boxes that may come first.
     constexpr std::array kBoxes = {"ftyp"sv, "moov"sv, "mdat"sv, "free"sv,
                                    "skip"sv, "wide"sv, "pnot"sv, "uuid"sv};
     auto const beginsWith = [&bytes](std::size_t at) {
         return [&bytes, at](std::string_view mark) { return BeginsWith(bytes, at, mark); };
     };
-    return std::ranges::any_of(kStarts, beginsWith(0)) ||
-           std::ranges::any_of(kBoxes, beginsWith(4));
+    // A box's mark follows its size of four bytes, of which zeros may have been passed over.
+    bool isBox = false;
+    for (std::size_t at = 1; at <= kBoxSizeBytes; ++at) {
+        isBox = isBox || std::ranges::any_of(kBoxes, beginsWith(at));
+    }
+    return isBox || std::ranges::any_of(kStarts, beginsWith(0));
+}
+
+/// Where the sound should begin; nothing where another kind of file does.
+std::optional<std::uint64_t> PastTags(int file, std::uint64_t offset) {
+    constexpr std::size_t kOtherTagHeaderBytes = 32; // Standard: APEv2, its header.
+    constexpr std::size_t kOtherTagSizeOffset = 12;  // Standard: APEv2, little-endian.
+    for (int i = 0; i < kMostTags; ++i) {
+        // Some kinds begin with zeros that count, so they are looked for on both sides of them.
+        if (IsOfOtherKind(BytesAt(file, offset, kKindBytes))) {
+            return std::nullopt;
+        }
+        offset = PastZeros(file, offset);
+        std::vector<std::uint8_t> const head = BytesAt(file, offset, kOtherTagHeaderBytes);
+        if (head.size() >= kTagHeaderBytes && BeginsWith(head, 0, "ID3")) {
+            offset += kTagHeaderBytes + ReadSyncsafe(&head[kTagSizeOffset]);
+        } else if (head.size() == kOtherTagHeaderBytes && BeginsWith(head, 0, "APETAGEX")) {
+            std::array<std::uint8_t, 4> size = {};
+            std::reverse_copy(head.begin() + kOtherTagSizeOffset,
+                              head.begin() + kOtherTagSizeOffset + 4, size.begin());
+            offset += kOtherTagHeaderBytes + ReadBigEndian(size.data());
+        } else {
+            return IsOfOtherKind(head) ? std::nullopt : std::optional(offset);
+        }
+    }
+    return std::nullopt;
 }
 
 /// Where the frame behind an open bit rate begins: the next header of the same stream.
@@ -213,15 +223,15 @@ bool IsChain(int file, std::uint64_t offset, CMpegHeader const& first) {
 } // namespace
 
 bool HasMpegChain(int file, std::uint64_t offset) {
-    offset = PastTags(file, offset);
-    std::vector<std::uint8_t> const bytes =
-        BytesAt(file, offset, kLongestFrameBytes + kHeaderBytes);
-    if (IsOfOtherKind(bytes)) {
+    std::optional<std::uint64_t> const begin = PastTags(file, offset);
+    if (!begin) {
         return false;
     }
+    std::vector<std::uint8_t> const bytes =
+        BytesAt(file, *begin, kLongestFrameBytes + kHeaderBytes);
     for (std::size_t i = 0; i + kHeaderBytes <= bytes.size(); ++i) {
         std::optional<CMpegHeader> const header = HeaderAt(&bytes[i]);
-        if (header && IsChain(file, offset + i, *header)) {
+        if (header && IsChain(file, *begin + i, *header)) {
             return true;
         }
     }

@@ -90,6 +90,9 @@ TEST_F(MpegChainTest, AFileOfAnotherKindIsKnownByItsFirstBytes) {
                              "#!/bin/sh"}) {
         EXPECT_FALSE(Has(Joined({Ascii(mark), FakeAudio(40), MpegAudio(3)}))) << mark;
     }
+    EXPECT_FALSE(Has(Joined({{0x00, 0x00, 0x01, 0xBA}, FakeAudio(40), MpegAudio(3)})));
+    EXPECT_FALSE(Has(Joined({Zeros(100), {32}, Ascii("ftypM4A "), MpegAudio(3)})));
+    EXPECT_FALSE(Has(Joined({TagOf(3, Zeros(20)), Ascii("RIFF"), FakeAudio(40), MpegAudio(3)})));
     for (char const* box : {"ftyp", "free", "moov", "mdat", "wide"}) {
         EXPECT_FALSE(Has(Joined({{0, 0, 1, 0}, Ascii(box), FakeAudio(40), MpegAudio(3)}))) << box;
         EXPECT_FALSE(Has(Joined({{1, 1, 1, 1}, Ascii(box), FakeAudio(40), MpegAudio(3)}))) << box;
