@@ -20,7 +20,6 @@ constexpr char kCommentId[] = "COMM";      // Standard: ID3v2.3.0, section 4.11.
 constexpr char kPrivateId[] = "PRIV";      // Standard: ID3v2.3.0, section 4.28.
 constexpr char kCommentLanguage[] = "eng"; // Fixed: the comments that count.
 
-constexpr std::uint32_t kMostFrames = 65'536;  // Fixed: a tag with more is taken for broken.
 constexpr std::uint8_t kUnsynchronized = 0x02; // Standard: ID3v2.4.0 structure, section 4.1.2.
 
 /// True for a frame that was encoded once and is decoded twice, first with its tag: its size, which

@@ -20,6 +20,8 @@
 class CTagTarget;
 struct CFoundFrame;
 
+constexpr std::uint32_t kMostFrames = 65'536; // Fixed: a tag with more is taken for broken.
+
 /// What the programs ask of a tag beyond what the class does by itself.
 struct CTagRules {
     /// Reading: version 2.2 ids are looked up in a wider table instead of ending the process. A

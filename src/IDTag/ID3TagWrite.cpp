@@ -150,7 +150,7 @@ EWriteProblem CID3Tag::WriteTag(bool* rewritten) {
     std::uint64_t const needed = PendingBytes() + kTagHeaderBytes;
     bool const inPlace = m_nTagBytes >= needed;
     std::uint64_t const newTagBytes = inPlace ? m_nTagBytes : needed + kPaddingBytes;
-    if (newTagBytes >= kTagLimitBytes) {
+    if (newTagBytes >= kTagLimitBytes || m_frames.GetCount() > kMostFrames) {
         return EWriteProblem::TagTooLarge;
     }
     CTagTarget target(m_sPath);

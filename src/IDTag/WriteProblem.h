@@ -20,7 +20,7 @@ enum class EWriteProblem {
     UnknownData,     // bytes behind the frames that a new tag would throw away
     UnknownFrameId,  // a version 2.2 tag with a frame that has no name in version 2.3
     EncodedFrames,   // version 2.4 frames in a form that version 2.3 can't tell
-    TagTooLarge,     // the new tag would need 2^28 bytes or more
+    TagTooLarge,     // the new tag would need 2^28 bytes or more, or over 65,536 frames
     InUse,           // another process is writing this file or one of the same base name
     Changed,         // the file is no longer the one that was read
     TempoChanged,    // the frame's text is no longer the one that was read

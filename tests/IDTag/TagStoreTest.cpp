@@ -215,14 +215,17 @@ TEST_F(TagStoreTest, WhatCannotBeReadOrWouldBeLostIsRefused) {
     EXPECT_EQ(Store("none.mp3"), EWriteProblem::NotWritable);
 }
 
-TEST_F(TagStoreTest, ATagOfMoreThan65536FramesIsUnreadable) {
-    TagBytes frames;
+TEST_F(TagStoreTest, ATagOfMoreThan65536FramesIsNeitherReadNorMade) {
     TagBytes const frame = Frame23("TXXX", {0, 0});
-    for (int i = 0; i < 65'536; ++i) {
+    TagBytes frames;
+    for (int i = 0; i < 65'535; ++i) {
         frames.insert(frames.end(), frame.begin(), frame.end());
     }
     Write("a.mp3", Joined({TagOf(3, frames), kSound}));
     EXPECT_EQ(Store("a.mp3"), EWriteProblem::None);
+    EXPECT_EQ(Text("a.mp3", "TBPM"), "128.00");
+    frames.insert(frames.end(), frame.begin(), frame.end());
+    ExpectLeft("c.mp3", Joined({TagOf(3, frames), kSound}), EWriteProblem::TagTooLarge);
     frames.insert(frames.end(), frame.begin(), frame.end());
     ExpectLeft("b.mp3", Joined({TagOf(3, frames), kSound}), EWriteProblem::TagUnreadable);
     CID3Tag tag;
