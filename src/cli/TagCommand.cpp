@@ -4,6 +4,7 @@
 #include "cli/TagCommand.h"
 
 #include "IDTag/ID3Reader.h"
+#include "IDTag/TagStore.h"
 #include "cli/ExitCode.h"
 #include "cli/InputList.h"
 #include "cli/Interrupt.h"
@@ -61,6 +62,24 @@ private:
     std::string m_sError;
 };
 
+/// Text of a frame as the metadata import finds it: in the tag, else in a trailer. The tag is read
+/// by the programs' own rules, so that none ends the process.
+bool FindText(CString const& path, CFile& file, char const* frameId, CString& value) {
+    bool const isFound = ReadTagText(path, frameId, value) == kStatusOk ||
+                         CID3Reader::ImportID3v1MetaData(&file, frameId, value) != 0 ||
+                         CID3Reader::ImportVeltoMetaData(&file) != 0;
+    return isFound && !value.IsEmpty();
+}
+
+/// What was done beside what was asked for; empty when nothing was.
+std::string NoteOf(CTagStoreReport const& report) {
+    std::string note;
+    for (CWiderId const& id : report.m_vConverted) {
+        note += (note.empty() ? "" : ", ") + id.m_sOld + " is now " + id.m_sNew;
+    }
+    return note.empty() ? note : "its ID3v2.2 tag became one of version 2.3: " + note;
+}
+
 } // namespace
 
 CLI::App* CTagCommand::AddTo(CLI::App& program) {
@@ -106,7 +125,7 @@ int CTagCommand::Get() const {
         return kExitFailed;
     }
     CString value;
-    if (CID3Reader::ImportMetaData(&file, m_sFrameId.c_str(), value) == 0 || value.IsEmpty()) {
+    if (!FindText(input.Path(), file, m_sFrameId.c_str(), value)) {
         ReportProblem(m_sFile, "has no " + m_sFrameId);
         return kExitFailed;
     }
@@ -134,12 +153,18 @@ int CTagCommand::Set() const {
         ReportProblem(m_sFile, error);
         return kExitFailed;
     }
-    EWriteProblem problem = EWriteProblem::None;
-    CID3Reader::SetTagString(CString::FromPath(m_sFile), m_sFrameId.c_str(),
-                             CString::FromUtf8(m_sText), &problem);
+    CTagStoreOptions options;
+    options.m_bNeedsMpegChain = true;
+    CTagStoreReport report;
+    EWriteProblem const problem = StoreTagText(CString::FromPath(m_sFile), m_sFrameId.c_str(),
+                                               CString::FromUtf8(m_sText), options, &report);
     if (problem != EWriteProblem::None) {
         ReportProblem(m_sFile, WriteReason(problem));
         return kExitFailed;
+    }
+    std::string const note = NoteOf(report);
+    if (!note.empty()) {
+        ReportProblem(m_sFile, note);
     }
     // A request to stop let the write come to its end.
     return CInterrupt::IsSet() ? CInterrupt::ExitCode() : kExitDone;
@@ -147,7 +172,10 @@ int CTagCommand::Set() const {
 
 int CTagCommand::List() const {
     CTagInput const input(m_sFile);
+    CTagRules rules;
+    rules.m_bEveryId = true;
     CID3Tag tag;
+    tag.SetRules(rules);
     CStatus const status = tag.OpenFile(input.Path());
     if (status < 0) {
         ReportProblem(m_sFile, input.Error().empty() ? "its tag can't be read" : input.Error());

@@ -41,6 +41,9 @@ std::vector<CFrameRow> RowsOf(CID3Tag const& tag) {
         std::uint8_t* data = nullptr;
         (void)frame->GetData(&header, &data, &row.m_nBodyBytes);
         row.m_sId.assign(header.m_sId, kFrameIdBytes);
+        if (tag.GetVersion() == 2 && row.m_sId.back() == '\0') {
+            row.m_sId.pop_back(); // an id of three characters that version 2.3 doesn't know
+        }
         row.m_nStatusFlags = header.m_nStatusFlags;
         row.m_nFormatFlags = header.m_nFormatFlags;
         row.m_sText = TextOf(*frame, row.m_sId);
