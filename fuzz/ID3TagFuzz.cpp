@@ -2,10 +2,16 @@
 // SPDX-License-Identifier: MIT
 //
 // A file of any bytes is opened as a tag. Whatever it holds: the look-ahead keeps the assertion
-// from firing, no frame holds more than the file, and texts are only as long as their bodies.
+// from firing, and so does the programs' rule; no frame holds more than the file, and texts are
+// only as long as their bodies.
 
 #include "FuzzFile.h"
 #include "IDTag/ID3Tag.h"
+#include "IDTag/MpegChain.h"
+#include "IDTag/PosixFile.h"
+#include "IDTag/TagStore.h"
+
+#include <fcntl.h>
 
 namespace {
 
@@ -54,13 +60,24 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     static std::string const path = folder / "song.mp3";
     WriteFuzzFile(path, data, size);
     CString const name = CString::FromPath(path);
-    if (CID3Tag::AreFrameIdsKnown(name) != kStatusOk) {
-        return 0;
+    bool const isKnown = CID3Tag::AreFrameIdsKnown(name) == kStatusOk;
+    for (bool const isProgram : {true, false}) {
+        if (!isProgram && !isKnown) {
+            break;
+        }
+        CTagRules rules;
+        rules.m_bEveryId = isProgram;
+        CID3Tag tag;
+        tag.SetRules(rules);
+        CStatus const status = tag.OpenFile(name);
+        FUZZ_REQUIRE(status == kStatusOk || tag.GetFrames().GetCount() == 0);
+        FUZZ_REQUIRE(status != kStatusOk || tag.GetTagSize() <= size);
+        CheckTag(tag, size);
+        CString text;
+        CStatus const read = ReadTagText(name, "TBPM", text);
+        FUZZ_REQUIRE(read != kStatusOk || text.GetLength() < size);
+        CDescriptor const file(::open(path.c_str(), O_RDONLY));
+        (void)HasMpegChain(file.Get(), tag.GetTagSize());
     }
-    CID3Tag tag;
-    CStatus const status = tag.OpenFile(name);
-    FUZZ_REQUIRE(status == kStatusOk || tag.GetFrames().GetCount() == 0);
-    FUZZ_REQUIRE(status != kStatusOk || tag.GetTagSize() <= size);
-    CheckTag(tag, size);
     return 0;
 }

@@ -51,6 +51,9 @@ COMMENT = b"\0eng\0A comment"
 COMMENT16 = b"\x01eng\xff\xfe\0\0\xff\xfeA\0\0\0"
 PRIVATE = b"owner\0\x01\x02\x03"
 
+# Four frames of MPEG-2.5 layer III at 8 kbit/s and 8000 Hz, 72 bytes each.
+MPEG = (b"\xff\xe3\x18\x64" + bytes(range(1, 69))) * 4
+
 EXTENDED = b"\0\0\0\x06\0\0\0\0\0\0"
 
 FILES = {
@@ -62,6 +65,7 @@ FILES = {
     "v22_short_picture": tag(2, frame22(b"PIC", b"\0PNG\x03")) + AUDIO,
     "v22_unknown": tag(2, frame22(b"TT2", TITLE) + frame22(b"PCS", b"\0\0\0\0")) + AUDIO,
     "v22_unsynchronized": tag(2, frame22(b"TT2", b"\0\xff") + b"\0", 0x80) + AUDIO,
+    "v22_players_ids": tag(2, frame22(b"GP1", TITLE) + frame22(b"PCS", b"\0\0\0\0")) + AUDIO,
     "v23": tag(3, frame23(b"TIT2", TITLE) + frame23(b"TBPM", UTF16) + bytes(60)) + AUDIO,
     "v23_full": tag(3, frame23(b"TIT2", TITLE) + frame23(b"PRIV", PRIVATE)) + AUDIO,
     "v23_comments": tag(3, frame23(b"COMM", COMMENT) + frame23(b"COMM", COMMENT16)) + AUDIO,
@@ -71,6 +75,8 @@ FILES = {
     "v23_unsynchronized": tag(3, frame23(b"APIC", b"\xff\xe0").replace(b"\xff", b"\xff\0"), 0x80)
     + AUDIO,
     "v23_zero_frame": tag(3, frame23(b"TIT2", b"") + frame23(b"TPE1", TITLE)) + AUDIO,
+    "v23_zero_frame_last": tag(3, frame23(b"TIT2", TITLE) + frame23(b"TPE1", b"") + bytes(60))
+    + AUDIO,
     "v23_overlap": tag(3, frame23(b"TIT2", TITLE)[:-2]) + AUDIO,
     "v23_junk": tag(3, frame23(b"TIT2", TITLE) + bytes(12) + b"junk") + AUDIO,
     "v23_claims_256_mb": tag(3, frame23(b"TIT2", TITLE), size=(1 << 28) - 1) + AUDIO,
@@ -79,8 +85,12 @@ FILES = {
     + AUDIO,
     "v24_long": tag(4, frame24(b"TIT2", b"\0" + b"x" * 200) + bytes(30)) + AUDIO,
     "v24_unsynchronized": tag(4, frame24(b"APIC", b"\xff\0\xe0", b"\0\x03") + bytes(30)) + AUDIO,
+    "v24_data_length": tag(4, frame24(b"TBPM", b"\0\0\0\x03\x0097", b"\0\x01") + bytes(60)) + AUDIO,
+    "v24_grouped": tag(4, frame24(b"TBPM", b"\x80\x0097", b"\0\x40") + bytes(60)) + AUDIO,
     "v24_extended": tag(4, b"\0\0\0\x06\x01\0" + frame24(b"TIT2", TITLE), 0x40) + AUDIO,
     "v24_footer": tag(4, frame24(b"TIT2", TITLE), 0x10) + b"3DI\4\0\x10\0\0\0\x10" + AUDIO,
+    "mpeg_frames": tag(3, frame23(b"TIT2", TITLE)) + MPEG,
+    "mpeg_open_bit_rate": MPEG.replace(b"\xff\xe3\x18", b"\xff\xe3\x08"),
     "v5": tag(5, frame23(b"TIT2", TITLE)) + AUDIO,
     "v1": AUDIO + trailer(b"Song", 17),
     "v1_year": AUDIO + trailer(b"Song", 255),
@@ -128,7 +138,11 @@ def main():
         write("ID3TagFuzz", name, data)
         write("ImportMetaDataFuzz", name, data)
         write("TagRewriteFuzz", name, b"\0\x06128.00" + data)
+        write("TagRewriteFuzz", "program_" + name, b"\2\x06128.00" + data)
     write("TagRewriteFuzz", "same_text", b"\0\x03120" + FILES["v22"])
+    write("TagRewriteFuzz", "needs_frames", b"\6\x06128.00" + FILES["mpeg_frames"])
+    write("TagRewriteFuzz", "misses_frames", b"\6\x06128.00" + FILES["v23"])
+    write("TagRewriteFuzz", "program_discarded_twin", b"\2\0" + DISCARDED_TWIN)
     write("TagRewriteFuzz", "empty_text", b"\0\0" + FILES["v23"])
     write("TagRewriteFuzz", "discarded_twin", b"\0\0" + DISCARDED_TWIN)
     write("TagRewriteFuzz", "long_text", b"\x01\xff" + b"y" * 255 + FILES["v23"])
