@@ -1,0 +1,191 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+//
+// Run and Finish repeat
+//   StartRunners   as many as there are lanes, each a spacing ahead of the last
+//   RunBurst       one burst of every runner that has samples: side by side (FilterLanes), quiet
+//                  ones by themselves (FilterQuiet)
+//     PassRecord   ends a runner that meets the states left there, else leaves its own
+
+#include "engine/signal/LaneFilter.h"
+
+#include "engine/signal/QuietFilter.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <new>
+
+namespace {
+
+constexpr std::int64_t kBurst = 512; // Tuned: BM_LaneFilter; samples between two records.
+
+// Derived: a quarter of a page of 4096 bytes. What comes and what goes would else stand at the same
+// places of their pages, where a processor takes a load for one that waits for a store.
+constexpr std::int64_t kGapSamples = 256;
+
+bool AreSame(CThreeStates const& a, CThreeStates const& b) {
+    using Bits = std::array<std::uint32_t, std::tuple_size_v<CThreeStates>>;
+    return std::bit_cast<Bits>(a) == std::bit_cast<Bits>(b);
+}
+
+std::int64_t RoundUpToBursts(std::int64_t samples) {
+    // An odd number of bursts, so that neighbours don't stand at the same places of their pages.
+    return ((samples + kBurst - 1) / kBurst | 1) * kBurst;
+}
+
+} // namespace
+
+CLaneFilter::CLaneFilter(CIIRSection const& section, std::int32_t lanes, std::int64_t spacing)
+    : m_section(section),
+      m_nLanes(lanes),
+      m_nSpacing(RoundUpToBursts(spacing)),
+      m_nRoom(m_nSpacing * (lanes + 1)),
+      m_pRoom(new (std::nothrow) float[static_cast<std::size_t>(2 * m_nRoom + kGapSamples)]),
+      m_vRecords(BurstAt(m_nRoom - 1) + 1),
+      m_vBits(m_vRecords.size()),
+      m_vRunners{CRunner{}} {
+    m_vRunners.reserve(static_cast<std::size_t>(lanes));
+    if (m_pRoom != nullptr) {
+        m_pOut = m_pRoom.get() + m_nRoom + kGapSamples;
+    }
+}
+
+std::size_t CLaneFilter::BurstAt(std::int64_t pos) const {
+    return static_cast<std::size_t>(pos % m_nRoom / kBurst);
+}
+
+std::int64_t CLaneFilter::GetRunnable() const {
+    return m_nTaken / kBurst * kBurst;
+}
+
+std::int64_t CLaneFilter::GetFinishedEnd() const {
+    return m_bFinished ? m_nTaken : m_vRunners.front().m_nPos;
+}
+
+CIIRLane CLaneFilter::LaneOf(CRunner& runner) {
+    std::size_t const at = At(runner.m_nPos);
+    return {m_pRoom.get() + at, m_pOut + at, &runner.m_states};
+}
+
+std::size_t CLaneFilter::Push(std::span<float const> samples) {
+    if (m_bFinished) {
+        Restart();
+    }
+    std::size_t const room = static_cast<std::size_t>(m_nDropped + m_nRoom - m_nTaken);
+    std::size_t const taken = std::min(samples.size(), room);
+    samples = samples.first(taken);
+    while (!samples.empty()) {
+        std::int64_t const inBurst = m_nTaken % kBurst;
+        auto const piece =
+            samples.first(std::min(samples.size(), static_cast<std::size_t>(kBurst - inBurst)));
+        std::ranges::copy(piece, m_pRoom.get() + At(m_nTaken));
+        std::uint32_t& bits = m_vBits[BurstAt(m_nTaken)];
+        bits = (inBurst == 0 ? 0 : bits) | GatherBits(piece);
+        m_nTaken += static_cast<std::int64_t>(piece.size());
+        samples = samples.subspan(piece.size());
+    }
+    return taken;
+}
+
+void CLaneFilter::Run() {
+    StartRunners();
+    while (GetFinishedEnd() - m_nDropped < m_nSpacing && RunBurst()) {
+        StartRunners();
+    }
+}
+
+void CLaneFilter::Finish() {
+    if (m_bFinished) {
+        return;
+    }
+    StartRunners();
+    while (RunBurst()) {
+        StartRunners();
+    }
+    FinishRest();
+}
+
+void CLaneFilter::StartRunners() {
+    while (m_vRunners.size() < static_cast<std::size_t>(m_nLanes)) {
+        std::int64_t const start = m_vRunners.back().m_nPos + m_nSpacing;
+        if (start >= GetRunnable()) {
+            return;
+        }
+        m_vRunners.push_back({start, {}});
+        m_vRecords[BurstAt(start)] = {start, {}};
+    }
+}
+
+/// Returns: false when no runner had samples for a burst.
+bool CLaneFilter::RunBurst() {
+    std::array<CIIRLane, kMostLanes> loud;
+    std::size_t loudCount = 0;
+    std::int64_t const end = GetRunnable();
+    for (CRunner& runner : m_vRunners) {
+        if (runner.m_nPos == end) {
+            continue;
+        }
+        if (IsQuiet(m_vBits[BurstAt(runner.m_nPos)], runner.m_states)) {
+            FilterQuiet(m_section, LaneOf(runner), kBurst);
+        } else {
+            loud[loudCount++] = LaneOf(runner);
+        }
+    }
+    FilterLanes(m_section, {loud.data(), loudCount}, kBurst);
+    bool hasRun = false;
+    // From the one furthest on, so that the one behind it finds what it left.
+    for (std::size_t i = m_vRunners.size(); i-- > 0;) {
+        if (m_vRunners[i].m_nPos != end) {
+            hasRun = true;
+            m_vRunners[i].m_nPos += kBurst;
+            if (PassRecord(i)) {
+                m_vRunners.erase(m_vRunners.begin() + static_cast<std::ptrdiff_t>(i));
+            }
+        }
+    }
+    return hasRun;
+}
+
+/// Returns: true when the runner has met what the one ahead of it left.
+bool CLaneFilter::PassRecord(std::size_t i) {
+    CRunner const& runner = m_vRunners[i];
+    CRecord& record = m_vRecords[BurstAt(runner.m_nPos)];
+    if (i + 1 < m_vRunners.size() && record.m_nPos == runner.m_nPos &&
+        AreSame(record.m_states, runner.m_states)) {
+        return true;
+    }
+    record = {runner.m_nPos, runner.m_states};
+    // One ahead that waits for samples at the same place has nothing to add.
+    while (i + 1 < m_vRunners.size() && m_vRunners[i + 1].m_nPos == runner.m_nPos) {
+        m_vRunners.erase(m_vRunners.begin() + static_cast<std::ptrdiff_t>(i) + 1);
+    }
+    return false;
+}
+
+/// The samples behind the last whole burst, by the one runner that is left there.
+void CLaneFilter::FinishRest() {
+    CRunner& runner = m_vRunners.front();
+    FilterLanePlain(m_section, LaneOf(runner), static_cast<std::int32_t>(m_nTaken - runner.m_nPos));
+    m_bFinished = true;
+}
+
+/// Goes on with the states at the end, as if the stream began there. What is finished must have
+/// been dropped.
+void CLaneFilter::Restart() {
+    m_vRunners.front().m_nPos = 0;
+    std::ranges::fill(m_vRecords, CRecord{});
+    m_nTaken = 0;
+    m_nDropped = 0;
+    m_bFinished = false;
+}
+
+std::span<float const> CLaneFilter::GetFinished() const {
+    std::size_t const at = At(m_nDropped);
+    auto const count = static_cast<std::size_t>(GetFinishedEnd() - m_nDropped);
+    return {m_pOut + at, std::min(count, static_cast<std::size_t>(m_nRoom) - at)};
+}
+
+void CLaneFilter::Drop(std::size_t count) {
+    m_nDropped += static_cast<std::int64_t>(count);
+}

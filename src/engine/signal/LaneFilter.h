@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "engine/signal/IIRLanes.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+/// Sends a stream through three like sections, bit for bit as `FilterLanePlain` would, with several
+/// places of the stream under way at once.
+///
+/// A recurrence waits for itself, but this one forgets: started with empty states somewhere in the
+/// music it comes, some 100,000 samples later, to the very bits that the whole stream would have
+/// left. So several runners start at places further on, and each goes on until it meets, bit for
+/// bit, the states that the runner ahead of it left on the way. From there on what the runner ahead
+/// wrote is right, and it is done. The rearmost runner is always the true one; what lies behind it
+/// is finished. Runners that never meet cost nothing but their lanes.
+/// Shape: a section must be stable, with |b0| + |b1| + |b2| <= 1.
+/// Thread: one thread at a time.
+class CLaneFilter {
+public:
+    /// `lanes`: runners under way, 1 to `kMostLanes`. `spacing`: samples from runner to runner,
+    /// above 0; rounded up to whole bursts. The filter holds (lanes + 1) * spacing samples.
+    CLaneFilter(CIIRSection const& section, std::int32_t lanes, std::int64_t spacing);
+
+    /// False without memory; nothing else may then be called.
+    [[nodiscard]] bool IsReady() const { return m_pRoom != nullptr; }
+
+    /// Takes as many samples as there is room for. Returns: their number.
+    std::size_t Push(std::span<float const> samples);
+
+    /// Works until at least `spacing` samples are finished or everything taken is.
+    void Run();
+
+    /// Finishes everything taken. The stream may go on afterwards.
+    void Finish();
+
+    /// The oldest finished samples that lie in one piece; empty when there are none.
+    [[nodiscard]] std::span<float const> GetFinished() const;
+
+    /// Drops the oldest `count` finished samples.
+    void Drop(std::size_t count);
+
+private:
+    /// One place under way.
+    struct CRunner {
+        std::int64_t m_nPos; // in whole bursts but for the end of the stream
+        CThreeStates m_states;
+    };
+
+    /// What a runner left at the start of a burst.
+    struct CRecord {
+        std::int64_t m_nPos = -1;
+        CThreeStates m_states{};
+    };
+
+    void StartRunners();
+    bool RunBurst();
+    bool PassRecord(std::size_t runner);
+    void FinishRest();
+    void Restart();
+
+    [[nodiscard]] std::size_t At(std::int64_t pos) const {
+        return static_cast<std::size_t>(pos % m_nRoom);
+    }
+    [[nodiscard]] std::size_t BurstAt(std::int64_t pos) const;
+    [[nodiscard]] std::int64_t GetRunnable() const;
+    [[nodiscard]] std::int64_t GetFinishedEnd() const;
+    [[nodiscard]] CIIRLane LaneOf(CRunner& runner);
+
+    CIIRSection m_section;
+    std::int32_t m_nLanes;
+    std::int64_t m_nSpacing;
+    std::int64_t m_nRoom;               // samples held, in and out
+    std::unique_ptr<float[]> m_pRoom;   // those that came, those that go
+    float* m_pOut = nullptr;            // the latter
+    std::vector<CRecord> m_vRecords;    // one a burst
+    std::vector<std::uint32_t> m_vBits; // of the samples that came, one a burst
+    std::vector<CRunner> m_vRunners;    // from the true one to the one furthest on
+    std::int64_t m_nTaken = 0;          // end of what came
+    std::int64_t m_nDropped = 0;        // start of what is held
+    bool m_bFinished = false;           // everything taken is finished
+};
