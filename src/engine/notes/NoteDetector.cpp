@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 //
-// PushPcm: filter the block into the buffer; once 61440 samples are there, SearchAndMeasure the
-// first 32768 of them and move the rest to the front.
+// PushPcm: hand the block to the filter, which gathers many seconds before it works, and note down
+// at which fill of the buffer a stride ends: once 61440 samples are there.
+// TakeFiltered: move what is filtered to the buffer; at each end of a stride, SearchAndMeasure the
+// first 32768 samples and move the rest to the front (EndStride).
 // FinalizeNoteDetection: the same for what is left, then prune the map.
 // The search itself is in NoteSearch.cpp, the order of the notes in NoteMap.cpp.
 
@@ -13,9 +15,11 @@
 #include "engine/envelope/Tempo.h"
 #include "engine/envelope/ThumbnailBuilder.h"
 #include "engine/notes/NoteSearch.h"
+#include "engine/signal/IIRFilt.h"
 
 #include <algorithm>
 #include <new>
+#include <span>
 
 namespace {
 
@@ -25,9 +29,13 @@ constexpr std::int32_t kStrideSamples = 32768;    // Fixed: samples that one sea
 constexpr std::uint16_t kSamplesPerElement = 256; // Fixed: of the bass thumbnail.
 constexpr std::int64_t kPruneWindow = 500'000;    // Fixed: half a second in microseconds.
 
-constexpr int kFilterSections = 3;      // Fixed: a low-pass of the sixth order.
+// Three sections alike make a low-pass of the sixth order.
 constexpr float kFilterHz = 120.0f;     // Fixed: corner of each section.
 constexpr float kFilterDamping = 1.25f; // Fixed: damping of each section.
+
+// Tuned: BM_NoteDetectorSong and the peak memory of bench/lengths.sh; samples between two places
+// that are filtered at once. Nine of them with the lanes of AVX make 11 MiB.
+constexpr std::int64_t kLaneSpacing = 160'000;
 
 // Derived: 1 / (55 * 2^((k - 9) / 12)) seconds for C at 32.703 Hz (k = 0) to B at 123.471 Hz
 // (k = 23), rounded to nine decimal places.
@@ -37,18 +45,25 @@ constexpr double g_fNotePeriods[] = {
     0.015289026, 0.014430919, 0.013620973, 0.012856487, 0.012134908, 0.011453828,
     0.010810974, 0.010204200, 0.009631483, 0.009090909, 0.008580676, 0.008099079};
 
+CIIRSection DesignSection() {
+    CIIRFilt design;
+    design.Init(kEngineRateHz); // whatever the reader's rate
+    design.SetSectionCount(1);
+    design.SetSection(0, CIIRFilt::kLowPass, kFilterHz, kFilterDamping);
+    design.setfilt();
+    float const* const b = design.GetNumerator(0);
+    float const* const a = design.GetDenominator(0);
+    return {b[0], b[1], b[2], a[0], a[1]};
+}
+
 } // namespace
 
 CPfNoteDetector::CPfNoteDetector(IPcmReader* reader, CPcmThumbnailBuilder* builder,
                                  CPfPcmThumbnail* thumb)
-    : m_pThumb(thumb), m_pThumbBuilder(builder) {
+    : m_filter(DesignSection(), GetLaneCount(), kLaneSpacing),
+      m_pThumb(thumb),
+      m_pThumbBuilder(builder) {
     (void)builder->InitThumbnail(reader, kSamplesPerElement, thumb);
-    m_filter.Init(kEngineRateHz); // whatever the reader's rate
-    m_filter.SetSectionCount(kFilterSections);
-    for (int i = 0; i < kFilterSections; ++i) {
-        m_filter.SetSection(i, CIIRFilt::kLowPass, kFilterHz, kFilterDamping);
-    }
-    m_filter.setfilt();
     m_pBuffer.reset(new (std::nothrow) float[kBufferSamples]);
     for (double const period : g_fNotePeriods) {
         m_vPeriods.Add(TruncateToInt32(kEngineRateHz * period));
@@ -56,26 +71,65 @@ CPfNoteDetector::CPfNoteDetector(IPcmReader* reader, CPcmThumbnailBuilder* build
 }
 
 CStatus CPfNoteDetector::PushPcm(float const* pcm, std::uint32_t n) {
-    if (m_pBuffer == nullptr) {
+    if (!HasMemory()) {
         return kStatusFailure;
     }
     if (std::int64_t{m_nFill} + n < kBufferSamples) {
-        float* const block = m_pBuffer.get() + m_nFill;
-        std::copy_n(pcm, n, block);
-        m_filter.fl(block, 0, static_cast<std::int32_t>(n), 1);
         m_nFill += static_cast<std::int32_t>(n);
+        for (std::span<float const> rest(pcm, n); !rest.empty();) {
+            rest = rest.subspan(m_filter.Push(rest));
+            if (!rest.empty()) {
+                m_filter.Run();
+                TakeFiltered();
+            }
+        }
     }
     if (m_nFill > kSearchAbove) {
-        // Deliberate: the next stride begins with sample 0 as its past, so the crossing between
-        // two strides is never looked at.
-        SearchAndMeasure(kStrideSamples);
-        std::copy(m_pBuffer.get() + kStrideSamples, m_pBuffer.get() + m_nFill, m_pBuffer.get());
+        m_vStrides.push_back(m_nFill);
         m_nFill -= kStrideSamples;
-        // Wraps at 32 bits, after 13 hours of stream.
-        m_nBasePos = static_cast<std::int32_t>(static_cast<std::uint32_t>(m_nBasePos) +
-                                               std::uint32_t{kStrideSamples});
     }
     return kStatusOk;
+}
+
+void CPfNoteDetector::TakeFiltered() {
+    while (true) {
+        if (!m_vStrides.empty() && m_nFiltered == m_vStrides.front()) {
+            m_vStrides.pop_front();
+            EndStride();
+        }
+        std::span<float const> const done = m_filter.GetFinished();
+        std::int32_t const wanted = m_vStrides.empty() ? m_nFill : m_vStrides.front();
+        auto const taken = std::min(done.size(), static_cast<std::size_t>(wanted - m_nFiltered));
+        if (taken == 0) {
+            return;
+        }
+        std::copy_n(done.begin(), taken, m_pBuffer.get() + m_nFiltered);
+        m_filter.Drop(taken);
+        m_nFiltered += static_cast<std::int32_t>(taken);
+    }
+}
+
+void CPfNoteDetector::EndStride() {
+    // Deliberate: the next stride begins with sample 0 as its past, so the crossing between
+    // two strides is never looked at.
+    SearchAndMeasure(kStrideSamples);
+    std::copy(m_pBuffer.get() + kStrideSamples, m_pBuffer.get() + m_nFiltered, m_pBuffer.get());
+    m_nFiltered -= kStrideSamples;
+    // Wraps at 32 bits, after 13 hours of stream.
+    m_nBasePos = static_cast<std::int32_t>(static_cast<std::uint32_t>(m_nBasePos) +
+                                           std::uint32_t{kStrideSamples});
+}
+
+void CPfNoteDetector::CatchUp() {
+    m_filter.Finish();
+    TakeFiltered();
+}
+
+CPfNoteMap* CPfNoteDetector::GetNoteMap() {
+    if (HasMemory()) {
+        CatchUp();
+    }
+    return &m_noteMap;
 }
 
 CStatus CPfNoteDetector::FindPeriodicWaveforms(float const* buf, std::int32_t scanCount,
@@ -88,18 +142,19 @@ CStatus CPfNoteDetector::FindPeriodicWaveforms(float const* buf, std::int32_t sc
 }
 
 void CPfNoteDetector::SearchAndMeasure(std::int32_t count) {
-    (void)FindPeriodicWaveforms(m_pBuffer.get(), count, m_nFill, m_nBasePos, &m_noteMap);
+    (void)FindPeriodicWaveforms(m_pBuffer.get(), count, m_nFiltered, m_nBasePos, &m_noteMap);
     (void)m_pThumbBuilder->BuildPcmThumbnailRange(m_pBuffer.get(), count, m_nBasePos, m_pThumb);
 }
 
 CStatus CPfNoteDetector::FinalizeNoteDetection(CProfiler* profiler) {
-    if (m_pBuffer == nullptr) {
+    if (!HasMemory()) {
         return kStatusFailure;
     }
+    CatchUp();
     if (profiler->IsCancelled()) {
         return kStatusNothing;
     }
-    SearchAndMeasure(m_nFill);
+    SearchAndMeasure(m_nFiltered);
     m_nFound = m_noteMap.GetCount();
     m_noteMap.ReportItems();
     (void)m_noteMap.RemoveSimilarItems(kPruneWindow);

@@ -6,9 +6,10 @@
 #include "base/Status.h"
 #include "base/VectorArray.h"
 #include "engine/notes/NoteMap.h"
-#include "engine/signal/IIRFilt.h"
+#include "engine/signal/LaneFilter.h"
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 
 class CPcmThumbnailBuilder;
@@ -30,8 +31,9 @@ public:
     virtual ~CPfNoteDetector() = default;
 
     /// Takes the next n samples at 44100 Hz. A block that the buffer can't take is dropped, which
-    /// takes one of more than 4096 samples.
-    /// Returns: `kStatusFailure` without memory for the buffer.
+    /// takes one of more than 4096 samples. The filter works on many seconds at once, so map and
+    /// thumbnail come later, and in one go.
+    /// Returns: `kStatusFailure` without memory for the buffers.
     CStatus PushPcm(float const* pcm, std::uint32_t n);
 
     /// Adds the notes found at crossings 1 .. scanCount - 1 of buf to `map`.
@@ -45,8 +47,8 @@ public:
     /// Returns: `kStatusNothing` when the profiler is cancelled, `kStatusFailure` as `PushPcm`.
     CStatus FinalizeNoteDetection(CProfiler* profiler);
 
-    /// The notes; stays the detector's.
-    [[nodiscard]] CPfNoteMap* GetNoteMap() { return &m_noteMap; }
+    /// The notes of all that was pushed, as far as strides are complete; stays the detector's.
+    [[nodiscard]] CPfNoteMap* GetNoteMap();
 
     /// How many notes the map held before it was pruned; 0 until then.
     [[nodiscard]] std::uint32_t GetFoundCount() const { return m_nFound; }
@@ -55,13 +57,19 @@ public:
     [[nodiscard]] CVectorArray<std::int32_t> const& GetPeriods() const { return m_vPeriods; }
 
 private:
+    [[nodiscard]] bool HasMemory() const { return m_pBuffer != nullptr && m_filter.IsReady(); }
+    void TakeFiltered();
+    void CatchUp();
+    void EndStride();
     void SearchAndMeasure(std::int32_t count);
 
-    CIIRFilt m_filter;
+    CLaneFilter m_filter;
     CPfNoteMap m_noteMap;
-    std::unique_ptr<float[]> m_pBuffer; // null when there was no memory
-    std::int32_t m_nFill = 0;
-    std::int32_t m_nBasePos = 0; // stream position of buffer sample 0
+    std::unique_ptr<float[]> m_pBuffer;  // null when there was no memory
+    std::int32_t m_nFill = 0;            // what the buffer holds once the filter has caught up
+    std::int32_t m_nFiltered = 0;        // what it holds now
+    std::deque<std::int32_t> m_vStrides; // fills at which strides end that are to be searched
+    std::int32_t m_nBasePos = 0;         // stream position of buffer sample 0
     CVectorArray<std::int32_t> m_vPeriods;
     CPfPcmThumbnail* m_pThumb;
     CPcmThumbnailBuilder* m_pThumbBuilder;

@@ -7,6 +7,8 @@
 #include "engine/Profiler.h"
 #include "engine/envelope/PcmThumbnail.h"
 #include "engine/envelope/ThumbnailBuilder.h"
+#include "engine/signal/CpuFeatures.h"
+#include "engine/signal/IIRFilt.h"
 #include "support/ClickTrack.h"
 #include "support/FailingAllocation.h"
 #include "support/NoteOracle.h"
@@ -15,6 +17,7 @@
 #include <cmath>
 #include <cstddef>
 #include <gtest/gtest.h>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -262,5 +265,53 @@ TEST(NoteDetectorTest, PinsCrossingBetweenStridesIsNeverTested) {
             seen = seen || item->m_nTime == time;
         }
         EXPECT_EQ(seen, shift == 1) << shift;
+    }
+}
+
+TEST(NoteDetectorTest, HalfAMinuteAtOnceIsFilteredAsOneStream) {
+    // Longer than what waits for the filter, so that it works before the end, too.
+    std::vector<float> stream = MakeSong(128.0, 45.0);
+    std::fill(stream.begin() + 500'000, stream.begin() + 800'000, 0.0f);
+    std::vector<float> const filtered = Filtered(stream);
+    COracleMap expected;
+    OracleStream(filtered, &expected);
+    for (bool const isPlain : {false, true}) {
+        std::optional<CForceScalarKernels> plain;
+        if (isPlain) {
+            plain.emplace();
+        }
+        CListening listening(stream);
+        listening.PushAll(stream);
+        CProfiler profiler(nullptr);
+        ASSERT_EQ(listening.m_detector.FinalizeNoteDetection(&profiler), kStatusOk);
+        EXPECT_EQ(listening.m_detector.GetFoundCount(), expected.GetNotes().size());
+        for (std::int32_t i = 0; i < listening.m_thumb.GetCount(); ++i) {
+            float peak = 0.0f;
+            for (std::size_t k = 0; k < kFrame; ++k) {
+                peak = std::max(peak, std::abs(filtered[static_cast<std::size_t>(i) * kFrame + k]));
+            }
+            ASSERT_EQ(listening.m_thumb.GetAt(i), peak) << i;
+        }
+    }
+}
+
+TEST(NoteDetectorTest, ACancelAtAnyFrameLeavesTheStridesThatWereComplete) {
+    std::vector<float> const stream = BassMix(6.0);
+    std::vector<float> const filtered = Filtered(stream);
+    CProfiler profiler(nullptr);
+    profiler.CancelProfile();
+    for (std::size_t const frames : {0U, 1U, 239U, 240U, 241U, 367U, 368U, 600U, 1000U}) {
+        CListening listening(stream);
+        listening.PushFrames(stream, 0, frames * kFrame);
+        EXPECT_EQ(listening.m_detector.FinalizeNoteDetection(&profiler), kStatusNothing);
+        COracleMap expected;
+        std::size_t start = 0;
+        for (; start + 61440 <= frames * kFrame; start += 32768) {
+            OracleSearch(&filtered[start], 32768, 61440, static_cast<std::int32_t>(start),
+                         &expected);
+        }
+        EXPECT_EQ(Difference(*listening.m_detector.GetNoteMap(), expected), "") << frames;
+        std::size_t const measured = start / kFrame;
+        EXPECT_EQ(listening.m_thumb.GetAt(static_cast<std::int32_t>(measured)), 0.0f) << frames;
     }
 }
