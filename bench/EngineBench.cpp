@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 //
-// The whole engine, from samples to profile: four minutes of ordinary and of bass-heavy sound, and
-// two hours with an onset every 29 ms. `realtime` is how many seconds of sound a second of CPU is
-// through with. An argument of 1 forces the plain loops.
+// The whole engine, from samples to profile: four minutes of ordinary and of bass-heavy sound, with
+// and without digital silence, and two hours with an onset every 29 ms. `realtime` is how many
+// seconds of sound a second of CPU is through with. An argument of 1 forces the plain loops.
 
 #include "BenchSignal.h"
 #include "base/SmartPtr.h"
@@ -14,6 +14,7 @@
 #include "engine/print/Fingerprint.h"
 #include "engine/signal/CpuFeatures.h"
 
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cstdint>
 #include <optional>
@@ -64,6 +65,24 @@ void BM_EngineBass(benchmark::State& state) {
     RunEngine(state, MakeBenchBassLine(kSongSamples));
 }
 BENCHMARK(BM_EngineBass)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+/// Half a second of music, then digital silence.
+void BM_EngineSilence(benchmark::State& state) {
+    std::vector<float> pcm = MakeBenchSong(kSongSamples);
+    std::fill(pcm.begin() + kRate / 2, pcm.end(), 0.0f);
+    RunEngine(state, pcm);
+}
+BENCHMARK(BM_EngineSilence)->Arg(0)->Unit(benchmark::kMillisecond);
+
+/// A click of 4 ms every 0.47 s, digital silence between them.
+void BM_EngineClicks(benchmark::State& state) {
+    std::vector<float> pcm(kSongSamples);
+    for (std::size_t i = 0; i < pcm.size(); ++i) {
+        pcm[i] = i % 20672 < 176 ? 0.9f : 0.0f;
+    }
+    RunEngine(state, pcm);
+}
+BENCHMARK(BM_EngineClicks)->Arg(0)->Unit(benchmark::kMillisecond);
 
 /// Two hours in which a burst of noise begins every 1280 samples and dies away within half of them.
 void BM_EngineDense(benchmark::State& state) {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 //
-// The bass road: filter, note search on ordinary and on bass-heavy sound, order and pruning of the
-// notes. A second argument of 1 forces the plain loops.
+// The bass road: filter, in lanes and in silence, note search on ordinary and on bass-heavy sound,
+// order and pruning of the notes. A second argument of 1 forces the plain loops.
 
 #include "BenchSignal.h"
 #include "engine/PcmReader.h"
@@ -12,10 +12,14 @@
 #include "engine/notes/NoteDetector.h"
 #include "engine/signal/CpuFeatures.h"
 #include "engine/signal/IIRFilt.h"
+#include "engine/signal/LaneFilter.h"
+#include "engine/signal/QuietFilter.h"
 
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace {
@@ -59,6 +63,63 @@ void BM_BassFilterPlain(benchmark::State& state) {
     RunFilter(state, [](CIIRFilt& filter, float* x) { filter.flPlain(x, 0, kFrame, 1); });
 }
 BENCHMARK(BM_BassFilterPlain)->Unit(benchmark::kMillisecond);
+
+CIIRSection GetBassSection() {
+    CIIRFilt const filter = MakeBassFilter();
+    float const* const b = filter.GetNumerator(0);
+    float const* const a = filter.GetDenominator(0);
+    return {b[0], b[1], b[2], a[0], a[1]};
+}
+
+/// Four minutes in frames; the argument is the number of lanes.
+void BM_LaneFilter(benchmark::State& state) {
+    std::vector<float> const pcm = MakeBenchSong(std::size_t{4} * kMinuteSamples);
+    auto const lanes = static_cast<std::int32_t>(state.range(0));
+    for (auto _ : state) {
+        CLaneFilter filter(GetBassSection(), lanes, 160'000);
+        auto const drop = [&filter] {
+            for (auto done = filter.GetFinished(); !done.empty(); done = filter.GetFinished()) {
+                benchmark::DoNotOptimize(done.data());
+                filter.Drop(done.size());
+            }
+        };
+        for (std::span<float const> rest(pcm); !rest.empty();) {
+            std::size_t const taken =
+                filter.Push(rest.first(std::min<std::size_t>(kFrame, rest.size())));
+            rest = rest.subspan(taken);
+            if (taken == 0) {
+                filter.Run();
+                drop();
+            }
+        }
+        filter.Finish();
+        drop();
+    }
+    state.SetItemsProcessed(state.iterations() * 4 * kMinuteSamples);
+}
+BENCHMARK(BM_LaneFilter)->Arg(1)->Arg(2)->Arg(4)->Arg(8)->Unit(benchmark::kMillisecond);
+
+/// The decay of the filter into silence from the size at which the quiet way takes over, until it
+/// rests; an argument of 1 takes the plain loop.
+void BM_QuietFilter(benchmark::State& state) {
+    constexpr std::int32_t kDecay = 8192;
+    std::vector<float> const silence(kDecay);
+    std::vector<float> out(kDecay);
+    CIIRSection const section = GetBassSection();
+    for (auto _ : state) {
+        CThreeStates states;
+        states.fill(0x1.0p-96f);
+        CIIRLane const lane{silence.data(), out.data(), &states};
+        if (state.range(0) == 0) {
+            FilterQuiet(section, lane, kDecay);
+        } else {
+            FilterLanePlain(section, lane, kDecay);
+        }
+        benchmark::DoNotOptimize(out.data());
+    }
+    state.SetItemsProcessed(state.iterations() * kDecay);
+}
+BENCHMARK(BM_QuietFilter)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 
 /// One minute, filtered, in strides as the detector searches it.
 void RunSearch(benchmark::State& state, std::vector<float> pcm) {

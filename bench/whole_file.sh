@@ -5,25 +5,31 @@
 # What the analysis of a whole file costs beside decoding it.
 #
 #     bench/whole_file.sh [-n RUNS] [-b BUILD_FOLDER] FILE...
+#     bench/whole_file.sh -u [-n RUNS] [-b BUILD_FOLDER]
 #
 # For every file `tactus analyze` and plain decodes of the same file run in turns, so that a change
 # of the machine's speed meets all of them; the medians of their CPU seconds (user and system) are
 # printed, and the ratio of Tactus' median to each other one. Programs that find a tempo and happen
 # to be installed run along (aubio-tools, soundstretch, bpm-tools), with the decode that they need.
+#
+# With -u the files are made: four minutes of music, and of sounds that are unkind to filters. All run
+# in turns; the medians of the analysis are printed, and the ratio of each to that of music.
 set -euo pipefail
 
 runs=11
+unkind=false
 build=$(dirname "$0")/../build
-while getopts n:b: option; do
+while getopts un:b: option; do
     case $option in
     n) runs=$OPTARG ;;
     b) build=$OPTARG ;;
+    u) unkind=true ;;
     *) exit 2 ;;
     esac
 done
 shift $((OPTIND - 1))
-if [ $# -eq 0 ]; then
-    echo "usage: bench/whole_file.sh [-n RUNS] [-b BUILD_FOLDER] FILE..." >&2
+if [ $# -eq 0 ] && [ "$unkind" = false ]; then
+    echo "usage: bench/whole_file.sh [-n RUNS] [-b BUILD_FOLDER] FILE... | -u" >&2
     exit 2
 fi
 
@@ -68,6 +74,34 @@ bpm_of() {
 has() {
     command -v "$1" >/dev/null
 }
+
+# make_unkind: four minutes each, mono, 16 bits: music.wav and what filters don't like.
+make_unkind() {
+    local make=(ffmpeg -nostdin -v error -y) source=(-f lavfi -i)
+    "$build/scripts/tactus-demo-track" "$times/minute.wav" 124
+    "${make[@]}" -stream_loop 3 -i "$times/minute.wav" -t 240 "$times/music.wav"
+    "${make[@]}" "${source[@]}" 'anullsrc=r=44100:cl=mono' -t 240 "$times/silence.wav"
+    "${make[@]}" -ss 20 -t 0.5 -i "$times/minute.wav" -af apad=whole_dur=240 "$times/music-then-silence.wav"
+    "${make[@]}" "${source[@]}" "aevalsrc=if(lt(mod(t\,0.46875)\,0.004)\,0.9\,0):s=44100:d=240" "$times/clicks.wav"
+    "${make[@]}" "${source[@]}" 'anoisesrc=r=44100:d=240:c=white:seed=7:a=1' "$times/noise.wav"
+    "${make[@]}" "${source[@]}" 'anoisesrc=r=44100:d=240:c=white:seed=7:a=0.0001' "$times/quiet-noise.wav"
+}
+
+if [ "$unkind" = true ]; then
+    make_unkind
+    sounds=(music silence music-then-silence clicks noise quiet-noise)
+    for ((i = 0; i < runs; i++)); do
+        for sound in "${sounds[@]}"; do
+            run "$sound" "$tactus" analyze --force --jobs 1 --quiet --format csv -- "$times/$sound.wav"
+        done
+    done
+    echo "four minutes of each, median CPU seconds of $runs runs, times that of music:"
+    for sound in "${sounds[@]}"; do
+        awk -v name="$sound" -v own="$(median "$sound" 1)" -v music="$(median music 1)" \
+            'BEGIN { printf "  %-20s %6.3f s   %.2f\n", name, own, own / music }'
+    done
+    exit 0
+fi
 
 for file in "$@"; do
     rm -f "$times"/*
