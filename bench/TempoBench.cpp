@@ -4,8 +4,8 @@
 // The readings of a song of so many seconds, from envelopes with a pulse on every half beat at
 // 128 BPM over noise. To be compared with the whole profile in EngineBench.
 
-#include "engine/BeatPattern.h"
-#include "engine/PcmThumbnail.h"
+#include "engine/beats/BeatPattern.h"
+#include "engine/envelope/PcmThumbnail.h"
 #include "song/TempoCandidates.h"
 
 #include <benchmark/benchmark.h>

@@ -6,8 +6,8 @@
 // features of the song for every reading as if it came first with a score of 0. JSON both ways;
 // nine digits give a float back to the bit.
 
-#include "engine/BeatPattern.h"
-#include "engine/PcmThumbnail.h"
+#include "engine/beats/BeatPattern.h"
+#include "engine/envelope/PcmThumbnail.h"
 #include "song/TempoFeatures.h"
 
 #include <array>

@@ -11,7 +11,7 @@
 
 #include "song/OnsetCurve.h"
 
-#include "engine/PcmThumbnail.h"
+#include "engine/envelope/PcmThumbnail.h"
 
 #include <algorithm>
 #include <array>

@@ -14,7 +14,7 @@
 
 #include "song/TempoFeatures.h"
 
-#include "engine/BeatPattern.h"
+#include "engine/beats/BeatPattern.h"
 #include "song/PlainMath.h"
 
 #include <algorithm>

@@ -7,7 +7,7 @@
 //   AddRunnersUp        the most salient tempos that are none of those
 //     Refined           their exact place, from eight periods on
 
-#include "engine/PcmThumbnail.h"
+#include "engine/envelope/PcmThumbnail.h"
 #include "song/PlainMath.h"
 #include "song/TempoFeatures.h"
 

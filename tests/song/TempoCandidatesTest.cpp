@@ -3,8 +3,8 @@
 
 #include "song/TempoCandidates.h"
 
-#include "engine/BeatPattern.h"
-#include "engine/PcmThumbnail.h"
+#include "engine/beats/BeatPattern.h"
+#include "engine/envelope/PcmThumbnail.h"
 #include "song/TempoFeatures.h"
 #include "song/TempoModel.h"
 #include "support/Envelope.h"
