@@ -4,7 +4,7 @@
 #pragma once
 
 #include "IDTag/WriteProblem.h"
-#include "app/AnalysisProblem.h"
+#include "song/AnalysisProblem.h"
 
 #include <cstddef>
 #include <cstdint>

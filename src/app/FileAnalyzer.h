@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include "app/AnalysisProblem.h"
 #include "base/CancelFlag.h"
 #include "platform/DecodedAudio.h"
+#include "song/AnalysisProblem.h"
 
 #include <cstdint>
 #include <deque>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "app/AnalysisProblem.h"
+#include "song/AnalysisProblem.h"
 
 #include <string>
 

@@ -3,11 +3,11 @@
 
 #pragma once
 
-#include "app/AnalysisProblem.h"
 #include "app/BPMFile.h"
 #include "cli/InputWalk.h"
 #include "cli/Report.h"
 #include "cli/SongFile.h"
+#include "song/AnalysisProblem.h"
 
 #include <memory>
 #include <optional>
