@@ -72,22 +72,6 @@ bool HasEncodedFrames(CID3Tag const& tag) {
     return false;
 }
 
-CStatus TextIn(CID3Tag const& tag, char const* frameId, CString& text) {
-    CID3Frame* frame = nullptr;
-    if (!tag.GetExistingFrame(frameId, &frame)) {
-        return kStatusNothing;
-    }
-    CRawFrame const raw = RawFrameOf(*frame);
-    bool const isEncoded = tag.GetVersion() == kEncodingVersion && IsEncoded(raw);
-    std::wstring found;
-    CStatus const status = isEncoded ? ReadEncodedText(raw, found) : frame->GetString(found);
-    if (status < 0) {
-        return kStatusNothing;
-    }
-    text = found.c_str();
-    return kStatusOk;
-}
-
 bool HasWrittenExtension(CString const& path) {
     CString extension;
     return CFileUtil::GetLowerCaseFileExt(path, extension) == kStatusOk &&
@@ -153,7 +137,7 @@ private:
             return m_tag.HadNoMemory() ? EWriteProblem::NoMemory : EWriteProblem::TagUnreadable;
         }
         report.m_nVersionBefore = m_tag.GetTagSize() > 0 ? m_tag.GetVersion() : std::uint8_t{0};
-        (void)TextIn(m_tag, m_pFrameId, report.m_sTextBefore);
+        (void)TagTextOf(m_tag, m_pFrameId, report.m_sTextBefore);
         bool const isOther =
             m_options.m_expectedText && !(*m_options.m_expectedText == report.m_sTextBefore);
         return isOther ? EWriteProblem::TempoChanged : EWriteProblem::None;
@@ -203,6 +187,22 @@ private:
 
 } // namespace
 
+CStatus TagTextOf(CID3Tag const& tag, char const* frameId, CString& text) {
+    CID3Frame* frame = nullptr;
+    if (!tag.GetExistingFrame(frameId, &frame)) {
+        return kStatusNothing;
+    }
+    CRawFrame const raw = RawFrameOf(*frame);
+    bool const isEncoded = tag.GetVersion() == kEncodingVersion && IsEncoded(raw);
+    std::wstring found;
+    CStatus const status = isEncoded ? ReadEncodedText(raw, found) : frame->GetString(found);
+    if (status < 0) {
+        return kStatusNothing;
+    }
+    text = found.c_str();
+    return kStatusOk;
+}
+
 EWriteProblem StoreTagText(CString const& path, char const* frameId, CString const& text,
                            CTagStoreOptions const& options, CTagStoreReport* report) {
     CTagStoreReport ignored;
@@ -220,7 +220,7 @@ CStatus ReadTagText(CString const& path, char const* frameId, CString& text) {
         rules.m_bEveryId = true;
         tag.SetRules(rules);
         CStatus const status = tag.OpenFile(path);
-        return status == kStatusOk ? TextIn(tag, frameId, text) : status;
+        return status == kStatusOk ? TagTextOf(tag, frameId, text) : status;
     } catch (std::bad_alloc const&) {
         return kStatusFailure;
     }

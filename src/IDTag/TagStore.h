@@ -51,6 +51,11 @@ struct CTagStoreReport {
 EWriteProblem StoreTagText(CString const& path, char const* frameId, CString const& text,
                            CTagStoreOptions const& options, CTagStoreReport* report = nullptr);
 
+/// Text of one frame, up to its first 0, of a tag that was opened. Version 2.4 frames that tell the
+/// length of their data are read past it.
+/// Returns: `kStatusNothing`, `text` untouched, when there is no such frame or no text in it.
+CStatus TagTextOf(CID3Tag const& tag, char const* frameId, CString& text);
+
 /// Text of one frame, up to its first 0, of the ID3v2 tag alone. Version 2.4 frames that tell the
 /// length of their data are read past it, and ids of version 2.2 by the wider table.
 /// Returns: `kStatusOk`; `kStatusNothing` when there is no such frame or no text in it;
