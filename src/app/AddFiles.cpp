@@ -116,7 +116,7 @@ void BPMController::addFile(CString const& path) {
         }
     }
     auto row = std::make_unique<CRow>(path);
-    row->m_bTagIsClosed = !ReadRowTags(row->m_file);
+    row->m_sTempoInTag = ReadRowTags(row->m_file);
     row->m_bFromTag = row->m_file.IsDone();
     {
         std::scoped_lock const guard(m_lock);

@@ -7,18 +7,17 @@
 
 #include "app/BPMController.h"
 
-#include "IDTag/ID3Reader.h"
 #include "app/ControllerRow.h"
 #include "app/RowTags.h"
 #include "base/FileUtil.h"
 #include "song/AudioKinds.h"
+#include "song/StoreTempo.h"
 
 #include <charconv>
 #include <utility>
 
 namespace {
 
-constexpr char kTempoFrameId[] = "TBPM";  // Standard: ID3v2.3.0, section 4.2.1.
 constexpr std::int32_t kArtistColumn = 1; // Fixed: identifiers of the table's columns.
 constexpr std::int32_t kTempoColumn = 2;
 
@@ -68,6 +67,7 @@ void BPMController::reScan() {
         std::scoped_lock const guard(m_lock);
         for (auto const& row : m_vFiles) {
             row->m_file.SetDone(row->m_bHidden && row->m_file.IsDone());
+            row->m_sTempoInTag.reset();
         }
         m_nFirstUndone = 0;
         m_status.m_nUndone = m_vFiles.size() - m_status.m_nHidden;
@@ -172,8 +172,8 @@ void BPMController::onProfilerFileProgress(CUserInfo const* userInfo) {
     m_view.statusChanged();
 }
 
-// Deliberate: a file that could not be analysed is done as well, and the "0.00" in its row goes
-// into its tag; it is not tried again until a rescan.
+// Deliberate: a file that could not be analysed is done as well, with "0.00" in its row, and not
+// tried again until a rescan. Into a tag "0.00" goes only when the song was heard whole.
 void BPMController::onFileComplete(CUserInfo const* userInfo) {
     CRow* row = nullptr;
     {
@@ -242,17 +242,27 @@ void BPMController::setOutcome(CRow& row, CAnalysisOutcome outcome) {
 void BPMController::storeTempo(CRow& row) {
     CString path;
     CString tempo;
+    std::optional<CString> tempoBefore;
+    CAnalysisOutcome outcome;
     {
         std::scoped_lock const guard(m_lock);
         path = row.m_file.GetPath();
         tempo = row.m_file.GetTempo();
+        tempoBefore = row.m_sTempoInTag;
+        outcome = row.m_outcome;
     }
-    EWriteProblem problem = EWriteProblem::UnknownFrameId;
-    if (!row.m_bTagIsClosed) {
-        CID3Reader::SetTagString(path, kTempoFrameId, tempo, &problem);
+    // What could not be heard is left alone, and its row says already why.
+    EWriteProblem problem = EWriteProblem::None;
+    bool const isHeard = outcome.m_problem == EAnalysisProblem::None ||
+                         outcome.m_problem == EAnalysisProblem::NoBeat;
+    if (isHeard) {
+        problem = StoreTempo(path, outcome, tempo, tempoBefore);
     }
     {
         std::scoped_lock const guard(m_lock);
+        if (isHeard && problem == EWriteProblem::None) {
+            row.m_sTempoInTag = tempo;
+        }
         bool const wasTold = IsStoreFailure(row.m_writeProblem);
         row.m_writeProblem = problem;
         m_status.m_nNotStored += static_cast<std::size_t>(IsStoreFailure(problem));

@@ -5,9 +5,10 @@
 
 #include "app/BPMController.h"
 
+#include <optional>
+
 /// One row as the controller keeps it: the file with its texts and done flag, and what the window
-/// is told beside them. Once in the list, everything but `m_nIndex` and
-/// `m_bTagIsClosed` is guarded by its lock.
+/// is told beside them. Once in the list, everything but `m_nIndex` is guarded by its lock.
 struct BPMController::CRow {
     explicit CRow(CString const& path) : m_file(path) {}
 
@@ -18,5 +19,5 @@ struct BPMController::CRow {
     int m_nPercent = -1;        // Of the running analysis; -1 when there is none.
     CAnalysisOutcome m_outcome; // Of the last analysis that came to its end.
     EWriteProblem m_writeProblem = EWriteProblem::None; // Why the tempo isn't in the file.
-    bool m_bTagIsClosed = false; // The tag must neither be opened nor written.
+    std::optional<CString> m_sTempoInTag; // As it was read; nothing once it may be replaced.
 };

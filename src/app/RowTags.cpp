@@ -3,47 +3,13 @@
 
 #include "app/RowTags.h"
 
-#include "IDTag/ID3Reader.h"
-#include "IDTag/ID3Tag.h"
-#include "IDTag/MacCFile.h"
 #include "base/FileUtil.h"
+#include "song/SongTags.h"
 
 #include <algorithm>
 #include <charconv>
-#include <memory>
 #include <string>
 #include <string_view>
-
-namespace {
-
-constexpr char kTitleFrameId[] = "TIT2";  // Standard: ID3v2.3.0, section 4.2.1.
-constexpr char kArtistFrameId[] = "TPE1"; // Standard: likewise.
-constexpr char kTempoFrameId[] = "TBPM";  // Standard: likewise.
-
-struct CTagTexts {
-    CString m_sTitle;
-    CString m_sArtist;
-    CString m_sTempo;
-};
-
-// A frame that can't be read is as good as none.
-CTagTexts ReadTexts(CString const& path) {
-    CTagTexts texts;
-    CFile file;
-    if (!file.Open(path, CFile::modeRead, nullptr)) {
-        return texts;
-    }
-    try {
-        CID3Reader::ImportMetaData(&file, kTitleFrameId, texts.m_sTitle);
-        CID3Reader::ImportMetaData(&file, kArtistFrameId, texts.m_sArtist);
-        CID3Reader::ImportMetaData(&file, kTempoFrameId, texts.m_sTempo);
-    } catch (CFileException* thrown) {
-        std::unique_ptr<CFileException> const owned(thrown);
-    }
-    return texts;
-}
-
-} // namespace
 
 double LeadingNumber(CString const& text) {
     std::string const bytes = text.ToUtf8();
@@ -62,24 +28,19 @@ double LeadingNumber(CString const& text) {
     return isNegative ? -value : value;
 }
 
-bool ReadRowTags(CBPMFile& row) {
-    CString const path = row.GetPath();
-    CTagTexts texts;
-    bool const isOpen = CID3Tag::AreFrameIdsKnown(path) == kStatusOk;
-    if (isOpen) {
-        texts = ReadTexts(path);
-    }
-    if (LeadingNumber(texts.m_sTempo) > 0.0) {
-        row.SetTempo(texts.m_sTempo);
+CString ReadRowTags(CBPMFile& row) {
+    CSongTags const tags = ReadSongTags(row.GetPath());
+    if (LeadingNumber(tags.m_sTempo) > 0.0) {
+        row.SetTempo(tags.m_sTempo);
         row.SetDone(true);
     }
     // Deliberate: the title of the tag is taken when there is a tempo text, not when there is a
     // title; so a file without one is listed under its name.
-    CString title = texts.m_sTitle;
-    if (texts.m_sTempo.IsEmpty()) {
-        CFileUtil::ExtractFileName(path, title);
+    CString title = tags.m_sTitle;
+    if (tags.m_sTempo.IsEmpty()) {
+        CFileUtil::ExtractFileName(row.GetPath(), title);
     }
     row.SetTitle(title);
-    row.SetArtist(texts.m_sArtist);
-    return isOpen;
+    row.SetArtist(tags.m_sArtist);
+    return tags.m_sTempoFrame;
 }

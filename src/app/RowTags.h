@@ -9,10 +9,9 @@
 /// Fills a new row from its file's tag. A tempo text above 0 makes the row done; only a file with
 /// a tempo text of any kind is listed under its tag's title, any other under its file name. What
 /// can't be read leaves its text empty.
-/// Returns: false when the tag has frames that can't be carried into a new one. It was not opened
-/// and must not be written.
+/// Returns: the tempo text of the ID3v2 tag alone, which a later write is held against.
 /// Thread: any, on a row that nobody else sees yet.
-bool ReadRowTags(CBPMFile& row);
+CString ReadRowTags(CBPMFile& row);
 
 /// The decimal number that `text` begins with, blanks before it skipped and anything behind it
 /// ignored, whatever the locale; 0 when there is none.

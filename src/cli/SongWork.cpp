@@ -3,17 +3,16 @@
 
 #include "cli/SongWork.h"
 
-#include "IDTag/ID3Reader.h"
 #include "app/RowTags.h"
 #include "base/FileUtil.h"
 #include "cli/DecodeReason.h"
 #include "cli/WriteReason.h"
 #include "song/AudioKinds.h"
+#include "song/StoreTempo.h"
 
 namespace {
 
-constexpr int kMostAttempts = 3;         // Fixed: a file that never rests is given up.
-constexpr char kTempoFrameId[] = "TBPM"; // Standard: ID3v2.3.0, section 4.2.1.
+constexpr int kMostAttempts = 3; // Fixed: a file that never rests is given up.
 
 } // namespace
 
@@ -37,10 +36,7 @@ bool CSongWork::Begin() {
 /// Fills the row from the tag. Returns: true when there is a tempo.
 bool CSongWork::ReadTag() {
     m_pFile = std::make_unique<CBPMFile>(m_input.m_sPath);
-    m_bTagKnown = ReadRowTags(*m_pFile);
-    if (!m_bTagKnown) {
-        m_row.m_sNote = "its ID3v2.2 tag holds an unknown kind of frame and isn't read";
-    }
+    m_sTempoInTag = ReadRowTags(*m_pFile);
     CString fileName;
     CFileUtil::ExtractFileName(m_pFile->GetPath(), fileName);
     m_row.m_bTitleIsName = m_pFile->GetTitle() == fileName;
@@ -66,24 +62,23 @@ bool CSongWork::Conclude(CAnalysisOutcome const& outcome, std::string const& tem
         m_row.m_dTempo = LeadingNumber(CString(tempo.c_str()));
         m_row.m_source = ETempoSource::Analysis;
     }
-    return !isHeard || !m_options.m_bWrite || Store(tempo);
+    return !isHeard || !m_options.m_bWrite || Store(outcome, tempo);
 }
 
 /// Stores the tempo in the tag as the window does, but never one of 0.
 /// Returns: false when somebody else was at the file and there is another attempt to be made.
-bool CSongWork::Store(std::string const& tempo) {
+bool CSongWork::Store(CAnalysisOutcome const& outcome, std::string const& tempo) {
     m_row.m_writing = EWriting::NotStored;
     if (!(m_row.m_dTempo > 0.0)) {
         m_row.m_sNotStored = "no beat was found";
         return true;
     }
-    EWriteProblem problem = EWriteProblem::UnknownFrameId;
-    if (HasChanged()) {
-        problem = EWriteProblem::Changed;
-    } else if (m_bTagKnown) {
-        CID3Reader::SetTagString(m_input.m_sPath, kTempoFrameId, CString(tempo.c_str()), &problem);
-    }
-    bool const isShared = problem == EWriteProblem::Changed || problem == EWriteProblem::InUse;
+    std::optional<CString> const before =
+        m_options.m_bForce ? std::nullopt : std::optional(m_sTempoInTag);
+    EWriteProblem const problem =
+        StoreTempo(m_input.m_sPath, outcome, CString(tempo.c_str()), before);
+    bool const isShared = problem == EWriteProblem::Changed || problem == EWriteProblem::InUse ||
+                          problem == EWriteProblem::TempoChanged;
     if (isShared && m_nAttempts < kMostAttempts) {
         return false;
     }

@@ -45,7 +45,7 @@ public:
 
 private:
     bool ReadTag();
-    bool Store(std::string const& tempo);
+    bool Store(CAnalysisOutcome const& outcome, std::string const& tempo);
     [[nodiscard]] bool HasChanged() const;
 
     CInputFile m_input;
@@ -53,6 +53,6 @@ private:
     int m_nAttempts = 0;
     std::optional<CFileState> m_state; // before the tag was read
     std::unique_ptr<CBPMFile> m_pFile;
-    bool m_bTagKnown = true; // the tag may be written
+    CString m_sTempoInTag; // when it was read
     CReportRow m_row;
 };

@@ -99,17 +99,20 @@ TEST_F(RowTagsTest, AFileThatCannotBeReadIsListedUnderItsName) {
     EXPECT_FALSE(isDone(0));
 }
 
-TEST_F(RowTagsTest, ATagWithUnknownOldIdsIsNeitherOpenedNorWritten) {
+TEST_F(RowTagsTest, ATagWithUnknownOldIdsIsReadAndNotWritten) {
     // Version 2.2: three characters of id, three bytes of size. "ZZZ" has no name in 2.3.
-    Bytes const tempoFrame{'T', 'B', 'P', 0, 0, 4, 0, '1', '2', '0'};
+    Bytes const titleFrame{'T', 'T', '2', 0, 0, 4, 0, 'a', 'b', 'c'};
+    Bytes const tempoFrame{'T', 'B', 'P', 0, 0, 4, 0, '1', '2', '8'};
     Bytes const unknownFrame{'Z', 'Z', 'Z', 0, 0, 2, 0, 'x'};
-    std::string const file = writeClip("a.mp3", Tag(2, {tempoFrame, unknownFrame}));
+    std::string const file = writeClip("a.mp3", Tag(2, {unknownFrame, titleFrame, tempoFrame}));
     Bytes const before = ReadBytes(file);
-    controller.openFile({path(file)});
-    waitUntilIdle();
-    EXPECT_EQ(title(0), "a.mp3");
-    EXPECT_EQ(tempo(0), "120.00");
+    controller.addFile(path(file));
+    EXPECT_EQ(title(0), "abc");
+    EXPECT_EQ(tempo(0), "128");
     EXPECT_TRUE(isDone(0));
+    controller.reScan();
+    waitUntilIdle();
+    EXPECT_EQ(tempo(0), "120.00");
     EXPECT_EQ(controller.rowState(0).m_writeProblem, EWriteProblem::UnknownFrameId);
     EXPECT_EQ(ReadBytes(file), before);
 }

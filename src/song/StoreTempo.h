@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "IDTag/WriteProblem.h"
+#include "base/CString.h"
+#include "song/AnalysisProblem.h"
+
+#include <optional>
+
+/// Whether a song may have its tempo written, by what is known of it from hearing it: only what
+/// was read as MPEG audio, with less than 1 % of its packets bad and at most 2 % of its promised
+/// length missing. A song without a beat must have been heard whole.
+/// Returns: why not; `None` when nothing of this speaks against it.
+EWriteProblem ProblemOfStoring(CAnalysisOutcome const& outcome);
+
+/// Writes `tempo` as the "TBPM" text of the MP3 file at `path`, when `ProblemOfStoring` has nothing
+/// against it, and into no other file than the one that was heard: device, inode, size and both
+/// times are compared again under the writer's lock.
+/// `tempoBefore`: what the tag said when its row was read; with it, a tempo that somebody has set
+/// since stays. Nothing: whatever stands there gives way.
+/// Returns: `None` also when the text stands there already.
+/// Thread: any.
+EWriteProblem StoreTempo(CString const& path, CAnalysisOutcome const& outcome, CString const& tempo,
+                         std::optional<CString> const& tempoBefore);
