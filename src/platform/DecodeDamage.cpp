@@ -5,8 +5,11 @@
 
 #include "platform/MpegFrame.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <limits>
 #include <optional>
+#include <utility>
 
 void CDecodeDamage::SetCodec(std::string_view name) {
     m_bMp3 = name.starts_with("mp3");
@@ -18,10 +21,12 @@ void CDecodeDamage::Note(std::span<std::uint8_t const> packet, bool isDecoded) {
     if (wholeBytes && packet.size() < *wholeBytes) {
         m_bBreaksOff = true;
     } else if (isDecoded) {
-        m_nBad += m_nForeign;
-        m_nForeign = 0;
+        m_nBad += std::exchange(m_nForeign, 0);
+        m_nBadBytes += std::exchange(m_nForeignBytes, 0);
+        m_nGoodBytes += static_cast<std::int64_t>(packet.size());
         ++m_nGood;
     } else if (m_bPcm || (m_bMp3 && !wholeBytes)) {
+        m_nForeignBytes += static_cast<std::int64_t>(packet.size());
         ++m_nForeign;
     } else {
         ++m_nBad;
@@ -29,7 +34,12 @@ void CDecodeDamage::Note(std::span<std::uint8_t const> packet, bool isDecoded) {
 }
 
 void CDecodeDamage::Tell(CDecodeReport& report) const {
-    report.m_nBadPackets = m_nBad;
-    report.m_nPackets = m_nBad + m_nGood;
+    bool const isMoreForeign = m_nForeign > m_nGood;
+    std::int64_t const bytes = m_nBadBytes + (isMoreForeign ? m_nForeignBytes : 0);
+    std::int64_t const packetBytes = m_nGood > 0 ? std::max<std::int64_t>(m_nGoodBytes / m_nGood, 1)
+                                                 : std::numeric_limits<std::int64_t>::max();
+    std::int64_t const bad = m_nBad + (isMoreForeign ? m_nForeign : 0);
+    report.m_nBadPackets = std::max(bad, bytes / packetBytes);
+    report.m_nPackets = report.m_nBadPackets + m_nGood;
     report.m_bBreaksOff = m_bBreaksOff;
 }

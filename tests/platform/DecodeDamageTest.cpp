@@ -49,6 +49,35 @@ TEST(DecodeDamageTest, ForeignBytesCountWithAudioBehindThem) {
     EXPECT_EQ(Told(damage), std::tuple(1, 3, false));
 }
 
+TEST(DecodeDamageTest, ForeignBytesCountAsManyPacketsAsAudioOfTheirLength) {
+    CDecodeDamage damage;
+    damage.SetCodec("mp3float");
+    damage.Note(Mp3Packet(417), true);
+    damage.Note(std::vector<std::uint8_t>(41'700, 'x'), false);
+    damage.Note(Mp3Packet(417), true);
+    EXPECT_EQ(Told(damage), std::tuple(100, 102, false));
+}
+
+TEST(DecodeDamageTest, ForeignPacketsBehindTheLastGoodOneCountOnceTheyAreMore) {
+    CDecodeDamage damage;
+    damage.SetCodec("mp3float");
+    std::vector<std::uint8_t> const foreign(417, 'x');
+    damage.Note(Mp3Packet(417), true);
+    damage.Note(Mp3Packet(417), true);
+    damage.Note(foreign, false);
+    damage.Note(foreign, false);
+    EXPECT_EQ(Told(damage), std::tuple(0, 2, false));
+    damage.Note(foreign, false);
+    EXPECT_EQ(Told(damage), std::tuple(3, 5, false));
+}
+
+TEST(DecodeDamageTest, AFileOfForeignPacketsAloneIsDamagedAltogether) {
+    CDecodeDamage damage;
+    damage.SetCodec("mp3float");
+    damage.Note(std::vector<std::uint8_t>(100'000, 'x'), false);
+    EXPECT_EQ(Told(damage), std::tuple(1, 1, false));
+}
+
 TEST(DecodeDamageTest, ShortFrameIsWhereTheFileBreaksOff) {
     CDecodeDamage damage;
     damage.SetCodec("mp3float");
