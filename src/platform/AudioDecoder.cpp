@@ -64,6 +64,30 @@ std::vector<std::int64_t> PromisedLengths(AVFormatContext const& format) {
     return lengths;
 }
 
+/// True when a length is none: what a program writes that doesn't know it yet and can't go back,
+/// and what no header says at all.
+bool IsLengthUnknown(EContainer container, AVCodecParameters const& codec, std::int64_t length) {
+    // Fixed: below the sizes that go for unknown: 0x7F000000, 0x7FFFF000, 2 GiB and 4 GiB less one
+    // or less a header. The end of a song that is so large goes unchecked.
+    constexpr std::int64_t kUnknownBytes = 0x7F000000;
+    switch (container) {
+    case EContainer::MpegAudio:
+    case EContainer::Mp4:
+    case EContainer::Flac:
+        return false;
+    case EContainer::Wav:
+    case EContainer::Aiff:
+    case EContainer::Caf:
+    case EContainer::Wave64:
+        return length >= kUnknownBytes / std::max(codec.block_align, 1);
+    case EContainer::AdtsAac:
+    case EContainer::Ogg:
+    case EContainer::Unknown:
+        break;
+    }
+    return true;
+}
+
 /// One pass over the file. Problems returned are reasons for giving up.
 class CDecodeRun {
 public:
@@ -160,6 +184,9 @@ EDecodeProblem CDecodeRun::Open() {
     m_pStream = format->streams[best];
     auto const index = static_cast<std::size_t>(best);
     m_nPromised = index < promises.size() ? promises[index] : 0;
+    if (IsLengthUnknown(m_container, *m_pStream->codecpar, m_nPromised)) {
+        m_nPromised = 0;
+    }
     return OpenDecoder(decoder);
 }
 

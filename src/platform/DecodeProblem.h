@@ -65,8 +65,10 @@ struct CDecodeReport {
 
     /// True when less is there than the header promises, by more than encoders differ.
     [[nodiscard]] bool EndsEarly() const {
-        constexpr double kUsualShare = 0.98; // Fixed: tags are written down to here.
-        return m_dHeardSeconds < kUsualShare * m_dPromisedSeconds;
+        constexpr double kUsualShare = 0.98;     // Fixed: tags are written down to here.
+        constexpr double kUsualDifference = 0.1; // Fixed: some packets of any kind.
+        return m_dHeardSeconds < kUsualShare * m_dPromisedSeconds &&
+               m_dHeardSeconds < m_dPromisedSeconds - kUsualDifference;
     }
 
     /// True when what was decoded isn't the whole song.

@@ -258,6 +258,66 @@ TEST_F(CompressedAudioTest, BrokenOffMp4GivesWhatIsThereAndSaysSo) {
     EXPECT_LT(audio.m_nCount, kFrames * 3 / 4);
 }
 
+TEST_F(CompressedAudioTest, AFileThatIsCutSaysHowMuchOfItIsThere) {
+    struct CCase {
+        std::string m_sName;
+        std::vector<std::string> m_vOptions;
+    };
+    double const length = 91'875.0 / 44'100.0;
+    for (CCase const& item :
+         {CCase{"x.mp3", {"-c:a", "libmp3lame", "-b:a", "128k"}},
+          CCase{"vbr.mp3", {"-c:a", "libmp3lame", "-q:a", "4"}}, CCase{"x.wav", {}},
+          CCase{"x.aiff", {}}, CCase{"x.caf", {}}, CCase{"x.flac", {}},
+          CCase{"x.m4a", {"-c:a", "aac", "-movflags", "+faststart"}},
+          CCase{"alac.m4a", {"-c:a", "alac", "-movflags", "+faststart"}}}) {
+        std::string const whole = Encode(item.m_sName, item.m_vOptions);
+        (void)Decode(whole);
+        EXPECT_FALSE(m_report.EndsEarly()) << item.m_sName;
+        EXPECT_NEAR(m_report.m_dPromisedSeconds, length, 0.1) << item.m_sName; // encoder's padding
+        (void)Decode(CutFile(whole, "cut-" + item.m_sName, ReadText(whole).size() / 2));
+        EXPECT_TRUE(m_report.EndsEarly()) << item.m_sName;
+        EXPECT_NEAR(m_report.m_dPromisedSeconds, length, 0.1) << item.m_sName;
+        // Half of the bytes, of which a table at the start takes some.
+        EXPECT_NEAR(m_report.m_dHeardSeconds, length / 2.0, 0.2) << item.m_sName;
+    }
+}
+
+TEST_F(CompressedAudioTest, AShortSongIsWhole) {
+    for (char const* seconds : {"0.1", "0.3", "0.7"}) {
+        for (auto const& [name, codec] : std::initializer_list<std::pair<char const*, char const*>>{
+                 {"x.mp3", "libmp3lame"}, {"x.m4a", "aac"}, {"x.wav", "pcm_s16le"}}) {
+            (void)Decode(Encode(name, {"-t", seconds, "-c:a", codec}));
+            EXPECT_FALSE(m_report.IsDamaged()) << name << " " << seconds;
+        }
+    }
+}
+
+TEST_F(CompressedAudioTest, AStreamsLengthIsNoPromise) {
+    // The sizes that programs write which can't go back to the header.
+    for (std::uint32_t const size : {0xFFFFFFFFU, 0x7FFFFFFFU, 0x7FFFF000U, 0x7F000000U}) {
+        WriteWav(m_folder / "x.wav", {.m_nClaimedData = size}, m_vSource);
+        (void)Decode(m_folder / "x.wav");
+        EXPECT_FALSE(m_report.IsDamaged()) << size;
+    }
+}
+
+TEST_F(CompressedAudioTest, NoiseInTheMiddleCountsAsMuchAsItIsLong) {
+    for (char const* note : {"0", "1"}) {
+        std::string bytes =
+            ReadText(Encode("x.mp3", {"-c:a", "libmp3lame", "-b:a", "320k", "-write_xing", note}));
+        std::size_t const size = bytes.size() / 5;
+        // No byte of this noise begins a frame.
+        for (std::size_t i = bytes.size() / 2; i < bytes.size() / 2 + size; ++i) {
+            bytes[i] = static_cast<char>(i * 37 % 200);
+        }
+        WriteText(m_folder / "noise.mp3", bytes);
+        (void)Decode(m_folder / "noise.mp3");
+        double const share =
+            static_cast<double>(m_report.m_nBadPackets) / static_cast<double>(m_report.m_nPackets);
+        EXPECT_NEAR(share, 0.2, 0.03) << note; // a frame or two more at either end of it
+    }
+}
+
 TEST_F(CompressedAudioTest, BytesBehindAnMp3AreNoDamage) {
     std::string const whole = Encode("x.mp3", {"-c:a", "libmp3lame", "-write_xing", "0"});
     CDecodedAudio const clean = Decode(whole);
