@@ -8,10 +8,12 @@
 
 #include "FuzzFile.h"
 #include "platform/AudioDecoder.h"
+#include "platform/AudioSetup.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <mutex>
 
 namespace {
 
@@ -39,6 +41,8 @@ CDecodeReport DecodeOnce(std::string const& path, CDecodedAudio& audio) {
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     static CFuzzFolder const folder;
+    static std::once_flag once;
+    std::call_once(once, SetUpAudio); // as the programs' main does
     if (size == 0) {
         return 0;
     }
