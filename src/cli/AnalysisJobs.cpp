@@ -257,9 +257,8 @@ void CAnalysisJobs::OnComplete(CUserInfo const* info) {
     }
     // Until it is finished, the slot's work is this worker's alone.
     bool const isCancelled = slot->m_analyzer.WasCancelled();
-    bool const isDone =
-        !isCancelled && slot->m_pWork->Conclude(slot->m_analyzer.GetOutcome(),
-                                                UserInfoText(info, kBpmKey));
+    bool const isDone = !isCancelled && slot->m_pWork->Conclude(slot->m_analyzer.GetOutcome(),
+                                                                UserInfoText(info, kBpmKey));
     std::scoped_lock const guard(m_lock);
     slot->m_bCancelled = isCancelled;
     slot->m_bAgain = !isCancelled && !isDone;
