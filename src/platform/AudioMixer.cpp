@@ -15,7 +15,7 @@ constexpr int kFastestRate = 1'000'000; // not blow up the resampling.
 constexpr int kExactBytes = 2;
 
 /// A converter from `in` to mono in 16 bits; null, or of no use, with an error in `status`.
-CResamplerPtr MakeConverter(AVChannelLayout const& in, AVSampleFormat format, int rate, int outRate,
+CResamplerPtr MakeConverter(AVChannelLayout in, AVSampleFormat format, int rate, int outRate,
                             int& status) {
     AVChannelLayout mono = AV_CHANNEL_LAYOUT_MONO;
     SwrContext* made = nullptr;
