@@ -174,7 +174,8 @@ TEST_F(TagStoreTest, AnIdThatNobodyKnowsIsReadButNotWritten) {
 TEST_F(TagStoreTest, EncodedFramesAreReadAsFarAsTheyCanBeAndNotWritten) {
     // A data length of 3 in four bytes of 7 bits, then the text.
     TagBytes const told = Joined({{0, 0, 0, 3}, Latin1Text("97")});
-    for (std::uint8_t const flags : {0x01, 0x03, 0x04, 0x08, 0x09, 0x40, 0x41}) {
+    for (int const value : {0x01, 0x03, 0x04, 0x08, 0x09, 0x40, 0x41}) {
+        auto const flags = static_cast<std::uint8_t>(value);
         TagBytes const group = (flags & 0x40) != 0 ? TagBytes{0x80} : TagBytes();
         TagBytes const body = (flags & 0x01) != 0 ? told : Latin1Text("97");
         TagBytes const tempo = Frame24("TBPM", Joined({group, body}), 0, flags);

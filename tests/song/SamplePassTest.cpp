@@ -23,7 +23,7 @@ protected:
         }
         CSampleBuffer buffer;
         EXPECT_TRUE(buffer.Append(pcm));
-        EXPECT_EQ(TakeSamples(buffer, kCount, kCount, m_audio), "");
+        EXPECT_EQ(TakeSamples(buffer, kCount, kCount, m_audio), EDecodeProblem::None);
     }
 
     static float SampleAt(std::int64_t i) { return static_cast<float>(i % 1000 + 1) / 32767.0f; }
