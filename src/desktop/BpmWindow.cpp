@@ -296,9 +296,10 @@ void BpmWindow::closeEvent(QCloseEvent* event) {
 }
 
 // Looked at once a drag: it may hold thousands of addresses. One that names no file, such as that
-// of a web page, is none of ours.
+// of a web page, is none of ours. A busy program may hand the addresses over at the drop only.
 void BpmWindow::dragEnterEvent(QDragEnterEvent* event) {
-    bool const offersFiles = !LocalPaths(*event->mimeData()).empty();
+    QMimeData const& data = *event->mimeData();
+    bool const offersFiles = data.hasUrls() && (data.urls().isEmpty() || !LocalPaths(data).empty());
     CDropAnswer const answer = m_controller.validateDrop(offersFiles, 0);
     m_bDragIsTaken = answer.m_operation == EDropOperation::Copy;
     dragMoveEvent(event);

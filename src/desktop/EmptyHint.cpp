@@ -38,6 +38,7 @@ CEmptyHint::CEmptyHint(QWidget* parent)
     layout->addStretch();
     for (QLabel* label : {m_pTitle, m_pWay, m_pKinds}) {
         label->setAlignment(Qt::AlignCenter);
+        label->setForegroundRole(QPalette::WindowText); // Not that of the table around.
         label->setWordWrap(true);
     }
     QFont font = m_pTitle->font();
