@@ -173,6 +173,7 @@ void CCellDelegate::paintContents(QPainter& painter, QStyleOptionViewItem const&
     QString const text =
         QFontMetrics(cell.font).elidedText(cell.text, cell.textElideMode, area.width());
     painter.setPen(TextColor(cell));
+    painter.setLayoutDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     painter.drawText(
         QStyle::visualRect(cell.direction, cell.rect, area),
         static_cast<int>(QStyle::visualAlignment(cell.direction, cell.displayAlignment)), text);

@@ -5,9 +5,9 @@
 
 #include "desktop/Numbers.h"
 
-#include <QAction>
 #include <QButtonGroup>
 #include <QHBoxLayout>
+#include <QShortcut>
 #include <QToolButton>
 #include <array>
 
@@ -32,7 +32,8 @@ CChipsLine::CChipsLine(QWidget* parent) : QWidget(parent), m_pGroup(new QButtonG
         chip->setAutoRaise(true);
         chip->setCheckable(true);
         chip->setFocusPolicy(Qt::TabFocus);
-        chip->setShortcut(keys);
+        auto* shortcut = new QShortcut(keys, this); // A button's own goes with its text.
+        connect(shortcut, &QShortcut::activated, chip, &QToolButton::click);
         chip->setToolTip(keys.toString(QKeySequence::NativeText));
         m_pGroup->addButton(chip, static_cast<int>(i));
         layout->addWidget(chip);
@@ -45,16 +46,13 @@ CChipsLine::CChipsLine(QWidget* parent) : QWidget(parent), m_pGroup(new QButtonG
     setCounts({});
 }
 
-// A button forgets its key when its text changes.
 void CChipsLine::setCounts(CRowCounts const& counts) {
     std::array<QString, kNames.size()> const texts{
         tr("All %1").arg(CountText(counts.m_nAll)), tr("To do %1").arg(CountText(counts.m_nToDo)),
         tr("Problems %1").arg(CountText(counts.m_nProblems))};
     for (std::size_t i = 0; i < m_vChips.size(); ++i) {
         if (m_vChips[i]->text() != texts[i]) {
-            QKeySequence const keys = m_vChips[i]->shortcut();
             m_vChips[i]->setText(texts[i]);
-            m_vChips[i]->setShortcut(keys);
         }
     }
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "IDTag/ID3Reader.h"
+#include "Language.h"
 #include "WindowFixture.h"
 #include "desktop/ChipsLine.h"
 #include "desktop/FileTableModel.h"
@@ -17,6 +18,8 @@ namespace {
 
 /// The window, and what a person reads in its notices.
 struct BpmWindowNoticesTest : WindowTest {
+    CLanguage const english{QLocale(QLocale::English, QLocale::UnitedStates)};
+
     void add(std::vector<std::string> const& files) {
         window.addPaths(files);
         ASSERT_TRUE(waitUntilIdle());

@@ -264,8 +264,8 @@ TEST_F(BpmWindowTest, NotificationsFromAWorkerChangeOneCellEachAtMost) {
     });
     worker.join();
     EXPECT_TRUE(QTest::qWaitFor([this] { return cell(321, 2) == "100%"; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return changed.count() >= 1; })); // However busy the machine.
     QTest::qWait(50);
-    EXPECT_GE(changed.count(), 1);
     EXPECT_LE(changed.count(), 101);
     for (auto const& signal : changed) {
         EXPECT_EQ(signal[0].toModelIndex(), table->model()->index(321, 2));
