@@ -298,8 +298,9 @@ void BpmWindow::closeEvent(QCloseEvent* event) {
 // Looked at once a drag: it may hold thousands of addresses. One that names no file, such as that
 // of a web page, is none of ours. A busy program may hand the addresses over at the drop only.
 void BpmWindow::dragEnterEvent(QDragEnterEvent* event) {
-    QMimeData const& data = *event->mimeData();
-    bool const offersFiles = data.hasUrls() && (data.urls().isEmpty() || !LocalPaths(data).empty());
+    QMimeData const& dropped = *event->mimeData();
+    bool const offersFiles =
+        dropped.hasUrls() && (dropped.urls().isEmpty() || !LocalPaths(dropped).empty());
     CDropAnswer const answer = m_controller.validateDrop(offersFiles, 0);
     m_bDragIsTaken = answer.m_operation == EDropOperation::Copy;
     dragMoveEvent(event);
