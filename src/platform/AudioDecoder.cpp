@@ -17,6 +17,7 @@
 #include "platform/LastMessage.h"
 #include "platform/LibAv.h"
 #include "platform/SourceFile.h"
+#include "platform/WavHeader.h"
 
 #include <algorithm>
 #include <array>
@@ -56,12 +57,25 @@ EDecodeProblem ProblemOfKind(CSourceFile& source) {
 }
 
 /// Length of each stream by the container's header, in units of the stream; 0 when it has none.
-std::vector<std::int64_t> PromisedLengths(AVFormatContext const& format) {
+std::vector<std::int64_t> PromisedLengths(AVFormatContext const& format, EContainer container,
+                                          std::int64_t wavFrames) {
     std::vector<std::int64_t> lengths;
     for (AVStream const* stream : std::span(format.streams, format.nb_streams)) {
-        lengths.push_back(std::max<std::int64_t>(stream->duration, 0)); // negative: unknown
+        std::int64_t length = std::max<std::int64_t>(stream->duration, 0); // negative: unknown
+        if (length == 0 && container == EContainer::Wav) {
+            length = wavFrames;
+        } else if (length == 0 && container == EContainer::Caf) {
+            length = std::max<std::int64_t>(stream->nb_frames, 0);
+        }
+        lengths.push_back(length);
     }
     return lengths;
+}
+
+/// True for a packet whose bytes were encrypted.
+bool IsEncrypted(AVPacket const& packet) {
+    std::size_t size = 0;
+    return av_packet_get_side_data(&packet, AV_PKT_DATA_ENCRYPTION_INFO, &size) != nullptr;
 }
 
 /// True when a length is none: what a program writes that doesn't know it yet and can't go back,
@@ -157,18 +171,21 @@ void CDecodeRun::Tell(CDecodeReport& report) const {
         report.m_sDecoder = m_codec->codec->name;
         double const unit = av_q2d(m_codec->pkt_timebase);
         report.m_dPromisedSeconds = unit * static_cast<double>(m_nPromised);
-        report.m_dHeardSeconds = unit * static_cast<double>(m_nHeard);
+        // Some containers don't say how long a packet is.
+        double const decoded = m_nFileRate > 0 ? static_cast<double>(m_nFrames) / m_nFileRate : 0.0;
+        report.m_dHeardSeconds = std::max(unit * static_cast<double>(m_nHeard), decoded);
     }
 }
 
 EDecodeProblem CDecodeRun::Open() {
+    std::int64_t const wavFrames = ClaimedWavFrames(m_source);
     if (m_input.Open(m_sPath, false) < 0) {
         return ProblemOfKind(m_source);
     }
     m_container = m_input.GetContainer();
     AVFormatContext* const format = m_input.Get();
     // Before the library fills in what it reckons.
-    std::vector<std::int64_t> const promises = PromisedLengths(*format);
+    std::vector<std::int64_t> const promises = PromisedLengths(*format, m_container, wavFrames);
     if (avformat_find_stream_info(format, nullptr) < 0) {
         return EDecodeProblem::BrokenContainer;
     }
@@ -233,6 +250,9 @@ EDecodeProblem CDecodeRun::ReadAll() {
     while (status >= 0 && !IsFull() && !m_watch.MustEnd() &&
            av_read_frame(m_input.Get(), m_packet.get()) >= 0) {
         if (m_packet->stream_index == m_pStream->index) {
+            if (IsEncrypted(*m_packet)) {
+                return EDecodeProblem::Protected;
+            }
             std::size_t size = 0;
             std::uint8_t const* const skip =
                 av_packet_get_side_data(m_packet.get(), AV_PKT_DATA_SKIP_SAMPLES, &size);

@@ -277,8 +277,8 @@ TEST_F(CompressedAudioTest, AFileThatIsCutSaysHowMuchOfItIsThere) {
         (void)Decode(CutFile(whole, "cut-" + item.m_sName, ReadText(whole).size() / 2));
         EXPECT_TRUE(m_report.EndsEarly()) << item.m_sName;
         EXPECT_NEAR(m_report.m_dPromisedSeconds, length, 0.1) << item.m_sName;
-        // Half of the bytes, of which a table at the start takes some.
-        EXPECT_NEAR(m_report.m_dHeardSeconds, length / 2.0, 0.2) << item.m_sName;
+        // Half of the bytes, of which a table or padding at the start takes some.
+        EXPECT_NEAR(m_report.m_dHeardSeconds, length / 2.0, 0.3) << item.m_sName;
     }
 }
 
