@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QLocale>
 #include <QStringList>
+#include <cerrno>
 #include <system_error>
 #include <utility>
 
@@ -15,8 +16,11 @@ class CTexts {
     Q_DECLARE_TR_FUNCTIONS(Texts)
 };
 
-/// What the system says of an error, in its own words.
+/// What the system says of an error, in its own words but for the one that everybody meets.
 QString SystemText(int error) {
+    if (error == ENOENT) {
+        return CTexts::tr("the file is gone");
+    }
     return QString::fromStdString(std::generic_category().message(error));
 }
 
@@ -207,7 +211,8 @@ QString ProblemText(CRowState const& row) {
         row.m_outcome.m_report.IsDamaged()) {
         sentences << CTexts::tr("Analyzed in part: %1").arg(DamageText(row.m_outcome.m_report));
     }
-    if (IsStoreFailure(row.m_writeProblem)) {
+    // Where there is no tempo, nobody asks whether it was stored.
+    if (row.m_outcome.m_problem == EAnalysisProblem::None && IsStoreFailure(row.m_writeProblem)) {
         sentences << NoteText(row);
     }
     return sentences.join("; ");

@@ -85,14 +85,34 @@ TEST(TextsTest, ReasonsArePartsOfASentenceInTheUsersLanguage) {
         EXPECT_EQ(ProblemText(row).toStdString(),
                   "No tempo: no beat was found in it; "
                   "Analyzed in part: the file is damaged, 3 of 1,200 packets can't be decoded, "
-                  "and it breaks off; Tempo not stored: the disk is full");
+                  "and it breaks off");
     }
     CLanguage const german(QLocale(QLocale::German, QLocale::Germany));
     EXPECT_EQ(
         ProblemText(row).toStdString(),
-        "Kein Tempo: es wurde kein Takt gefunden; "
+        "Kein Tempo: es wurde kein Schlag gefunden; "
+        "Teilweise analysiert: die Datei ist beschädigt, 3 von 1.200 Paketen lassen sich nicht "
+        "dekodieren, und sie bricht ab");
+    row.m_outcome.m_problem = EAnalysisProblem::None;
+    EXPECT_EQ(
+        ProblemText(row).toStdString(),
         "Teilweise analysiert: die Datei ist beschädigt, 3 von 1.200 Paketen lassen sich nicht "
         "dekodieren, und sie bricht ab; Tempo nicht gespeichert: der Datenträger ist voll");
+}
+
+TEST(TextsTest, AFailedFileHasOneComplaint) {
+    CRowState row;
+    row.m_outcome.m_problem = EAnalysisProblem::NoThread;
+    row.m_writeProblem = EWriteProblem::DiskFull;
+    EXPECT_EQ(ProblemText(row).toStdString(), "No tempo: no thread could be started");
+}
+
+TEST(TextsTest, ADeletedFileIsGone) {
+    CRowState row;
+    row.m_outcome.m_problem = EAnalysisProblem::NotDecoded;
+    row.m_outcome.m_report.m_problem = EDecodeProblem::SystemError;
+    row.m_outcome.m_report.m_nError = ENOENT;
+    EXPECT_EQ(ProblemText(row).toStdString(), "No tempo: the file is gone");
 }
 
 TEST(TextsTest, TheSystemsOwnWordsStay) {
@@ -100,8 +120,8 @@ TEST(TextsTest, TheSystemsOwnWordsStay) {
     CRowState row;
     row.m_outcome.m_problem = EAnalysisProblem::NotDecoded;
     row.m_outcome.m_report.m_problem = EDecodeProblem::SystemError;
-    row.m_outcome.m_report.m_nError = ENOENT;
-    EXPECT_EQ(ProblemText(row).toStdString(), "Kein Tempo: No such file or directory");
+    row.m_outcome.m_report.m_nError = EACCES;
+    EXPECT_EQ(ProblemText(row).toStdString(), "Kein Tempo: Permission denied");
 }
 
 TEST(TextsTest, AnEarlyEndIsToldInTheUsersNumbers) {

@@ -448,7 +448,7 @@
     </message>
     <message>
         <source>no beat was found in it</source>
-        <translation>es wurde kein Takt gefunden</translation>
+        <translation>es wurde kein Schlag gefunden</translation>
     </message>
     <message>
         <source>no thread could be started</source>
@@ -577,6 +577,10 @@
     <message>
         <source>Analyzed in part: %1</source>
         <translation>Teilweise analysiert: %1</translation>
+    </message>
+    <message>
+        <source>the file is gone</source>
+        <translation>die Datei ist weg</translation>
     </message>
 </context>
 </TS>
