@@ -43,7 +43,6 @@ CLaneFilter::CLaneFilter(CIIRSection const& section, std::int32_t lanes, std::in
       m_nRoom(m_nSpacing * (lanes + 1)),
       m_pRoom(new (std::nothrow) float[static_cast<std::size_t>(2 * m_nRoom + kGapSamples)]),
       m_vRecords(BurstAt(m_nRoom - 1) + 1),
-      m_vBits(m_vRecords.size()),
       m_vRunners{CRunner{}} {
     m_vRunners.reserve(static_cast<std::size_t>(lanes));
     if (m_pRoom != nullptr) {
@@ -72,20 +71,14 @@ std::size_t CLaneFilter::Push(std::span<float const> samples) {
     if (m_bFinished) {
         Restart();
     }
-    std::size_t const room = static_cast<std::size_t>(m_nDropped + m_nRoom - m_nTaken);
-    std::size_t const taken = std::min(samples.size(), room);
-    samples = samples.first(taken);
-    while (!samples.empty()) {
-        std::int64_t const inBurst = m_nTaken % kBurst;
-        auto const piece =
-            samples.first(std::min(samples.size(), static_cast<std::size_t>(kBurst - inBurst)));
-        std::ranges::copy(piece, m_pRoom.get() + At(m_nTaken));
-        std::uint32_t& bits = m_vBits[BurstAt(m_nTaken)];
-        bits = (inBurst == 0 ? 0 : bits) | GatherBits(piece);
-        m_nTaken += static_cast<std::int64_t>(piece.size());
-        samples = samples.subspan(piece.size());
-    }
-    return taken;
+    auto const room = static_cast<std::size_t>(m_nDropped + m_nRoom - m_nTaken);
+    samples = samples.first(std::min(samples.size(), room));
+    std::size_t const at = At(m_nTaken);
+    std::size_t const first = std::min(samples.size(), static_cast<std::size_t>(m_nRoom) - at);
+    std::ranges::copy(samples.first(first), m_pRoom.get() + at);
+    std::ranges::copy(samples.subspan(first), m_pRoom.get());
+    m_nTaken += static_cast<std::int64_t>(samples.size());
+    return samples.size();
 }
 
 void CLaneFilter::Run() {
@@ -126,7 +119,7 @@ bool CLaneFilter::RunBurst() {
         if (runner.m_nPos == end) {
             continue;
         }
-        if (IsQuiet(m_vBits[BurstAt(runner.m_nPos)], runner.m_states)) {
+        if (IsQuiet(runner.m_states)) {
             FilterQuiet(m_section, LaneOf(runner), kBurst);
         } else {
             loud[loudCount++] = LaneOf(runner);

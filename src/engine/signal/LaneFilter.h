@@ -76,13 +76,12 @@ private:
     CIIRSection m_section;
     std::int32_t m_nLanes;
     std::int64_t m_nSpacing;
-    std::int64_t m_nRoom;               // samples held, in and out
-    std::unique_ptr<float[]> m_pRoom;   // those that came, those that go
-    float* m_pOut = nullptr;            // the latter
-    std::vector<CRecord> m_vRecords;    // one a burst
-    std::vector<std::uint32_t> m_vBits; // of the samples that came, one a burst
-    std::vector<CRunner> m_vRunners;    // from the true one to the one furthest on
-    std::int64_t m_nTaken = 0;          // end of what came
-    std::int64_t m_nDropped = 0;        // start of what is held
-    bool m_bFinished = false;           // everything taken is finished
+    std::int64_t m_nRoom;             // samples held, in and out
+    std::unique_ptr<float[]> m_pRoom; // those that came, those that go
+    float* m_pOut = nullptr;          // the latter
+    std::vector<CRecord> m_vRecords;  // one a burst
+    std::vector<CRunner> m_vRunners;  // from the true one to the one furthest on
+    std::int64_t m_nTaken = 0;        // end of what came
+    std::int64_t m_nDropped = 0;      // start of what is held
+    bool m_bFinished = false;         // everything taken is finished
 };

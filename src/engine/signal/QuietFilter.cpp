@@ -1,40 +1,50 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 //
-// FilterQuiet takes 64 samples at a time and chooses by the size of what goes in:
-//   FillWhenFixed    silence that leaves the states as they are: one output for all
-//   RunTiny          every number a multiple of 2^-149 below 2^-127: sums are exact, products are
-//                    rounded to that grid
-//   RunSmall         the grid of a float of any size
-//   FilterLanePlain  nothing near the subnormal numbers
+// FilterQuiet
+//   FillWhenFixed   silence that leaves the states as they are: one output for all of it
+//   RunSection      up to 64 samples, loud ones apart from quiet ones, section by section, each in
+//                   its own way by the size of what goes in:
+//     RunTiny       every number a multiple of 2^-149 below 2^-127: sums are exact, products are
+//                   rounded to that grid
+//     RunSmall      states that are floats as others are, but subnormal outputs: these on the grid
+//                   of a float of any size
 // The product of two floats is exact in double. Adding 1.5 * 2^52 grid steps and taking them off
 // again rounds to the grid, to even where it lies between; only the sign of a zero gets lost.
 
 #include "engine/signal/QuietFilter.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <limits>
+#include <span>
 
 namespace {
 
 constexpr std::int32_t kBlock = 64;              // Tuned: BM_QuietFilter; samples judged at once.
 constexpr std::uint32_t kMagnitude = 0x7FFFFFFF; // Standard: IEEE 754, all but the sign.
-constexpr std::uint32_t kSilentBits = 0;         // Derived: +0 alone.
 
-// Derived: exponents of a float, 127 + n for 2^n, in its bits. A bound on the bits gathered holds
-// for each number, since it is a power of two.
-constexpr std::uint32_t kTinyBits = 0x00400000;  // below 2^-127
-constexpr std::uint32_t kSmallBits = 16U << 23U; // below 2^-111: products with b0 get subnormal
-constexpr std::uint32_t kNearSmallBits = 32U
-                                         << 23U; // below 2^-95: may get there within 512 samples
+// Derived: sizes of a float as its bits, which are in the same order; 127 + n stands for 2^n.
+constexpr std::uint32_t kTinyBits = 0x00400000;      // 2^-127
+constexpr std::uint32_t kSmallBits = 16U << 23U;     // 2^-111: below it products get subnormal
+constexpr std::uint32_t kNearSmallBits = 25U << 23U; // 2^-102: 512 samples of decay above it
 
 constexpr double kTiny = 0x1.0p-127;
 constexpr double kGridBias = 0x1.8p-97;  // Derived: 1.5 * 2^52 steps of 2^-149.
 constexpr double kFloatBias = 0x1.8p+29; // Derived: 1.5 * 2^52 steps of 2^-23, for 1 <= x < 2.
 constexpr double kSmallestNormal = 0x1.0p-126;
 constexpr double kGridStep = 0x1.0p-149;
+
+/// Size of the largest sample, as its bits.
+std::uint32_t LargestOf(std::span<float const> samples) {
+    std::uint32_t largest = 0;
+    for (float const sample : samples) {
+        largest = std::max(largest, std::bit_cast<std::uint32_t>(sample) & kMagnitude);
+    }
+    return largest;
+}
 
 /// A float without the processor's detour for subnormal ones.
 double Widen(float value) {
@@ -95,90 +105,142 @@ struct CWideSection {
         double const feedback =
             Rounding::Sum(Rounding::Product(m_dA1, w1) + Rounding::Product(m_dA2, w2));
         double const w0 = Rounding::Sum(x - feedback);
-        double const outer =
-            Rounding::Sum(Rounding::Product(m_dB2, w2) + Rounding::Product(m_dB0, w0));
-        double const y = Rounding::Sum(outer + Rounding::Product(m_dB1, w1));
+        double const y = Output(w0, w1, w2);
         w2 = w1;
         w1 = w0;
         return y;
     }
+
+    [[nodiscard]] double Output(double w0, double w1, double w2) const {
+        double const outer =
+            Rounding::Sum(Rounding::Product(m_dB2, w2) + Rounding::Product(m_dB0, w0));
+        return Rounding::Sum(outer + Rounding::Product(m_dB1, w1));
+    }
 };
 
-/// Runs one block. Returns: the largest inner value that came up.
-template <typename Rounding>
-double RunWide(CIIRSection const& narrow, CIIRLane const& lane, std::int32_t count) {
-    CWideSection<Rounding> const section(narrow);
-    std::array<double, 6> w;
-    std::ranges::transform(*lane.m_pState, w.begin(), Widen);
-    double largest = 0.0;
-    for (std::int32_t i = 0; i < count; ++i) {
-        double const first = section.Run(Widen(lane.m_pIn[i]), w[0], w[1]);
-        double const second = section.Run(first, w[2], w[3]);
-        lane.m_pOut[i] = Narrow(section.Run(second, w[4], w[5]));
-        largest = std::max({largest, std::abs(w[0]), std::abs(w[2]), std::abs(w[4])});
-    }
-    std::ranges::transform(w, lane.m_pState->begin(), Narrow);
-    return largest;
-}
+/// A block on its way through the sections, and what one of them remembers.
+using CBlock = std::span<float>;
+using CStates = std::span<float, 2>;
 
-/// Fills the block when silence leaves the states as they are. Returns: whether it does.
-bool FillWhenFixed(CIIRSection const& section, CIIRLane const& lane, std::int32_t count) {
-    CThreeStates next = *lane.m_pState;
-    float const silence = 0.0f;
-    float output = 0.0f;
-    RunWide<CSmallRounding>(section, {&silence, &output, &next}, 1);
-    if (std::bit_cast<std::array<std::uint32_t, 6>>(next) !=
-        std::bit_cast<std::array<std::uint32_t, 6>>(*lane.m_pState)) {
+/// Runs a block that begins below 2^-127. Returns: false, nothing changed, when it doesn't stay
+/// there.
+bool RunTiny(CIIRSection const& narrow, CBlock block, CStates states) {
+    CWideSection<CTinyRounding> const section(narrow);
+    std::array<float, kBlock> out;
+    double w1 = Widen(states[0]);
+    double w2 = Widen(states[1]);
+    double largest = 0.0;
+    for (std::size_t i = 0; i < block.size(); ++i) {
+        out[i] = Narrow(section.Run(Widen(block[i]), w1, w2));
+        largest = std::max(largest, std::abs(w1));
+    }
+    if (largest >= kTiny) {
         return false;
     }
-    std::fill_n(lane.m_pOut, count, output);
+    std::copy_n(out.begin(), block.size(), block.begin());
+    states[0] = Narrow(w1);
+    states[1] = Narrow(w2);
     return true;
 }
 
-/// Runs one block that begins below 2^-127. Returns: false, nothing changed but the output, when it
-/// doesn't stay there.
-bool RunTiny(CIIRSection const& section, CIIRLane const& lane, std::int32_t count) {
-    CThreeStates states = *lane.m_pState;
-    if (RunWide<CTinyRounding>(section, {lane.m_pIn, lane.m_pOut, &states}, count) >= kTiny) {
-        return false;
+/// Runs a block whose states are hardly ever subnormal, but whose outputs are.
+void RunSmall(CIIRSection const& narrow, CBlock block, CStates states) {
+    CWideSection<CSmallRounding> const section(narrow);
+    float w1 = states[0];
+    float w2 = states[1];
+    for (float& sample : block) {
+        float const w0 = sample - (narrow.m_fA1 * w1 + narrow.m_fA2 * w2);
+        sample = Narrow(section.Output(static_cast<double>(w0), static_cast<double>(w1),
+                                       static_cast<double>(w2)));
+        w2 = w1;
+        w1 = w0;
     }
-    *lane.m_pState = states;
+    states[0] = w1;
+    states[1] = w2;
+}
+
+void RunSection(CIIRSection const& section, CBlock block, CStates states) {
+    std::uint32_t const largest = std::max(LargestOf(block), LargestOf(states));
+    if (largest < kTinyBits && RunTiny(section, block, states)) {
+        return;
+    }
+    if (largest < kSmallBits) {
+        RunSmall(section, block, states);
+        return;
+    }
+    for (float& sample : block) {
+        sample = section.Run(sample, states[0], states[1]);
+    }
+}
+
+/// Fills the block when silence leaves the states as they are. Returns: whether it does.
+bool FillWhenFixed(CIIRSection const& narrow, CIIRLane const& lane, std::int32_t count) {
+    CWideSection<CSmallRounding> const section(narrow);
+    double output = 0.0;
+    for (std::size_t i = 0; i < lane.m_pState->size(); i += 2) {
+        std::array<float, 2> const before{(*lane.m_pState)[i], (*lane.m_pState)[i + 1]};
+        double w1 = Widen(before[0]);
+        double w2 = Widen(before[1]);
+        output = section.Run(output, w1, w2);
+        using Bits = std::array<std::uint32_t, 2>;
+        if (std::bit_cast<Bits>(before) !=
+            std::bit_cast<Bits>(std::array<float, 2>{Narrow(w1), Narrow(w2)})) {
+            return false;
+        }
+    }
+    std::fill_n(lane.m_pOut, count, Narrow(output));
     return true;
 }
 
 void FilterBlock(CIIRSection const& section, CIIRLane const& lane, std::int32_t count) {
-    std::uint32_t const sampleBits = GatherBits({lane.m_pIn, static_cast<std::size_t>(count)});
-    std::uint32_t const bits = (sampleBits | GatherBits(*lane.m_pState)) & kMagnitude;
-    if (bits >= kSmallBits) {
-        FilterLanePlain(section, lane, count);
-    } else if (bits >= kTinyBits || !RunTiny(section, lane, count)) {
-        RunWide<CSmallRounding>(section, lane, count);
-    }
+    CBlock const block{lane.m_pOut, static_cast<std::size_t>(count)};
+    std::copy_n(lane.m_pIn, count, lane.m_pOut);
+    std::span<float, 6> const states(*lane.m_pState);
+    RunSection(section, block, states.subspan<0, 2>());
+    RunSection(section, block, states.subspan<2, 2>());
+    RunSection(section, block, states.subspan<4, 2>());
+}
+
+/// Samples at the beginning that keep below `bits`.
+std::int32_t CountBelow(std::uint32_t bits, float const* samples, std::int32_t count) {
+    auto const end = std::find_if(samples, samples + count, [bits](float sample) {
+        return (std::bit_cast<std::uint32_t>(sample) & kMagnitude) >= bits;
+    });
+    return static_cast<std::int32_t>(end - samples);
+}
+
+/// Zeros at the beginning, those below zero left out.
+std::int32_t CountSilent(float const* samples, std::int32_t count) {
+    auto const end = std::find_if(samples, samples + count, [](float sample) {
+        return std::bit_cast<std::uint32_t>(sample) != 0;
+    });
+    return static_cast<std::int32_t>(end - samples);
 }
 
 } // namespace
 
-std::uint32_t GatherBits(std::span<float const> samples) {
-    std::uint32_t bits = 0;
-    for (float const sample : samples) {
-        bits |= std::bit_cast<std::uint32_t>(sample);
-    }
-    return bits;
-}
-
-bool IsQuiet(std::uint32_t sampleBits, CThreeStates const& states) {
-    return (sampleBits & kMagnitude) < kSmallBits &&
-           (GatherBits(states) & kMagnitude) < kNearSmallBits;
+bool IsQuiet(CThreeStates const& states) {
+    // The first section gets small long before the last, which still hears it.
+    std::span<float const, 6> const all(states);
+    return LargestOf(all.subspan<0, 2>()) < kNearSmallBits ||
+           LargestOf(all.subspan<2, 2>()) < kNearSmallBits ||
+           LargestOf(all.subspan<4, 2>()) < kNearSmallBits;
 }
 
 void FilterQuiet(CIIRSection const& section, CIIRLane const& lane, std::int32_t count) {
-    bool const isSilent = GatherBits({lane.m_pIn, static_cast<std::size_t>(count)}) == kSilentBits;
-    for (std::int32_t i = 0; i < count; i += kBlock) {
-        if (isSilent &&
-            FillWhenFixed(section, {nullptr, lane.m_pOut + i, lane.m_pState}, count - i)) {
-            return;
+    std::int32_t silentEnd = 0;
+    for (std::int32_t i = 0; i < count;) {
+        CIIRLane const rest{lane.m_pIn + i, lane.m_pOut + i, lane.m_pState};
+        if (i >= silentEnd) {
+            silentEnd = i + CountSilent(rest.m_pIn, count - i);
         }
-        FilterBlock(section, {lane.m_pIn + i, lane.m_pOut + i, lane.m_pState},
-                    std::min(kBlock, count - i));
+        if (i < silentEnd && FillWhenFixed(section, rest, silentEnd - i)) {
+            i = silentEnd;
+            continue;
+        }
+        std::int32_t const block = std::min(kBlock, count - i);
+        std::int32_t const quiet = CountBelow(kSmallBits, rest.m_pIn, block);
+        FilterBlock(section, rest, quiet > 0 ? quiet : block);
+        i += quiet > 0 ? quiet : block;
     }
 }

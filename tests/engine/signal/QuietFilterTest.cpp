@@ -140,11 +140,26 @@ TEST(QuietFilterTest, OtherSectionsKeepTheBits) {
     }
 }
 
-TEST(QuietFilterTest, OnlySmallSamplesAndStatesAreQuiet) {
-    EXPECT_TRUE(IsQuiet(0, {}));
-    std::vector<float> const small{0x1.8p-112f, -0x1.8p-112f};
-    EXPECT_TRUE(IsQuiet(GatherBits(small), {0.0f, 0x1.8p-96f, 0.0f, -0x1.8p-97f, 0.0f, 0.0f}));
-    EXPECT_FALSE(IsQuiet(GatherBits(small), {0.0f, 0x1.0p-95f, 0.0f, 0.0f, 0.0f, 0.0f}));
-    EXPECT_FALSE(IsQuiet(GatherBits(std::vector<float>{0x1.0p-111f}), {}));
-    EXPECT_FALSE(IsQuiet(0, {std::numeric_limits<float>::quiet_NaN()}));
+TEST(QuietFilterTest, SmallStatesAreQuiet) {
+    EXPECT_TRUE(IsQuiet({}));
+    EXPECT_TRUE(IsQuiet({0x1.fp-103f, -0.0f, 1.0f, 1.0f, 1.0f, 1.0f})); // one section is enough
+    EXPECT_TRUE(IsQuiet({1.0f, 1.0f, 1.0f, 1.0f, 0x1.fp-103f, -0x1.8p-104f}));
+    EXPECT_FALSE(IsQuiet({0.0f, 0x1.0p-102f, -0x1.0p-102f, 0.0f, 0.0f, -0x1.0p-102f}));
+    float const nan = std::numeric_limits<float>::quiet_NaN();
+    EXPECT_FALSE(IsQuiet({nan, 0.0f, nan, 0.0f, nan, 0.0f}));
+}
+
+TEST(QuietFilterTest, SoundBetweenSilencesKeepsTheBits) {
+    // Loud, quiet and silent stretches of lengths that fall on no block.
+    CRandom random(5);
+    for (int trial = 0; trial < 20; ++trial) {
+        std::vector<float> stream(6'000);
+        for (std::size_t i = 0; i < stream.size(); ++i) {
+            std::size_t const part = i / static_cast<std::size_t>(97 + 131 * trial) % 4;
+            stream[i] = part == 0   ? random.Number(-12, 0)
+                        : part == 1 ? random.Number(-149, -112)
+                                    : 0.0f;
+        }
+        ExpectSame(stream, random.States(-140, -105), std::to_string(trial));
+    }
 }
