@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <iterator>
 
 namespace {
 
@@ -29,7 +30,7 @@ struct CAnalysisJobs::CSlot {
     std::unique_ptr<CSongWork> m_pWork; // null while the slot is free
     CBPMFile const* m_pHeard = nullptr; // what the analyzer is at
     std::size_t m_nIndex = 0;
-    std::string m_sKey; // of the file among its names
+    std::shared_ptr<CSong> m_pSong; // the file among its names
     int m_nPercent = 0;
     bool m_bFinished = false;
     bool m_bCancelled = false; // finished without a result
@@ -37,7 +38,7 @@ struct CAnalysisJobs::CSlot {
 };
 
 CAnalysisJobs::CAnalysisJobs(CInputWalk& walk, CAnalysisOptions const& options, CProgress& progress)
-    : m_walk(walk), m_options(options), m_progress(progress) {
+    : m_walk(walk), m_options(options), m_progress(progress), m_names(options.m_song.m_bWrite) {
     for (std::size_t i = 0; i < options.m_nJobs; ++i) {
         m_vSlots.push_back(std::make_unique<CSlot>());
     }
@@ -82,29 +83,25 @@ void CAnalysisJobs::StartNext() {
     for (auto const& slot : m_vSlots) {
         bool const isWanted = !m_vPending.empty() && !m_bStopping && !CInterrupt::IsSet();
         if (isWanted && slot->m_pWork == nullptr) {
-            CInputFile input = std::move(m_vPending.front());
+            CPlacedFile file = std::move(m_vPending.front());
             m_vPending.pop_front();
-            Begin(*slot, std::move(input));
+            Begin(*slot, std::move(file));
         }
     }
 }
 
 /// Begins a file. The slot stays free when it is done without an analysis, or by another name.
-void CAnalysisJobs::Begin(CSlot& slot, CInputFile input) {
-    std::size_t const index = m_nBegun++;
-    std::string key = input.m_sError.empty() ? SongKey(input.m_sPath.ToPath()) : "";
-    // Whether a tempo is stored hangs on the name, so names of both kinds are worked on.
-    key += !key.empty() && m_options.m_song.m_bWrite && CSongWork::IsWritable(input) ? "w" : "";
-    std::optional<CSongNames::CPlacedRow> answered;
-    if (!key.empty() && !m_names.Enter(key, index, input.m_sName, answered)) {
-        if (answered) {
-            PutRow(index, std::move(answered->second));
-        }
+void CAnalysisJobs::Begin(CSlot& slot, CPlacedFile file) {
+    std::optional<CPlacedRow> answered;
+    slot.m_pSong = m_names.Enter(file, answered);
+    if (answered) {
+        PutRow(answered->first, std::move(answered->second));
+    }
+    if (slot.m_pSong == nullptr) {
         return;
     }
-    slot.m_pWork = std::make_unique<CSongWork>(std::move(input), m_options.m_song);
-    slot.m_nIndex = index;
-    slot.m_sKey = std::move(key);
+    slot.m_pWork = std::make_unique<CSongWork>(std::move(file.m_input), m_options.m_song);
+    slot.m_nIndex = file.m_nIndex;
     BeginWork(slot);
 }
 
@@ -127,9 +124,12 @@ void CAnalysisJobs::BeginWork(CSlot& slot) {
 /// Keeps the slot's row, which is done, and frees the slot.
 void CAnalysisJobs::TakeRow(CSlot& slot) {
     CReportRow row = std::move(slot.m_pWork->Row());
-    for (CSongNames::CPlacedRow& other : m_names.Answer(slot.m_sKey, row)) {
+    std::vector<CPlacedFile> released;
+    for (CPlacedRow& other : CSongNames::Answer(*slot.m_pSong, row, released)) {
         PutRow(other.first, std::move(other.second));
     }
+    m_vPending.insert(m_vPending.begin(), std::make_move_iterator(released.begin()),
+                      std::make_move_iterator(released.end()));
     PutRow(slot.m_nIndex, std::move(row));
     Free(slot);
 }
@@ -172,8 +172,7 @@ bool CAnalysisJobs::WalkOn() {
         if (!file) {
             return false;
         }
-        m_vPending.push_back(std::move(*file));
-        ++m_nFound;
+        m_vPending.push_back({m_nFound++, std::move(*file)});
     }
     return !m_bStopping;
 }

@@ -46,7 +46,7 @@ private:
     struct CSlot;
 
     void StartNext();
-    void Begin(CSlot& slot, CInputFile input);
+    void Begin(CSlot& slot, CPlacedFile file);
     void BeginWork(CSlot& slot);
     void TakeRow(CSlot& slot);
     void PutRow(std::size_t index, CReportRow row);
@@ -66,9 +66,8 @@ private:
     CAnalysisOptions m_options;
     CProgress& m_progress;
 
-    std::deque<CInputFile> m_vPending; // found and not begun
+    std::deque<CPlacedFile> m_vPending; // found and not begun
     std::size_t m_nFound = 0;
-    std::size_t m_nBegun = 0;
     std::size_t m_nDone = 0;
     CSongNames m_names;
     CRowQueue m_rows; // done and not handed on

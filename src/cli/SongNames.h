@@ -7,35 +7,51 @@
 #include "cli/Report.h"
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
+/// A file of the run and its place among the rows.
+struct CPlacedFile {
+    std::size_t m_nIndex = 0;
+    CInputFile m_input;
+};
+
+/// A row and the place at which it stands.
+using CPlacedRow = std::pair<std::size_t, CReportRow>;
+
+/// One file under all its names: the first one that was met is worked on.
+struct CSong {
+    std::string m_sPath;             // the first name
+    std::optional<CReportRow> m_row; // nothing while it is worked on
+    std::vector<CPlacedFile> m_vWaiting;
+};
+
 /// Keeps the work on one file to once, however many names of it are met: the first name does it,
-/// the others get its row.
+/// the others get its row. A name that has become another file meanwhile, as when a new version
+/// took the place of the first name alone, is worked on itself.
 /// Thread: one thread at a time.
 class CSongNames {
 public:
-    /// A row and the place at which it stands.
-    using CPlacedRow = std::pair<std::size_t, CReportRow>;
+    /// `sortsByKind`: names through which a tempo may be stored and others are worked on apart.
+    explicit CSongNames(bool sortsByKind) : m_bSortsByKind(sortsByKind) {}
 
-    /// Enters a name of the file known as `key`, at place `index`.
-    /// Returns: true when it is the first, which is to be worked on. Any other gets its row by
-    /// `Answer`, or is in `answered` at once.
-    bool Enter(std::string const& key, std::size_t index, std::string const& name,
-               std::optional<CPlacedRow>& answered);
+    /// Enters a name. Returns: the file to be worked on, which ends with `Answer`. Nothing when
+    /// another name of it is worked on; the row comes from its `Answer`, or is in `answered` now.
+    std::shared_ptr<CSong> Enter(CPlacedFile const& file, std::optional<CPlacedRow>& answered);
 
     /// Keeps the row of the first name.
-    /// Returns: the rows of the others that were entered before.
-    std::vector<CPlacedRow> Answer(std::string const& key, CReportRow const& row);
+    /// Returns: the rows of the other names so far. Those that are another file by now are put
+    /// into `released`: they are to be entered again.
+    static std::vector<CPlacedRow> Answer(CSong& song, CReportRow const& row,
+                                          std::vector<CPlacedFile>& released);
 
 private:
-    struct CSong {
-        std::optional<CReportRow> m_row; // nothing while it is worked on
-        std::vector<std::pair<std::size_t, std::string>> m_vWaiting;
-    };
+    [[nodiscard]] std::vector<std::string> KeysOf(CInputFile const& input) const;
 
-    std::unordered_map<std::string, CSong> m_songs;
+    bool m_bSortsByKind;
+    std::unordered_map<std::string, std::shared_ptr<CSong>> m_songs; // by path and by inode
 };

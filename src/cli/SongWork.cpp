@@ -29,7 +29,7 @@ bool CSongWork::Begin() {
     if (!m_input.m_sError.empty()) {
         return true;
     }
-    m_state = StateOf(m_input.m_sPath.ToPath());
+    m_identity = IdentityAt(m_input.m_sPath.ToPath());
     return ReadTag() && !m_options.m_bForce;
 }
 
@@ -95,5 +95,5 @@ bool CSongWork::IsWritable(CInputFile const& input) {
 }
 
 bool CSongWork::HasChanged() const {
-    return StateOf(m_input.m_sPath.ToPath()) != m_state;
+    return IdentityAt(m_input.m_sPath.ToPath()) != m_identity;
 }

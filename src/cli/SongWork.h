@@ -4,9 +4,9 @@
 #pragma once
 
 #include "app/BPMFile.h"
+#include "base/FileIdentity.h"
 #include "cli/InputWalk.h"
 #include "cli/Report.h"
-#include "cli/SongFile.h"
 #include "song/AnalysisProblem.h"
 
 #include <memory>
@@ -51,7 +51,7 @@ private:
     CInputFile m_input;
     CSongOptions m_options;
     int m_nAttempts = 0;
-    std::optional<CFileState> m_state; // before the tag was read
+    std::optional<CFileIdentity> m_identity; // before the tag was read
     std::unique_ptr<CBPMFile> m_pFile;
     CString m_sTempoInTag; // when it was read
     CReportRow m_row;

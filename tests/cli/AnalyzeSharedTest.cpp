@@ -56,23 +56,41 @@ protected:
     }
 };
 
-TEST_F(AnalyzeSharedTest, NamesOfOneFileAreWorkedOnOnceAndAllHaveTheirRow) {
+TEST_F(AnalyzeSharedTest, NamesOfOneFileAreHeardOnceAndAllHaveTheirRow) {
+    WriteMp3("a.mp3");
+    std::filesystem::create_hard_link(m_folder / "a.mp3", m_folder / "b.mp3");
+    std::filesystem::create_symlink("a.mp3", m_folder / "c.mp3");
+    for (char const* jobs : {"1", "4"}) {
+        CProcessResult const result = Tactus(
+            {"analyze", "-w", "-f", "-j", jobs, "--format", "csv", "a.mp3", "c.mp3", "./a.mp3"});
+        EXPECT_EQ(result.m_nExit, 0);
+        EXPECT_THAT(result.m_sErr, StartsWith("tactus: 1 heard, 1 stored, 2 further names in "));
+        EXPECT_THAT(result.m_sOut, ContainsRegex("\na.mp3,[^,]*,,9[56].[0-9]+,analysis,,true,\n"
+                                                 "c.mp3,[^,]*,,9[56].[0-9]+,analysis,,true,\n"
+                                                 "./a.mp3,[^,]*,,9[56].[0-9]+,analysis,,true,\n"));
+        CProcessResult const reading =
+            Tactus({"analyze", "-f", "-j", jobs, "--format", "csv", "b.mp3", "a.mp3", "c.mp3"});
+        EXPECT_EQ(std::count(reading.m_sOut.begin(), reading.m_sOut.end(), '\n'), 1 + 3);
+    }
+}
+
+TEST_F(AnalyzeSharedTest, RowThatSaysStoredIsTrueOfEveryName) {
     for (char const* jobs : {"1", "4"}) {
         std::filesystem::remove_all(m_folder / "d");
         std::filesystem::create_directory(m_folder / "d");
+        // Without a tag there is no room for one: a new version takes the place of one name.
         WriteMp3("d/a.mp3");
-        std::filesystem::create_hard_link(m_folder / "d/a.mp3", m_folder / "d/b.mp3");
-        std::filesystem::create_symlink("a.mp3", m_folder / "d/c.mp3");
-        CProcessResult const result =
-            Tactus({"analyze", "-w", "-j", jobs, "--format", "csv", "d", "d/../d/a.mp3"});
+        for (char const* name : {"d/b.mp3", "d/c.mp3"}) {
+            std::filesystem::create_hard_link(m_folder / "d/a.mp3", m_folder / name);
+        }
+        std::filesystem::create_symlink("a.mp3", m_folder / "d/e.mp3");
+        CProcessResult const result = Tactus({"analyze", "-w", "-j", jobs, "--format", "csv", "d"});
         EXPECT_EQ(result.m_nExit, 0);
-        EXPECT_THAT(result.m_sErr, StartsWith("tactus: 1 heard, 1 stored, 3 further names in "));
-        EXPECT_THAT(result.m_sOut,
-                    ContainsRegex("\nd/a.mp3,a.mp3,,9[56].[0-9]+,analysis,,true,\n"
-                                  "d/b.mp3,b.mp3,,9[56].[0-9]+,analysis,,true,\n"
-                                  "d/c.mp3,c.mp3,,9[56].[0-9]+,analysis,,true,\n"
-                                  "d/../d/a.mp3,a.mp3,,9[56].[0-9]+,analysis,,true,\n"));
-        EXPECT_THAT(Frame("d/b.mp3", "TBPM"), ContainsRegex("^9[56]"));
+        for (std::string const name : {"d/a.mp3", "d/b.mp3", "d/c.mp3", "d/e.mp3"}) {
+            EXPECT_THAT(result.m_sOut,
+                        ContainsRegex("\n" + name + ",[^,]*,,9[56].[0-9]+,analysis,,true,\n"));
+            EXPECT_THAT(Frame(name, "TBPM"), ContainsRegex("^9[56]")) << name;
+        }
     }
 }
 
