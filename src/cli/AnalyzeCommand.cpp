@@ -32,7 +32,7 @@ constexpr std::array<std::pair<std::string_view, EReportFormat>, 4> kFormats = {
      {"jsonl", EReportFormat::JsonLines}}};
 
 constexpr char kFooter[] =
-    "A path of - is standard input. What follows -- is a path, whatever it looks "
+    "A path of - is standard input. What follows -- is a path, whatever it looks\n"
     "like.\n\nExit status: 0 all done; 1 a file failed; 2 wrong usage; 4 "
     "warnings only;\n5 the results can't be written; 128 and the signal's "
     "number when stopped.\n";
@@ -55,6 +55,14 @@ std::size_t JobsOf(std::string const& text) {
                                                  std::to_string(kMostJobs));
     }
     return jobs;
+}
+
+/// What a person is told of a file, in one line; empty when all went well.
+std::string ProblemOf(CReportRow const& row) {
+    if (!row.m_bRefused) {
+        return row.m_sError;
+    }
+    return row.m_sError.empty() ? row.m_sNotStored : row.m_sError + "; " + row.m_sNotStored;
 }
 
 } // namespace
@@ -135,18 +143,15 @@ std::string CAnalyzeCommand::RunJobs(CInputWalk& walk, COutput& output, CSummary
     CProgress progress(!m_bQuiet);
     CAnalysisJobs jobs(walk, m_options, progress);
     jobs.Run([&](CReportRow const& row) {
-        std::string const& problem = row.m_sError.empty() ? row.m_sNote : row.m_sError;
-        if (!problem.empty() || row.m_bRefused || output.IsTerminal()) {
+        std::string const problem = ProblemOf(row);
+        if (!problem.empty() || output.IsTerminal()) {
             progress.Clear();
         }
-        if (!problem.empty() && !(row.m_sError.empty() && row.m_bRefused)) {
+        if (!problem.empty()) {
             ReportProblem(row.m_sPath, problem);
         }
         if (m_bVerbose && !row.m_sError.empty() && !row.m_sDetail.empty()) {
             ReportProblem(row.m_sPath, "the decoding library says: " + row.m_sDetail);
-        }
-        if (row.m_bRefused) {
-            ReportProblem(row.m_sPath, row.m_sNotStored);
         }
         summary.Add(row);
         return report->Add(row);

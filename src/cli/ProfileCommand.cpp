@@ -72,7 +72,6 @@ void CProfileCommand::ReportTrouble(std::string const& name, std::string const& 
     if (m_bVerbose && !report.m_sDetail.empty()) {
         ReportProblem(name, "the decoding library says: " + report.m_sDetail);
     }
-    m_bAllWell = false;
 }
 
 std::string CProfileCommand::ProfileFile(std::string const& name, CString const& path) {
@@ -81,10 +80,13 @@ std::string CProfileCommand::ProfileFile(std::string const& name, CString const&
     if (decoder.Decode(path.ToPath(), audio) != kStatusOk) {
         if (!CInterrupt::IsSet()) {
             ReportTrouble(name, DecodeReason(decoder.GetReport()), decoder.GetReport());
+            m_bFailed = true;
         }
         return {};
     }
-    ReportTrouble(name, DamageReason(decoder.GetReport()), decoder.GetReport());
+    std::string const damage = DamageReason(decoder.GetReport());
+    ReportTrouble(name, damage, decoder.GetReport());
+    m_bWarned = m_bWarned || !damage.empty();
     CSamplePass reader(audio);
     CProfiler profiler(nullptr);
     CProfileResults results;
@@ -117,12 +119,12 @@ int CProfileCommand::Run() {
         ++done;
     }
     if (!output.Finish()) {
-        return kExitFailed;
+        return kExitOutput;
     }
     if (CInterrupt::IsSet()) {
         ReportProblem("interrupted: " + std::to_string(done) + " of " +
                       std::to_string(inputs.Files().size()) + " files done");
         return CInterrupt::ExitCode();
     }
-    return m_bAllWell ? kExitDone : kExitFailed;
+    return m_bFailed ? kExitFailed : m_bWarned ? kExitWarned : kExitDone;
 }

@@ -28,5 +28,6 @@ private:
     bool m_bTrace = false;
     bool m_bVerbose = false;
     std::vector<std::string> m_vFiles;
-    bool m_bAllWell = true;
+    bool m_bFailed = false; // a file has no record
+    bool m_bWarned = false; // a file has one of a part of it
 };

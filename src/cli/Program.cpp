@@ -43,7 +43,7 @@ CommandList MakeCommands() {
 /// Gives `command` and those below it what every command has.
 void AddCommonOptions(CLI::App& command) {
     command.set_help_flag("-h,--help", "Show this help");
-    command.set_version_flag("--version", kVersion)->group("");
+    command.set_version_flag("--version", kVersion, "Show the version")->group("");
     for (CLI::App* below : command.get_subcommands([](CLI::App*) { return true; })) {
         AddCommonOptions(*below);
     }

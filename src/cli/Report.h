@@ -27,7 +27,6 @@ struct CReportRow {
 
     // Not part of the report:
     std::string m_sDetail = {};  // what the decoding library said
-    std::string m_sNote = {};    // something for a person that is no failure
     bool m_bRefused = false;     // not stored, and a person would expect otherwise
     bool m_bTitleIsName = false; // the title is the file's name, for want of another
     bool m_bFurtherName = false; // of a file that has a row already

@@ -25,7 +25,10 @@ std::string Also(std::size_t count, char const* word) {
 void CSummary::Add(CReportRow const& row) {
     ++m_nRows;
     bool const isFailed = row.m_source == ETempoSource::None;
-    m_bWarned = m_bWarned || (!isFailed && !row.m_sError.empty());
+    // A damaged file has its answer, and that it isn't stored follows from the damage.
+    bool const isDamaged = !isFailed && !row.m_sError.empty();
+    m_bWarned = m_bWarned || isDamaged;
+    m_bFailed = m_bFailed || isFailed || (row.m_bRefused && !isDamaged);
     // Every file counts once, under its first name.
     if (row.m_bFurtherName) {
         ++m_nFurtherNames;
@@ -47,7 +50,7 @@ std::string CSummary::Line(bool isWriting, std::chrono::duration<double> time) c
 }
 
 int CSummary::ExitCode() const {
-    if (m_nFailed + m_nRefused > 0) {
+    if (m_bFailed) {
         return kExitFailed;
     }
     return m_bWarned ? kExitWarned : kExitDone;

@@ -33,6 +33,7 @@ private:
     std::size_t m_nKept = 0;
     std::size_t m_nFailed = 0;
     std::size_t m_nFurtherNames = 0;
+    bool m_bFailed = false;
     bool m_bWarned = false;
 };
 

@@ -132,7 +132,7 @@ int CTagCommand::Get() const {
     COutput output;
     std::string const text = value.ToUtf8();
     output.Write((output.IsTerminal() ? Printable(text) : text) + "\n");
-    return output.Finish() ? kExitDone : kExitFailed;
+    return output.Finish() ? kExitDone : kExitOutput;
 }
 
 int CTagCommand::Set() const {
@@ -182,5 +182,8 @@ int CTagCommand::List() const {
     }
     COutput output;
     output.Write(m_bJson ? TagAsJson(tag, status) : TagAsText(tag, status));
-    return output.Finish() && status >= 0 ? kExitDone : kExitFailed;
+    if (!output.Finish()) {
+        return kExitOutput;
+    }
+    return status >= 0 ? kExitDone : kExitFailed;
 }

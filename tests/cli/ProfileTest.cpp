@@ -111,4 +111,23 @@ TEST_F(ProfileTest, OneObjectAFileAndAMessageForTheOthers) {
     EXPECT_THAT(json["uri"].get<std::string>(), testing::EndsWith("/a%FF.wav"));
 }
 
+TEST_F(ProfileTest, DamagedFileIsAWarning) {
+    WriteWav(m_folder / "whole.wav", MakeSilence(10.0));
+    Ffmpeg({"-i", m_folder / "whole.wav", "-c:a", "libmp3lame", "-b:a", "128k", "-write_xing", "0",
+            "-id3v2_version", "0", m_folder / "whole.mp3"});
+    WriteText(m_folder / "cut.mp3", ReadText(m_folder / "whole.mp3").substr(0, 100'000));
+    CProcessResult const result = Profile({"cut.mp3"});
+    EXPECT_EQ(result.m_nExit, 4);
+    EXPECT_EQ(result.m_sErr, "tactus: cut.mp3: breaks off in the middle of a frame\n");
+    EXPECT_EQ(Profile({"cut.mp3", "none.mp3"}).m_nExit, 1);
+}
+
+TEST_F(ProfileTest, OutputThatCannotBeWrittenIsFive) {
+    WriteWav(m_folder / "a.wav", MakeSilence(1.0));
+    CProcessSetup setup;
+    setup.m_vArguments = {TACTUS_PROGRAM, "profile", m_folder / "a.wav"};
+    setup.m_sOutput = "/dev/full";
+    EXPECT_EQ(RunProcess(setup).m_nExit, 5);
+}
+
 } // namespace

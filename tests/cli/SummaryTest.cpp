@@ -56,11 +56,15 @@ TEST(SummaryTest, DamageAloneIsAWarning) {
     row.m_sError = "breaks off in the middle of a frame";
     summary.Add(row);
     EXPECT_EQ(summary.ExitCode(), 4);
-    row = Row(ETempoSource::Analysis, EWriting::NotStored);
+    // Nor does it fail because its tempo is not stored.
+    row.m_writing = EWriting::NotStored;
     row.m_bRefused = true;
     summary.Add(row);
+    EXPECT_EQ(summary.ExitCode(), 4);
+    row.m_sError.clear();
+    summary.Add(row);
     EXPECT_EQ(summary.ExitCode(), 1);
-    EXPECT_EQ(summary.Line(true, 1s), "2 heard, 0 stored, 1 not stored in 1.0 s");
+    EXPECT_EQ(summary.Line(true, 1s), "3 heard, 0 stored, 2 not stored in 1.0 s");
 }
 
 TEST(SummaryTest, LongTimesAreInMinutesAndHours) {
