@@ -49,7 +49,7 @@ bool IsSame(struct stat const& a, struct stat const& b) {
 bool IsReportText(std::string_view text) {
     std::string_view const line = text.substr(0, text.find('\n'));
     if (line == "[") {
-        std::string_view const rest = text.substr(2);
+        std::string_view const rest = text.substr(std::min(line.size() + 1, text.size()));
         return IsJsonRow(rest.substr(0, rest.find('\n')));
     }
     return text.empty() || line == "[]" ||

@@ -19,9 +19,11 @@ using testing::StartsWith;
 
 class AnalyzeSharedTest : public CCommandTest {
 protected:
-    /// An mp3 without a tag that takes a second or two to be heard: ten minutes of silence.
+    /// An mp3 without a tag that takes a second or two to be heard: ten minutes of clicks.
     void WriteLongMp3(std::string const& name) {
-        WriteMp3("short.mp3");
+        WriteWav(m_folder / "short.wav", MakeClickTrack(120.0, 10.0));
+        Ffmpeg({"-i", m_folder / "short.wav", "-c:a", "libmp3lame", "-write_xing", "0",
+                "-id3v2_version", "0", m_folder / "short.mp3"});
         std::string const clip = ReadText(m_folder / "short.mp3");
         std::string song;
         for (int i = 0; i < 60; ++i) {
