@@ -23,7 +23,8 @@ constexpr std::size_t kMostPositions = 512;      // Fixed: later points of a win
 constexpr std::uint32_t kBins = 40;              // Fixed: bins of a period.
 constexpr std::uint32_t kToleranceFraction = 10; // Fixed: a tenth of a period, about four bins.
 constexpr int kWindows = 9;                      // Fixed: window k starts at k tenths.
-constexpr std::int64_t kWindowSamples = 20 * kEngineRateHz; // Fixed: 20 s at 44100 Hz, always.
+constexpr std::int64_t kWindowSamples =
+    std::int64_t{20} * kEngineRateHz;                       // Fixed: 20 s at 44100 Hz, always.
 constexpr std::array<std::uint16_t, 2> kDivisions = {4, 8}; // Fixed: periods to the measure.
 constexpr float kFastestFoldedBpm = 100.0f;                 // Fixed: above it nothing is doubled.
 constexpr float kHalfBeatPercent = 53.0f;                   // Fixed: share of half-beat intervals.
