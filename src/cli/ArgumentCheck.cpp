@@ -76,18 +76,17 @@ public:
     CArgumentProblem Run() {
         while (m_sProblem.empty() && m_nNext < m_vWords.size()) {
             std::string const& word = m_vWords[m_nNext++];
-            if (m_bOperandsOnly) {
+            bool const isOption = word.size() > 1 && word.front() == '-';
+            if (m_bOperandsOnly || (!isOption && CommandsOf(*m_pApp).empty())) {
                 CheckOperand(word);
             } else if (word == "--") {
                 m_bOperandsOnly = true;
             } else if (word.starts_with("--")) {
                 CheckLong(word);
-            } else if (word.size() > 1 && word.front() == '-') {
+            } else if (isOption) {
                 CheckShort(word);
-            } else if (!CommandsOf(*m_pApp).empty()) {
-                CheckCommand(word);
             } else {
-                CheckOperand(word);
+                CheckCommand(word);
             }
             if (m_bHelp) {
                 return {};
@@ -190,7 +189,9 @@ void CArgumentCheck::PassValue(std::string const& name, bool isEmpty) {
 void CArgumentCheck::Unknown(std::string const& name) {
     for (CLI::App const* command : CommandsOf(*m_pApp)) {
         if (command->get_option_no_throw(name) != nullptr) {
-            m_sProblem = name + ": comes after the command: " + FullName(*command) + " " + name;
+            m_sProblem = name;
+            m_sProblem.append(": comes after the command: ").append(FullName(*command));
+            m_sProblem.append(" ").append(name);
             return;
         }
     }
