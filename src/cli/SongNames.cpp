@@ -71,7 +71,7 @@ std::shared_ptr<CSong> CSongNames::Enter(CPlacedFile const& file,
             return nullptr;
         }
     }
-    auto const song = std::make_shared<CSong>();
+    auto song = std::make_shared<CSong>();
     song->m_sPath = path;
     for (std::string const& key : keys) {
         m_songs[key] = song;
