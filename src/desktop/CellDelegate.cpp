@@ -68,7 +68,7 @@ QRect FilledPart(QRect const& groove, QModelIndex const& index) {
         return timer;
     }();
     int const stripe = groove.width() * kStripePercent / kWholePercent;
-    auto const way = static_cast<std::int64_t>(groove.width() + stripe);
+    std::int64_t const way = groove.width() + stripe;
     auto const gone = static_cast<int>(clock.elapsed() % kStripeTurnMs * way / kStripeTurnMs);
     filled.setLeft(groove.left() + gone - stripe);
     filled.setWidth(stripe);
