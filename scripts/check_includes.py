@@ -46,13 +46,14 @@ ENGINE_TOP = {
 LIBAV_SOURCES = {
     f"src/platform/{name}"
     for name in ("AudioInput.h", "AudioInput.cpp", "AudioMixer.h", "AudioMixer.cpp",
-                 "AudioDecoder.cpp", "AudioSetup.cpp")
+                 "AudioDecoder.cpp", "AudioStream.cpp", "AudioSetup.cpp", "DecodeRun.h",
+                 "DecodeRun.cpp", "PacketCount.h", "PacketCount.cpp")
 }
 # What only these files may include, by the start of the header's name.
 TOOLKITS = {
     r"Q[A-Z]|Qt": lambda path: path.parts[1] == "desktop",
     r"lib(av|sw)": lambda path: path.as_posix() == "src/platform/LibAv.h",
-    r"platform/(LibAv|AudioInput|AudioMixer)\.h": lambda path: path.as_posix() in LIBAV_SOURCES,
+    r"platform/(LibAv|AudioInput|AudioMixer|DecodeRun|PacketCount)\.h": lambda path: path.as_posix() in LIBAV_SOURCES,
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]', re.M)
 
