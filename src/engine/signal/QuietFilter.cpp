@@ -57,10 +57,10 @@ double Widen(float value) {
                          (bits >> 31U) != 0 ? -1.0 : 1.0);
 }
 
-/// Back again; `value` is one that a float can hold.
+/// Back again; `value` is one that a float can hold, or no number.
 float Narrow(double value) {
     double const magnitude = std::abs(value);
-    if (magnitude >= kSmallestNormal) {
+    if (!(magnitude < kSmallestNormal)) {
         return static_cast<float>(value);
     }
     auto const steps = static_cast<std::uint32_t>(static_cast<std::int32_t>(magnitude / kGridStep));

@@ -125,6 +125,13 @@ TEST(QuietFilterTest, StatesAtRestStayAsTheyAre) {
     ExpectSame(stroke, rest, "woken");
 }
 
+TEST(QuietFilterTest, StatesThatAreNoNumberStaySo) {
+    CThreeStates states{};
+    states[4] = std::numeric_limits<float>::quiet_NaN();
+    states[5] = states[4];
+    ExpectSame(std::vector<float>(1000, 0.0f), states, "silence behind an infinite sample");
+}
+
 TEST(QuietFilterTest, OtherSectionsKeepTheBits) {
     // 40 Hz and 1000 Hz by the same formulas, w = tan(pi f / 44100), b0 = w^2 / (1 + 1.25 w + w^2).
     for (double const hertz : {40.0, 1000.0}) {
