@@ -95,7 +95,8 @@ void CDecodeRun::Tell(CDecodeReport& report) const {
     report.m_container = m_container;
     report.m_nFileRate = static_cast<std::uint32_t>(m_nFileRate);
     report.m_nChannels = m_nChannels;
-    if (m_codec != nullptr) {
+    // A decoder that would not open leaves its context behind, without a codec.
+    if (m_codec != nullptr && m_codec->codec != nullptr) {
         report.m_sDecoder = m_codec->codec->name;
         double const unit = av_q2d(m_codec->pkt_timebase);
         report.m_dPromisedSeconds = unit * static_cast<double>(m_nPromised);

@@ -222,6 +222,15 @@ TEST_F(AudioDecoderTest, AContainerThatCannotBeReadIsDamagedOrIncomplete) {
     EXPECT_EQ(Fail(m_folder / "x.m4a"), EDecodeProblem::BrokenContainer);
 }
 
+TEST_F(AudioDecoderTest, ADecoderThatWillNotOpenIsTold) {
+    std::vector<std::uint8_t> wav = MakeWav16({}, std::vector<std::int16_t>(4096));
+    constexpr std::size_t kFormatTag = 20; // 0x11: ADPCM, which never has 16 bits a sample
+    wav[kFormatTag] = 0x11;
+    WriteBytes(m_folder / "x.wav", wav);
+    EXPECT_EQ(Fail(m_folder / "x.wav"), EDecodeProblem::Undecodable);
+    EXPECT_EQ(m_report.m_sDecoder, "");
+}
+
 TEST_F(AudioDecoderTest, TheReportTellsWhatReadTheFileAndWhichItWas) {
     WriteWav(m_folder / "x.mp3", {.m_nRate = 48000, .m_nChannels = 2}, ToneAt(48000, 96000));
     (void)Decode(m_folder / "x.mp3");
