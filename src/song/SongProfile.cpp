@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "song/SongProfile.h"
+
+#include "engine/ProfileBuilder.h"
+#include "engine/ProfileObserver.h"
+#include "platform/AudioDecoder.h"
+#include "song/SamplePass.h"
+
+#include <utility>
+
+namespace {
+
+/// Keeps what the profile has beyond the engine's record, and hands everything on.
+class CStageKeeper final : public IProfileObserver {
+public:
+    CStageKeeper(CSongProfile& profile, CProfileOptions const& options)
+        : m_profile(profile),
+          m_pNext(options.m_pObserver),
+          m_bEnvelopes(options.m_bKeepEnvelopes) {}
+
+    void OnNotes(std::int32_t found, std::int32_t kept) override {
+        Tell(&IProfileObserver::OnNotes, found, kept);
+    }
+    void OnThumbnails(CPfPcmThumbnail const& energy, CPfPcmThumbnail const& bass) override {
+        if (m_bEnvelopes) {
+            m_profile.m_energy = energy;
+            m_profile.m_bass = bass;
+        }
+        Tell(&IProfileObserver::OnThumbnails, energy, bass);
+    }
+    void OnImpactPoints(CPfImpactPoints const& points) override {
+        Tell(&IProfileObserver::OnImpactPoints, points);
+    }
+    void OnBaseBpm(float bpm) override { Tell(&IProfileObserver::OnBaseBpm, bpm); }
+    void OnClassicPoints(CPfImpactPoints const& points) override {
+        Tell(&IProfileObserver::OnClassicPoints, points);
+    }
+    void OnFoldedBpm(float bpm) override {
+        m_profile.m_fHeardBpm = bpm;
+        Tell(&IProfileObserver::OnFoldedBpm, bpm);
+    }
+    void OnShortClipBpm(float bpm) override { Tell(&IProfileObserver::OnShortClipBpm, bpm); }
+    void OnBeats(CPfImpactPoints const& beats) override { Tell(&IProfileObserver::OnBeats, beats); }
+
+private:
+    template <typename... Parameters, typename... Arguments>
+    void Tell(void (IProfileObserver::*what)(Parameters...), Arguments const&... arguments) {
+        if (m_pNext != nullptr) {
+            (m_pNext->*what)(arguments...);
+        }
+    }
+
+    CSongProfile& m_profile;
+    IProfileObserver* m_pNext;
+    bool m_bEnvelopes;
+};
+
+bool IsCancelled(CProfileOptions const& options) {
+    return options.m_pCancel != nullptr && options.m_pCancel->IsSet();
+}
+
+} // namespace
+
+CSongProfile::CSongProfile() {
+    m_pPrint.Create();
+    m_pLargePrint.Create();
+}
+
+CSongAudio LoadSong(std::string const& path, CCancelFlag const* cancel) {
+    CSongAudio song;
+    CAudioDecoder decoder(cancel);
+    if (decoder.Decode(path, song.m_audio) != kStatusOk) {
+        song.m_outcome.m_problem = EAnalysisProblem::NotDecoded;
+    }
+    song.m_outcome.m_report = decoder.GetReport();
+    return song;
+}
+
+CSongProfile ProfileAudio(CSongAudio song, CProfileOptions const& options) {
+    CSongProfile profile;
+    profile.m_outcome = std::move(song.m_outcome);
+    CSamplePass reader(song.m_audio);
+    CProfiler profiler(nullptr);
+    profiler.SetSink(options.m_progress ? options.m_progress : [](std::uint8_t) {});
+    CStageKeeper keeper(profile, options);
+    CProfileBuilder builder(options.m_pCancel);
+    builder.SetObserver(&keeper);
+    builder.BuildProfile(&profiler, &reader, &profile.m_results, profile.m_pPrint.Get(),
+                         profile.m_pLargePrint.Get());
+    profile.m_bCancelled = IsCancelled(options);
+    // A run over a decoded song that neither came to its end nor was cancelled had no memory.
+    if (profile.IsHeard() && !builder.IsComplete() && !profile.m_bCancelled) {
+        profile.m_outcome.m_problem = EAnalysisProblem::NoMemory;
+    }
+    return profile;
+}
+
+CSongProfile ProfileSong(std::string const& path, CProfileOptions const& options) {
+    return ProfileAudio(LoadSong(path, options.m_pCancel), options);
+}

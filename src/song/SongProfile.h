@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "base/CancelFlag.h"
+#include "base/SmartPtr.h"
+#include "engine/ProfileResults.h"
+#include "engine/Profiler.h"
+#include "engine/envelope/PcmThumbnail.h"
+#include "engine/print/Fingerprint.h"
+#include "platform/DecodedAudio.h"
+#include "song/AnalysisProblem.h"
+
+#include <string>
+
+class IProfileObserver;
+
+/// How a song is to be profiled. Nothing is taken over; every pointer may be null.
+struct CProfileOptions {
+    CCancelFlag const* m_pCancel = nullptr;  // when it gets set, the run ends soon
+    CProfiler::Sink m_progress = {};         // percents, on the calling thread; none: they are lost
+    IProfileObserver* m_pObserver = nullptr; // hears what the stages hand on
+    bool m_bKeepEnvelopes = false;           // 2 floats for each 256 samples
+};
+
+/// Everything that one hearing of a song brings.
+struct CSongProfile {
+    CSongProfile();
+
+    [[nodiscard]] bool IsHeard() const { return m_outcome.m_problem == EAnalysisProblem::None; }
+
+    CAnalysisOutcome m_outcome;
+    bool m_bCancelled = false; // the rest is void then
+    CProfileResults m_results; // defaults, but for bit rate and key, of a song that can't be heard
+    CSmartPtr<CFingerprint> m_pPrint;
+    CSmartPtr<CFingerprint> m_pLargePrint;
+    float m_fHeardBpm = 0.0f; // before the rule for short clips; 0 for none
+    CPfPcmThumbnail m_energy; // spectral energy; empty unless it was asked for
+    CPfPcmThumbnail m_bass;   // peaks of the signal below 120 Hz; likewise
+};
+
+/// A decoded song on its way into the engine.
+struct CSongAudio {
+    CDecodedAudio m_audio; // empty when it can't be decoded
+    CAnalysisOutcome m_outcome;
+};
+
+/// Decodes the file at `path`, which is bytes. `cancel` may be null.
+CSongAudio LoadSong(std::string const& path, CCancelFlag const* cancel);
+
+/// Runs the engine over a loaded song, whose samples are given back on the way. A song that could
+/// not be loaded goes through it as one without samples.
+CSongProfile ProfileAudio(CSongAudio song, CProfileOptions const& options);
+
+/// Both in one: the whole road of one song, from its file to its profile, on the calling thread.
+/// Posts no notification. The same file gives the same profile, bit for bit.
+/// Thread: any; several may run at once.
+CSongProfile ProfileSong(std::string const& path, CProfileOptions const& options);

@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "song/SongProfile.h"
+
+#include "support/ClickTrack.h"
+#include "support/FailingAllocation.h"
+#include "support/TempFolder.h"
+#include "support/WavFile.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <thread>
+#include <vector>
+
+namespace {
+
+class SongProfileTest : public testing::Test {
+protected:
+    std::string Write(std::vector<float> const& samples) {
+        WriteWav(m_folder / "song.wav", samples);
+        return m_folder / "song.wav";
+    }
+
+    CTempFolder m_folder;
+};
+
+} // namespace
+
+TEST_F(SongProfileTest, ASongHasItsTempo) {
+    CSongProfile const profile = ProfileSong(Write(MakeClickTrack(125.0, 60.0)), {});
+    EXPECT_TRUE(profile.IsHeard());
+    EXPECT_FALSE(profile.m_bCancelled);
+    EXPECT_NEAR(profile.m_results.GetBpm(), 125.0f, 0.5f);
+    EXPECT_EQ(profile.m_results.GetSampleCount(), 60 * 44100);
+}
+
+TEST_F(SongProfileTest, WhatCannotBeDecodedHasAReasonAndNoRecord) {
+    CSongProfile const profile = ProfileSong(m_folder / "missing.wav", {});
+    EXPECT_FALSE(profile.IsHeard());
+    EXPECT_EQ(profile.m_outcome.m_problem, EAnalysisProblem::NotDecoded);
+    EXPECT_EQ(profile.m_outcome.m_report.m_problem, EDecodeProblem::SystemError);
+    EXPECT_EQ(profile.m_results.GetBpm(), 0.0f);
+}
+
+TEST_F(SongProfileTest, PercentsRiseTo100OnTheCallingThread) {
+    std::vector<int> percents;
+    bool isOtherThread = false;
+    std::thread::id const caller = std::this_thread::get_id();
+    (void)ProfileSong(Write(MakeClickTrack(125.0, 60.0)), {.m_progress = [&](std::uint8_t percent) {
+                          percents.push_back(percent);
+                          isOtherThread |= std::this_thread::get_id() != caller;
+                      }});
+    ASSERT_FALSE(percents.empty());
+    EXPECT_TRUE(std::ranges::is_sorted(percents));
+    EXPECT_EQ(percents.front(), 0);
+    EXPECT_EQ(percents.back(), 100);
+    EXPECT_FALSE(isOtherThread);
+}
+
+TEST_F(SongProfileTest, ACancelFromWithinEndsTheRun) {
+    CCancelFlag cancel;
+    std::vector<int> percents;
+    CSongProfile const profile = ProfileSong(
+        Write(MakeClickTrack(125.0, 60.0)), {.m_pCancel = &cancel, .m_progress = [&](auto percent) {
+                                                 percents.push_back(percent);
+                                                 cancel.Set();
+                                             }});
+    EXPECT_TRUE(profile.m_bCancelled);
+    EXPECT_EQ(profile.m_results.GetBpm(), 0.0f);
+    EXPECT_EQ(percents, std::vector<int>{0});
+}
+
+TEST_F(SongProfileTest, ACancelBeforehandLeavesTheFileUnread) {
+    CCancelFlag cancel;
+    cancel.Set();
+    CSongProfile const profile =
+        ProfileSong(Write(MakeClickTrack(125.0, 10.0)), {.m_pCancel = &cancel});
+    EXPECT_TRUE(profile.m_bCancelled);
+    EXPECT_FALSE(profile.IsHeard());
+}
+
+TEST_F(SongProfileTest, EnvelopesAreKeptOnRequestOnly) {
+    std::string const path = Write(MakeClickTrack(125.0, 60.0));
+    EXPECT_EQ(ProfileSong(path, {}).m_energy.GetCount(), 0);
+    CSongProfile const profile = ProfileSong(path, {.m_bKeepEnvelopes = true});
+    constexpr int kElements = 60 * 44100 / 256;
+    EXPECT_EQ(profile.m_energy.GetCount(), kElements);
+    EXPECT_EQ(profile.m_bass.GetCount(), kElements);
+}
+
+TEST_F(SongProfileTest, AClipKeepsTheTempoThatWasHeard) {
+    CSongProfile const profile = ProfileSong(Write(MakeClickTrack(125.0, 10.0)), {});
+    // The grid may move either by a little.
+    EXPECT_NEAR(profile.m_fHeardBpm, 125.0f, 1.5f);
+    EXPECT_NEAR(profile.m_results.GetBpm(), 96.0f, 1.5f); // four measures in its ten seconds
+}
+
+TEST_F(SongProfileTest, WithoutMemoryThereIsNoTempoAndAReason) {
+    CSongAudio song = LoadSong(Write(MakeClickTrack(125.0, 10.0)), nullptr);
+    ASSERT_EQ(song.m_outcome.m_problem, EAnalysisProblem::None);
+    CFailingAllocation const failing;
+    CSongProfile const profile = ProfileAudio(std::move(song), {});
+    EXPECT_EQ(profile.m_outcome.m_problem, EAnalysisProblem::NoMemory);
+    EXPECT_EQ(profile.m_results.GetBpm(), 0.0f);
+}
