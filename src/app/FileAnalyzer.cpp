@@ -10,16 +10,11 @@
 #include "app/MacThread.h"
 #include "base/FileManager.h"
 #include "base/NotificationCenter.h"
-#include "base/SmartPtr.h"
-#include "engine/ProfileBuilder.h"
-#include "engine/ProfileResults.h"
 #include "engine/Profiler.h"
-#include "engine/print/Fingerprint.h"
-#include "platform/AudioDecoder.h"
-#include "song/SamplePass.h"
 
 #include <array>
 #include <charconv>
+#include <utility>
 
 namespace {
 
@@ -110,72 +105,36 @@ void CFileAnalyzer::Await(std::shared_ptr<MacThread> const& oldest) {
 }
 
 void CFileAnalyzer::loadAudioWithFilename(CBPMFile const* file) {
-    std::shared_ptr<CCancelFlag const> cancel;
-    {
-        std::scoped_lock const guard(m_lock);
-        cancel = m_pCancel;
-    }
-    CAudioDecoder decoder(cancel.get());
-    CStatus const status = decoder.Decode(file->GetPath().ToPath(), m_audio);
+    m_audio = LoadSong(file->GetPath().ToPath(), CancelOfRun().get());
     std::scoped_lock const guard(m_lock);
-    m_outcome = {.m_problem =
-                     status == kStatusOk ? EAnalysisProblem::None : EAnalysisProblem::NotDecoded,
-                 .m_report = decoder.GetReport()};
+    m_outcome = m_audio.m_outcome;
 }
 
 void CFileAnalyzer::ProcessFile(CBPMFile* file) {
-    CSmartPtr<CFingerprint> print;
-    CSmartPtr<CFingerprint> largePrint;
-    print.Create();
-    largePrint.Create();
-    auto results = std::make_unique<CProfileResults>();
-    auto profiler = std::make_unique<CProfiler>(file);
-    auto reader = std::make_unique<CSamplePass>(m_audio);
-    auto builder = std::make_unique<CProfileBuilder>();
-
-    SetBuilder(builder.get());
-    builder->BuildProfile(profiler.get(), reader.get(), results.get(), print.Get(),
-                          largePrint.Get());
-    SetBuilder(nullptr);
-    NoteEnd(*builder);
-
+    std::shared_ptr<CCancelFlag const> const cancel = CancelOfRun();
+    CProfiler notifier(file);
+    CSongProfile const profile =
+        ProfileAudio(std::exchange(m_audio, {}),
+                     {.m_pCancel = cancel.get(), .m_progress = [&notifier](std::uint8_t percent) {
+                          notifier.SendProfileProgress(percent);
+                      }});
+    {
+        std::scoped_lock const guard(m_lock);
+        m_outcome = profile.m_outcome;
+    }
     CUserInfo const info = {{kUserDataKey, static_cast<void*>(file)},
-                            {kBpmKey, TempoText(results->GetBpm())}};
+                            {kBpmKey, TempoText(profile.m_results.GetBpm())}};
     CNotificationCenter::Default().Post(kFileCompleteNotification, &info);
-
-    builder.reset();
-    reader.reset();
-    profiler.reset();
-    results.reset();
-    m_audio = {};
-    largePrint.Clear();
-    print.Clear();
 }
 
-/// Makes the builder known to `Cancel`, or unknown again. A cancel that came before counts.
-void CFileAnalyzer::SetBuilder(CProfileBuilder* builder) {
+std::shared_ptr<CCancelFlag const> CFileAnalyzer::CancelOfRun() const {
     std::scoped_lock const guard(m_lock);
-    m_pBuilder = builder;
-    if (builder != nullptr && m_pCancel->IsSet()) {
-        builder->CancelProfiling();
-    }
-}
-
-/// A run over a decoded file that neither came to its end nor was cancelled had no memory.
-void CFileAnalyzer::NoteEnd(CProfileBuilder const& builder) {
-    std::scoped_lock const guard(m_lock);
-    if (!builder.IsComplete() && !m_pCancel->IsSet() &&
-        m_outcome.m_problem == EAnalysisProblem::None) {
-        m_outcome.m_problem = EAnalysisProblem::NoMemory;
-    }
+    return m_pCancel;
 }
 
 void CFileAnalyzer::Cancel() {
     std::scoped_lock const guard(m_lock);
     m_pCancel->Set();
-    if (m_pBuilder != nullptr) {
-        m_pBuilder->CancelProfiling();
-    }
 }
 
 void CFileAnalyzer::Wait() {

@@ -4,8 +4,7 @@
 #pragma once
 
 #include "base/CancelFlag.h"
-#include "platform/DecodedAudio.h"
-#include "song/AnalysisProblem.h"
+#include "song/SongProfile.h"
 
 #include <cstdint>
 #include <deque>
@@ -14,7 +13,6 @@
 
 class CBPMFile;
 class CString;
-class CProfileBuilder;
 class MacThread;
 
 /// Analyses one file per call of `Analyze` on a worker of its own: decodes it, profiles it and
@@ -68,18 +66,16 @@ private:
     static std::uint32_t AnalyzeFile(void* param);
     void WaitForOlderThreads();
     void Await(std::shared_ptr<MacThread> const& oldest);
-    void SetBuilder(CProfileBuilder* builder);
-    void NoteEnd(CProfileBuilder const& builder);
+    std::shared_ptr<CCancelFlag const> CancelOfRun() const;
 
     mutable std::mutex m_lock; // Guards everything but the audio, which is the worker's.
     CBPMFile* m_pFile = nullptr;
     std::shared_ptr<CCancelFlag> m_pCancel;
-    CProfileBuilder* m_pBuilder = nullptr; // Of the run in hand, while it profiles.
     CAnalysisOutcome m_outcome;
     bool m_bClosing = false;
     std::deque<std::shared_ptr<MacThread>> m_vThreads; // Oldest first.
 
-    CDecodedAudio m_audio;
+    CSongAudio m_audio;
 };
 
 /// True when there is a folder at `path`.
