@@ -4,8 +4,6 @@
 #include "cli/ProfileCommand.h"
 
 #include "base/CString.h"
-#include "base/NotificationCenter.h"
-#include "base/SmartPtr.h"
 #include "cli/DecodeReason.h"
 #include "cli/ExitCode.h"
 #include "cli/InputList.h"
@@ -14,43 +12,9 @@
 #include "cli/Output.h"
 #include "cli/ProfileJson.h"
 #include "cli/ProfileTrace.h"
-#include "engine/ProfileBuilder.h"
-#include "engine/ProfileResults.h"
-#include "engine/Profiler.h"
-#include "engine/print/Fingerprint.h"
-#include "platform/AudioDecoder.h"
-#include "song/SamplePass.h"
+#include "song/SongProfile.h"
 
 #include <CLI/CLI.hpp>
-#include <cstdlib>
-
-namespace {
-
-/// Keeps the percents of one run, and ends it when the user asks to stop.
-class CProgressKeeper {
-public:
-    explicit CProgressKeeper(CProfileBuilder& builder) {
-        CNotificationCenter::Default().AddObserver(
-            this, kFileProgressNotification, [this, &builder](CUserInfo const* info) {
-                m_vPercents.push_back(std::atoi(UserInfoText(info, kPercentKey).c_str()));
-                if (CInterrupt::IsSet()) {
-                    builder.CancelProfiling();
-                }
-            });
-    }
-    ~CProgressKeeper() {
-        CNotificationCenter::Default().RemoveObserver(this, kFileProgressNotification);
-    }
-    CProgressKeeper(CProgressKeeper const&) = delete;
-    CProgressKeeper& operator=(CProgressKeeper const&) = delete;
-
-    [[nodiscard]] std::vector<int> const& Percents() const { return m_vPercents; }
-
-private:
-    std::vector<int> m_vPercents;
-};
-
-} // namespace
 
 CLI::App* CProfileCommand::AddTo(CLI::App& program) {
     CLI::App* const app = program.add_subcommand(
@@ -75,35 +39,26 @@ void CProfileCommand::ReportTrouble(std::string const& name, std::string const& 
 }
 
 std::string CProfileCommand::ProfileFile(std::string const& name, CString const& path) {
-    CAudioDecoder decoder(&CInterrupt::Flag());
-    CDecodedAudio audio;
-    if (decoder.Decode(path.ToPath(), audio) != kStatusOk) {
-        if (!CInterrupt::IsSet()) {
-            ReportTrouble(name, DecodeReason(decoder.GetReport()), decoder.GetReport());
-            m_bFailed = true;
-        }
-        return {};
-    }
-    std::string const damage = DamageReason(decoder.GetReport());
-    ReportTrouble(name, damage, decoder.GetReport());
-    m_bWarned = m_bWarned || !damage.empty();
-    CSamplePass reader(audio);
-    CProfiler profiler(nullptr);
-    CProfileResults results;
-    CSmartPtr<CFingerprint> print;
-    CSmartPtr<CFingerprint> largePrint;
-    print.Create();
-    largePrint.Create();
+    std::vector<int> percents;
     CProfileTrace trace;
-    CProfileBuilder builder;
-    builder.SetObserver(m_bTrace ? &trace : nullptr);
-    CProgressKeeper const progress(builder);
-    builder.BuildProfile(&profiler, &reader, &results, print.Get(), largePrint.Get());
+    CSongProfile const profile = ProfileSong(
+        path.ToPath(), {.m_pCancel = &CInterrupt::Flag(),
+                        .m_progress = [&](std::uint8_t percent) { percents.push_back(percent); },
+                        .m_pObserver = m_bTrace ? &trace : nullptr});
     if (CInterrupt::IsSet()) {
         return {};
     }
-    return ProfileJson({name, &results, print.Get(), largePrint.Get(), progress.Percents(),
-                        m_bTrace ? &trace : nullptr});
+    CDecodeReport const& report = profile.m_outcome.m_report;
+    if (!profile.IsHeard()) {
+        ReportTrouble(name, AnalysisReason(profile.m_outcome), report);
+        m_bFailed = true;
+        return {};
+    }
+    std::string const damage = DamageReason(report);
+    ReportTrouble(name, damage, report);
+    m_bWarned = m_bWarned || !damage.empty();
+    return ProfileJson({name, &profile.m_results, profile.m_pPrint.Get(),
+                        profile.m_pLargePrint.Get(), percents, m_bTrace ? &trace : nullptr});
 }
 
 int CProfileCommand::Run() {
