@@ -17,7 +17,6 @@
 #include <string>
 #include <vector>
 
-class CTagTarget;
 struct CFoundFrame;
 
 constexpr std::uint32_t kMostFrames = 65'536; // Fixed: a tag with more is taken for broken.
@@ -166,10 +165,6 @@ private:
     [[nodiscard]] std::vector<std::uint8_t> MakeTag(std::uint32_t tagBytes) const;
     EWriteProblem WriteTag(bool* rewritten);
     EWriteProblem ReadAgain(int file, std::vector<std::uint8_t>& oldTag) const;
-    EWriteProblem WriteOver(CTagTarget& target, std::vector<std::uint8_t> const& oldTag,
-                            std::vector<std::uint8_t> const& newTag) const;
-    EWriteProblem SwapFile(CTagTarget const& target, std::vector<std::uint8_t> const& tag,
-                           bool* rewritten) const;
 
     CTagRules m_rules;
     CPtrContainer<CID3Frame> m_frames;

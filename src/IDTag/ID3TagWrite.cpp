@@ -2,94 +2,26 @@
 // SPDX-License-Identifier: MIT
 //
 // Writing the tag back. The steps: does the new tag fit into the old one's bytes; open the file,
-// lock it and see that it is still the one that was read; make the new tag in memory; then write
-// it over the old one, or build a new file that takes the old one's place. A tag that fits is
-// written over the old one only when that is one step; otherwise a new file of the same length is
-// built, and the old one's bytes are written over only where there can be no new file.
+// lock it and see that it is still the one that was read; make the new tag in memory; then put it
+// in the old one's place.
 
-#include "IDTag/FileSwap.h"
 #include "IDTag/ID3Tag.h"
-#include "IDTag/MacCFile.h"
-#include "IDTag/TagTarget.h"
+#include "IDTag/TagReplacement.h"
 #include "base/FileUtil.h"
 
-#include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <new>
-#include <unistd.h>
 
 namespace {
 
-constexpr wchar_t kTemporaryExtension[] = L"MP~";     // Fixed: song.mp3 is built as song.MP~.
+constexpr wchar_t kTemporaryExtension[] = L"MP~";     // Fixed: as `ReplaceTag` builds it.
 constexpr std::uint64_t kPaddingBytes = 4096;         // Fixed: room for later edits.
 constexpr std::uint64_t kTagLimitBytes = 1ULL << 28U; // Standard: ID3v2.3.0, 3.1: 28 size bits.
 constexpr std::uint8_t kWrittenVersion[] = {'I', 'D', '3', 3, 0, 0}; // Fixed: 2.3.0, no flags.
-constexpr std::size_t kPageBytes = 4096;           // Standard: the smallest page of Linux.
 constexpr std::size_t kSizeOffset = 6;             // Standard: ID3v2.3.0, section 3.1.
 constexpr std::uint8_t kDiscardWhenAltered = 0x40; // Standard: ID3v2.3.0, section 3.3.1.
 
 using Bytes = std::vector<std::uint8_t>;
-
-/// Where two tags of the same length differ: from the first such byte to the last one.
-struct CChange {
-    std::size_t m_nOffset = 0;
-    std::size_t m_nBytes = 0;
-};
-
-CChange ChangeBetween(Bytes const& oldTag, Bytes const& newTag) {
-    auto const first = std::ranges::mismatch(oldTag, newTag).in1 - oldTag.begin();
-    auto const last = std::mismatch(oldTag.rbegin(), oldTag.rend(), newTag.rbegin()).first.base() -
-                      oldTag.begin();
-    return {static_cast<std::size_t>(first),
-            static_cast<std::size_t>(std::max<std::ptrdiff_t>(last - first, 0))};
-}
-
-/// True when no kill can cut the change: the kernel looks for one between two pages of a write, not
-/// within a page. A tempo's change is such a one.
-bool IsOneStep(CChange const& change) {
-    return change.m_nOffset / kPageBytes == (change.m_nOffset + change.m_nBytes - 1) / kPageBytes;
-}
-
-/// True when a new file can have all that the old one has: its only name and its owner.
-bool IsReplaceable(int file) {
-    struct stat info = {};
-    bool const isKnown = ::fstat(file, &info) == 0;
-    bool const isOwn = info.st_uid == ::geteuid() && info.st_gid == ::getegid();
-    return isKnown && info.st_nlink == 1 && (isOwn || ::geteuid() == 0);
-}
-
-/// True when a new file couldn't be made, which says nothing against a write in place.
-bool IsForWantOfAFile(EWriteProblem problem) {
-    return problem == EWriteProblem::NoTemporaryFile || problem == EWriteProblem::DiskFull ||
-           problem == EWriteProblem::FileTooLarge || problem == EWriteProblem::FileSizeLimit ||
-           problem == EWriteProblem::MayNotReplace || problem == EWriteProblem::NoMemory ||
-           problem == EWriteProblem::WriteFailed;
-}
-
-/// Writes the change in one call; never a byte behind the tag.
-EWriteProblem WriteInPlace(CTagTarget& target, Bytes const& oldTag, Bytes const& newTag,
-                           CChange const& change) {
-    auto const part = [&change](Bytes const& tag) {
-        return std::span(tag).subspan(change.m_nOffset, change.m_nBytes);
-    };
-    EWriteProblem problem = target.OpenForWriting();
-    if (problem == EWriteProblem::None) {
-        problem = target.LookAgain();
-    }
-    if (problem != EWriteProblem::None) {
-        return problem;
-    }
-    int const file = target.GetForWriting();
-    problem = WriteAllAt(file, part(newTag), change.m_nOffset);
-    if (problem == EWriteProblem::None) {
-        problem = ::fsync(file) == 0 ? EWriteProblem::None : ProblemOf(errno);
-    }
-    if (problem != EWriteProblem::None) {
-        (void)WriteAllAt(file, part(oldTag), change.m_nOffset);
-    }
-    return problem;
-}
 
 } // namespace
 
@@ -166,26 +98,7 @@ EWriteProblem CID3Tag::WriteTag(bool* rewritten) {
         return problem;
     }
     Bytes const newTag = MakeTag(static_cast<std::uint32_t>(newTagBytes));
-    return inPlace ? WriteOver(target, oldTag, newTag) : SwapFile(target, newTag, rewritten);
-}
-
-/// Puts a tag in the place of one of the same length. What a kill could cut in the middle is done
-/// through a new file, where there can be one. To the caller that is an update in place as well:
-/// the audio stays where it was.
-EWriteProblem CID3Tag::WriteOver(CTagTarget& target, std::vector<std::uint8_t> const& oldTag,
-                                 std::vector<std::uint8_t> const& newTag) const {
-    CChange const change = ChangeBetween(oldTag, newTag);
-    if (change.m_nBytes == 0) {
-        return EWriteProblem::None;
-    }
-    if (!IsOneStep(change) && IsReplaceable(target.Get())) {
-        bool rewritten = false;
-        EWriteProblem const problem = SwapFile(target, newTag, &rewritten);
-        if (!IsForWantOfAFile(problem)) {
-            return problem;
-        }
-    }
-    return WriteInPlace(target, oldTag, newTag, change);
+    return ReplaceTag(target, std::span(oldTag).first(m_nTagBytes), newTag, rewritten);
 }
 
 /// Reads the tag's bytes again, which must be those of `OpenFile`.
@@ -224,29 +137,4 @@ std::vector<std::uint8_t> CID3Tag::MakeTag(std::uint32_t tagBytes) const {
     }
     tag.resize(tagBytes);
     return tag;
-}
-
-EWriteProblem CID3Tag::SwapFile(CTagTarget const& target, std::vector<std::uint8_t> const& tag,
-                                bool* rewritten) const {
-    std::uint64_t const audioBytes =
-        static_cast<std::uint64_t>(target.GetIdentity().m_nSize) - m_nTagBytes;
-    if (audioBytes + tag.size() > kLargestFileBytes) {
-        return EWriteProblem::FileTooLarge;
-    }
-    CString temporary;
-    CFileUtil::ChangeFileExt(target.GetPath(), kTemporaryExtension, temporary);
-    CFileSwap swap(target.Get(), target.GetIdentity(), target.GetPath().ToPath(),
-                   temporary.ToPath());
-    EWriteProblem problem = swap.Begin();
-    if (problem == EWriteProblem::None) {
-        problem = swap.Write(tag);
-    }
-    if (problem == EWriteProblem::None) {
-        problem = swap.CopyRest(m_nTagBytes);
-    }
-    if (problem == EWriteProblem::None) {
-        problem = swap.Commit();
-    }
-    *rewritten = *rewritten || problem == EWriteProblem::None;
-    return problem;
 }
