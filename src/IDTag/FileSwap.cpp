@@ -239,6 +239,7 @@ EWriteProblem CFileSwap::Finish() {
     if (problem != EWriteProblem::None) {
         return problem;
     }
+    ::SetWrittenTime(m_temporary.Get(), m_writtenTime);
     if (::fsync(m_temporary.Get()) != 0) {
         return ProblemOf(errno);
     }

@@ -32,6 +32,10 @@ public:
     CFileSwap(CFileSwap const&) = delete;
     CFileSwap& operator=(CFileSwap const&) = delete;
 
+    /// What the new file's time of the last write becomes, in nanoseconds since the epoch; nothing:
+    /// the present.
+    void SetWrittenTime(std::optional<std::int64_t> time) { m_writtenTime = time; }
+
     /// Makes or takes over the temporary file, locked and empty. A link, a device or a fifo under
     /// its name is removed, never written to; a folder there is left alone and fails. Nothing is
     /// made while somebody has the old file open for writing, whose further bytes would be lost,
@@ -66,5 +70,6 @@ private:
     CDescriptor m_temporary;
     CFileIdentity m_state;
     std::uint64_t m_nWritten = 0;
+    std::optional<std::int64_t> m_writtenTime;
     bool m_bRemove = false;
 };

@@ -59,6 +59,7 @@ std::wstring CurrentText(CID3Frame const& frame) {
 CStatus CID3Tag::OpenFile(wchar_t const* path) {
     m_sPath = path;
     m_frames.DeleteAll();
+    m_pTakenOut = nullptr;
     m_vWiderIds.clear();
     m_bUnreachedData = false;
     m_bUnknownIds = false;
@@ -171,6 +172,16 @@ CStatus CID3Tag::SetString(char const* id, wchar_t const* value) {
     }
     m_bModified = true;
     return frame->SetString(value == nullptr ? L"" : value);
+}
+
+CStatus CID3Tag::TakeOut(char const* id) {
+    CID3Frame* frame = nullptr;
+    if (!GetExistingFrame(id, &frame)) {
+        return kStatusNothing;
+    }
+    m_pTakenOut = frame;
+    m_bModified = true;
+    return kStatusOk;
 }
 
 CID3Frame* CID3Tag::AppendFrame(char const* id) {

@@ -13,7 +13,9 @@
 #include "base/Status.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -34,6 +36,15 @@ struct CTagRules {
 
     /// Writing: the file must be this one, in this state.
     std::optional<CFileIdentity> m_expected;
+
+    /// Writing: the file's time of the last write stays.
+    bool m_bKeepTime = false;
+
+    /// Writing: told of the file, the old tag's bytes and the new one's, before the first byte is
+    /// written and with the file locked.
+    std::function<void(CFileIdentity const&, std::span<std::uint8_t const>,
+                       std::span<std::uint8_t const>)>
+        m_onWriting;
 };
 
 /// A version 2.2 id and the name that it was read under.
@@ -80,6 +91,10 @@ public:
     /// Gives the frame this text, making it when there is none and `value` isn't empty.
     /// Returns: `kStatusNothing` when nothing had to change.
     CStatus SetString(char const* id, wchar_t const* value);
+
+    /// Leaves the frame that `SetString` would take out of the tag that is written.
+    /// Returns: `kStatusNothing` when there is none.
+    CStatus TakeOut(char const* id);
 
     /// Data of the first private frame of this owner. With a null `data` only the size is told;
     /// otherwise `data` must have room for it.
@@ -170,6 +185,7 @@ private:
     CPtrContainer<CID3Frame> m_frames;
     std::vector<CWiderId> m_vWiderIds;
     CString m_sPath;
+    CID3Frame const* m_pTakenOut = nullptr; // one of the frames
     bool m_bModified = false;
     std::uint32_t m_nTagBytes = 0;
     std::uint8_t m_nVersion = 0;

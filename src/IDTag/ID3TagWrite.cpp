@@ -98,7 +98,13 @@ EWriteProblem CID3Tag::WriteTag(bool* rewritten) {
         return problem;
     }
     Bytes const newTag = MakeTag(static_cast<std::uint32_t>(newTagBytes));
-    return ReplaceTag(target, std::span(oldTag).first(m_nTagBytes), newTag, rewritten);
+    std::span<std::uint8_t const> const giveWay = std::span(oldTag).first(m_nTagBytes);
+    if (m_rules.m_onWriting) {
+        m_rules.m_onWriting(target.GetIdentity(), giveWay, newTag);
+    }
+    std::optional<std::int64_t> const time =
+        m_rules.m_bKeepTime ? std::optional(target.GetIdentity().m_nWrittenTime) : std::nullopt;
+    return ReplaceTag(target, giveWay, newTag, time, rewritten);
 }
 
 /// Reads the tag's bytes again, which must be those of `OpenFile`.
@@ -128,7 +134,9 @@ std::vector<std::uint8_t> CID3Tag::MakeTag(std::uint32_t tagBytes) const {
         ID3V2_3_FRAMEHEADER header = {};
         std::uint8_t* body = nullptr;
         std::uint32_t size = 0;
-        if (frame->GetData(&header, &body, &size) < 0 || IsDropped(header)) {
+        bool const isKept = frame != m_pTakenOut && frame->GetData(&header, &body, &size) >= 0 &&
+                            !IsDropped(header);
+        if (!isKept) {
             continue;
         }
         auto const* const bytes = reinterpret_cast<std::uint8_t const*>(&header);

@@ -8,9 +8,12 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
+
+constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
 
 /// True when this process may not make files of any length.
 bool HasSizeLimit() {
@@ -95,6 +98,17 @@ EWriteProblem WriteAllAt(int file, std::span<std::uint8_t const> bytes, std::uin
         }
     }
     return EWriteProblem::None;
+}
+
+void SetWrittenTime(int file, std::optional<std::int64_t> time) {
+    if (!time) {
+        return;
+    }
+    std::int64_t rest = *time % kNanosecondsPerSecond;
+    rest += rest < 0 ? kNanosecondsPerSecond : 0; // Before 1970 too, the rest counts forwards.
+    timespec const written = {.tv_sec = (*time - rest) / kNanosecondsPerSecond, .tv_nsec = rest};
+    timespec const times[] = {{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, written};
+    (void)::futimens(file, times);
 }
 
 EWriteProblem ProblemOf(int error) {

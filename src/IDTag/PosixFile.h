@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <sys/stat.h>
@@ -51,6 +52,10 @@ bool ReadAllAt(int file, std::span<std::uint8_t> room, std::uint64_t offset);
 
 /// Writes all of `bytes` at `offset`.
 EWriteProblem WriteAllAt(int file, std::span<std::uint8_t const> bytes, std::uint64_t offset);
+
+/// Gives the file this time of the last write, in nanoseconds since the epoch, where the system
+/// allows it; with nothing, it stays as it is.
+void SetWrittenTime(int file, std::optional<std::int64_t> time);
 
 /// The problem that the system's error number stands for, `WriteFailed` for any other.
 EWriteProblem ProblemOf(int error);

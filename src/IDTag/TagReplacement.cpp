@@ -21,6 +21,7 @@ constexpr wchar_t kTemporaryExtension[] = L"MP~"; // Fixed: song.mp3 is built as
 constexpr std::size_t kPageBytes = 4096;          // Standard: the smallest page of Linux.
 
 using Bytes = std::span<std::uint8_t const>;
+using Time = std::optional<std::int64_t>;
 
 /// Where two tags of the same length differ: from the first such byte to the last one.
 struct CChange {
@@ -59,7 +60,8 @@ bool IsForWantOfAFile(EWriteProblem problem) {
 }
 
 /// Writes the change in one call; never a byte behind the tag.
-EWriteProblem WriteInPlace(CTagTarget& target, Bytes oldTag, Bytes newTag, CChange const& change) {
+EWriteProblem WriteInPlace(CTagTarget& target, Bytes oldTag, Bytes newTag, CChange const& change,
+                           Time writtenTime) {
     auto const part = [&change](Bytes tag) {
         return tag.subspan(change.m_nOffset, change.m_nBytes);
     };
@@ -73,6 +75,7 @@ EWriteProblem WriteInPlace(CTagTarget& target, Bytes oldTag, Bytes newTag, CChan
     int const file = target.GetForWriting();
     problem = WriteAllAt(file, part(newTag), change.m_nOffset);
     if (problem == EWriteProblem::None) {
+        SetWrittenTime(file, writtenTime);
         problem = ::fsync(file) == 0 ? EWriteProblem::None : ProblemOf(errno);
     }
     if (problem != EWriteProblem::None) {
@@ -81,7 +84,8 @@ EWriteProblem WriteInPlace(CTagTarget& target, Bytes oldTag, Bytes newTag, CChan
     return problem;
 }
 
-EWriteProblem SwapFile(CTagTarget const& target, std::uint64_t oldTagBytes, Bytes newTag) {
+EWriteProblem SwapFile(CTagTarget const& target, std::uint64_t oldTagBytes, Bytes newTag,
+                       Time writtenTime) {
     std::uint64_t const audioBytes =
         static_cast<std::uint64_t>(target.GetIdentity().m_nSize) - oldTagBytes;
     if (audioBytes + newTag.size() > kLargestFileBytes) {
@@ -91,6 +95,7 @@ EWriteProblem SwapFile(CTagTarget const& target, std::uint64_t oldTagBytes, Byte
     CFileUtil::ChangeFileExt(target.GetPath(), kTemporaryExtension, temporary);
     CFileSwap swap(target.Get(), target.GetIdentity(), target.GetPath().ToPath(),
                    temporary.ToPath());
+    swap.SetWrittenTime(writtenTime);
     EWriteProblem problem = swap.Begin();
     if (problem == EWriteProblem::None) {
         problem = swap.Write(newTag);
@@ -104,28 +109,29 @@ EWriteProblem SwapFile(CTagTarget const& target, std::uint64_t oldTagBytes, Byte
 /// Puts a tag in the place of one of the same length. What a kill could cut in the middle is done
 /// through a new file, where there can be one. To the caller that is an update in place as well:
 /// the audio stays where it was.
-EWriteProblem WriteOver(CTagTarget& target, Bytes oldTag, Bytes newTag) {
+EWriteProblem WriteOver(CTagTarget& target, Bytes oldTag, Bytes newTag, Time writtenTime) {
     CChange const change = ChangeBetween(oldTag, newTag);
     if (change.m_nBytes == 0) {
         return EWriteProblem::None;
     }
     if (!IsOneStep(change) && IsReplaceable(target.Get())) {
-        EWriteProblem const problem = SwapFile(target, oldTag.size(), newTag);
+        EWriteProblem const problem = SwapFile(target, oldTag.size(), newTag, writtenTime);
         if (!IsForWantOfAFile(problem)) {
             return problem;
         }
     }
-    return WriteInPlace(target, oldTag, newTag, change);
+    return WriteInPlace(target, oldTag, newTag, change, writtenTime);
 }
 
 } // namespace
 
 EWriteProblem ReplaceTag(CTagTarget& target, std::span<std::uint8_t const> oldTag,
-                         std::span<std::uint8_t const> newTag, bool* rewritten) {
+                         std::span<std::uint8_t const> newTag,
+                         std::optional<std::int64_t> writtenTime, bool* rewritten) {
     if (oldTag.size() == newTag.size()) {
-        return WriteOver(target, oldTag, newTag);
+        return WriteOver(target, oldTag, newTag, writtenTime);
     }
-    EWriteProblem const problem = SwapFile(target, oldTag.size(), newTag);
+    EWriteProblem const problem = SwapFile(target, oldTag.size(), newTag, writtenTime);
     *rewritten = *rewritten || problem == EWriteProblem::None;
     return problem;
 }

@@ -96,12 +96,16 @@ public:
     CStore(CString const& path, char const* frameId, CTagStoreOptions const& options)
         : m_sPath(path), m_sTarget(FileBehind(path)), m_pFrameId(frameId), m_options(options) {}
 
-    EWriteProblem Run(CString const& text, CTagStoreReport& report) {
+    /// `text`: nothing takes the frame out.
+    EWriteProblem Run(std::optional<CString> const& text, CTagStoreReport& report) {
         EWriteProblem problem = LookAtName();
         if (problem == EWriteProblem::None) {
             problem = LookAtTag(report);
         }
-        if (problem != EWriteProblem::None || report.m_sTextBefore == text) {
+        CID3Frame* frame = nullptr;
+        bool const isThere = m_tag.GetExistingFrame(m_pFrameId, &frame);
+        bool const isSame = text ? report.m_sTextBefore == *text : !isThere;
+        if (problem != EWriteProblem::None || isSame) {
             return problem;
         }
         problem = LookAtContent();
@@ -128,11 +132,11 @@ private:
             return EWriteProblem::Changed;
         }
         WaitUntilChangesShow(*seen);
-        CTagRules rules;
-        rules.m_bEveryId = true;
-        rules.m_bKeepMarked = m_options.m_bKeepMarked;
-        rules.m_expected = seen;
-        m_tag.SetRules(rules);
+        m_rules.m_bEveryId = true;
+        m_rules.m_bKeepMarked = m_options.m_bKeepMarked;
+        m_rules.m_bKeepTime = m_options.m_bKeepTime;
+        m_rules.m_expected = seen;
+        m_tag.SetRules(m_rules);
         if (m_tag.OpenFile(m_sTarget) < 0) {
             return m_tag.HadNoMemory() ? EWriteProblem::NoMemory : EWriteProblem::TagUnreadable;
         }
@@ -167,23 +171,58 @@ private:
         return isOther ? EWriteProblem::NotMpegAudio : EWriteProblem::None;
     }
 
-    EWriteProblem Write(CString const& text, CTagStoreReport& report) {
+    EWriteProblem Write(std::optional<CString> const& text, CTagStoreReport& report) {
+        LetWitnessSee(text, report);
         bool rewritten = false;
-        (void)m_tag.SetString(m_pFrameId, text);
+        (void)(text ? m_tag.SetString(m_pFrameId, *text) : m_tag.TakeOut(m_pFrameId));
         if (m_tag.UpdateFile(&rewritten) == kStatusOk) {
             report.m_bWritten = true;
             report.m_vConverted = m_tag.GetWiderIds();
             report.m_after = IdentityAt(m_sTarget.ToPath()).value_or(CFileIdentity());
         }
+        if (m_bWitnessed) {
+            m_options.m_pWitness->OnWritten(report.m_bWritten ? std::optional(report.m_after)
+                                                              : std::nullopt);
+        }
         return m_tag.GetWriteProblem();
+    }
+
+    void LetWitnessSee(std::optional<CString> const& text, CTagStoreReport const& report) {
+        if (m_options.m_pWitness == nullptr) {
+            return;
+        }
+        CID3Frame* frame = nullptr;
+        std::optional<CString> before;
+        if (m_tag.GetExistingFrame(m_pFrameId, &frame)) {
+            before = report.m_sTextBefore;
+        }
+        m_rules.m_onWriting = [this, before, text](CFileIdentity const& identity, auto oldTag,
+                                                   auto newTag) {
+            m_bWitnessed = true;
+            m_options.m_pWitness->OnWriting(
+                {m_sTarget, identity, m_pFrameId, before, text, oldTag, newTag});
+        };
+        m_tag.SetRules(m_rules);
     }
 
     CString m_sPath;
     CString m_sTarget;
     char const* m_pFrameId;
     CTagStoreOptions const& m_options;
+    CTagRules m_rules;
     CID3Tag m_tag;
+    bool m_bWitnessed = false;
 };
+
+EWriteProblem RunStore(CString const& path, char const* frameId, std::optional<CString> const& text,
+                       CTagStoreOptions const& options, CTagStoreReport* report) {
+    CTagStoreReport ignored;
+    try {
+        return CStore(path, frameId, options).Run(text, report != nullptr ? *report : ignored);
+    } catch (std::bad_alloc const&) {
+        return EWriteProblem::NoMemory;
+    }
+}
 
 } // namespace
 
@@ -205,12 +244,12 @@ CStatus TagTextOf(CID3Tag const& tag, char const* frameId, CString& text) {
 
 EWriteProblem StoreTagText(CString const& path, char const* frameId, CString const& text,
                            CTagStoreOptions const& options, CTagStoreReport* report) {
-    CTagStoreReport ignored;
-    try {
-        return CStore(path, frameId, options).Run(text, report != nullptr ? *report : ignored);
-    } catch (std::bad_alloc const&) {
-        return EWriteProblem::NoMemory;
-    }
+    return RunStore(path, frameId, text, options, report);
+}
+
+EWriteProblem TakeOutTagText(CString const& path, char const* frameId,
+                             CTagStoreOptions const& options, CTagStoreReport* report) {
+    return RunStore(path, frameId, std::nullopt, options, report);
 }
 
 CStatus ReadTagText(CString const& path, char const* frameId, CString& text) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "IDTag/ID3Tag.h"
+#include "IDTag/TagWitness.h"
 #include "IDTag/WriteProblem.h"
 #include "base/CString.h"
 #include "base/FileIdentity.h"
@@ -33,6 +34,12 @@ struct CTagStoreOptions {
 
     /// MPEG frames must follow the tag: for those who haven't decoded the file.
     bool m_bNeedsMpegChain = false;
+
+    /// The file's time of the last write stays.
+    bool m_bKeepTime = false;
+
+    /// Told of the write; null for nobody.
+    ITagWitness* m_pWitness = nullptr;
 };
 
 /// What there is to tell of one write.
@@ -50,6 +57,11 @@ struct CTagStoreReport {
 /// Returns: `None` also when the text stands there already.
 EWriteProblem StoreTagText(CString const& path, char const* frameId, CString const& text,
                            CTagStoreOptions const& options, CTagStoreReport* report = nullptr);
+
+/// Takes one text frame out of the tag again. Everything else is as for a text.
+/// Returns: `None` also when there was no such frame.
+EWriteProblem TakeOutTagText(CString const& path, char const* frameId,
+                             CTagStoreOptions const& options, CTagStoreReport* report = nullptr);
 
 /// Text of one frame, up to its first 0, of a tag that was opened. Version 2.4 frames that tell the
 /// length of their data are read past it.

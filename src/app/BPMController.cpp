@@ -242,13 +242,13 @@ void BPMController::setOutcome(CRow& row, CAnalysisOutcome outcome) {
 void BPMController::storeTempo(CRow& row) {
     CString path;
     CString tempo;
-    std::optional<CString> tempoBefore;
+    CStoreTempoOptions options;
     CAnalysisOutcome outcome;
     {
         std::scoped_lock const guard(m_lock);
         path = row.m_file.GetPath();
         tempo = row.m_file.GetTempo();
-        tempoBefore = row.m_sTempoInTag;
+        options.m_tempoBefore = row.m_sTempoInTag;
         outcome = row.m_outcome;
     }
     // What could not be heard is left alone, and its row says already why.
@@ -256,7 +256,7 @@ void BPMController::storeTempo(CRow& row) {
     bool const isHeard = outcome.m_problem == EAnalysisProblem::None ||
                          outcome.m_problem == EAnalysisProblem::NoBeat;
     if (isHeard) {
-        problem = StoreTempo(path, outcome, tempo, tempoBefore);
+        problem = StoreTempo(path, outcome, tempo, options);
     }
     {
         std::scoped_lock const guard(m_lock);

@@ -73,10 +73,12 @@ bool CSongWork::Store(CAnalysisOutcome const& outcome, std::string const& tempo)
         m_row.m_sNotStored = "no beat was found";
         return true;
     }
-    std::optional<CString> const before =
-        m_options.m_bForce ? std::nullopt : std::optional(m_sTempoInTag);
+    CStoreTempoOptions options;
+    if (!m_options.m_bForce) {
+        options.m_tempoBefore = m_sTempoInTag;
+    }
     EWriteProblem const problem =
-        StoreTempo(m_input.m_sPath, outcome, CString(tempo.c_str()), before);
+        StoreTempo(m_input.m_sPath, outcome, CString(tempo.c_str()), options);
     bool const isShared = problem == EWriteProblem::Changed || problem == EWriteProblem::InUse ||
                           problem == EWriteProblem::TempoChanged;
     if (isShared && m_nAttempts < kMostAttempts) {

@@ -34,7 +34,7 @@ EWriteProblem ProblemOfStoring(CAnalysisOutcome const& outcome) {
 }
 
 EWriteProblem StoreTempo(CString const& path, CAnalysisOutcome const& outcome, CString const& tempo,
-                         std::optional<CString> const& tempoBefore) {
+                         CStoreTempoOptions const& wishes) {
     CAudioKind const* const kind = FindAudioKind(path);
     if (kind == nullptr || kind->m_writing == ETagWriting::None) {
         return EWriteProblem::OtherExtension;
@@ -45,6 +45,8 @@ EWriteProblem StoreTempo(CString const& path, CAnalysisOutcome const& outcome, C
     }
     CTagStoreOptions options;
     options.m_expected = outcome.m_report.m_identity;
-    options.m_expectedText = tempoBefore;
+    options.m_expectedText = wishes.m_tempoBefore;
+    options.m_bKeepTime = wishes.m_bKeepTime;
+    options.m_pWitness = wishes.m_pWitness;
     return StoreTagText(path, kTempoFrameId, tempo, options);
 }

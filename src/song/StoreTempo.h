@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "IDTag/TagWitness.h"
 #include "IDTag/WriteProblem.h"
 #include "base/CString.h"
 #include "song/AnalysisProblem.h"
@@ -15,12 +16,23 @@
 /// Returns: why not; `None` when nothing of this speaks against it.
 EWriteProblem ProblemOfStoring(CAnalysisOutcome const& outcome);
 
+/// How a tempo is written.
+struct CStoreTempoOptions {
+    /// What the tag said when its row was read; with it, a tempo that somebody has set since stays.
+    /// Nothing: whatever stands there gives way.
+    std::optional<CString> m_tempoBefore;
+
+    /// The file's time of the last write stays.
+    bool m_bKeepTime = false;
+
+    /// Told of the write; null for nobody.
+    ITagWitness* m_pWitness = nullptr;
+};
+
 /// Writes `tempo` as the "TBPM" text of the MP3 file at `path`, when `ProblemOfStoring` has nothing
 /// against it, and into no other file than the one that was heard: device, inode, size and both
 /// times are compared again under the writer's lock.
-/// `tempoBefore`: what the tag said when its row was read; with it, a tempo that somebody has set
-/// since stays. Nothing: whatever stands there gives way.
 /// Returns: `None` also when the text stands there already.
 /// Thread: any.
 EWriteProblem StoreTempo(CString const& path, CAnalysisOutcome const& outcome, CString const& tempo,
-                         std::optional<CString> const& tempoBefore);
+                         CStoreTempoOptions const& wishes);
