@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr std::array kNames = {"a.mp3", "a.wav", "a.aiff", "a.m4a", "a.caf", "a.aif"};
+constexpr std::array kNames = {"a.mp3", "a.wav", "a.aiff", "a.m4a", "a.caf", "a.aif", "a"};
 constexpr std::chrono::seconds kPatience(5); // Fixed: below the time limit of a run.
 constexpr float kLowest = -32768.0f / 32767.0f;
 

@@ -15,6 +15,7 @@ import sys
 
 CORPUS = pathlib.Path(__file__).resolve().parent / "corpus"
 MP3, WAV, AIFF, M4A, CAF = range(5)  # the byte before a file that chooses its name
+OTHER = 6  # a name of no kind: the content alone decides
 RATE = 44100
 
 
@@ -60,6 +61,13 @@ def caf(values):
     return b"caff" + struct.pack(">HH", 1, 0) + described + b"data" + struct.pack(">q", len(data)) + data
 
 
+def monkeys_audio(samples, frame):
+    """A file of the kind of one frame; silence is the only one that can be written by hand."""
+    head = b"MAC " + struct.pack("<HHIIIIIII16x", 3990, 0, 52, 24, 4, 0, len(frame), 0, 0)
+    head += struct.pack("<HHIIIHHI", 1000, 0, 73728, samples, 1, 16, 1, RATE)
+    return head + struct.pack("<I", len(head) + 4) + frame
+
+
 def decoder_seeds():
     tone = shorts(sine(600))
     files = {
@@ -78,6 +86,8 @@ def decoder_seeds():
         "wav_named_mp3": (MP3, wav(tone)),
         "aiff": (AIFF, aiff(sine(600))),
         "caf": (CAF, caf(sine(600))),
+        "monkeys_silence": (OTHER, monkeys_audio(600, struct.pack("<IIII", 0x80000000, 3, 0, 0))),
+        "monkeys_noise": (OTHER, monkeys_audio(600, bytes((i * i * 31 + i * 7) % 127 for i in range(400)))),
         "empty": (MP3, b""),
         "zeros": (MP3, bytes(512)),
         "noise": (MP3, bytes((i * i * 31 + i * 7) % 256 for i in range(1024))),
@@ -103,6 +113,21 @@ def compressed_seeds():
         "adts": (M4A, "adts", ["-c:a", "aac", "-b:a", "48k"]),
         "flac": (MP3, "flac", ["-c:a", "flac"]),
         "wav_adpcm": (WAV, "wav", ["-c:a", "adpcm_ms"]),
+        "ogg_vorbis": (OTHER, "ogg", ["-c:a", "libvorbis"]),
+        "ogg_flac": (OTHER, "ogg", ["-c:a", "flac"]),
+        "ogg_opus": (OTHER, "ogg", ["-c:a", "libopus", "-b:a", "32k"]),
+        "mp2": (OTHER, "mp2", ["-c:a", "mp2", "-b:a", "64k"]),
+        "wavpack": (OTHER, "wv", ["-c:a", "wavpack"]),
+        "true_audio": (OTHER, "tta", ["-c:a", "tta"]),
+        "windows_media": (OTHER, "asf", ["-c:a", "wmav2", "-b:a", "48k"]),
+        "windows_media_1": (OTHER, "asf", ["-c:a", "wmav1", "-b:a", "48k"]),
+        "matroska_flac": (OTHER, "matroska", ["-c:a", "flac"]),
+        "webm_opus": (OTHER, "webm", ["-c:a", "libopus", "-b:a", "32k"]),
+        "webm_vorbis": (OTHER, "webm", ["-c:a", "libvorbis"]),
+        "au": (OTHER, "au", ["-c:a", "pcm_mulaw"]),
+        "wave64": (OTHER, "w64", ["-c:a", "pcm_s16le"]),
+        "rf64": (WAV, "wav", ["-rf64", "always"]),
+        "quicktime": (M4A, "mov", ["-c:a", "pcm_s16le", "-movflags", "+faststart"]),
     }
     for name, (kind, form, options) in ways.items():
         exact = ["-map_metadata", "-1", "-bitexact", "-fflags", "+bitexact"]

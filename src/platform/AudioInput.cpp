@@ -3,28 +3,12 @@
 
 #include "platform/AudioInput.h"
 
-#include <array>
-#include <string_view>
-#include <utility>
+#include "platform/ReadKinds.h"
 
 namespace {
 
-constexpr char kFormats[] = "wav,w64,aiff,mp3,mov,caf,aac,flac,ogg"; // Fixed: what we open.
-constexpr char kProtocols[] = "file";                                // Fixed: no network, no lists.
-constexpr int kReadBlock = 65536;                                    // Tuned: bench/whole_file.sh.
-
-// Fixed: the names that libav gives to what we open.
-constexpr std::array<std::pair<std::string_view, EContainer>, 9> kContainers{{
-    {"mp3", EContainer::MpegAudio},
-    {"aac", EContainer::AdtsAac},
-    {"mov,mp4,m4a,3gp,3g2,mj2", EContainer::Mp4},
-    {"wav", EContainer::Wav},
-    {"w64", EContainer::Wave64},
-    {"aiff", EContainer::Aiff},
-    {"caf", EContainer::Caf},
-    {"flac", EContainer::Flac},
-    {"ogg", EContainer::Ogg},
-}};
+constexpr char kProtocols[] = "file"; // Fixed: no network, no lists.
+constexpr int kReadBlock = 65536;     // Tuned: bench/whole_file.sh.
 
 } // namespace
 
@@ -39,7 +23,8 @@ int CAudioInput::Open(std::string const& path, bool ignoreEdits) {
     format->interrupt_callback = {
         [](void* watch) { return static_cast<CDecodeWatch*>(watch)->MustEnd() ? 1 : 0; }, &m_watch};
     AVDictionary* options = nullptr;
-    av_dict_set(&options, "format_whitelist", kFormats, 0);
+    av_dict_set(&options, "format_whitelist", FormatList().c_str(), 0);
+    av_dict_set(&options, "codec_whitelist", DecoderList().c_str(), 0);
     av_dict_set(&options, "protocol_whitelist", kProtocols, 0);
     av_dict_set(&options, "ignore_editlist", ignoreEdits ? "1" : "0", 0);
     // The name serves the guess at the format; with its prefix no part of it is a protocol.
@@ -52,12 +37,7 @@ int CAudioInput::Open(std::string const& path, bool ignoreEdits) {
 }
 
 EContainer CAudioInput::GetContainer() const {
-    for (auto const& [name, container] : kContainers) {
-        if (m_format != nullptr && m_format->iformat->name == name) {
-            return container;
-        }
-    }
-    return EContainer::Unknown;
+    return m_format != nullptr ? ContainerOf(m_format->iformat->name) : EContainer::Unknown;
 }
 
 int CAudioInput::Read(void* self, std::uint8_t* buffer, int size) {

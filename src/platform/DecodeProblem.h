@@ -19,7 +19,7 @@ enum class EDecodeProblem {
     Vanished,          // while it was read
     Changed,           // while it was read
     NotAudio,          // nothing that is known
-    OtherKind,         // a kind that is known and not read, such as WMA or Matroska
+    OtherKind,         // a kind that is known and not read, such as Musepack
     FreeFormat,        // MPEG audio that doesn't tell its bit rate
     BrokenContainer,   // a kind that is read, but not what it says of itself
     NoAudio,           // of a kind that is read, without any sound
@@ -37,7 +37,24 @@ enum class EDecodeProblem {
 inline constexpr int kDecodeProblems = static_cast<int>(EDecodeProblem::NoAudioForTooLong) + 1;
 
 /// What read a file: the kind that its bytes are, whatever its name.
-enum class EContainer { Unknown, MpegAudio, AdtsAac, Mp4, Wav, Wave64, Aiff, Caf, Flac, Ogg };
+enum class EContainer {
+    Unknown,
+    MpegAudio,
+    AdtsAac,
+    Mp4, // and QuickTime
+    Wav, // and RF64
+    Wave64,
+    Aiff,
+    Caf,
+    Flac,
+    Ogg,
+    Asf, // Windows Media
+    Au,
+    Matroska, // and WebM
+    MonkeysAudio,
+    TrueAudio,
+    WavPack,
+};
 
 /// What there is to tell of one decode, be it that it worked or not.
 struct CDecodeReport {

@@ -5,6 +5,7 @@
 
 #include "platform/FileKind.h"
 #include "platform/GaplessNote.h"
+#include "platform/ReadKinds.h"
 #include "platform/WavHeader.h"
 
 #include <algorithm>
@@ -58,6 +59,13 @@ std::vector<std::int64_t> PromisedLengths(AVFormatContext const& format, EContai
     return lengths;
 }
 
+/// True when the container says that its sound is encrypted: an ASF file as a whole, Matroska track
+/// by track.
+bool IsEncrypted(AVFormatContext const& format, AVStream const& stream) {
+    return av_dict_get(format.metadata, "ASF_Protection_Type", nullptr, 0) != nullptr ||
+           av_dict_get(stream.metadata, "enc_key_id", nullptr, 0) != nullptr;
+}
+
 /// True for a packet whose bytes were encrypted.
 bool IsEncrypted(AVPacket const& packet) {
     std::size_t size = 0;
@@ -74,12 +82,18 @@ bool IsLengthUnknown(EContainer container, AVCodecParameters const& codec, std::
     case EContainer::MpegAudio:
     case EContainer::Mp4:
     case EContainer::Flac:
+    case EContainer::MonkeysAudio:
+    case EContainer::TrueAudio:
+    case EContainer::WavPack:
         return false;
     case EContainer::Wav:
     case EContainer::Aiff:
     case EContainer::Caf:
     case EContainer::Wave64:
+    case EContainer::Au:
         return length >= kUnknownBytes / std::max(codec.block_align, 1);
+    case EContainer::Asf: // these two tell the length of the longest stream, be it a film's
+    case EContainer::Matroska:
     case EContainer::AdtsAac:
     case EContainer::Ogg:
     case EContainer::Unknown:
@@ -138,8 +152,12 @@ EDecodeProblem CDecodeRun::Open() {
 
 EDecodeProblem CDecodeRun::OpenDecoder(AVCodec const* decoder) {
     if (std::ranges::find(kProtectedTags, m_pStream->codecpar->codec_tag) !=
-        std::end(kProtectedTags)) {
+            std::end(kProtectedTags) ||
+        IsEncrypted(*m_input.Get(), *m_pStream)) {
         return EDecodeProblem::Protected;
+    }
+    if (!IsReadDecoder(decoder->name)) {
+        return EDecodeProblem::UnknownCodec;
     }
     m_codec.reset(Had(avcodec_alloc_context3(decoder)));
     int status = avcodec_parameters_to_context(m_codec.get(), m_pStream->codecpar);

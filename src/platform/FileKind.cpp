@@ -29,19 +29,19 @@ constexpr std::array kMarks = std::to_array<CMark>({
     {4, "ftyp"sv, EFileKind::Read},
     {4, "moov"sv, EFileKind::Read},
     {4, "mdat"sv, EFileKind::Read},
-    {0, "\x30\x26\xB2\x75\x8E\x66\xCF\x11"sv, EFileKind::Other}, // ASF: WMA, WMV
-    {0, "\x1A\x45\xDF\xA3"sv, EFileKind::Other},                 // EBML: Matroska, WebM
+    {0, "\x30\x26\xB2\x75\x8E\x66\xCF\x11"sv, EFileKind::Read}, // ASF: WMA, WMV
+    {0, "\x1A\x45\xDF\xA3"sv, EFileKind::Read},                 // EBML: Matroska, WebM
+    {0, "MAC "sv, EFileKind::Read},                             // Monkey's Audio
+    {0, "wvpk"sv, EFileKind::Read},                             // WavPack
+    {0, "TTA1"sv, EFileKind::Read},                             // True Audio
+    {0, ".snd"sv, EFileKind::Read},                             // AU
     {8, "AVI "sv, EFileKind::Other},
     {8, "8SVX"sv, EFileKind::Other},
-    {0, "MAC "sv, EFileKind::Other},    // Monkey's Audio
-    {0, "wvpk"sv, EFileKind::Other},    // WavPack
-    {0, "TTA1"sv, EFileKind::Other},    // True Audio
     {0, "MPCK"sv, EFileKind::Other},    // Musepack, stream version 8
     {0, "MP+"sv, EFileKind::Other},     // Musepack, stream version 7
     {0, "OFR "sv, EFileKind::Other},    // OptimFROG
     {0, "DSD "sv, EFileKind::Other},    // DSF
     {0, "FRM8"sv, EFileKind::Other},    // DSDIFF
-    {0, ".snd"sv, EFileKind::Other},    // AU
     {0, ".RMF"sv, EFileKind::Other},    // RealMedia
     {0, ".ra\xFD"sv, EFileKind::Other}, // RealAudio
     {0, "#!AMR"sv, EFileKind::Other},

@@ -206,10 +206,11 @@ TEST_F(AudioDecoderTest, NamesTheReasonForWhatIsNoAudio) {
 }
 
 TEST_F(AudioDecoderTest, KindsThatAreKnownAndNotReadAreToldFromWhatIsNoAudio) {
-    // The first bytes of a WMA, of a Matroska file and of an AVI film, and nothing sensible behind.
-    WriteText(m_folder / "x.mp3", "\x30\x26\xB2\x75\x8E\x66\xCF\x11" + std::string(5000, 'a'));
+    // The first bytes of a Musepack, of an AC-3 file and of an AVI film, and nothing sensible
+    // behind.
+    WriteText(m_folder / "x.mp3", "MPCK" + std::string(5000, 'a'));
     EXPECT_EQ(Fail(m_folder / "x.mp3"), EDecodeProblem::OtherKind);
-    WriteText(m_folder / "x.mp3", "\x1A\x45\xDF\xA3" + std::string(5000, 'a'));
+    WriteText(m_folder / "x.mp3", "\x0B\x77" + std::string(5000, 'a'));
     EXPECT_EQ(Fail(m_folder / "x.mp3"), EDecodeProblem::OtherKind);
     WriteText(m_folder / "x.wav", "RIFF....AVI " + std::string(5000, 'a'));
     EXPECT_EQ(Fail(m_folder / "x.wav"), EDecodeProblem::OtherKind);

@@ -268,6 +268,7 @@ TEST_F(CompressedAudioTest, AFileThatIsCutSaysHowMuchOfItIsThere) {
          {CCase{"x.mp3", {"-c:a", "libmp3lame", "-b:a", "128k"}},
           CCase{"vbr.mp3", {"-c:a", "libmp3lame", "-q:a", "4"}}, CCase{"x.wav", {}},
           CCase{"x.aiff", {}}, CCase{"x.caf", {}}, CCase{"x.flac", {}},
+          CCase{"x.wv", {"-c:a", "wavpack"}}, CCase{"x.au", {}},
           CCase{"x.m4a", {"-c:a", "aac", "-movflags", "+faststart"}},
           CCase{"alac.m4a", {"-c:a", "alac", "-movflags", "+faststart"}}}) {
         std::string const whole = Encode(item.m_sName, item.m_vOptions);

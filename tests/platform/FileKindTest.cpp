@@ -27,9 +27,10 @@ TEST(FileKindTest, MarksOfKindsThatAreReadAndThatAreNot) {
     EXPECT_EQ(KindOf("\0\0\0\x20"
                      "ftypM4A "s),
               EFileKind::Read);
+    EXPECT_EQ(KindOf("\x1A\x45\xDF\xA3\x9F"s), EFileKind::Read);
+    EXPECT_EQ(KindOf("wvpk"s), EFileKind::Read);
     EXPECT_EQ(KindOf("RIFF\x10\0\0\0AVI LIST"s), EFileKind::Other);
-    EXPECT_EQ(KindOf("\x1A\x45\xDF\xA3\x9F"s), EFileKind::Other);
-    EXPECT_EQ(KindOf("wvpk"s), EFileKind::Other);
+    EXPECT_EQ(KindOf("MPCK"s), EFileKind::Other);
 }
 
 TEST(FileKindTest, WhatHasNoMarkIsUnknown) {
