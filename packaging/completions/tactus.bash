@@ -16,11 +16,11 @@ _tactus() {
             mapfile -t COMPREPLY < <(compgen -W "table csv json jsonl" -- "$cur")
             return
             ;;
-        -j | --jobs) return ;;
+        -j | --jobs | --types) return ;;
     esac
     case $command in
         analyze)
-            words="--write --force --jobs --format --follow --hidden --output --overwrite-output --quiet"
+            words="--write --force --jobs --format --follow --hidden --types --output --overwrite-output --quiet"
             words+=" --verbose --help"
             ;;
         profile) words="--trace --verbose --help" ;;

@@ -18,6 +18,7 @@ complete -c tactus -n $analyze -l format -x -a "table csv json jsonl" -d "How to
 complete -c tactus -n $analyze -s o -l output -r -d "Write the rows to a file"
 complete -c tactus -n $analyze -s L -l follow -d "Search folders behind links too"
 complete -c tactus -n $analyze -l hidden -d "Take in what systems put beside music"
+complete -c tactus -n $analyze -l types -x -d "Search folders for these kinds only"
 complete -c tactus -n $analyze -l overwrite-output -d "Replace the file whatever it holds"
 complete -c tactus -n $analyze -s q -l quiet -d "Show neither progress nor a closing line"
 complete -c tactus -n "__fish_seen_subcommand_from analyze profile" -s v -l verbose -d "Add what the decoding library says"

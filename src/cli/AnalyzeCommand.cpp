@@ -5,6 +5,7 @@
 
 #include "cli/ExitCode.h"
 #include "cli/Interrupt.h"
+#include "cli/KindList.h"
 #include "cli/Message.h"
 #include "cli/OutputGuard.h"
 #include "cli/Progress.h"
@@ -86,6 +87,11 @@ CLI::App* CAnalyzeCommand::AddTo(CLI::App& program) {
     app->add_flag("--hidden", m_walk.m_bHidden,
                   "Take in what systems put beside music: ._*, .Trash*, #recycle, .snapshots, "
                   "@eaDir, lost+found");
+    app->add_option_function<std::string>(
+           "--types",
+           [this](std::string const& names) { m_walk.m_types = KindsOf("--types", names); },
+           "Search folders for these kinds only, such as mp3,m4a")
+        ->type_name("LIST");
     AddOutputOptions(*app);
     app->option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::Throw);
     app->add_option("PATH", m_vPaths, "Files, and folders to be searched")
@@ -168,7 +174,7 @@ std::string CAnalyzeCommand::RunJobs(CInputWalk& walk, COutput& output, CSummary
 /// Tells what the search left out or didn't find.
 void CAnalyzeCommand::ReportWalk(CInputWalk const& walk, CSummary& summary) const {
     for (std::string const& folder : walk.BarrenFolders()) {
-        ReportProblem(folder, "holds no audio file");
+        ReportProblem(folder, m_walk.m_types ? "holds no such audio file" : "holds no audio file");
         summary.Warn();
     }
     std::size_t const linked = walk.LinkedFolders();

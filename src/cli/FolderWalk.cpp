@@ -5,7 +5,6 @@
 
 #include "base/CString.h"
 #include "cli/Interrupt.h"
-#include "song/AudioKinds.h"
 
 #include <algorithm>
 #include <array>
@@ -30,6 +29,11 @@ bool IsLeftOut(std::string_view name) {
     return std::ranges::find(kLeftOutNames, name) != kLeftOutNames.end() ||
            std::ranges::any_of(kLeftOutPrefixes,
                                [&](std::string_view prefix) { return name.starts_with(prefix); });
+}
+
+bool CFolderWalk::IsWanted(std::string_view name) const {
+    CAudioKind const* const kind = FindAudioKind(CString::FromPath(name));
+    return kind != nullptr && (!m_options.m_types || m_options.m_types->Has(*kind));
 }
 
 CFolderWalk::CFolderWalk(std::string const& folder, CWalkOptions const& options)
@@ -90,7 +94,7 @@ std::error_code CFolderWalk::ReadFolder(std::string const& folder, std::vector<C
             // Left out, and not worth a word.
         } else if (isLinked && !m_options.m_bFollows) {
             ++m_nLinkedFolders;
-        } else if (isFolder || HasAudioExtension(name)) {
+        } else if (isFolder || IsWanted(name)) {
             found.push_back({prefix + name, isFolder});
         }
         entry.increment(error);

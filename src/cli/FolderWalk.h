@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "song/AudioKinds.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -15,9 +17,10 @@
 
 /// What a search of folders takes in.
 struct CWalkOptions {
-    bool m_bSearches = true; // look into folders at all
-    bool m_bHidden = false;  // also what systems put beside music: see `IsLeftOut`
-    bool m_bFollows = false; // also folders behind links
+    bool m_bSearches = true;                 // look into folders at all
+    bool m_bHidden = false;                  // also what systems put beside music: see `IsLeftOut`
+    bool m_bFollows = false;                 // also folders behind links
+    std::optional<CKindChoice> m_types = {}; // only these kinds; nothing: all that are read
 };
 
 /// An audio file that was found, or a folder that can't be read.
@@ -48,6 +51,7 @@ private:
     void Enter(std::string const& folder);
     std::error_code ReadFolder(std::string const& folder, std::vector<CFound>& found);
     bool IsFirstVisit(std::string const& folder);
+    [[nodiscard]] bool IsWanted(std::string_view name) const;
 
     CWalkOptions m_options;
     std::size_t m_nLinkedFolders = 0;
@@ -56,7 +60,7 @@ private:
     std::set<std::pair<std::uint64_t, std::uint64_t>> m_visited; // device and inode of folders
 };
 
-/// True when `path` ends in one of the extensions that folders are searched for, in either case.
+/// True when `path` ends in the extension of a kind that is read, in either case.
 bool HasAudioExtension(std::string_view path);
 
 /// True for names that systems and servers use beside people's files: companions that hold

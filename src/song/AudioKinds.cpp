@@ -13,14 +13,39 @@
 namespace {
 
 // Fixed: the kinds that are read. Only MP3 files are written.
-constexpr std::array<CAudioKind, 6> kKinds{{
-    {"wav", true, ETagWriting::None},
-    {"mp3", true, ETagWriting::Id3},
-    {"aiff", true, ETagWriting::None},
-    {"aif", true, ETagWriting::None},
-    {"caf", true, ETagWriting::None},
-    {"m4a", true, ETagWriting::None},
-}};
+constexpr auto kKinds = std::to_array<CAudioKind>({
+    {"wav", "wav", true, ETagWriting::None},    {"mp3", "mp3", true, ETagWriting::Id3},
+    {"aiff", "aiff", true, ETagWriting::None},  {"aif", "aiff", true, ETagWriting::None},
+    {"caf", "caf", true, ETagWriting::None},    {"m4a", "m4a", true, ETagWriting::None},
+    {"aac", "aac", false, ETagWriting::None},   {"aifc", "aiff", false, ETagWriting::None},
+    {"ape", "ape", false, ETagWriting::None},   {"au", "au", false, ETagWriting::None},
+    {"flac", "flac", false, ETagWriting::None}, {"m4b", "m4a", false, ETagWriting::None},
+    {"mka", "mka", false, ETagWriting::None},   {"mov", "mov", false, ETagWriting::None},
+    {"mp2", "mp2", false, ETagWriting::None},   {"mp4", "mp4", false, ETagWriting::None},
+    {"oga", "ogg", false, ETagWriting::None},   {"ogg", "ogg", false, ETagWriting::None},
+    {"opus", "opus", false, ETagWriting::None}, {"rf64", "wav", false, ETagWriting::None},
+    {"snd", "au", false, ETagWriting::None},    {"tta", "tta", false, ETagWriting::None},
+    {"w64", "w64", false, ETagWriting::None},   {"weba", "webm", false, ETagWriting::None},
+    {"webm", "webm", false, ETagWriting::None}, {"wma", "wma", false, ETagWriting::None},
+    {"wv", "wv", false, ETagWriting::None},
+});
+
+/// Takes the next word off the front of a list.
+std::string TakeWord(std::string_view& list) {
+    std::size_t const comma = std::min(list.find(','), list.size());
+    std::string const word(list.substr(0, comma));
+    list.remove_prefix(std::min(comma + 1, list.size()));
+    return word;
+}
+
+/// `word` as the table has it: ASCII letters in lower case, no point before them.
+std::string TableWord(std::string word) {
+    word.erase(0, word.starts_with('.') ? 1 : 0);
+    for (char& letter : word) {
+        letter = letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    }
+    return word;
+}
 
 } // namespace
 
@@ -46,4 +71,28 @@ CAudioKind const* FindAudioKind(CString const& path) {
     std::string const name = extension.ToUtf8();
     auto const* const found = std::ranges::find(kKinds, name, &CAudioKind::m_sExtension);
     return found != kKinds.end() ? found : nullptr;
+}
+
+std::string CKindChoice::Add(std::string_view names) {
+    bool isMore = true;
+    while (isMore) {
+        isMore = names.find(',') != std::string_view::npos;
+        std::string const word = TakeWord(names);
+        std::string const name = TableWord(word);
+        bool isKnown = false;
+        for (std::size_t i = 0; i < kKinds.size(); ++i) {
+            bool const isNamed = kKinds[i].m_sExtension == name || kKinds[i].m_sType == name;
+            m_chosen[i] = m_chosen[i] || isNamed;
+            isKnown = isKnown || isNamed;
+        }
+        if (!isKnown) {
+            return word.empty() ? "," : word;
+        }
+    }
+    return {};
+}
+
+bool CKindChoice::Has(CAudioKind const& kind) const {
+    static_assert(kKinds.size() <= kMostKinds);
+    return m_chosen[static_cast<std::size_t>(&kind - kKinds.data())];
 }

@@ -51,7 +51,7 @@ TEST_F(FolderWalkTest, FilesComeInTheOrderGivenWhateverTheirExtension) {
 
 TEST_F(FolderWalkTest, FoldersGiveTheirAudioFilesSortedByBytes) {
     for (char const* name : {"B.wav", "a.mp3", "b/z.aiff", "b/a.aif", "b.caf", "c/d/e.m4a",
-                             "c/x.ogg", "c/wav", "c/.mp3", "Z.MP3", "\xE9.wav"}) {
+                             "c/x.txt", "c/wav", "c/.mp3", "Z.MP3", "\xE9.wav"}) {
         Touch(name);
     }
     EXPECT_THAT(Names({m_folder.Path()}),
@@ -64,10 +64,21 @@ TEST_F(FolderWalkTest, ExtensionsAreComparedWhole) {
          {"a.wav", "a.mp3", "a.aiff", "a.aif", "a.caf", "a.m4a", "a.M4A", ".mp3", "/x.y/z.WaV"}) {
         EXPECT_TRUE(HasAudioExtension(name)) << name;
     }
-    for (char const* name : {"a.if", "a.m4", "a.3", "a.av", "a.v;m", "a.wav;mp3", "x.ogg", "x",
+    for (char const* name : {"a.if", "a.m4", "a.3", "a.av", "a.v;m", "a.wav;mp3", "x.txt", "x",
                              "x.", "/a.wav/x", "x.wavx", "mp3", ""}) {
         EXPECT_FALSE(HasAudioExtension(name)) << name;
     }
+}
+
+TEST_F(FolderWalkTest, ChosenTypesNarrowTheSearchOfFoldersAlone) {
+    for (char const* name : {"a.flac", "d/b.mp3", "d/c.OGG", "d/e.oga", "f.wav"}) {
+        Touch(name);
+    }
+    CWalkOptions options;
+    options.m_types.emplace();
+    ASSERT_EQ(options.m_types->Add("mp3,ogg"), "");
+    EXPECT_THAT(Names({m_folder / "f.wav", m_folder.Path()}, options),
+                ElementsAre("f.wav", "d/b.mp3", "d/c.OGG", "d/e.oga"));
 }
 
 TEST_F(FolderWalkTest, NamesOfSystemsAreKnown) {

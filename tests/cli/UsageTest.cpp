@@ -130,6 +130,16 @@ TEST_F(UsageTest, FormatsMayBeSpeltInAnyCase) {
                   "line))");
 }
 
+TEST_F(UsageTest, AnUnknownTypeOfFileIsRefused) {
+    WriteTagged("a.mp3", "120");
+    EXPECT_EQ(Tactus({"analyze", "--types", "mp3,Flac", "."}).m_nExit, 0);
+    CProcessResult const result = Tactus({"analyze", "--types", "mp3,jpg", "."});
+    EXPECT_EQ(result.m_nExit, 2);
+    EXPECT_EQ(result.m_sOut, "");
+    EXPECT_THAT(result.m_sErr, StartsWith("tactus: --types: 'jpg' is none of aac, aif, "));
+    EXPECT_THAT(result.m_sErr, HasSubstr(" wma and wv\n"));
+}
+
 TEST_F(UsageTest, LastOfARepeatedOptionWins) {
     WriteTagged("a.mp3", "120");
     CProcessResult const result = Tactus(
