@@ -20,14 +20,15 @@ ROOMS = {
 # The rooms of the engine, each with those that it reaches besides itself. A name with a slash is a
 # family that stands apart from its room.
 ENGINE = {
-    "signal": set(),
+    "kernels": set(),
+    "signal": {"kernels"},
     "envelope/Tempo": set(),
     "source": {"envelope/Tempo"},
     "envelope": {"envelope/Tempo", "source"},
     "tempo": {"envelope", "envelope/Tempo"},
     "beats": {"tempo", "envelope", "envelope/Tempo"},
     "record": {"beats", "envelope"},
-    "notes": {"signal", "envelope", "envelope/Tempo", "source", "record"},
+    "notes": {"kernels", "signal", "envelope", "envelope/Tempo", "source", "record"},
     "print": {"envelope"},
     "mix": {"tempo", "envelope", "record"},
 }
@@ -52,6 +53,7 @@ LIBAV_SOURCES = {
 # What only these files may include, by the start of the header's name.
 TOOLKITS = {
     r"Q[A-Z]|Qt": lambda path: path.parts[1] == "desktop",
+    r"hwy/": lambda path: path.parts[1] == "engine",
     r"lib(av|sw)": lambda path: path.as_posix() == "src/platform/LibAv.h",
     r"platform/(LibAv|AudioInput|AudioMixer|DecodeRun|PacketCount)\.h": lambda path: path.as_posix() in LIBAV_SOURCES,
 }

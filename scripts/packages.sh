@@ -9,7 +9,7 @@
 PACKAGES_BUILD=(
     ca-certificates cmake g++ ninja-build pkg-config
     libavcodec-dev libavformat-dev libavutil-dev libswresample-dev
-    libutf8proc-dev libcli11-dev nlohmann-json3-dev cmark-gfm
+    libhwy-dev libutf8proc-dev libcli11-dev nlohmann-json3-dev cmark-gfm
 )
 
 # To build and show the window. The last two let it come up on a bare machine and draw text.
