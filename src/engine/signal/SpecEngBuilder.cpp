@@ -13,7 +13,6 @@
 
 #include "engine/signal/SpecEngBuilder.h"
 
-#include "engine/signal/CpuFeatures.h"
 #include "engine/signal/SpecEngLanes.h"
 
 #include <bit>
@@ -162,16 +161,11 @@ float CPfSpecEngBuilder::GetSpecEnergy(float const* frame) {
 
 void CPfSpecEngBuilder::GetSpecEnergies(float const* frames, std::size_t count, float* energies) {
     std::size_t done = 0;
-#if defined(__x86_64__)
-    if (m_vWork.size() >= kSpecEngLanes && UseAvx2()) {
+    if (!m_vWork.empty()) {
         CPfSpecEngTables const tables{m_vWork.size(), m_vBitReversal.data(), m_vTwiddles.data(),
                                       m_vWindow.data()};
-        for (; count - done >= kSpecEngLanes; done += kSpecEngLanes) {
-            SpecEnergyLanes(tables, frames + done * m_nFrameLength, m_vLaneWork.front().m_fLanes,
-                            energies + done);
-        }
+        done = SpecEnergyLanes(tables, frames, count, m_vLaneWork.front().m_fLanes, energies);
     }
-#endif
     for (; done < count; ++done) {
         energies[done] = GetSpecEnergy(frames + done * m_nFrameLength);
     }

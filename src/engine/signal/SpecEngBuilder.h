@@ -41,9 +41,9 @@ public:
     /// Sum of the magnitudes of bins 1 .. N/2 - 1, in ascending order.
     float GetSpecEnergy(float const* frame);
 
-    /// Energies of `count` consecutive frames: `GetSpecEnergy` of each, bit for bit, with eight
-    /// frames side by side where the processor allows.
-    /// Shape: reads frames[0, count * N), writes energies[0, count).
+    /// Energies of `count` consecutive frames: `GetSpecEnergy` of each, bit for bit, with up to
+    /// eight frames side by side where the processor allows. Shape: reads frames[0, count * N),
+    /// writes energies[0, count).
     void GetSpecEnergies(float const* frames, std::size_t count, float* energies);
 
     /// Float index at which `RealFFT` leaves the real part of bin k, 0 <= k < N/2; the imaginary
@@ -51,7 +51,7 @@ public:
     [[nodiscard]] std::int32_t GetBinIndex(std::int32_t k) const;
 
 private:
-    /// One float of every lane; rows of them make the lanes' work buffer, aligned for AVX.
+    /// One float of every lane; rows of them make the lanes' work buffer, aligned for vectors.
     struct alignas(32) CLaneRow {
         float m_fLanes[8];
     };

@@ -2,128 +2,143 @@
 // SPDX-License-Identifier: MIT
 
 // SpecEnergyLanes
-//   LoadFrames      window, and turn eight frames into columns: work[8 * k + lane]
-//   RunStages       the butterflies of SpecEngBuilder.cpp on eight frames at once
+//   LoadFrames      window, and turn frames into columns: work[kLanes * k + lane]
+//   RunStages       the butterflies of SpecEngBuilder.cpp on all lanes at once
 //   SplitSpectrum   likewise; the magnitude of a bin takes the place of its real part
 //   SumMagnitudes   in ascending order within each lane
 
 #include "engine/signal/SpecEngLanes.h"
 
-#if defined(__x86_64__)
+#include "engine/kernels/Targets.h"
 
-#include <immintrin.h>
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "engine/signal/SpecEngLanes.cpp"
+#include <hwy/foreach_target.h>
 
-#define TACTUS_AVX2 __attribute__((target("avx2")))
+#include "engine/kernels/Lanes.h"
 
-namespace {
+HWY_BEFORE_NAMESPACE();
+namespace HWY_NAMESPACE {
 
-TACTUS_AVX2 void LoadColumns(CPfSpecEngTables const& tables, float const* frames, std::size_t k,
-                             float* work) {
-    __m256 const window = _mm256_loadu_ps(tables.m_pWindow + k);
-    __m256 rows[kSpecEngLanes];
-    for (std::size_t lane = 0; lane < kSpecEngLanes; ++lane) {
-        rows[lane] =
-            _mm256_mul_ps(_mm256_loadu_ps(frames + lane * tables.m_nFrameLength + k), window);
+#if HWY_TARGET != HWY_SCALAR
+
+constexpr CLaneTag kTag;
+
+HWY_INLINE void LoadFrames(CPfSpecEngTables const& tables, float const* frames, float* work) {
+    float const* lanes[kLanes];
+    for (std::size_t lane = 0; lane < kLanes; ++lane) {
+        lanes[lane] = frames + lane * tables.m_nFrameLength;
     }
-    // Transposes 8 x 8 in three rounds: pairs, quarters, halves of a register.
-    __m256 pairs[kSpecEngLanes];
-    for (std::size_t i = 0; i < kSpecEngLanes; i += 2) {
-        pairs[i] = _mm256_unpacklo_ps(rows[i], rows[i + 1]);
-        pairs[i + 1] = _mm256_unpackhi_ps(rows[i], rows[i + 1]);
-    }
-    __m256 quads[kSpecEngLanes];
-    for (std::size_t i = 0; i < kSpecEngLanes; i += 4) {
-        quads[i] = _mm256_shuffle_ps(pairs[i], pairs[i + 2], _MM_SHUFFLE(1, 0, 1, 0));
-        quads[i + 1] = _mm256_shuffle_ps(pairs[i], pairs[i + 2], _MM_SHUFFLE(3, 2, 3, 2));
-        quads[i + 2] = _mm256_shuffle_ps(pairs[i + 1], pairs[i + 3], _MM_SHUFFLE(1, 0, 1, 0));
-        quads[i + 3] = _mm256_shuffle_ps(pairs[i + 1], pairs[i + 3], _MM_SHUFFLE(3, 2, 3, 2));
-    }
-    float* const column = work + k * kSpecEngLanes;
-    for (std::size_t i = 0; i < 4; ++i) {
-        _mm256_store_ps(column + i * kSpecEngLanes,
-                        _mm256_permute2f128_ps(quads[i], quads[i + 4], 0x20));
-        _mm256_store_ps(column + (i + 4) * kSpecEngLanes,
-                        _mm256_permute2f128_ps(quads[i], quads[i + 4], 0x31));
+    for (std::size_t k = 0; k < tables.m_nFrameLength; k += kBlock) {
+        CLanes rows[kBlock];
+        CLanes const window = hn::LoadDup128(kTag, tables.m_pWindow + k);
+        LoadRows(lanes, static_cast<std::ptrdiff_t>(k), rows);
+        for (CLanes& row : rows) {
+            row = row * window;
+        }
+        TurnRows(rows);
+        for (std::size_t i = 0; i < kBlock; ++i) {
+            hn::Store(rows[i], kTag, work + (k + i) * kLanes);
+        }
     }
 }
 
-TACTUS_AVX2 void RunStages(CPfSpecEngTables const& tables, float* work) {
-    constexpr std::size_t kPoint = 2 * kSpecEngLanes; // one complex point of every lane
-    __m256 const half = _mm256_set1_ps(0.5f);
+HWY_INLINE void RunStages(CPfSpecEngTables const& tables, float* work) {
+    constexpr std::size_t kPoint = 2 * kLanes; // one complex point of every lane
+    CLanes const half = hn::Set(kTag, 0.5f);
     std::size_t const points = tables.m_nFrameLength / 2;
     for (std::size_t span = points / 2; span > 0; span /= 2) {
         float const* twiddle = tables.m_pTwiddles;
         for (std::size_t group = 0; group < points; group += 2 * span, twiddle += 2) {
-            __m256 const c = _mm256_set1_ps(twiddle[0]);
-            __m256 const d = _mm256_set1_ps(twiddle[1]);
+            CLanes const c = hn::Set(kTag, twiddle[0]);
+            CLanes const d = hn::Set(kTag, twiddle[1]);
             float* a = work + group * kPoint;
             float* b = a + span * kPoint;
             for (std::size_t i = 0; i < span; ++i, a += kPoint, b += kPoint) {
-                __m256 const ar = _mm256_load_ps(a);
-                __m256 const ai = _mm256_load_ps(a + kSpecEngLanes);
-                __m256 const br = _mm256_load_ps(b);
-                __m256 const bi = _mm256_load_ps(b + kSpecEngLanes);
-                __m256 const t1 = _mm256_add_ps(_mm256_mul_ps(d, br), _mm256_mul_ps(c, bi));
-                __m256 const t2 = _mm256_sub_ps(_mm256_mul_ps(c, br), _mm256_mul_ps(d, bi));
-                __m256 const newBr = _mm256_mul_ps(_mm256_add_ps(ar, t1), half);
-                __m256 const newBi = _mm256_mul_ps(_mm256_sub_ps(ai, t2), half);
-                _mm256_store_ps(b, newBr);
-                _mm256_store_ps(b + kSpecEngLanes, newBi);
-                _mm256_store_ps(a, _mm256_sub_ps(newBr, t1));
-                _mm256_store_ps(a + kSpecEngLanes, _mm256_add_ps(t2, newBi));
+                CLanes const br = hn::Load(kTag, b);
+                CLanes const bi = hn::Load(kTag, b + kLanes);
+                CLanes const t1 = d * br + c * bi;
+                CLanes const t2 = c * br - d * bi;
+                CLanes const newBr = (hn::Load(kTag, a) + t1) * half;
+                CLanes const newBi = (hn::Load(kTag, a + kLanes) - t2) * half;
+                hn::Store(newBr, kTag, b);
+                hn::Store(newBi, kTag, b + kLanes);
+                hn::Store(newBr - t1, kTag, a);
+                hn::Store(t2 + newBi, kTag, a + kLanes);
             }
         }
     }
 }
 
-TACTUS_AVX2 __m256 Magnitude(__m256 re, __m256 im) {
-    return _mm256_sqrt_ps(_mm256_add_ps(_mm256_mul_ps(re, re), _mm256_mul_ps(im, im)));
+HWY_INLINE CLanes Magnitude(CLanes re, CLanes im) {
+    return hn::Sqrt(re * re + im * im);
 }
 
-TACTUS_AVX2 void SplitSpectrum(CPfSpecEngTables const& tables, float* work) {
-    __m256 const half = _mm256_set1_ps(0.5f);
-    __m256 const two = _mm256_set1_ps(2.0f);
+HWY_INLINE void SplitSpectrum(CPfSpecEngTables const& tables, float* work) {
+    CLanes const half = hn::Set(kTag, 0.5f);
+    CLanes const two = hn::Set(kTag, 2.0f);
     for (std::size_t i = 1, j = tables.m_nFrameLength / 2 - 1; j >= i; ++i, --j) {
         auto const at = static_cast<std::size_t>(tables.m_pBitReversal[i]);
-        float* const a = work + at * kSpecEngLanes;
-        float* const b = work + static_cast<std::size_t>(tables.m_pBitReversal[j]) * kSpecEngLanes;
-        __m256 const c = _mm256_set1_ps(tables.m_pTwiddles[at]);
-        __m256 const d = _mm256_set1_ps(tables.m_pTwiddles[at + 1]);
-        __m256 const br = _mm256_load_ps(b);
-        __m256 const bi = _mm256_load_ps(b + kSpecEngLanes);
-        __m256 const rm = _mm256_sub_ps(_mm256_load_ps(a), br);
-        __m256 const im = _mm256_sub_ps(_mm256_load_ps(a + kSpecEngLanes), bi);
-        __m256 const rp = _mm256_add_ps(rm, _mm256_mul_ps(two, br));
-        __m256 const ip = _mm256_add_ps(im, _mm256_mul_ps(two, bi));
-        __m256 const q1 = _mm256_sub_ps(_mm256_mul_ps(c, rm), _mm256_mul_ps(d, ip));
-        __m256 const q2 = _mm256_add_ps(_mm256_mul_ps(d, rm), _mm256_mul_ps(c, ip));
-        __m256 const newAr = _mm256_mul_ps(_mm256_add_ps(rp, q1), half);
-        __m256 const newAi = _mm256_mul_ps(_mm256_add_ps(im, q2), half);
-        _mm256_store_ps(a, Magnitude(newAr, newAi));
+        float* const a = work + at * kLanes;
+        float* const b = work + static_cast<std::size_t>(tables.m_pBitReversal[j]) * kLanes;
+        CLanes const c = hn::Set(kTag, tables.m_pTwiddles[at]);
+        CLanes const d = hn::Set(kTag, tables.m_pTwiddles[at + 1]);
+        CLanes const br = hn::Load(kTag, b);
+        CLanes const bi = hn::Load(kTag, b + kLanes);
+        CLanes const rm = hn::Load(kTag, a) - br;
+        CLanes const im = hn::Load(kTag, a + kLanes) - bi;
+        CLanes const rp = rm + two * br;
+        CLanes const ip = im + two * bi;
+        CLanes const q1 = c * rm - d * ip;
+        CLanes const q2 = d * rm + c * ip;
+        CLanes const newAr = (rp + q1) * half;
+        CLanes const newAi = (im + q2) * half;
+        hn::Store(Magnitude(newAr, newAi), kTag, a);
         // In the middle a and b are the same pair, and what b gets is what stays.
-        _mm256_store_ps(b, Magnitude(_mm256_sub_ps(newAr, q1), _mm256_sub_ps(newAi, im)));
+        hn::Store(Magnitude(newAr - q1, newAi - im), kTag, b);
     }
 }
 
-TACTUS_AVX2 void SumMagnitudes(CPfSpecEngTables const& tables, float const* work, float* energies) {
-    __m256 sum = _mm256_setzero_ps();
+HWY_INLINE void SumMagnitudes(CPfSpecEngTables const& tables, float const* work, float* energies) {
+    CLanes sum = hn::Zero(kTag);
     for (std::size_t k = 1; k < tables.m_nFrameLength / 2; ++k) {
         auto const at = static_cast<std::size_t>(tables.m_pBitReversal[k]);
-        sum = _mm256_add_ps(sum, _mm256_load_ps(work + at * kSpecEngLanes));
+        sum = sum + hn::Load(kTag, work + at * kLanes);
     }
-    _mm256_storeu_ps(energies, sum);
+    hn::StoreU(sum, kTag, energies);
 }
 
-} // namespace
-
-TACTUS_AVX2 void SpecEnergyLanes(CPfSpecEngTables const& tables, float const* frames, float* work,
-                                 float* energies) {
-    for (std::size_t k = 0; k < tables.m_nFrameLength; k += kSpecEngLanes) {
-        LoadColumns(tables, frames, k, work);
+std::size_t EnergyLanes(CPfSpecEngTables const& tables, float const* frames, std::size_t count,
+                        float* work, float* energies) {
+    std::size_t done = 0;
+    for (; count - done >= kLanes; done += kLanes) {
+        LoadFrames(tables, frames + done * tables.m_nFrameLength, work);
+        RunStages(tables, work);
+        SplitSpectrum(tables, work);
+        SumMagnitudes(tables, work, energies + done);
     }
-    RunStages(tables, work);
-    SplitSpectrum(tables, work);
-    SumMagnitudes(tables, work, energies);
+    return done;
+}
+
+#else
+
+std::size_t EnergyLanes(CPfSpecEngTables const& /*tables*/, float const* /*frames*/,
+                        std::size_t /*count*/, float* /*work*/, float* /*energies*/) {
+    return 0;
+}
+
+#endif
+
+} // namespace HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+
+HWY_EXPORT(EnergyLanes);
+
+std::size_t SpecEnergyLanes(CPfSpecEngTables const& tables, float const* frames, std::size_t count,
+                            float* work, float* energies) {
+    return HWY_DYNAMIC_DISPATCH(EnergyLanes)(tables, frames, count, work, energies);
 }
 
 #endif

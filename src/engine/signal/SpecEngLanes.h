@@ -14,12 +14,13 @@ struct CPfSpecEngTables {
     float const* m_pWindow;             // N
 };
 
-constexpr std::size_t kSpecEngLanes = 8; // Fixed: frames side by side, one to each float of AVX.
+constexpr std::size_t kSpecEngLanes = 8; // Fixed: frames side by side at most.
 
-/// Energies of `kSpecEngLanes` consecutive frames, each in a lane of its own, so that every frame
-/// sees the very operations of the plain transform in their order: the bits are the same.
-/// Shape: `frames` holds 8 * N samples, `work` room for as many and is aligned to 32 bytes,
-/// `energies` takes 8. N is a multiple of 8.
-/// Needs AVX2: ask `UseAvx2` first. Not built for other processors than x86-64.
-void SpecEnergyLanes(CPfSpecEngTables const& tables, float const* frames, float* work,
-                     float* energies);
+/// Energies of consecutive frames, each in a lane of its own, so that every frame sees the very
+/// operations of the plain transform in their order: the bits are the same.
+/// Shape: reads frames[0, count * N); `work` has room for `kSpecEngLanes` * N and is aligned to 32
+/// bytes; writes energies[0, count). N is a multiple of 4.
+/// Returns: how many frames are done. The rest of them, and all where the processor has no lanes,
+/// are left to the plain transform.
+std::size_t SpecEnergyLanes(CPfSpecEngTables const& tables, float const* frames, std::size_t count,
+                            float* work, float* energies);
