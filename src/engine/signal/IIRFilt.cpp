@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // Design: prototype in the s-plane (BuildPrototype), bilinear mapping (spbiln).
-// Run: direct form II (fl, flt) in IIRSection.h and IIRFiltThree.cpp, direct form I (fspcflt).
+// Run: direct form II (fl, flt) in IIRSection.h and IIRLanes.cpp, direct form I (fspcflt).
 // Analysis of a design: IIRFiltResponse.cpp.
 
 #include "engine/signal/IIRFilt.h"

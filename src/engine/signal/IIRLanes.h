@@ -12,7 +12,7 @@
 /// What three like sections remember: w1 and w2 of the first, of the second, of the third.
 using CThreeStates = std::array<float, 6>;
 
-constexpr std::int32_t kMostLanes = 8;    // Fixed: one to each float of AVX.
+constexpr std::int32_t kMostLanes = 8;    // Fixed: the most that a register takes.
 constexpr std::int32_t kLaneMultiple = 4; // Fixed: lanes run over multiples of four samples.
 
 /// A stretch that waits to be filtered, and the state it is entered with, which moves on.
@@ -22,7 +22,7 @@ struct CIIRLane {
     CThreeStates* m_pState;
 };
 
-/// Lanes that this machine runs side by side at the price of about one: 8 with AVX2, else 4.
+/// Lanes that this machine runs side by side at the price of about one: 8, 4, or 1 without vectors.
 [[nodiscard]] std::int32_t GetLaneCount();
 
 /// Sends in[0, count) of every lane through three sections alike, side by side, into out[0, count).

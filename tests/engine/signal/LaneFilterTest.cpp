@@ -5,7 +5,7 @@
 
 #include "engine/signal/LaneFilter.h"
 
-#include "engine/signal/CpuFeatures.h"
+#include "engine/kernels/Kernels.h"
 #include "support/ClickTrack.h"
 #include "support/FailingAllocation.h"
 
@@ -165,12 +165,16 @@ TEST(LaneFilterTest, EveryNumberOfLanesKeepsTheBits) {
     }
 }
 
-TEST(LaneFilterTest, KeepsTheBitsWithoutAvx2) {
-    CForceScalarKernels const plain;
+TEST(LaneFilterTest, EveryVectorUnitKeepsTheBits) {
     for (auto const& [name, stream] : MakeStreams()) {
         CStream const expected = Plain(stream);
-        EXPECT_EQ(FirstDifference(Filtered(stream, GetLaneCount()), expected), -1) << name;
-        EXPECT_EQ(FirstDifference(Filtered(stream, kMostLanes), expected), -1) << name;
+        for (CKernelTarget const& target : GetKernelTargets()) {
+            CForceKernels const forced(target);
+            for (std::int32_t const lanes : {GetLaneCount(), 3, kMostLanes}) {
+                EXPECT_EQ(FirstDifference(Filtered(stream, lanes), expected), -1)
+                    << name << lanes << target.m_pName;
+            }
+        }
     }
 }
 
