@@ -5,6 +5,7 @@
 // and without digital silence, and two hours with an onset every 29 ms. `realtime` is how many
 // seconds of sound a second of CPU is through with. An argument of 1 forces the plain loops.
 
+#include "BenchKernels.h"
 #include "BenchSignal.h"
 #include "base/SmartPtr.h"
 #include "engine/PcmReader.h"
@@ -12,12 +13,10 @@
 #include "engine/ProfileResults.h"
 #include "engine/Profiler.h"
 #include "engine/print/Fingerprint.h"
-#include "engine/signal/CpuFeatures.h"
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cstdint>
-#include <optional>
 #include <vector>
 
 namespace {
@@ -41,10 +40,7 @@ float ProfileOnce(std::vector<float> const& pcm) {
 }
 
 void RunEngine(benchmark::State& state, std::vector<float> const& pcm) {
-    std::optional<CForceScalarKernels> plain;
-    if (state.range(0) == 1) {
-        plain.emplace();
-    }
+    CBenchKernels const kernels(state);
     float bpm = 0.0f;
     for (auto _ : state) {
         bpm = ProfileOnce(pcm);
@@ -59,12 +55,12 @@ void RunEngine(benchmark::State& state, std::vector<float> const& pcm) {
 void BM_EngineSong(benchmark::State& state) {
     RunEngine(state, MakeBenchSong(kSongSamples));
 }
-BENCHMARK(BM_EngineSong)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EngineSong)->Apply(ForEveryKernel)->Unit(benchmark::kMillisecond);
 
 void BM_EngineBass(benchmark::State& state) {
     RunEngine(state, MakeBenchBassLine(kSongSamples));
 }
-BENCHMARK(BM_EngineBass)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EngineBass)->Apply(ForEveryKernel)->Unit(benchmark::kMillisecond);
 
 /// Half a second of music, then digital silence.
 void BM_EngineSilence(benchmark::State& state) {

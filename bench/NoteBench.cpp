@@ -4,13 +4,13 @@
 // The bass road: filter, in lanes and in silence, note search on ordinary and on bass-heavy sound,
 // order and pruning of the notes. A second argument of 1 forces the plain loops.
 
+#include "BenchKernels.h"
 #include "BenchSignal.h"
 #include "engine/PcmReader.h"
 #include "engine/Profiler.h"
 #include "engine/envelope/PcmThumbnail.h"
 #include "engine/envelope/ThumbnailBuilder.h"
 #include "engine/notes/NoteDetector.h"
-#include "engine/signal/CpuFeatures.h"
 #include "engine/signal/IIRFilt.h"
 #include "engine/signal/LaneFilter.h"
 #include "engine/signal/QuietFilter.h"
@@ -18,7 +18,6 @@
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -55,14 +54,10 @@ void RunFilter(benchmark::State& state, Run run) {
 }
 
 void BM_BassFilter(benchmark::State& state) {
+    CBenchKernels const kernels(state);
     RunFilter(state, [](CIIRFilt& filter, float* x) { filter.fl(x, 0, kFrame, 1); });
 }
-BENCHMARK(BM_BassFilter)->Unit(benchmark::kMillisecond);
-
-void BM_BassFilterPlain(benchmark::State& state) {
-    RunFilter(state, [](CIIRFilt& filter, float* x) { filter.flPlain(x, 0, kFrame, 1); });
-}
-BENCHMARK(BM_BassFilterPlain)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BassFilter)->Apply(ForEveryKernel)->Unit(benchmark::kMillisecond);
 
 CIIRSection GetBassSection() {
     CIIRFilt const filter = MakeBassFilter();
@@ -71,10 +66,9 @@ CIIRSection GetBassSection() {
     return {b[0], b[1], b[2], a[0], a[1]};
 }
 
-/// Four minutes in frames; the argument is the number of lanes.
-void BM_LaneFilter(benchmark::State& state) {
+/// Four minutes in frames.
+void RunLaneFilter(benchmark::State& state, std::int32_t lanes) {
     std::vector<float> const pcm = MakeBenchSong(std::size_t{4} * kMinuteSamples);
-    auto const lanes = static_cast<std::int32_t>(state.range(0));
     for (auto _ : state) {
         CLaneFilter filter(GetBassSection(), lanes, 160'000);
         auto const drop = [&filter] {
@@ -97,7 +91,19 @@ void BM_LaneFilter(benchmark::State& state) {
     }
     state.SetItemsProcessed(state.iterations() * 4 * kMinuteSamples);
 }
-BENCHMARK(BM_LaneFilter)->Arg(1)->Arg(2)->Arg(4)->Arg(8)->Unit(benchmark::kMillisecond);
+
+/// The argument is the number of lanes.
+void BM_LaneFilterLanes(benchmark::State& state) {
+    RunLaneFilter(state, static_cast<std::int32_t>(state.range(0)));
+}
+BENCHMARK(BM_LaneFilterLanes)->Arg(1)->Arg(2)->Arg(4)->Arg(8)->Unit(benchmark::kMillisecond);
+
+/// As many lanes as the kernels have.
+void BM_LaneFilter(benchmark::State& state) {
+    CBenchKernels const kernels(state);
+    RunLaneFilter(state, GetLaneCount());
+}
+BENCHMARK(BM_LaneFilter)->Apply(ForEveryKernel)->Unit(benchmark::kMillisecond);
 
 /// The decay of the filter into silence from the size at which the quiet way takes over, until it
 /// rests; an argument of 1 takes the plain loop.
@@ -123,10 +129,7 @@ BENCHMARK(BM_QuietFilter)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 
 /// One minute, filtered, in strides as the detector searches it.
 void RunSearch(benchmark::State& state, std::vector<float> pcm) {
-    std::optional<CForceScalarKernels> plain;
-    if (state.range(0) == 1) {
-        plain.emplace();
-    }
+    CBenchKernels const kernels(state);
     CIIRFilt filter = MakeBassFilter();
     filter.fl(pcm.data(), 0, kMinuteSamples, 1);
     CPcmReader reader(pcm.data(), kMinuteSamples);
@@ -149,19 +152,16 @@ void RunSearch(benchmark::State& state, std::vector<float> pcm) {
 void BM_NoteSearchSong(benchmark::State& state) {
     RunSearch(state, MakeBenchSong(kMinuteSamples));
 }
-BENCHMARK(BM_NoteSearchSong)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_NoteSearchSong)->Apply(ForEveryKernel)->Unit(benchmark::kMillisecond);
 
 void BM_NoteSearchBass(benchmark::State& state) {
     RunSearch(state, MakeBenchBassLine(kMinuteSamples));
 }
-BENCHMARK(BM_NoteSearchBass)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_NoteSearchBass)->Apply(ForEveryKernel)->Unit(benchmark::kMillisecond);
 
 /// The whole detector on one minute, filter and thumbnail included.
 void RunDetector(benchmark::State& state, std::vector<float> const& pcm) {
-    std::optional<CForceScalarKernels> plain;
-    if (state.range(0) == 1) {
-        plain.emplace();
-    }
+    CBenchKernels const kernels(state);
     CPcmReader reader(pcm.data(), kMinuteSamples);
     CPcmThumbnailBuilder builder(nullptr, 44100.0);
     CProfiler profiler(nullptr);
@@ -180,12 +180,12 @@ void RunDetector(benchmark::State& state, std::vector<float> const& pcm) {
 void BM_NoteDetectorSong(benchmark::State& state) {
     RunDetector(state, MakeBenchSong(kMinuteSamples));
 }
-BENCHMARK(BM_NoteDetectorSong)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_NoteDetectorSong)->Apply(ForEveryKernel)->Unit(benchmark::kMillisecond);
 
 void BM_NoteDetectorBass(benchmark::State& state) {
     RunDetector(state, MakeBenchBassLine(kMinuteSamples));
 }
-BENCHMARK(BM_NoteDetectorBass)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_NoteDetectorBass)->Apply(ForEveryKernel)->Unit(benchmark::kMillisecond);
 
 /// Strengths as the search gives them: some hundred values, so that most notes have equals.
 float StrengthOf(std::uint32_t random) {

@@ -3,6 +3,7 @@
 //
 // Kernels of the pass over the audio and the envelope shapers, on one minute of sound.
 
+#include "BenchKernels.h"
 #include "BenchSignal.h"
 #include "engine/PcmReader.h"
 #include "engine/Profiler.h"
@@ -57,6 +58,7 @@ BENCHMARK(BM_SpecEnergyFrame);
 
 /// The pass alone, without listeners.
 void BM_SpectralPass(benchmark::State& state) {
+    CBenchKernels const kernels(state);
     std::vector<float> const pcm = MakeBenchNoise(static_cast<std::size_t>(kMinuteSamples));
     CPcmReader reader(pcm.data(), static_cast<std::int32_t>(kMinuteSamples));
     CProfiler profiler(nullptr);
@@ -68,7 +70,23 @@ void BM_SpectralPass(benchmark::State& state) {
     }
     state.SetItemsProcessed(state.iterations() * kMinuteSamples);
 }
-BENCHMARK(BM_SpectralPass)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SpectralPass)->Apply(ForEveryKernel)->Unit(benchmark::kMillisecond);
+
+/// The largest of every 256 samples.
+void BM_PeakPass(benchmark::State& state) {
+    CBenchKernels const kernels(state);
+    std::vector<float> const pcm = MakeBenchNoise(static_cast<std::size_t>(kMinuteSamples));
+    CPfPcmThumbnail thumb;
+    (void)thumb.Initialize(kMinuteSamples, 44100, kFrameLength);
+    CPcmThumbnailBuilder builder(nullptr, 44100.0);
+    for (auto _ : state) {
+        (void)builder.BuildPcmThumbnailRange(pcm.data(), static_cast<std::int32_t>(kMinuteSamples),
+                                             0, &thumb);
+        benchmark::DoNotOptimize(thumb.GetAt(0));
+    }
+    state.SetItemsProcessed(state.iterations() * kMinuteSamples);
+}
+BENCHMARK(BM_PeakPass)->Unit(benchmark::kMicrosecond)->Apply(ForEveryKernel);
 
 /// One shaper on fresh copies of the envelope; the copy is part of the time, as in a run.
 template <typename Shape>

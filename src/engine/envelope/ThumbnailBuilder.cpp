@@ -12,14 +12,17 @@
 #include "engine/envelope/Tempo.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
+#include <cstring>
 #include <limits>
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
 
 namespace {
+
+// The compilers' own vectors, on every processor: a call into a kernel would cost more than it
+// saves.
+using CFour = float __attribute__((vector_size(16)));
+using CFourBits = std::int32_t __attribute__((vector_size(16)));
+constexpr std::int32_t kMagnitude = 0x7FFFFFFF; // Standard: IEEE 754, all but the sign.
 
 /// a * b / c with a product that wraps at 64 bits.
 std::int64_t ScaleWrapped(std::int64_t a, std::uint32_t b, std::uint32_t c) {
@@ -62,20 +65,17 @@ bool CPcmThumbnailBuilder::BuildPcmThumbnailRange(float const* pcm, std::int32_t
 }
 
 float CPcmThumbnailBuilder::GetMaxValue(float const* samples, std::uint32_t n) {
-    float result = 0.0f;
+    // Four maxima side by side. No comparison with NaN is true, so it is passed over, and the
+    // largest of all doesn't depend on the order.
+    CFour largest{};
     std::uint32_t i = 0;
-#if defined(__SSE2__)
-    // Four maxima side by side. Where a sample is NaN the instruction gives its second operand, so
-    // NaN is passed over as in the plain loop, and the largest of all doesn't depend on the order.
-    __m128 const sign = _mm_set1_ps(-0.0f);
-    __m128 largest = _mm_setzero_ps();
     for (; n - i >= 4; i += 4) {
-        largest = _mm_max_ps(_mm_andnot_ps(sign, _mm_loadu_ps(samples + i)), largest);
+        CFour four;
+        std::memcpy(&four, samples + i, sizeof four);
+        four = reinterpret_cast<CFour>(reinterpret_cast<CFourBits>(four) & kMagnitude);
+        largest = four > largest ? four : largest;
     }
-    std::array<float, 4> lanes;
-    _mm_storeu_ps(lanes.data(), largest);
-    result = *std::ranges::max_element(lanes);
-#endif
+    float result = std::max({largest[0], largest[1], largest[2], largest[3]});
     for (; i < n; ++i) {
         result = std::max(result, std::abs(samples[i]));
     }

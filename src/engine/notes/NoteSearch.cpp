@@ -9,8 +9,6 @@
 #include "base/TimeUtil.h"
 #include "engine/envelope/Tempo.h"
 #include "engine/notes/NoteMap.h"
-#include "engine/notes/NoteSearchLanes.h"
-#include "engine/signal/CpuFeatures.h"
 
 #include <algorithm>
 #include <cmath>
@@ -88,14 +86,4 @@ void SearchNotesPlain(CNoteSearch const& search, CPfNoteMap* map) {
             }
         }
     }
-}
-
-void SearchNotes(CNoteSearch const& search, CPfNoteMap* map) {
-#if defined(__x86_64__)
-    if (UseAvx2()) {
-        SearchNotesLanes(search, map);
-        return;
-    }
-#endif
-    SearchNotesPlain(search, map);
 }

@@ -7,7 +7,7 @@
 #include "engine/Profiler.h"
 #include "engine/envelope/PcmThumbnail.h"
 #include "engine/envelope/ThumbnailBuilder.h"
-#include "engine/signal/CpuFeatures.h"
+#include "engine/kernels/Kernels.h"
 #include "engine/signal/IIRFilt.h"
 #include "support/ClickTrack.h"
 #include "support/FailingAllocation.h"
@@ -275,11 +275,8 @@ TEST(NoteDetectorTest, HalfAMinuteAtOnceIsFilteredAsOneStream) {
     std::vector<float> const filtered = Filtered(stream);
     COracleMap expected;
     OracleStream(filtered, &expected);
-    for (bool const isPlain : {false, true}) {
-        std::optional<CForceScalarKernels> plain;
-        if (isPlain) {
-            plain.emplace();
-        }
+    for (CKernelTarget const& target : GetKernelTargets()) {
+        CForceKernels const forced(target);
         CListening listening(stream);
         listening.PushAll(stream);
         CProfiler profiler(nullptr);

@@ -3,6 +3,7 @@
 
 #include "engine/notes/NoteSearch.h"
 
+#include "engine/kernels/Kernels.h"
 #include "engine/notes/NoteMap.h"
 #include "support/ClickTrack.h"
 
@@ -54,11 +55,14 @@ std::vector<CNote> RunSearch(SearchFunction function, std::vector<float> const& 
     return notes;
 }
 
-/// What the plain search finds. The search that the machine is given must find the same bits.
+/// What the plain search finds. That of every vector unit must find the same bits.
 std::vector<CNote> Search(std::vector<float> const& samples, std::int32_t scanCount,
                           std::int64_t basePos = 0) {
     std::vector<CNote> notes = RunSearch(SearchNotesPlain, samples, scanCount, basePos);
-    EXPECT_EQ(RunSearch(SearchNotes, samples, scanCount, basePos), notes);
+    for (CKernelTarget const& target : GetKernelTargets()) {
+        CForceKernels const forced(target);
+        EXPECT_EQ(RunSearch(SearchNotes, samples, scanCount, basePos), notes) << target.m_pName;
+    }
     return notes;
 }
 
