@@ -140,7 +140,7 @@ class Player:
         for i in range(self.bar_steps if pattern else 0):
             mark = pattern[(first + i) % len(pattern)]
             length = self.hold(pattern, (first + i) % len(pattern))
-            base = 55 + self.key
+            base = 55 + (self.key + 5) % 12  # the key's root from G3 on
             if mark in "xXs":
                 for d in (0, 2, 4):
                     self.add(voice, first + i, length, channel, base + self.degree(chord + d),
@@ -167,7 +167,7 @@ class Player:
             degree += self.rng.choice((-2, -1, -1, 0, 1, 1, 2))
             degree = max(-2, min(11, degree))
             self.add("lead", bar * self.bar_steps + i, length, 2,
-                     67 + self.key % 7 + self.degree(degree), 92)
+                     65 + (self.key + 7) % 12 + self.degree(degree), 92)
         return degree
 
     def play(self):

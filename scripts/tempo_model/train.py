@@ -76,7 +76,7 @@ def array_text(name, values, origin):
     numbers = [n + ("f" if "." in n or "e" in n else ".0f") for n in numbers]
     lines, line = [], "   "
     for number in numbers:
-        if len(line) + len(number) + 2 > 98:
+        if len(line) + len(number) + 2 > 100:
             lines.append(line)
             line = "   "
         line += " " + number + ","
