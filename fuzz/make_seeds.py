@@ -140,6 +140,28 @@ def compressed_seeds():
         save("DecoderFuzz", name + "_cut", bytes([kind]) + data[: len(data) * 2 // 3])
 
 
+def tagged_seeds():
+    """Every kind of tag around a few samples, as ffmpeg writes it."""
+    source = wav(shorts(sine(400)))
+    texts = {"title": "Tîtlé", "artist": "Ärtist", "album": "Ålbum", "initialkey": "Am", "TBPM": "128.5", "BPM": "128,5"}
+    words = [word for name, value in texts.items() for word in ("-metadata", f"{name}={value}")]
+    ways = {
+        "id3v23.mp3": ["-c:a", "libmp3lame", "-id3v2_version", "3", "-write_id3v1", "1"],
+        "id3v24.mp3": ["-c:a", "libmp3lame", "-id3v2_version", "4"],
+        "info.wav": [], "id3.aiff": ["-write_id3v2", "1"], "vorbis.ogg": ["-c:a", "libvorbis"],
+        "flac.oga": ["-c:a", "flac", "-f", "ogg"], "opus.opus": ["-c:a", "libopus"], "flac.flac": ["-c:a", "flac"],
+        "items.m4a": ["-c:a", "alac"], "quicktime.mov": ["-c:a", "alac"], "ape.wv": ["-c:a", "wavpack"],
+        "ape.tta": ["-c:a", "tta"], "asf.wma": ["-c:a", "wmav2"], "matroska.mka": ["-c:a", "flac"], "info.caf": [],
+        "text.au": [],
+    }
+    for name, options in ways.items():
+        out = CORPUS / "SongTagsFuzz" / name
+        out.parent.mkdir(parents=True, exist_ok=True)
+        exact = ["-bitexact", "-fflags", "+bitexact"]
+        command = ["ffmpeg", "-v", "error", "-y", "-f", "wav", "-i", "-", *options, *words, *exact, str(out)]
+        subprocess.run(command, input=source, check=True)
+
+
 def engine_seeds():
     def seed(name, length, payload, as_bytes=False, hold=0):
         header = bytes([hold << 4 | int(as_bytes)]) + struct.pack("<I", length)[:3]
@@ -257,6 +279,7 @@ def main():
     path_seeds()
     if "--compressed" in sys.argv[1:]:
         compressed_seeds()
+        tagged_seeds()
 
 
 if __name__ == "__main__":

@@ -48,13 +48,17 @@ LIBAV_SOURCES = {
     f"src/platform/{name}"
     for name in ("AudioInput.h", "AudioInput.cpp", "AudioMixer.h", "AudioMixer.cpp",
                  "AudioDecoder.cpp", "AudioStream.cpp", "AudioSetup.cpp", "DecodeRun.h",
-                 "DecodeRun.cpp", "PacketCount.h", "PacketCount.cpp")
+                 "DecodeRun.cpp", "PacketCount.h", "PacketCount.cpp",
+                 "ContainerTags.cpp")
 }
+# The sources that work with TagLib, likewise.
+TAGLIB_SOURCES = {f"src/platform/{name}" for name in ("TagStream.h", "TagStream.cpp", "OtherTags.cpp")}
 # What only these files may include, by the start of the header's name.
 TOOLKITS = {
     r"Q[A-Z]|Qt": lambda path: path.parts[1] == "desktop",
     r"hwy/": lambda path: path.parts[1] == "engine",
     r"lib(av|sw)": lambda path: path.as_posix() == "src/platform/LibAv.h",
+    r"taglib/|platform/TagStream\.h": lambda path: path.as_posix() in TAGLIB_SOURCES,
     r"platform/(LibAv|AudioInput|AudioMixer|DecodeRun|PacketCount)\.h": lambda path: path.as_posix() in LIBAV_SOURCES,
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]', re.M)

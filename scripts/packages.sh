@@ -5,10 +5,10 @@
 # Debian 12 packages that Tactus needs, by purpose, and how to install the missing ones. Sourced by
 # run.sh, test.sh and .ci/run.
 
-# To build the program: compiler, decoder, text and command-line libraries, the guide.
+# To build the program: compiler, decoder, tag, text and command-line libraries, the guide.
 PACKAGES_BUILD=(
     ca-certificates cmake g++ ninja-build pkg-config
-    libavcodec-dev libavformat-dev libavutil-dev libswresample-dev
+    libavcodec-dev libavformat-dev libavutil-dev libswresample-dev libtag1-dev
     libhwy-dev libutf8proc-dev libcli11-dev nlohmann-json3-dev cmark-gfm
 )
 
@@ -21,7 +21,7 @@ PACKAGES_DESKTOP=(
 # To run the tests: frameworks, encoders of other makers, independent tag readers, a display, and
 # what a locale with a decimal comma is made from.
 PACKAGES_TEST=(
-    libgtest-dev libgmock-dev ffmpeg python3 python3-mutagen eyed3 id3v2 jq attr
+    libgtest-dev libgmock-dev ffmpeg python3 python3-mutagen python3-taglib eyed3 id3v2 jq attr
     xvfb openbox xdotool x11-utils procps locales
 )
 

@@ -20,8 +20,8 @@ _tactus() {
     esac
     case $command in
         analyze)
-            words="--write --force --jobs --format --follow --hidden --types --output --overwrite-output --quiet"
-            words+=" --verbose --help"
+            words="--write --force --recheck --jobs --format --follow --hidden --types --output"
+            words+=" --overwrite-output --quiet --verbose --help"
             ;;
         profile) words="--trace --verbose --help" ;;
         tag)

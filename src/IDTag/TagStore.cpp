@@ -45,7 +45,7 @@ CRawFrame RawFrameOf(CID3Frame& frame) {
 }
 
 /// Text of a version 2.4 frame in one of the forms that version 2.3 doesn't know.
-CStatus ReadEncodedText(CRawFrame raw, std::wstring& text) {
+CStatus ReadEncodedText(CRawFrame raw, CString& text) {
     std::uint8_t const flags = raw.m_header.m_nFormatFlags;
     std::uint32_t const ahead = ((flags & kGrouped) != 0 ? kGroupBytes : 0) +
                                 ((flags & kTellsDataLength) != 0 ? kDataLengthBytes : 0);
@@ -54,7 +54,7 @@ CStatus ReadEncodedText(CRawFrame raw, std::wstring& text) {
     }
     CID3Frame plain;
     CStatus const status = plain.SetData(&raw.m_header, raw.m_pBody + ahead, raw.m_nBytes - ahead);
-    return status < 0 ? status : plain.GetString(text);
+    return status < 0 ? status : FrameTextOf(plain, text);
 }
 
 bool IsEncoded(CRawFrame const& raw) {
@@ -226,6 +226,27 @@ EWriteProblem RunStore(CString const& path, char const* frameId, std::optional<C
 
 } // namespace
 
+CStatus FrameTextOf(CID3Frame& frame, CString& text) {
+    constexpr std::uint8_t kUtf8 = 3; // Standard: ID3v2.4.0 structure, section 4.
+    CRawFrame const raw = RawFrameOf(frame);
+    bool const isUtf8 =
+        raw.m_nBytes > 1 && raw.m_pBody[0] == kUtf8 && frame.IsFrameIdMatch("COMM") != kStatusOk;
+    if (isUtf8) {
+        std::string_view const bytes(reinterpret_cast<char const*>(raw.m_pBody) + 1,
+                                     raw.m_nBytes - 1);
+        text = CString::FromUtf8(bytes.substr(0, bytes.find('\0')));
+    }
+    if (isUtf8 && !text.IsEmpty()) {
+        return kStatusOk;
+    }
+    std::wstring found;
+    CStatus const status = frame.GetString(found);
+    if (status >= 0) {
+        text = found.c_str();
+    }
+    return status;
+}
+
 CStatus TagTextOf(CID3Tag const& tag, char const* frameId, CString& text) {
     CID3Frame* frame = nullptr;
     if (!tag.GetExistingFrame(frameId, &frame)) {
@@ -233,12 +254,12 @@ CStatus TagTextOf(CID3Tag const& tag, char const* frameId, CString& text) {
     }
     CRawFrame const raw = RawFrameOf(*frame);
     bool const isEncoded = tag.GetVersion() == kEncodingVersion && IsEncoded(raw);
-    std::wstring found;
-    CStatus const status = isEncoded ? ReadEncodedText(raw, found) : frame->GetString(found);
+    CString found;
+    CStatus const status = isEncoded ? ReadEncodedText(raw, found) : FrameTextOf(*frame, found);
     if (status < 0) {
         return kStatusNothing;
     }
-    text = found.c_str();
+    text = found;
     return kStatusOk;
 }
 

@@ -63,6 +63,11 @@ EWriteProblem StoreTagText(CString const& path, char const* frameId, CString con
 EWriteProblem TakeOutTagText(CString const& path, char const* frameId,
                              CTagStoreOptions const& options, CTagStoreReport* report = nullptr);
 
+/// The frame's text up to its first 0, as `CID3Frame::GetString` has it, but for text that its
+/// encoding byte calls UTF-8: that is decoded if it is.
+/// Returns: a failure, `text` untouched, when there is none.
+CStatus FrameTextOf(CID3Frame& frame, CString& text);
+
 /// Text of one frame, up to its first 0, of a tag that was opened. Version 2.4 frames that tell the
 /// length of their data are read past it.
 /// Returns: `kStatusNothing`, `text` untouched, when there is no such frame or no text in it.

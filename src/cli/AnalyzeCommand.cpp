@@ -77,6 +77,8 @@ CLI::App* CAnalyzeCommand::AddTo(CLI::App& program) {
                   "Store the tempos found in the tags of MP3 files");
     app->add_flag("-f,--force", m_options.m_song.m_bForce,
                   "Analyse files too whose tag has a tempo");
+    app->add_flag("--recheck", m_options.m_song.m_bRecheck,
+                  "Analyse files too whose tag has a tempo below 20 or above 999");
     app->add_option_function<std::string>(
            "-j,--jobs", [this](std::string const& text) { m_options.m_nJobs = JobsOf(text); },
            "Files to analyse at once, 1 to " + std::to_string(kMostJobs) +

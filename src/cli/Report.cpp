@@ -13,7 +13,8 @@
 
 namespace {
 
-constexpr char kCsvHeader[] = "path,title,artist,tempo,source,error,written,notWritten\n";
+constexpr char kCsvHeader[] =
+    "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote\n";
 
 char const* SourceName(ETempoSource source) {
     switch (source) {
@@ -40,6 +41,25 @@ char const* WrittenName(EWriting writing) {
     return "";
 }
 
+/// What a person should know of a tempo that stood in a tag; empty when there is nothing.
+char const* TempoNote(CReportRow const& row) {
+    if (row.m_source != ETempoSource::Tag) {
+        return "";
+    }
+    switch (row.m_tagTempo) {
+    case ETagTempo::TimesTen:
+        return "times10";
+    case ETagTempo::TimesHundred:
+        return "times100";
+    case ETagTempo::Unlikely:
+        return "unlikely";
+    case ETagTempo::Plain:
+    case ETagTempo::None:
+        break;
+    }
+    return "";
+}
+
 /// JSON's word for `text`, which is null when empty.
 std::string JsonTextOrNull(std::string const& text) {
     return text.empty() ? "null" : JsonText(text);
@@ -55,7 +75,9 @@ public:
                m_output.Write(Field(row.m_sPath) + "," + Field(row.m_sTitle) + "," +
                               Field(row.m_sArtist) + "," + TempoText(row.m_dTempo).value_or("") +
                               "," + SourceName(row.m_source) + "," + Field(row.m_sError) + "," +
-                              WrittenName(row.m_writing) + "," + Field(row.m_sNotStored) + "\n") &&
+                              WrittenName(row.m_writing) + "," + Field(row.m_sNotStored) + "," +
+                              Field(row.m_sAlbum) + "," + Field(row.m_sTagKey) + "," +
+                              TempoNote(row) + "\n") &&
                m_output.Flush();
     }
 
@@ -96,7 +118,10 @@ std::string JsonRow(CReportRow const& row) {
         .Add("source", JsonTextOrNull(SourceName(row.m_source)))
         .Add("error", JsonTextOrNull(row.m_sError))
         .Add("written", written.empty() ? "null" : written)
-        .Add("notWritten", JsonTextOrNull(row.m_sNotStored));
+        .Add("notWritten", JsonTextOrNull(row.m_sNotStored))
+        .Add("album", JsonText(row.m_sAlbum))
+        .Add("tagKey", JsonTextOrNull(row.m_sTagKey))
+        .Add("tempoNote", JsonTextOrNull(TempoNote(row)));
     return object.Close();
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "cli/Output.h"
+#include "song/TagTempo.h"
 
 #include <memory>
 #include <optional>
@@ -23,7 +24,10 @@ struct CReportRow {
     ETempoSource m_source = ETempoSource::None;
     std::string m_sError; // the reason for a person; empty when all went well
     EWriting m_writing = EWriting::NotAsked;
-    std::string m_sNotStored = {}; // why, for a person, when `m_writing` is `NotStored`
+    std::string m_sNotStored = {};           // why, for a person, when `m_writing` is `NotStored`
+    std::string m_sAlbum = {};               // UTF-8
+    std::string m_sTagKey = {};              // the key that the tag tells, UTF-8
+    ETagTempo m_tagTempo = ETagTempo::Plain; // of a tempo from the tag: what it is worth there
 
     // Not part of the report:
     std::string m_sDetail = {};  // what the decoding library said

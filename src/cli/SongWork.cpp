@@ -8,11 +8,21 @@
 #include "cli/DecodeReason.h"
 #include "cli/WriteReason.h"
 #include "song/AudioKinds.h"
+#include "song/SongTags.h"
 #include "song/StoreTempo.h"
 
 namespace {
 
 constexpr int kMostAttempts = 3; // Fixed: a file that never rests is given up.
+
+std::string FileNameOf(CInputFile const& input) {
+    if (input.m_sName == kStandardInputName) {
+        return input.m_sName;
+    }
+    CString name;
+    CFileUtil::ExtractFileName(input.m_sPath, name);
+    return name.ToUtf8();
+}
 
 } // namespace
 
@@ -30,25 +40,28 @@ bool CSongWork::Begin() {
         return true;
     }
     m_identity = IdentityAt(m_input.m_sPath.ToPath());
-    return ReadTag() && !m_options.m_bForce;
+    return ReadTag();
 }
 
-/// Fills the row from the tag. Returns: true when there is a tempo.
+/// Fills the row from the tags. Returns: true when there is a tempo that needs no second look.
 bool CSongWork::ReadTag() {
     m_pFile = std::make_unique<CBPMFile>(m_input.m_sPath);
-    m_sTempoInTag = ReadRowTags(*m_pFile);
-    CString fileName;
-    CFileUtil::ExtractFileName(m_pFile->GetPath(), fileName);
-    m_row.m_bTitleIsName = m_pFile->GetTitle() == fileName;
+    m_sTempoInTag = IsWritable(m_input) ? ReadSongTags(m_input.m_sPath).m_sTempoFrame : CString();
+    CShownTags const tags = ReadShownTags(m_input.m_sPath);
+    m_row.m_bTitleIsName = tags.m_sTitle.empty();
     // Standard input lies in a file of another name.
-    bool const isInput = m_row.m_bTitleIsName && m_input.m_sName == kStandardInputName;
-    m_row.m_sTitle = isInput ? m_input.m_sName : m_pFile->GetTitle().ToUtf8();
-    m_row.m_sArtist = m_pFile->GetArtist().ToUtf8();
-    if (m_pFile->IsDone() && !m_options.m_bForce) {
-        m_row.m_dTempo = LeadingNumber(m_pFile->GetTempo());
-        m_row.m_source = ETempoSource::Tag;
+    m_row.m_sTitle = !tags.m_sTitle.empty() ? tags.m_sTitle : FileNameOf(m_input);
+    m_row.m_sArtist = tags.m_sArtist;
+    m_row.m_sAlbum = tags.m_sAlbum;
+    m_row.m_sTagKey = tags.m_sKey;
+    m_row.m_tagTempo = tags.m_tempo.m_worth;
+    bool const isDoubted = m_options.m_bRecheck && tags.m_tempo.m_worth == ETagTempo::Unlikely;
+    if (tags.m_tempo.m_worth == ETagTempo::None || m_options.m_bForce || isDoubted) {
+        return false;
     }
-    return m_pFile->IsDone();
+    m_row.m_dTempo = tags.m_tempo.m_dBpm;
+    m_row.m_source = ETempoSource::Tag;
+    return true;
 }
 
 bool CSongWork::Conclude(CAnalysisOutcome const& outcome, std::string const& tempo) {

@@ -15,8 +15,9 @@
 
 /// What is to be done with every file.
 struct CSongOptions {
-    bool m_bForce = false; // analyse files too whose tag has a tempo
-    bool m_bWrite = false; // store what an analysis finds in the tags of mp3 files
+    bool m_bForce = false;   // analyse files too whose tag has a tempo
+    bool m_bRecheck = false; // those too whose tag has one that no song has
+    bool m_bWrite = false;   // store what an analysis finds in the tags of mp3 files
 };
 
 /// The work on one file but for the listening: its tag is read, then a tempo that was heard is

@@ -24,10 +24,23 @@ std::string SourceText(CReportRow const& row) {
     if (row.m_source == ETempoSource::None) {
         return "failed";
     }
-    std::string const source = row.m_source == ETempoSource::Tag ? "tag" : "analysis";
+    if (row.m_source == ETempoSource::Tag) {
+        return row.m_tagTempo == ETagTempo::TimesTen       ? "tag, times 10 there"
+               : row.m_tagTempo == ETagTempo::TimesHundred ? "tag, times 100 there"
+               : row.m_tagTempo == ETagTempo::Unlikely     ? "tag, unlikely"
+                                                           : "tag";
+    }
+    std::string const source = "analysis";
     return source + (row.m_writing == EWriting::Stored ? ", stored"
                      : row.m_bRefused                  ? ", not stored"
                                                        : "");
+}
+
+/// Behind a tempo that no song has.
+char const* MarkOf(CReportRow const& row) {
+    bool const isUnlikely =
+        row.m_source == ETempoSource::Tag && row.m_tagTempo == ETagTempo::Unlikely;
+    return isUnlikely ? "?" : "";
 }
 
 std::string Spaces(std::size_t count) {
@@ -50,7 +63,7 @@ CTableReport::CTableReport(COutput& output, std::size_t width, bool isBold)
 
 bool CTableReport::Add(CReportRow const& row) {
     m_vRows.push_back({Printable(row.m_sPath), Printable(row.m_sTitle), Printable(row.m_sArtist),
-                       TempoText(row.m_dTempo).value_or("-"), SourceText(row)});
+                       TempoText(row.m_dTempo).value_or("-") + MarkOf(row), SourceText(row)});
     return true;
 }
 

@@ -3,6 +3,7 @@
 
 #include "cli/TagListing.h"
 
+#include "IDTag/TagStore.h"
 #include "cli/Json.h"
 #include "cli/Message.h"
 
@@ -23,13 +24,13 @@ struct CFrameRow {
 };
 
 /// Text frames and comments have a text, up to its first 0.
-std::optional<std::string> TextOf(CID3Frame const& frame, std::string const& id) {
-    std::wstring text;
+std::optional<std::string> TextOf(CID3Frame& frame, std::string const& id) {
+    CString text;
     bool const isText = id.front() == 'T' || id == "COMM";
-    if (!isText || frame.GetString(text) < 0) {
+    if (!isText || FrameTextOf(frame, text) < 0) {
         return std::nullopt;
     }
-    return CString(text.c_str()).ToUtf8();
+    return text.ToUtf8();
 }
 
 std::vector<CFrameRow> RowsOf(CID3Tag const& tag) {

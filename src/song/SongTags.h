@@ -4,6 +4,9 @@
 #pragma once
 
 #include "base/CString.h"
+#include "song/TagTempo.h"
+
+#include <string>
 
 /// The three texts by which the list knows a song, as the metadata import gives them: the ID3v2
 /// tag, else the ID3v1 trailer, else none.
@@ -18,3 +21,21 @@ struct CSongTags {
 /// text empty.
 /// Thread: any.
 CSongTags ReadSongTags(CString const& path);
+
+/// What a file's tags say to people and other programs, whatever its kind: the second reading
+/// beside the list's. Texts are UTF-8; empty: nothing said.
+struct CShownTags {
+    std::string m_sTitle;
+    std::string m_sArtist;
+    std::string m_sAlbum;
+    std::string m_sKey;
+    std::string m_sTempo; // the text that the tempo was taken from
+    CTagTempo m_tempo;
+};
+
+/// Reads them: ID3v2 in every version, encoding and place, Vorbis comments, MP4 items, APEv2, ASF
+/// attributes, and the texts of RIFF, AIFF, Matroska, CAF and AU files. An ID3v1 trailer fills in
+/// for title, artist and album, never for a tempo. Of several tempos the first one that is believed
+/// counts.
+/// Thread: any.
+CShownTags ReadShownTags(CString const& path);

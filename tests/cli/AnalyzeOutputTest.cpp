@@ -40,7 +40,7 @@ TEST_F(AnalyzeOutputTest, ForeignFilesAreNotReplaced) {
     CProcessResult const forced =
         Tactus({"analyze", "--overwrite-output", "-o", "notes.csv", "--format", "csv", "in.mp3"});
     EXPECT_EQ(forced.m_nExit, 0) << forced.m_sErr;
-    EXPECT_THAT(ReadText(m_folder / "notes.csv"), HasSubstr("in.mp3,,,120.00,tag"));
+    EXPECT_THAT(ReadText(m_folder / "notes.csv"), HasSubstr("in.mp3,in.mp3,,120.00,tag"));
 }
 
 TEST_F(AnalyzeOutputTest, LinksAreFollowedFirst) {
@@ -50,7 +50,7 @@ TEST_F(AnalyzeOutputTest, LinksAreFollowedFirst) {
     ExpectRefused("out.csv", {"in.mp3"});
     std::filesystem::create_symlink("new.csv", m_folder / "to-new.csv");
     EXPECT_EQ(Tactus({"analyze", "-o", "to-new.csv", "--format", "csv", "in.mp3"}).m_nExit, 0);
-    EXPECT_THAT(ReadText(m_folder / "new.csv"), HasSubstr("in.mp3,,,120.00,tag"));
+    EXPECT_THAT(ReadText(m_folder / "new.csv"), HasSubstr("in.mp3,in.mp3,,120.00,tag"));
 }
 
 TEST_F(AnalyzeOutputTest, InputsAreNeverReplaced) {
@@ -79,7 +79,7 @@ TEST_F(AnalyzeOutputTest, EveryFormatOfOursIsReplaced) {
             CProcessResult const again =
                 Tactus({"analyze", "-o", "out", "--format", "csv", "in.mp3"});
             EXPECT_EQ(again.m_nExit, 0) << format << again.m_sErr;
-            EXPECT_THAT(ReadText(m_folder / "out"), HasSubstr("in.mp3,,,120.00,tag"));
+            EXPECT_THAT(ReadText(m_folder / "out"), HasSubstr("in.mp3,in.mp3,,120.00,tag"));
         }
     }
 }

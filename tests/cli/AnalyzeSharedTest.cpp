@@ -67,9 +67,10 @@ TEST_F(AnalyzeSharedTest, NamesOfOneFileAreHeardOnceAndAllHaveTheirRow) {
             {"analyze", "-w", "-f", "-j", jobs, "--format", "csv", "a.mp3", "c.mp3", "./a.mp3"});
         EXPECT_EQ(result.m_nExit, 0);
         EXPECT_THAT(result.m_sErr, StartsWith("tactus: 1 heard, 1 stored, 2 further names in "));
-        EXPECT_THAT(result.m_sOut, ContainsRegex("\na.mp3,[^,]*,,9[56].[0-9]+,analysis,,true,\n"
-                                                 "c.mp3,[^,]*,,9[56].[0-9]+,analysis,,true,\n"
-                                                 "./a.mp3,[^,]*,,9[56].[0-9]+,analysis,,true,\n"));
+        EXPECT_THAT(result.m_sOut,
+                    ContainsRegex("\na.mp3,[^,]*,,9[56].[0-9]+,analysis,,true,,,,\n"
+                                  "c.mp3,[^,]*,,9[56].[0-9]+,analysis,,true,,,,\n"
+                                  "./a.mp3,[^,]*,,9[56].[0-9]+,analysis,,true,,,,\n"));
         CProcessResult const reading =
             Tactus({"analyze", "-f", "-j", jobs, "--format", "csv", "b.mp3", "a.mp3", "c.mp3"});
         EXPECT_EQ(std::count(reading.m_sOut.begin(), reading.m_sOut.end(), '\n'), 1 + 3);
@@ -90,7 +91,7 @@ TEST_F(AnalyzeSharedTest, RowThatSaysStoredIsTrueOfEveryName) {
         EXPECT_EQ(result.m_nExit, 0);
         for (std::string const name : {"d/a.mp3", "d/b.mp3", "d/c.mp3", "d/e.mp3"}) {
             EXPECT_THAT(result.m_sOut,
-                        ContainsRegex("\n" + name + ",[^,]*,,9[56].[0-9]+,analysis,,true,\n"));
+                        ContainsRegex("\n" + name + ",[^,]*,,9[56].[0-9]+,analysis,,true,,,,\n"));
             EXPECT_THAT(Frame(name, "TBPM"), ContainsRegex("^9[56]")) << name;
         }
     }

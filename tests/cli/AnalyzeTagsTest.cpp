@@ -59,21 +59,22 @@ TEST_F(AnalyzeTagsTest, TempoOfTheTagIsTakenUnlessForced) {
     WriteMp3("a.mp3", 10.0, {"TBPM=133.333", "title=Song", "artist=Someone"});
     CProcessResult const tagged = Tactus({"analyze", "--format", "csv", "a.mp3"});
     EXPECT_EQ(tagged.m_nExit, 0);
-    EXPECT_THAT(tagged.m_sOut, HasSubstr("\na.mp3,Song,Someone,133.33,tag,,,\n"));
+    EXPECT_THAT(tagged.m_sOut, HasSubstr("\na.mp3,Song,Someone,133.33,tag,,,,,,\n"));
     CProcessResult const forced = Tactus({"analyze", "-f", "--format", "csv", "a.mp3"});
-    EXPECT_THAT(forced.m_sOut, HasSubstr("\na.mp3,Song,Someone,96.00,analysis,,,\n"));
+    EXPECT_THAT(forced.m_sOut, HasSubstr("\na.mp3,Song,Someone,96.00,analysis,,,,,,\n"));
     EXPECT_EQ(TempoTag("a.mp3"), "133.333\n");
 }
 
-TEST_F(AnalyzeTagsTest, TitleOfTheTagComesWithATempoTextOnly) {
+TEST_F(AnalyzeTagsTest, TitleOfTheTagIsShownWithATempoAndWithout) {
     WriteMp3("a.mp3", 10.0, {"title=Song", "artist=Someone"});
     WriteMp3("b.mp3", 10.0, {"TBPM=unknown", "title=Song", "artist=Someone"});
     WriteMp3("c.mp3", 10.0, {"TBPM=0", "title=Song"});
     CProcessResult const result = Tactus({"analyze", "--format", "csv", "a.mp3", "b.mp3", "c.mp3"});
-    EXPECT_EQ(result.m_sOut, "path,title,artist,tempo,source,error,written,notWritten\n"
-                             "a.mp3,a.mp3,Someone,96.00,analysis,,,\n"
-                             "b.mp3,Song,Someone,96.00,analysis,,,\n"
-                             "c.mp3,Song,,96.00,analysis,,,\n");
+    EXPECT_EQ(result.m_sOut,
+              "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote\n"
+              "a.mp3,Song,Someone,96.00,analysis,,,,,,\n"
+              "b.mp3,Song,Someone,96.00,analysis,,,,,,\n"
+              "c.mp3,Song,,96.00,analysis,,,,,,\n");
 }
 
 TEST_F(AnalyzeTagsTest, WriteStoresTheTempoInMp3FilesAlone) {
@@ -86,8 +87,8 @@ TEST_F(AnalyzeTagsTest, WriteStoresTheTempoInMp3FilesAlone) {
     EXPECT_EQ(result.m_nExit, 0) << result.m_sErr;
     EXPECT_THAT(result.m_sErr, StartsWith("tactus: 3 heard, 2 stored in "));
     EXPECT_EQ(std::count(result.m_sErr.begin(), result.m_sErr.end(), '\n'), 1);
-    EXPECT_THAT(result.m_sOut, HasSubstr("\na.mp3,a.mp3,,96.00,analysis,,true,\n"
-                                         "B.MP3,B.MP3,,96.00,analysis,,true,\n"
+    EXPECT_THAT(result.m_sOut, HasSubstr("\na.mp3,Song,,96.00,analysis,,true,,,,\n"
+                                         "B.MP3,B.MP3,,96.00,analysis,,true,,,,\n"
                                          "c.wav,c.wav,,96.00,analysis,,false,"));
     EXPECT_EQ(TempoTag("a.mp3"), "96.00\n");
     EXPECT_EQ(TempoTag("B.MP3"), "96.00\n");
@@ -95,7 +96,25 @@ TEST_F(AnalyzeTagsTest, WriteStoresTheTempoInMp3FilesAlone) {
     EXPECT_EQ(Tactus({"tag", "get", "a.mp3", "TIT2"}).m_sOut, "Song\n");
     // The next run reads what this one wrote, the title with it.
     EXPECT_THAT(Tactus({"analyze", "-w", "--format", "csv", "a.mp3"}).m_sOut,
-                HasSubstr("\na.mp3,Song,,96.00,tag,,,\n"));
+                HasSubstr("\na.mp3,Song,,96.00,tag,,,,,,\n"));
+}
+
+TEST_F(AnalyzeTagsTest, TextInUtf8IsShownDecoded) {
+    TagBytes const title = Frame24("TIT2", Joined({{3}, Ascii("\xC3\xA9\xE2\x82\xAC")}));
+    TagBytes const tempo = Frame24("TBPM", Joined({{3}, Ascii("128,5")}));
+    WriteBytes(m_folder / "a.mp3", TagOf(4, Joined({title, tempo})));
+    EXPECT_THAT(Tactus({"analyze", "--format", "csv", "a.mp3"}).m_sOut,
+                HasSubstr("\na.mp3,\xC3\xA9\xE2\x82\xAC,,128.50,tag,"));
+    EXPECT_EQ(Tactus({"tag", "get", "a.mp3", "TIT2"}).m_sOut, "\xC3\xA9\xE2\x82\xAC\n");
+    EXPECT_THAT(Tactus({"tag", "list", "a.mp3"}).m_sOut, HasSubstr("\xC3\xA9\xE2\x82\xAC\n"));
+}
+
+TEST_F(AnalyzeTagsTest, ATempoThatNoSongHasIsHeardAnewOnRequest) {
+    WriteMp3("a.mp3", 10.0, {"TBPM=5"});
+    EXPECT_THAT(Tactus({"analyze", "--format", "csv", "a.mp3"}).m_sOut,
+                HasSubstr(",5.00,tag,,,,,,unlikely\n"));
+    EXPECT_THAT(Tactus({"analyze", "--recheck", "--format", "csv", "a.mp3"}).m_sOut,
+                HasSubstr(",96.00,analysis,,,,,,\n"));
 }
 
 TEST_F(AnalyzeTagsTest, TempoOfZeroIsNeverWritten) {
@@ -105,7 +124,7 @@ TEST_F(AnalyzeTagsTest, TempoOfZeroIsNeverWritten) {
     CProcessResult const result = Tactus({"analyze", "-w", "--format", "csv", "a.mp3"});
     EXPECT_EQ(result.m_nExit, 0);
     EXPECT_THAT(result.m_sOut,
-                HasSubstr("\na.mp3,a.mp3,,0.00,analysis,,false,no beat was found\n"));
+                HasSubstr("\na.mp3,a.mp3,,0.00,analysis,,false,no beat was found,,,\n"));
     EXPECT_EQ(ReadText(m_folder / "a.mp3"), before);
 }
 
@@ -144,7 +163,7 @@ TEST_F(AnalyzeTagsTest, TagWithAnUnknownFrameIsLeftAlone) {
     CProcessResult const read = Tactus({"analyze", "--format", "csv", "a.mp3"});
     EXPECT_EQ(read.m_nExit, 0);
     EXPECT_EQ(read.m_sErr, "");
-    EXPECT_THAT(read.m_sOut, ContainsRegex("\na.mp3,a.mp3,,9[0-9.]+,analysis,,,\n"));
+    EXPECT_THAT(read.m_sOut, ContainsRegex("\na.mp3,X,,9[0-9.]+,analysis,,,,,,\n"));
 
     CProcessResult const write = Tactus({"analyze", "-w", "--format", "csv", "a.mp3"});
     EXPECT_EQ(write.m_nExit, 1);
@@ -191,8 +210,10 @@ TEST_F(AnalyzeTagsTest, RowsAndAClosingLineTellWhatWasStored) {
                 ContainsRegex("\ntactus: 1 heard, 1 stored, 1 kept, 1 failed in [0-9.]+ s\n$"));
     CProcessResult const json =
         Tactus({"analyze", "-w", "-f", "--format", "jsonl", "a.mp3", "none.mp3"});
-    EXPECT_THAT(json.m_sOut, HasSubstr("\"error\":null,\"written\":true,\"notWritten\":null}"));
-    EXPECT_THAT(json.m_sOut, HasSubstr("\"written\":null,\"notWritten\":null}\n"));
+    EXPECT_THAT(json.m_sOut, HasSubstr("\"error\":null,\"written\":true,\"notWritten\":null,"
+                                       "\"album\":\"\",\"tagKey\":null,\"tempoNote\":null}"));
+    EXPECT_THAT(json.m_sOut, HasSubstr("\"written\":null,\"notWritten\":null,\"album\":\"\","
+                                       "\"tagKey\":null,\"tempoNote\":null}\n"));
     CProcessResult const quiet = Tactus({"analyze", "-w", "-q", "a.mp3"});
     EXPECT_EQ(quiet.m_sErr, "");
 }

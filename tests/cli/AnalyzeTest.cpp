@@ -59,10 +59,11 @@ TEST_F(AnalyzeTest, WalksFoldersInAStableOrder) {
     WriteText(m_folder / "d/notes.txt", "not audio");
     CProcessResult const result = Analyze({"--format", "csv", "d"});
     EXPECT_EQ(result.m_nExit, 0);
-    EXPECT_EQ(result.m_sOut, "path,title,artist,tempo,source,error,written,notWritten\n"
-                             "d/A.wav,A.wav,,96.00,analysis,,,\n"
-                             "d/b.wav,b.wav,,96.00,analysis,,,\n"
-                             "d/e/c.wav,c.wav,,96.00,analysis,,,\n");
+    EXPECT_EQ(result.m_sOut,
+              "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote\n"
+              "d/A.wav,A.wav,,96.00,analysis,,,,,,\n"
+              "d/b.wav,b.wav,,96.00,analysis,,,,,,\n"
+              "d/e/c.wav,c.wav,,96.00,analysis,,,,,,\n");
 }
 
 TEST_F(AnalyzeTest, BrokenFilesAreNamedAndTheRestGoesOn) {
@@ -113,10 +114,12 @@ TEST_F(AnalyzeTest, OtherRatesAreNoObstacle) {
     CProcessResult const result = Analyze({"--format", "csv", "slow.wav", "fast.wav"});
     EXPECT_EQ(result.m_nExit, 0);
     // The beat grid, which lies on whole samples, moves the second decimal.
-    EXPECT_THAT(result.m_sOut,
-                testing::MatchesRegex("path,title,artist,tempo,source,error,written,notWritten\n"
-                                      "slow.wav,slow.wav,,132.3[0-9],analysis,,,\n"
-                                      "fast.wav,fast.wav,,88.[12][0-9],analysis,,,\n"));
+    EXPECT_THAT(
+        result.m_sOut,
+        testing::MatchesRegex(
+            "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote\n"
+            "slow.wav,slow.wav,,132.3[0-9],analysis,,,,,,\n"
+            "fast.wav,fast.wav,,88.[12][0-9],analysis,,,,,,\n"));
 }
 
 TEST_F(AnalyzeTest, JobsDoNotChangeTheOutput) {
@@ -161,14 +164,14 @@ TEST_F(AnalyzeTest, DashIsStandardInput) {
     setup.m_sInput = m_folder / "a.wav";
     CProcessResult const file = RunProcess(setup);
     EXPECT_EQ(file.m_nExit, 0);
-    EXPECT_THAT(file.m_sOut, HasSubstr("\n-,-,,96.00,analysis,,,\n"));
+    EXPECT_THAT(file.m_sOut, HasSubstr("\n-,-,,96.00,analysis,,,,,,\n"));
 
     setup.m_vArguments = {"/bin/sh", "-c",
                           std::string("cat a.wav | ") + TACTUS_PROGRAM +
                               " analyze --format csv - - none"};
     CProcessResult const pipe = RunProcess(setup);
     EXPECT_EQ(pipe.m_nExit, 1);
-    EXPECT_THAT(pipe.m_sOut, HasSubstr("\n-,-,,96.00,analysis,,,\nnone,"));
+    EXPECT_THAT(pipe.m_sOut, HasSubstr("\n-,-,,96.00,analysis,,,,,,\nnone,"));
 }
 
 TEST_F(AnalyzeTest, ResultsGoToAFile) {

@@ -112,6 +112,27 @@ TEST_F(ReportTest, TableTellsWhatWasStored) {
               "a     b      c       100.00  analysis\n");
 }
 
+TEST_F(ReportTest, ATempoFromATagThatIsNoPlainOneIsMarked) {
+    CReportRow row = Analysed("a", "b", "c", 128.0);
+    row.m_source = ETempoSource::Tag;
+    row.m_sAlbum = "X, Y";
+    row.m_sTagKey = "Am";
+    std::vector<CReportRow> rows(3, row);
+    rows[0].m_tagTempo = ETagTempo::TimesTen;
+    rows[1].m_tagTempo = ETagTempo::TimesHundred;
+    rows[2].m_tagTempo = ETagTempo::Unlikely;
+    EXPECT_EQ(WriteTable(0, false, rows), "Path  Title  Artist    Tempo  Source\n"
+                                          "a     b      c        128.00  tag, times 10 there\n"
+                                          "a     b      c        128.00  tag, times 100 there\n"
+                                          "a     b      c       128.00?  tag, unlikely\n");
+    EXPECT_THAT(Write(EReportFormat::Csv, rows),
+                testing::HasSubstr("a,b,c,128.00,tag,,,,\"X, Y\",Am,times10\n"
+                                   "a,b,c,128.00,tag,,,,\"X, Y\",Am,times100\n"
+                                   "a,b,c,128.00,tag,,,,\"X, Y\",Am,unlikely\n"));
+    EXPECT_THAT(Write(EReportFormat::JsonLines, rows),
+                testing::HasSubstr(R"("album":"X, Y","tagKey":"Am","tempoNote":"times10"})"));
+}
+
 TEST_F(ReportTest, TableShowsNoControlCharacters) {
     std::string const table = WriteTable(0, false, {Analysed("a\x1B[2J\n", "t\r", "", 1.0)});
     EXPECT_EQ(table.find('\x1B'), std::string::npos);
@@ -122,11 +143,11 @@ TEST_F(ReportTest, TableShowsNoControlCharacters) {
 TEST_F(ReportTest, CsvQuotesWhatNeedsIt) {
     EXPECT_EQ(Write(EReportFormat::Csv, {Analysed("a,b.mp3", "Say \"hi\"", "x\ny", 120.5),
                                          Failed("c\xFF.wav", "is empty")}),
-              "path,title,artist,tempo,source,error,written,notWritten\n"
-              "\"a,b.mp3\",\"Say \"\"hi\"\"\",\"x\ny\",120.50,analysis,,,\n"
-              "c\xFF.wav,c\xFF.wav,,,,is empty,,\n");
+              "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote\n"
+              "\"a,b.mp3\",\"Say \"\"hi\"\"\",\"x\ny\",120.50,analysis,,,,,,\n"
+              "c\xFF.wav,c\xFF.wav,,,,is empty,,,,,\n");
     EXPECT_EQ(Write(EReportFormat::Csv, {}),
-              "path,title,artist,tempo,source,error,written,notWritten\n");
+              "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote\n");
 }
 
 TEST_F(ReportTest, JsonIsAnArrayOfRows) {
@@ -135,9 +156,9 @@ TEST_F(ReportTest, JsonIsAnArrayOfRows) {
     EXPECT_EQ(
         Write(EReportFormat::Json, {tagged, Failed("b.wav", "no")}),
         "[\n"
-        R"({"path":"a.mp3","title":"T","artist":"A","tempo":128.00,"source":"tag","error":null,"written":null,"notWritten":null})"
+        R"({"path":"a.mp3","title":"T","artist":"A","tempo":128.00,"source":"tag","error":null,"written":null,"notWritten":null,"album":"","tagKey":null,"tempoNote":null})"
         ",\n"
-        R"({"path":"b.wav","title":"b.wav","artist":"","tempo":null,"source":null,"error":"no","written":null,"notWritten":null})"
+        R"({"path":"b.wav","title":"b.wav","artist":"","tempo":null,"source":null,"error":"no","written":null,"notWritten":null,"album":"","tagKey":null,"tempoNote":null})"
         "\n]\n");
     EXPECT_EQ(Write(EReportFormat::Json, {}), "[]\n");
 }
@@ -147,7 +168,7 @@ TEST_F(ReportTest, JsonLinesAreOneObjectEach) {
         Write(EReportFormat::JsonLines, {Analysed("/m/\xFF.mp3", "T", "A", 99.5)}),
         R"({"path":"/m/)"
         "\xEF\xBF\xBD"
-        R"(.mp3","uri":"file:///m/%FF.mp3","title":"T","artist":"A","tempo":99.50,"source":"analysis","error":null,"written":null,"notWritten":null})"
+        R"(.mp3","uri":"file:///m/%FF.mp3","title":"T","artist":"A","tempo":99.50,"source":"analysis","error":null,"written":null,"notWritten":null,"album":"","tagKey":null,"tempoNote":null})"
         "\n");
     EXPECT_EQ(Write(EReportFormat::JsonLines, {}), "");
 }
