@@ -5,6 +5,7 @@
 # accuracy.sh [BPM...]: makes the demonstration track at each tempo, analyses it, and prints the tempo
 # that was found, its distance from the truth, and the ratio of the two where they are far apart.
 set -euo pipefail
+export TACTUS_NO_RECORDS=1 # nothing that was heard before, nothing to be remembered
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.."
 [ $# -gt 0 ] || set -- 60 70 75 80 82 85 90 95 97.3 100 105 110.5 115 120 124 128 133.33 140 145 150 \
     155 160 163.9 165 170 174 180 200

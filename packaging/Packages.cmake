@@ -41,7 +41,7 @@ This package has the window.")
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME libtactus-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "libavformat-dev, libavcodec-dev, libswresample-dev, \
-libavutil-dev, libutf8proc-dev, libhwy-dev, libtag1-dev")
+libavutil-dev, libutf8proc-dev, libhwy-dev, libtag1-dev, libsqlitecpp-dev, libsqlite3-dev")
 set(CPACK_COMPONENT_DEV_DESCRIPTION
 "Tactus finds the tempo, the beat grid, the key and mix points of music. Its
 library reads files, profiles them and reads and writes their tags.

@@ -13,9 +13,10 @@ ROOMS = {
     "engine": {"engine", "base"},
     "IDTag": {"IDTag", "base"},
     "song": {"song", "engine", "IDTag", "platform", "base"},
-    "app": {"app", "song", "engine", "IDTag", "platform", "base"},
-    "desktop": {"desktop", "app", "song", "engine", "IDTag", "platform", "base"},
-    "cli": {"cli", "app", "song", "engine", "IDTag", "platform", "base"},
+    "records": {"records", "song", "engine", "IDTag", "platform", "base"},
+    "app": {"app", "records", "song", "engine", "IDTag", "platform", "base"},
+    "desktop": {"desktop", "app", "records", "song", "engine", "IDTag", "platform", "base"},
+    "cli": {"cli", "app", "records", "song", "engine", "IDTag", "platform", "base"},
 }
 # The rooms of the engine, each with those that it reaches besides itself. A name with a slash is a
 # family that stands apart from its room.
@@ -57,6 +58,8 @@ TAGLIB_SOURCES = {f"src/platform/{name}" for name in ("TagStream.h", "TagStream.
 TOOLKITS = {
     r"Q[A-Z]|Qt": lambda path: path.parts[1] == "desktop",
     r"hwy/": lambda path: path.parts[1] == "engine",
+    r"SQLiteCpp/|sqlite3": lambda path: path.parts[1] == "records",
+    r"records/(Database|JournalRows)\.h": lambda path: path.parts[1] == "records",
     r"lib(av|sw)": lambda path: path.as_posix() == "src/platform/LibAv.h",
     r"taglib/|platform/TagStream\.h": lambda path: path.as_posix() in TAGLIB_SOURCES,
     r"platform/(LibAv|AudioInput|AudioMixer|DecodeRun|PacketCount)\.h": lambda path: path.as_posix() in LIBAV_SOURCES,

@@ -9,7 +9,8 @@
 PACKAGES_BUILD=(
     ca-certificates cmake g++ ninja-build pkg-config
     libavcodec-dev libavformat-dev libavutil-dev libswresample-dev libtag1-dev
-    libhwy-dev libutf8proc-dev libcli11-dev nlohmann-json3-dev cmark-gfm
+    libhwy-dev libutf8proc-dev libsqlitecpp-dev libsqlite3-dev
+    libcli11-dev nlohmann-json3-dev cmark-gfm
 )
 
 # To build and show the window. The last two let it come up on a bare machine and draw text.

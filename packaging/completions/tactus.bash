@@ -8,7 +8,7 @@ _tactus() {
     local command=${COMP_WORDS[1]} words=""
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W "analyze profile tag --help --version" -- "$cur")
+        mapfile -t COMPREPLY < <(compgen -W "analyze profile tag history undo --help --version" -- "$cur")
         return
     fi
     case $prev in
@@ -16,7 +16,7 @@ _tactus() {
             mapfile -t COMPREPLY < <(compgen -W "table csv json jsonl" -- "$cur")
             return
             ;;
-        -j | --jobs | --types) return ;;
+        -j | --jobs | --types | -n | --number) return ;;
     esac
     case $command in
         analyze)
@@ -24,6 +24,8 @@ _tactus() {
             words+=" --overwrite-output --quiet --verbose --help"
             ;;
         profile) words="--trace --verbose --help" ;;
+        history) words="--number --json --clear --help" ;;
+        undo) words="--force --keep-mtime --help" ;;
         tag)
             words="--help"
             if [ "$COMP_CWORD" -eq 2 ]; then
@@ -32,6 +34,8 @@ _tactus() {
             fi
             if [ "${COMP_WORDS[2]}" = list ]; then
                 words="--json --help"
+            elif [ "${COMP_WORDS[2]}" = set ] && [[ $cur == -* ]]; then
+                words="--keep-mtime --help"
             elif [ "$COMP_CWORD" -eq 4 ]; then
                 mapfile -t COMPREPLY < <(compgen -W "TBPM TIT2 TPE1 TALB TCON TKEY" -- "$cur")
                 return

@@ -2,11 +2,13 @@
 # SPDX-License-Identifier: MIT
 # Completion of tactus for fish.
 
-set -l commands analyze profile tag
+set -l commands analyze profile tag history undo
 complete -c tactus -n "not __fish_seen_subcommand_from $commands" -f
 complete -c tactus -n "not __fish_seen_subcommand_from $commands" -a analyze -d "Find the tempo of files and folders"
 complete -c tactus -n "not __fish_seen_subcommand_from $commands" -a profile -d "Print the whole result record as JSON"
 complete -c tactus -n "not __fish_seen_subcommand_from $commands" -a tag -d "Read and write the text frames of a tag"
+complete -c tactus -n "not __fish_seen_subcommand_from $commands" -a history -d "Tell what was written into tags"
+complete -c tactus -n "not __fish_seen_subcommand_from $commands" -a undo -d "Take writes of tags back"
 complete -c tactus -n "not __fish_seen_subcommand_from $commands" -l version -d "Show the version"
 complete -c tactus -s h -l help -d "Show the help"
 
@@ -25,6 +27,12 @@ complete -c tactus -n $analyze -s q -l quiet -d "Show neither progress nor a clo
 complete -c tactus -n "__fish_seen_subcommand_from analyze profile" -s v -l verbose -d "Add what the decoding library says"
 
 complete -c tactus -n "__fish_seen_subcommand_from profile" -l trace -d "Add what the stages hand to each other"
+
+complete -c tactus -n "__fish_seen_subcommand_from history" -s n -l number -x -d "Rows to show at the most"
+complete -c tactus -n "__fish_seen_subcommand_from history" -l json -d "Print an object a line"
+complete -c tactus -n "__fish_seen_subcommand_from history" -l clear -d "Forget everything"
+complete -c tactus -n "__fish_seen_subcommand_from undo" -s f -l force -d "Also where the tag says something else"
+complete -c tactus -n "__fish_seen_subcommand_from undo set" -l keep-mtime -d "Leave or give back the file's time"
 
 set -l tag "__fish_seen_subcommand_from tag; and not __fish_seen_subcommand_from get set list"
 complete -c tactus -n $tag -f -a get -d "Print the text of a frame"

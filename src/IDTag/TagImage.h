@@ -19,6 +19,7 @@ constexpr std::size_t kTagHeaderBytes = 10; // Standard: ID3v2.3.0, section 3.1.
 class CDigest {
 public:
     void Add(std::span<std::uint8_t const> bytes);
+    [[nodiscard]] std::uint64_t Value() const { return m_nState; }
     bool operator==(CDigest const&) const = default;
 
 private:

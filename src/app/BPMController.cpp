@@ -73,6 +73,7 @@ void BPMController::reScan() {
         m_status.m_nUndone = m_vFiles.size() - m_status.m_nHidden;
         m_status.m_nBatchFiles = m_status.m_nUndone;
         m_bBatchStopped = false;
+        m_journal.BeginBatch();
         startNext();
     }
     m_view.reloadAll();
@@ -93,6 +94,7 @@ void BPMController::startNext() {
     }
     if (m_status.m_nBatchFiles == 0) {
         m_status.m_nBatchFiles = m_status.m_nUndone;
+        m_journal.BeginBatch();
     }
     CRow& row = *m_vFiles[m_nFirstUndone];
     m_sTempoBefore = row.m_file.GetTempo();
@@ -256,6 +258,8 @@ void BPMController::storeTempo(CRow& row) {
     bool const isHeard = outcome.m_problem == EAnalysisProblem::None ||
                          outcome.m_problem == EAnalysisProblem::NoBeat;
     if (isHeard) {
+        auto const witness = m_journal.Witness(EJournalWriter::Window, ETextOrigin::Heard);
+        options.m_pWitness = witness.get();
         problem = StoreTempo(path, outcome, tempo, options);
     }
     {

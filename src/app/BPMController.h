@@ -9,6 +9,8 @@
 #include "app/WorkQueue.h"
 #include "base/CString.h"
 #include "base/NotificationCenter.h"
+#include "records/Journal.h"
+#include "records/Places.h"
 
 #include <atomic>
 #include <cstddef>
@@ -130,6 +132,7 @@ private:
     [[nodiscard]] bool isWanted(std::uint64_t generation) const;
 
     IBpmView& m_view;
+    CJournal m_journal{StateFolder()}; // a batch of files is a batch there
     CString const m_sSupportedExts;
 
     mutable std::mutex m_lock; // Guards everything down to m_bTerminated.

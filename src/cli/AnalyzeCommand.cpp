@@ -9,6 +9,7 @@
 #include "cli/Message.h"
 #include "cli/OutputGuard.h"
 #include "cli/Progress.h"
+#include "cli/RecordReason.h"
 #include "cli/Summary.h"
 
 #include <CLI/CLI.hpp>
@@ -117,6 +118,7 @@ void CAnalyzeCommand::AddOutputOptions(CLI::App& app) {
 
 int CAnalyzeCommand::Run() {
     CInterrupt::Install();
+    m_options.m_song.m_pJournal = &m_journal;
     auto const begin = std::chrono::steady_clock::now();
     COutput output;
     COutputGuard const guard(m_vPaths, m_walk, m_bOverwriting);
@@ -135,6 +137,7 @@ int CAnalyzeCommand::Run() {
     }
     bool const isLineWanted = m_options.m_song.m_bWrite ||
                               summary.Rows() >= (isatty(STDERR_FILENO) == 1 ? 2 : kManyFiles);
+    ReportJournal(m_journal);
     if (isLineWanted && !m_bQuiet) {
         ReportProblem(
             summary.Line(m_options.m_song.m_bWrite, std::chrono::steady_clock::now() - begin));

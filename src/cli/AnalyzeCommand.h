@@ -6,6 +6,8 @@
 #include "cli/AnalysisJobs.h"
 #include "cli/Command.h"
 #include "cli/Report.h"
+#include "records/Journal.h"
+#include "records/Places.h"
 
 #include <string>
 #include <vector>
@@ -23,6 +25,7 @@ private:
     std::string RunJobs(CInputWalk& walk, COutput& output, CSummary& summary);
     void ReportWalk(CInputWalk const& walk, CSummary& summary) const;
 
+    CJournal m_journal{StateFolder()};
     CAnalysisOptions m_options;
     CWalkOptions m_walk;
     EReportFormat m_format = EReportFormat::Table;

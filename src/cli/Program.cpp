@@ -9,9 +9,11 @@
 #include "cli/Command.h"
 #include "cli/ExitCode.h"
 #include "cli/HelpFormat.h"
+#include "cli/HistoryCommand.h"
 #include "cli/Message.h"
 #include "cli/ProfileCommand.h"
 #include "cli/TagCommand.h"
+#include "cli/UndoCommand.h"
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
@@ -37,6 +39,8 @@ CommandList MakeCommands() {
     commands.push_back(std::make_unique<CAnalyzeCommand>());
     commands.push_back(std::make_unique<CProfileCommand>());
     commands.push_back(std::make_unique<CTagCommand>());
+    commands.push_back(std::make_unique<CHistoryCommand>());
+    commands.push_back(std::make_unique<CUndoCommand>());
     return commands;
 }
 

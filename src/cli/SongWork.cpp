@@ -90,6 +90,11 @@ bool CSongWork::Store(CAnalysisOutcome const& outcome, std::string const& tempo)
     if (!m_options.m_bForce) {
         options.m_tempoBefore = m_sTempoInTag;
     }
+    std::unique_ptr<ITagWitness> witness;
+    if (m_options.m_pJournal != nullptr) {
+        witness = m_options.m_pJournal->Witness(EJournalWriter::Analyze, ETextOrigin::Heard);
+        options.m_pWitness = witness.get();
+    }
     EWriteProblem const problem =
         StoreTempo(m_input.m_sPath, outcome, CString(tempo.c_str()), options);
     bool const isShared = problem == EWriteProblem::Changed || problem == EWriteProblem::InUse ||

@@ -7,6 +7,7 @@
 #include "base/FileIdentity.h"
 #include "cli/InputWalk.h"
 #include "cli/Report.h"
+#include "records/Journal.h"
 #include "song/AnalysisProblem.h"
 
 #include <memory>
@@ -15,9 +16,10 @@
 
 /// What is to be done with every file.
 struct CSongOptions {
-    bool m_bForce = false;   // analyse files too whose tag has a tempo
-    bool m_bRecheck = false; // those too whose tag has one that no song has
-    bool m_bWrite = false;   // store what an analysis finds in the tags of mp3 files
+    bool m_bForce = false;          // analyse files too whose tag has a tempo
+    bool m_bRecheck = false;        // those too whose tag has one that no song has
+    bool m_bWrite = false;          // store what an analysis finds in the tags of mp3 files
+    CJournal* m_pJournal = nullptr; // where writes are entered; null: nowhere
 };
 
 /// The work on one file but for the listening: its tag is read, then a tempo that was heard is

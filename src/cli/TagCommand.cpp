@@ -10,9 +10,12 @@
 #include "cli/Interrupt.h"
 #include "cli/Message.h"
 #include "cli/Output.h"
+#include "cli/RecordReason.h"
 #include "cli/TagListing.h"
 #include "cli/Text.h"
 #include "cli/WriteReason.h"
+#include "records/Journal.h"
+#include "records/Places.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -103,6 +106,7 @@ CLI::App* CTagCommand::AddTo(CLI::App& program) {
     set->add_option("TEXT", m_sText, "The new text; empty empties the frame")
         ->type_name("")
         ->required();
+    set->add_flag("--keep-mtime", m_bKeepTime, "Leave the file's time of the last write as it is");
     CLI::App* const list = add("list", "Print all frames of the tag", &CTagCommand::List);
     list->add_flag("--json", m_bJson, "Print one JSON object");
     return tag;
@@ -155,6 +159,11 @@ int CTagCommand::Set() const {
     }
     CTagStoreOptions options;
     options.m_bNeedsMpegChain = true;
+    options.m_bKeepTime = m_bKeepTime;
+    CJournal journal(StateFolder());
+    std::unique_ptr<ITagWitness> const witness =
+        journal.Witness(EJournalWriter::TagSet, ETextOrigin::Hand);
+    options.m_pWitness = witness.get();
     CTagStoreReport report;
     EWriteProblem const problem = StoreTagText(CString::FromPath(m_sFile), m_sFrameId.c_str(),
                                                CString::FromUtf8(m_sText), options, &report);
@@ -162,6 +171,7 @@ int CTagCommand::Set() const {
         ReportProblem(m_sFile, WriteReason(problem));
         return kExitFailed;
     }
+    ReportJournal(journal);
     std::string const note = NoteOf(report);
     if (!note.empty()) {
         ReportProblem(m_sFile, note);

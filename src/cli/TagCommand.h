@@ -23,4 +23,5 @@ private:
     std::string m_sFrameId;
     std::string m_sText;
     bool m_bJson = false;
+    bool m_bKeepTime = false;
 };

@@ -89,7 +89,8 @@ class Display:
             number = reader.readline().strip()
         self.environment = {
             **os.environ, "DISPLAY": f":{number}", "QT_QPA_PLATFORM": "xcb", "LC_ALL": "C.UTF-8",
-            "XDG_RUNTIME_DIR": str(scratch), "HOME": str(scratch)}
+            "XDG_RUNTIME_DIR": str(scratch), "HOME": str(scratch),
+            "TACTUS_NO_RECORDS": "1"}
         self.manager = subprocess.Popen(
             ["openbox"], env=self.environment, stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL)
