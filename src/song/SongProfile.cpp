@@ -5,7 +5,10 @@
 
 #include "engine/ProfileBuilder.h"
 #include "engine/ProfileObserver.h"
+#include "engine/envelope/ImpactPoints.h"
 #include "platform/AudioDecoder.h"
+#include "song/BeatListener.h"
+#include "song/ListeningReader.h"
 #include "song/SamplePass.h"
 
 #include <utility>
@@ -18,7 +21,8 @@ public:
     CStageKeeper(CSongProfile& profile, CProfileOptions const& options)
         : m_profile(profile),
           m_pNext(options.m_pObserver),
-          m_bEnvelopes(options.m_bKeepEnvelopes) {}
+          m_bEnvelopes(options.m_bKeepEnvelopes),
+          m_bBeats(options.m_bHearBeats) {}
 
     void OnNotes(std::int32_t found, std::int32_t kept) override {
         Tell(&IProfileObserver::OnNotes, found, kept);
@@ -42,7 +46,13 @@ public:
         Tell(&IProfileObserver::OnFoldedBpm, bpm);
     }
     void OnShortClipBpm(float bpm) override { Tell(&IProfileObserver::OnShortClipBpm, bpm); }
-    void OnBeats(CPfImpactPoints const& beats) override { Tell(&IProfileObserver::OnBeats, beats); }
+    void OnBeats(CPfImpactPoints const& beats) override {
+        if (m_bBeats) {
+            auto const points = beats.Points();
+            m_profile.m_beatSource.m_vPoints.assign(points.begin(), points.end());
+        }
+        Tell(&IProfileObserver::OnBeats, beats);
+    }
 
 private:
     template <typename... Parameters, typename... Arguments>
@@ -55,10 +65,27 @@ private:
     CSongProfile& m_profile;
     IProfileObserver* m_pNext;
     bool m_bEnvelopes;
+    bool m_bBeats;
 };
 
 bool IsCancelled(CProfileOptions const& options) {
     return options.m_pCancel != nullptr && options.m_pCancel->IsSet();
+}
+
+/// Finds the beats of a song that was heard, whose grid is in the source already.
+void FindBeats(CBeatListener& listener, CSongProfile& profile) {
+    constexpr std::uint32_t kEngineRate = 44100; // Fixed: of a song that has no rate of its own.
+    CBeatSource& source = profile.m_beatSource;
+    source.m_curves = listener.Take();
+    std::int64_t mark = 0;
+    for (std::int32_t i = 0; profile.m_results.EnumMeasMarks(i, &mark); ++i) {
+        source.m_vMarks.push_back(mark);
+    }
+    // The count is of the file's own frames.
+    std::uint32_t const rate = profile.m_outcome.m_report.m_nFileRate;
+    source.m_dSeconds = static_cast<double>(profile.m_results.GetSampleCount()) /
+                        static_cast<double>(rate > 0 ? rate : kEngineRate);
+    profile.m_beats = FindBeatTimes(source);
 }
 
 } // namespace
@@ -81,7 +108,13 @@ CSongAudio LoadSong(std::string const& path, CCancelFlag const* cancel) {
 CSongProfile ProfileAudio(CSongAudio song, CProfileOptions const& options) {
     CSongProfile profile;
     profile.m_outcome = std::move(song.m_outcome);
-    CSamplePass reader(song.m_audio);
+    CSamplePass pass(song.m_audio);
+    CBeatListener listener;
+    CListeningReader reader(pass, [&](std::span<float const> samples) {
+        if (options.m_bHearBeats) {
+            listener.Add(samples);
+        }
+    });
     CProfiler profiler(nullptr);
     profiler.SetSink(options.m_progress ? options.m_progress : [](std::uint8_t) {});
     CStageKeeper keeper(profile, options);
@@ -93,6 +126,9 @@ CSongProfile ProfileAudio(CSongAudio song, CProfileOptions const& options) {
     // A run over a decoded song that neither came to its end nor was cancelled had no memory.
     if (profile.IsHeard() && !builder.IsComplete() && !profile.m_bCancelled) {
         profile.m_outcome.m_problem = EAnalysisProblem::NoMemory;
+    }
+    if (options.m_bHearBeats && profile.IsHeard() && !profile.m_bCancelled) {
+        FindBeats(listener, profile);
     }
     return profile;
 }

@@ -11,6 +11,7 @@
 #include "engine/print/Fingerprint.h"
 #include "platform/DecodedAudio.h"
 #include "song/AnalysisProblem.h"
+#include "song/BeatTimes.h"
 
 #include <string>
 
@@ -22,6 +23,7 @@ struct CProfileOptions {
     CProfiler::Sink m_progress = {};         // percents, on the calling thread; none: they are lost
     IProfileObserver* m_pObserver = nullptr; // hears what the stages hand on
     bool m_bKeepEnvelopes = false;           // 2 floats for each 256 samples
+    bool m_bHearBeats = false;               // beats and downbeats in seconds, and their source
 };
 
 /// Everything that one hearing of a song brings.
@@ -38,6 +40,8 @@ struct CSongProfile {
     float m_fHeardBpm = 0.0f; // before the rule for short clips; 0 for none
     CPfPcmThumbnail m_energy; // spectral energy; empty unless it was asked for
     CPfPcmThumbnail m_bass;   // peaks of the signal below 120 Hz; likewise
+    CBeatTimes m_beats;       // none unless they were asked for
+    CBeatSource m_beatSource; // what they were found from; likewise
 };
 
 /// A decoded song on its way into the engine.
