@@ -24,6 +24,7 @@
 #include <QMimeData>
 #include <QPushButton>
 #include <QScreen>
+#include <QSplitter>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -47,6 +48,7 @@ BpmWindow::BpmWindow(BPMController& controller, QWidget* parent)
     setUpCentre();
     setUpActions();
     setUpMoreActions();
+    setUpPaneActions();
     setUpToolbar();
     m_pStatusLine = new CStatusLine(this);
     setStatusBar(m_pStatusLine);
@@ -60,18 +62,25 @@ void BpmWindow::setUpCentre() {
     auto* centre = new QWidget(this);
     m_pNotices = new CNoticeBar(centre);
     m_pChips = new CChipsLine(centre);
-    m_pTable = new CFileTableView(m_model, centre);
+    auto* splitter = new QSplitter(Qt::Vertical, centre);
+    auto* upper = new QWidget(splitter);
+    m_pTable = new CFileTableView(m_model, upper);
     m_pTable->setObjectName("fileTable");
     m_pTable->setAccessibleName(tr("Files"));
     m_pTable->setContextMenuPolicy(Qt::ActionsContextMenu);
-    m_pReason = new CReasonLine(centre);
+    m_pReason = new CReasonLine(upper);
+    auto* table = new QVBoxLayout(upper);
+    table->setContentsMargins(0, 0, 0, 0);
+    table->setSpacing(0);
+    table->addWidget(m_pTable, 1);
+    table->addWidget(m_pReason);
+    setUpPane(*splitter);
     auto* layout = new QVBoxLayout(centre);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_pNotices);
     layout->addWidget(m_pChips);
-    layout->addWidget(m_pTable, 1);
-    layout->addWidget(m_pReason);
+    layout->addWidget(splitter, 1);
     setCentralWidget(centre);
 }
 
@@ -280,6 +289,7 @@ void BpmWindow::showReason() {
         current.isValid() && m_pTable->selectionModel()->isRowSelected(current.row(), {});
     m_pReason->setReason(isSelected ? current.data(CFileTableModel::kProblemRole).toString()
                                     : QString());
+    showSong();
 }
 
 void BpmWindow::closeEvent(QCloseEvent* event) {

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "app/PictureSource.h"
 #include "desktop/FileTableModel.h"
 
 #include <QMainWindow>
@@ -17,14 +18,16 @@ class CChipsLine;
 class CFileTableView;
 class CNoticeBar;
 class CReasonLine;
+class CSongPane;
 class CStatusLine;
 class CString;
 class QAction;
+class QSplitter;
 class QToolBar;
 
 /// The main window over the controller: toolbar and picture, notices, filters, the table, what is
-/// wrong with the selected row, and the status bar. It refuses to close while an analysis runs.
-/// Thread: main, but for `setCanClose`.
+/// wrong with the selected row, the pane with its song, and the status bar. It refuses to close
+/// while an analysis runs. Thread: main, but for `setCanClose`.
 class BpmWindow : public QMainWindow {
     Q_OBJECT
 
@@ -40,6 +43,10 @@ public:
         m_bCanClose = true;
         m_bEnding = true;
     }
+
+    /// Shows the pane with the selected song as the user left it; the first time, when the screen
+    /// has room for it.
+    void openPaneAtStart();
 
     /// Adds files and folders, then analyses, and tells what came of it; returns at once.
     void addPaths(std::vector<std::string> const& paths);
@@ -76,6 +83,8 @@ private:
     void setUpToolbar();
     void setUpMenu(QToolBar& toolbar);
     void setUpCentre();
+    void setUpPane(QSplitter& splitter);
+    void setUpPaneActions();
     void connectAll();
     QAction* makeAction(QString const& name, QString const& text, QString const& tip,
                         QList<QKeySequence> const& keys);
@@ -91,16 +100,21 @@ private:
     void endAddition(CBatchStatus const& status);
     void showCounts();
     void showReason();
+    void showPane(bool isOpen);
+    void switchPane();
+    void showSong();
     void showUnreadFolders(CBatchStatus const& status);
     void endClosing();
 
     BPMController& m_controller;
     CFileTableModel m_model;
+    CHeardPictures m_pictures;
     CFileTableView* m_pTable = nullptr;
     CNoticeBar* m_pNotices = nullptr;
     CChipsLine* m_pChips = nullptr;
     CReasonLine* m_pReason = nullptr;
     CStatusLine* m_pStatusLine = nullptr;
+    CSongPane* m_pPane = nullptr;
     QAction* m_pAdd = nullptr;
     QAction* m_pAnalyze = nullptr;
     QAction* m_pRescan = nullptr;
@@ -113,6 +127,8 @@ private:
     QAction* m_pClose = nullptr;
     QAction* m_pMenu = nullptr;
     QAction* m_pQuit = nullptr;
+    QAction* m_pTogglePane = nullptr;
+    QAction* m_pSwitchPane = nullptr;
     CAddition m_addition;
     std::size_t m_nUnreadFolders = 0;                   // Told so far.
     std::size_t m_nReadFolders = 0;                     // Of those, in notices that were read.

@@ -128,6 +128,8 @@ void BpmWindow::setUpMenu(QToolBar& toolbar) {
     menu->addSeparator();
     menu->addActions({m_pCopy, m_pSelectAll, m_pHide, m_pBringBack});
     menu->addSeparator();
+    menu->addActions({m_pTogglePane, m_pSwitchPane});
+    menu->addSeparator();
     menu->addActions({m_pHelp, m_pClose, m_pQuit});
     auto* button = qobject_cast<QToolButton*>(toolbar.widgetForAction(m_pMenu));
     button->setObjectName("menuButton");

@@ -99,6 +99,7 @@ int RunDesktop(int argc, char** argv) {
     QObject::connect(&quitSignals, &CQuitSignals::quitRequested, &app, quit);
     QObject::connect(&window, &BpmWindow::quitRequested, &app, quit);
 
+    window.openPaneAtStart();
     window.show();
     if (!arguments.m_vPaths.empty()) {
         window.addPaths(arguments.m_vPaths);

@@ -158,6 +158,29 @@
         <source>Bring back what was hidden last</source>
         <translation>Zurückholen, was zuletzt ausgeblendet wurde</translation>
     </message>
+    <message>
+        <source>Show the song</source>
+        <translation>Lied zeigen</translation>
+    </message>
+    <message>
+        <source>Show or hide the song of the selected row</source>
+        <translation>Das Lied der ausgewählten Zeile zeigen oder verbergen</translation>
+    </message>
+    <message>
+        <source>Table or song</source>
+        <translation>Tabelle oder Lied</translation>
+    </message>
+    <message>
+        <source>Go from the table to the song and back</source>
+        <translation>Von der Tabelle zum Lied und zurück gehen</translation>
+    </message>
+</context>
+<context>
+    <name>CAccentsView</name>
+    <message>
+        <source>Accents of a measure&apos;s half beats, in percent: %1</source>
+        <translation>Betonung der halben Schläge eines Taktes, in Prozent: %1</translation>
+    </message>
 </context>
 <context>
     <name>CChipsLine</name>
@@ -256,6 +279,45 @@
     </message>
 </context>
 <context>
+    <name>CSongPane</name>
+    <message>
+        <source>Song</source>
+        <translation>Lied</translation>
+    </message>
+    <message>
+        <source>Whole song</source>
+        <translation>Das ganze Lied</translation>
+    </message>
+    <message>
+        <source>Some measures</source>
+        <translation>Einige Takte</translation>
+    </message>
+    <message>
+        <source>Accents A</source>
+        <translation>Betonung A</translation>
+    </message>
+    <message>
+        <source>B</source>
+        <translation>B</translation>
+    </message>
+    <message>
+        <source>Select a song to see it here.</source>
+        <translation>Wählen Sie ein Lied aus, um es hier zu sehen.</translation>
+    </message>
+    <message>
+        <source>Reading “%1” …</source>
+        <translation>„%1“ wird gelesen …</translation>
+    </message>
+    <message>
+        <source>There is no sound in it.</source>
+        <translation>Es ist kein Ton darin.</translation>
+    </message>
+    <message>
+        <source>%1 – %2</source>
+        <translation>%1 – %2</translation>
+    </message>
+</context>
+<context>
     <name>CStatusLine</name>
     <message>
         <source>Status bar</source>
@@ -264,6 +326,158 @@
     <message>
         <source>Overall progress</source>
         <translation>Gesamtfortschritt</translation>
+    </message>
+</context>
+<context>
+    <name>PaneTexts</name>
+    <message>
+        <source>C minor</source>
+        <translation>c-Moll</translation>
+    </message>
+    <message>
+        <source>C♯ minor</source>
+        <translation>cis-Moll</translation>
+    </message>
+    <message>
+        <source>D minor</source>
+        <translation>d-Moll</translation>
+    </message>
+    <message>
+        <source>E♭ minor</source>
+        <translation>es-Moll</translation>
+    </message>
+    <message>
+        <source>E minor</source>
+        <translation>e-Moll</translation>
+    </message>
+    <message>
+        <source>F minor</source>
+        <translation>f-Moll</translation>
+    </message>
+    <message>
+        <source>F♯ minor</source>
+        <translation>fis-Moll</translation>
+    </message>
+    <message>
+        <source>G minor</source>
+        <translation>g-Moll</translation>
+    </message>
+    <message>
+        <source>G♯ minor</source>
+        <translation>gis-Moll</translation>
+    </message>
+    <message>
+        <source>A minor</source>
+        <translation>a-Moll</translation>
+    </message>
+    <message>
+        <source>B♭ minor</source>
+        <translation>b-Moll</translation>
+    </message>
+    <message>
+        <source>B minor</source>
+        <translation>h-Moll</translation>
+    </message>
+    <message>
+        <source>C major</source>
+        <translation>C-Dur</translation>
+    </message>
+    <message>
+        <source>D♭ major</source>
+        <translation>Des-Dur</translation>
+    </message>
+    <message>
+        <source>D major</source>
+        <translation>D-Dur</translation>
+    </message>
+    <message>
+        <source>E♭ major</source>
+        <translation>Es-Dur</translation>
+    </message>
+    <message>
+        <source>E major</source>
+        <translation>E-Dur</translation>
+    </message>
+    <message>
+        <source>F major</source>
+        <translation>F-Dur</translation>
+    </message>
+    <message>
+        <source>F♯ major</source>
+        <translation>Fis-Dur</translation>
+    </message>
+    <message>
+        <source>G major</source>
+        <translation>G-Dur</translation>
+    </message>
+    <message>
+        <source>A♭ major</source>
+        <translation>As-Dur</translation>
+    </message>
+    <message>
+        <source>A major</source>
+        <translation>A-Dur</translation>
+    </message>
+    <message>
+        <source>B♭ major</source>
+        <translation>B-Dur</translation>
+    </message>
+    <message>
+        <source>B major</source>
+        <translation>H-Dur</translation>
+    </message>
+    <message>
+        <source>%1 BPM</source>
+        <translation>%1 BPM</translation>
+    </message>
+    <message>
+        <source>measure %L1, beat %L2</source>
+        <translation>Takt %L1, Schlag %L2</translation>
+    </message>
+    <message>
+        <source>No beat was found.</source>
+        <translation>Es wurde kein Schlag gefunden.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln measure(s)</source>
+        <translation>
+            <numerusform>%Ln Takt</numerusform>
+            <numerusform>%Ln Takte</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The intro ends at %1.</source>
+        <translation>Die Einleitung endet bei %1.</translation>
+    </message>
+    <message>
+        <source>The outro starts at %1.</source>
+        <translation>Der Schluss beginnt bei %1.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln mix point(s) into the song: %1.</source>
+        <translation>
+            <numerusform>%Ln Mischpunkt in das Lied hinein: %1.</numerusform>
+            <numerusform>%Ln Mischpunkte in das Lied hinein: %1.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln mix point(s) out of it: %1.</source>
+        <translation>
+            <numerusform>%Ln Mischpunkt aus ihm heraus: %1.</numerusform>
+            <numerusform>%Ln Mischpunkte aus ihm heraus: %1.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The song before fades out from %1 to %2.</source>
+        <translation>Das Lied davor wird von %1 bis %2 ausgeblendet.</translation>
+    </message>
+    <message>
+        <source>Accents A, in percent for each half beat: %1.</source>
+        <translation>Betonung A, in Prozent je halbem Schlag: %1.</translation>
+    </message>
+    <message>
+        <source>Accents B: %1.</source>
+        <translation>Betonung B: %1.</translation>
     </message>
 </context>
 <context>

@@ -12,6 +12,30 @@
     </message>
 </context>
 <context>
+    <name>PaneTexts</name>
+    <message numerus="yes">
+        <source>%Ln measure(s)</source>
+        <translation>
+            <numerusform>%Ln measure</numerusform>
+            <numerusform>%Ln measures</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln mix point(s) into the song: %1.</source>
+        <translation>
+            <numerusform>%Ln mix point into the song: %1.</numerusform>
+            <numerusform>%Ln mix points into the song: %1.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln mix point(s) out of it: %1.</source>
+        <translation>
+            <numerusform>%Ln mix point out of it: %1.</numerusform>
+            <numerusform>%Ln mix points out of it: %1.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>StatusTexts</name>
     <message numerus="yes">
         <source>Adding files … %Ln so far</source>

@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+//
+// The window's lower part: the song of the selected row.
+
+#include "desktop/BpmWindow.h"
+
+#include "app/BPMController.h"
+#include "desktop/FileTableView.h"
+#include "desktop/PaneMemory.h"
+#include "desktop/SongPane.h"
+
+#include <QAction>
+#include <QScreen>
+#include <QSplitter>
+
+namespace {
+
+constexpr QSize kSizeWithPane(760, 620); // Fixed: pixels; twelve rows and the pane.
+
+} // namespace
+
+void BpmWindow::setUpPane(QSplitter& splitter) {
+    m_pPane = new CSongPane(m_pictures, &splitter);
+    splitter.addWidget(m_pPane);
+    splitter.setStretchFactor(0, 1);
+    splitter.setStretchFactor(1, 0);
+    splitter.setChildrenCollapsible(false);
+    m_pPane->hide();
+}
+
+void BpmWindow::setUpPaneActions() {
+    m_pTogglePane =
+        makeAction("actionPane", tr("Show the song"),
+                   tr("Show or hide the song of the selected row"), {QKeySequence(Qt::Key_F9)});
+    m_pTogglePane->setCheckable(true);
+    connect(m_pTogglePane, &QAction::triggered, this, [this](bool isOpen) {
+        showPane(isOpen);
+        RememberPane(isOpen);
+    });
+    m_pSwitchPane =
+        makeAction("actionSwitch", tr("Table or song"),
+                   tr("Go from the table to the song and back"), {QKeySequence(Qt::Key_F6)});
+    connect(m_pSwitchPane, &QAction::triggered, this, &BpmWindow::switchPane);
+    auto* open = new QAction(tr("Show the song"), m_pTable);
+    open->setObjectName("actionOpenPane");
+    open->setShortcuts({QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)});
+    open->setShortcutContext(Qt::WidgetShortcut);
+    connect(open, &QAction::triggered, this, [this] {
+        if (!m_pTogglePane->isChecked()) {
+            m_pTogglePane->trigger();
+        }
+    });
+    m_pTable->addAction(open);
+}
+
+void BpmWindow::openPaneAtStart() {
+    QSize const room = screen()->availableSize();
+    bool const hasRoom =
+        room.width() >= kSizeWithPane.width() && room.height() >= kSizeWithPane.height();
+    if (RememberedPane().value_or(hasRoom)) {
+        resize(kSizeWithPane.boundedTo(room));
+        showPane(true);
+    }
+}
+
+void BpmWindow::showPane(bool isOpen) {
+    if (!isOpen && m_pPane->isAncestorOf(focusWidget())) {
+        m_pTable->setFocus();
+    }
+    m_pTogglePane->setChecked(isOpen);
+    m_pPane->setVisible(isOpen);
+    showSong();
+}
+
+void BpmWindow::switchPane() {
+    bool const isInPane = m_pPane->isAncestorOf(focusWidget());
+    if (isInPane || m_pPane->isHidden()) {
+        m_pTable->setFocus();
+    } else {
+        m_pPane->setFocus();
+    }
+}
+
+// A pane that is shut hears nothing and keeps nothing.
+void BpmWindow::showSong() {
+    QModelIndex const current = m_pTable->currentIndex();
+    bool const isSelected =
+        current.isValid() && m_pTable->selectionModel()->isRowSelected(current.row(), {});
+    if (m_pPane->isHidden() || !isSelected) {
+        m_pPane->setSong(std::nullopt);
+        return;
+    }
+    CRowState const row = m_controller.rowState(m_model.idAt(current.row()));
+    m_pPane->setSong(
+        CPaneSong{CString(row.m_sPath).ToPath(),
+                  current.siblingAtColumn(CFileTableModel::kTitleColumn).data().toString(),
+                  current.siblingAtColumn(CFileTableModel::kArtistColumn).data().toString()});
+}

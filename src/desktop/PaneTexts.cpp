@@ -1,0 +1,249 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "desktop/PaneTexts.h"
+
+#include "desktop/Numbers.h"
+#include "engine/envelope/Tempo.h"
+#include "engine/notes/KeyDetector.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+#include <QStringList>
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int kSecondsPerMinute = 60;
+constexpr int kTenths = 10;
+constexpr float kWholePercent = 100.0f;
+
+class CPaneTexts {
+    Q_DECLARE_TR_FUNCTIONS(PaneTexts)
+};
+
+QString Joined(QStringList parts) {
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(" · "));
+}
+
+QString MinutesText(std::int64_t seconds) {
+    return QStringLiteral("%L1:%L2")
+        .arg(seconds / kSecondsPerMinute)
+        .arg(seconds % kSecondsPerMinute, 2, 10, QLatin1Char('0'));
+}
+
+QString MinorKeyText(std::uint16_t tonic) {
+    switch (tonic) {
+    case 0:
+        return CPaneTexts::tr("C minor");
+    case 1:
+        return CPaneTexts::tr("C♯ minor");
+    case 2:
+        return CPaneTexts::tr("D minor");
+    case 3:
+        return CPaneTexts::tr("E♭ minor");
+    case 4:
+        return CPaneTexts::tr("E minor");
+    case 5:
+        return CPaneTexts::tr("F minor");
+    case 6:
+        return CPaneTexts::tr("F♯ minor");
+    case 7:
+        return CPaneTexts::tr("G minor");
+    case 8:
+        return CPaneTexts::tr("G♯ minor");
+    case 9:
+        return CPaneTexts::tr("A minor");
+    case 10:
+        return CPaneTexts::tr("B♭ minor");
+    case 11:
+        return CPaneTexts::tr("B minor");
+    default:
+        return {};
+    }
+}
+
+QString MajorKeyText(std::uint16_t tonic) {
+    switch (tonic) {
+    case 0:
+        return CPaneTexts::tr("C major");
+    case 1:
+        return CPaneTexts::tr("D♭ major");
+    case 2:
+        return CPaneTexts::tr("D major");
+    case 3:
+        return CPaneTexts::tr("E♭ major");
+    case 4:
+        return CPaneTexts::tr("E major");
+    case 5:
+        return CPaneTexts::tr("F major");
+    case 6:
+        return CPaneTexts::tr("F♯ major");
+    case 7:
+        return CPaneTexts::tr("G major");
+    case 8:
+        return CPaneTexts::tr("A♭ major");
+    case 9:
+        return CPaneTexts::tr("A major");
+    case 10:
+        return CPaneTexts::tr("B♭ major");
+    case 11:
+        return CPaneTexts::tr("B major");
+    default:
+        return {};
+    }
+}
+
+/// Names of formats, which are the same in every language.
+QString KindName(CDecodeReport const& report) {
+    switch (report.m_container) {
+    case EContainer::MpegAudio:
+        return QStringLiteral("MP3");
+    case EContainer::AdtsAac:
+        return QStringLiteral("AAC");
+    case EContainer::Mp4:
+        return report.m_sDecoder == "alac" ? QStringLiteral("ALAC") : QStringLiteral("AAC");
+    case EContainer::Wav:
+        return QStringLiteral("WAV");
+    case EContainer::Wave64:
+        return QStringLiteral("Wave64");
+    case EContainer::Aiff:
+        return QStringLiteral("AIFF");
+    case EContainer::Caf:
+        return QStringLiteral("CAF");
+    case EContainer::Flac:
+        return QStringLiteral("FLAC");
+    case EContainer::Ogg:
+        return QStringLiteral("Ogg");
+    case EContainer::Asf:
+        return QStringLiteral("WMA");
+    case EContainer::Au:
+        return QStringLiteral("AU");
+    case EContainer::Matroska:
+        return QStringLiteral("Matroska");
+    case EContainer::MonkeysAudio:
+        return QStringLiteral("APE");
+    case EContainer::TrueAudio:
+        return QStringLiteral("TTA");
+    case EContainer::WavPack:
+        return QStringLiteral("WavPack");
+    case EContainer::Unknown:
+        break;
+    }
+    return {};
+}
+
+QString BpmText(float bpm) {
+    constexpr int kDecimals = 2; // Fixed: as in the table.
+    return CPaneTexts::tr("%1 BPM").arg(QLocale().toString(bpm, 'f', kDecimals));
+}
+
+int AsCount(std::size_t count) {
+    return static_cast<int>(count);
+}
+
+QString PlacesText(std::vector<std::int64_t> const& places) {
+    QStringList texts;
+    for (std::int64_t const place : places) {
+        texts << PlaceText(place);
+    }
+    return texts.join(QStringLiteral(", "));
+}
+
+bool HasAccents(std::array<float, kAccentSteps> const& accents) {
+    return std::any_of(accents.begin(), accents.end(), [](float weight) { return weight > 0.0f; });
+}
+
+} // namespace
+
+QString PlaceText(std::int64_t sample) {
+    std::int64_t const tenths = std::max<std::int64_t>(sample, 0) * kTenths / kEngineRateHz;
+    return MinutesText(tenths / kTenths) + QLocale().decimalPoint() +
+           QStringLiteral("%L1").arg(tenths % kTenths);
+}
+
+QString LengthText(double seconds) {
+    return MinutesText(std::llround(std::max(seconds, 0.0)));
+}
+
+QString KeyText(std::uint16_t tonic, std::uint16_t mode) {
+    switch (mode) {
+    case CPfKeyDetector::kMinor:
+        return MinorKeyText(tonic);
+    case CPfKeyDetector::kMajor:
+        return MajorKeyText(tonic);
+    default:
+        return {};
+    }
+}
+
+QString FactsText(CSongPicture const& picture) {
+    QStringList facts{KindName(picture.m_outcome.m_report), LengthText(picture.Seconds()),
+                      KeyText(picture.m_nTonic, picture.m_nMode)};
+    if (picture.m_grid.MeasureCount() > 0) {
+        facts << QStringLiteral("%L1/%L1").arg(4); // The engine knows no other metre.
+    }
+    return Joined(facts);
+}
+
+QString MusicalPlaceText(CSongPicture const& picture, std::int64_t sample) {
+    QString const place = PlaceText(sample);
+    std::optional<CBeat> const beat = picture.m_grid.At(sample);
+    if (!beat || beat->m_nMeasure == 0) {
+        return place;
+    }
+    return Joined(
+        {place, CPaneTexts::tr("measure %L1, beat %L2").arg(beat->m_nMeasure).arg(beat->m_nBeat)});
+}
+
+QString TempoLineText(CSongPicture const& picture) {
+    if (picture.m_fBpm <= 0.0f) {
+        return CPaneTexts::tr("No beat was found.");
+    }
+    return Joined({BpmText(picture.m_fBpm),
+                   CPaneTexts::tr("%Ln measure(s)", nullptr, picture.m_grid.MeasureCount())});
+}
+
+QString PictureText(CSongPicture const& picture) {
+    QStringList sentences{Joined({FactsText(picture), TempoLineText(picture)})};
+    if (picture.m_nIntroEnd > 0) {
+        sentences << CPaneTexts::tr("The intro ends at %1.").arg(PlaceText(picture.m_nIntroEnd));
+    }
+    if (picture.m_nOutroStart > picture.m_nIntroEnd) {
+        sentences
+            << CPaneTexts::tr("The outro starts at %1.").arg(PlaceText(picture.m_nOutroStart));
+    }
+    if (!picture.m_vMixesIn.empty()) {
+        sentences << CPaneTexts::tr("%Ln mix point(s) into the song: %1.", nullptr,
+                                    AsCount(picture.m_vMixesIn.size()))
+                         .arg(PlacesText(picture.m_vMixesIn));
+    }
+    if (!picture.m_vMixesOut.empty()) {
+        sentences << CPaneTexts::tr("%Ln mix point(s) out of it: %1.", nullptr,
+                                    AsCount(picture.m_vMixesOut.size()))
+                         .arg(PlacesText(picture.m_vMixesOut));
+    }
+    if (!picture.m_vFades.empty()) {
+        sentences << CPaneTexts::tr("The song before fades out from %1 to %2.")
+                         .arg(PlaceText(picture.m_vFades.front()),
+                              PlaceText(picture.m_vFades.back()));
+    }
+    if (HasAccents(picture.m_fAccentsA)) {
+        sentences << CPaneTexts::tr("Accents A, in percent for each half beat: %1.")
+                         .arg(AccentsText(picture.m_fAccentsA));
+    }
+    if (HasAccents(picture.m_fAccentsB)) {
+        sentences << CPaneTexts::tr("Accents B: %1.").arg(AccentsText(picture.m_fAccentsB));
+    }
+    return sentences.join(QLatin1Char(' '));
+}
+
+QString AccentsText(std::array<float, kAccentSteps> const& accents) {
+    QStringList texts;
+    for (float const weight : accents) {
+        texts << QLocale().toString(static_cast<int>(std::lround(weight * kWholePercent)));
+    }
+    return texts.join(QLatin1Char(' '));
+}

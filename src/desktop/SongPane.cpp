@@ -1,0 +1,231 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "desktop/SongPane.h"
+
+#include "desktop/AccentsView.h"
+#include "desktop/ElidedLabel.h"
+#include "desktop/PaneTexts.h"
+#include "desktop/PictureView.h"
+#include "desktop/Texts.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMetaObject>
+#include <QStackedLayout>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr int kMarginX = 9;  // Fixed: pixels; texts stand below the table's texts.
+constexpr int kMarginY = 5;  // Fixed: pixels above and below.
+constexpr int kGap = 4;      // Fixed: pixels from line to line.
+constexpr int kFootGap = 18; // Fixed: pixels from one thing in the last line to the next.
+
+QLabel* MakeLabel(QWidget* parent, char const* name) {
+    auto* label = new QLabel(parent);
+    label->setObjectName(name);
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
+
+QString ProblemOf(CSongPicture const& picture) {
+    CRowState row;
+    row.m_outcome = picture.m_outcome;
+    return ProblemText(row);
+}
+
+} // namespace
+
+CSongPane::CSongPane(IPictureSource& source, QWidget* parent)
+    : QWidget(parent),
+      m_pStack(new QStackedLayout(this)),
+      m_pMessage(MakeLabel(this, "paneMessage")),
+      m_loader(source) {
+    setObjectName("songPane");
+    setAccessibleName(tr("Song"));
+    m_pMessage->setAlignment(Qt::AlignCenter);
+    m_pMessage->setWordWrap(true);
+    m_pMessage->setMargin(kMarginX);
+    m_pStack->addWidget(m_pMessage);
+    m_pStack->addWidget(makePage());
+    setSong(std::nullopt);
+}
+
+QWidget* CSongPane::makePage() {
+    auto* page = new QWidget(this);
+    setUpHead(*page);
+    m_pBar = new CSongBar(page);
+    m_pBar->setAccessibleName(tr("Whole song"));
+    m_pStrip = new CBeatStrip(page);
+    m_pStrip->setAccessibleName(tr("Some measures"));
+    m_pTempo = MakeLabel(page, "paneTempo");
+    m_pAccentsA = new CAccentsView(tr("Accents A"), page);
+    m_pAccentsB = new CAccentsView(tr("B"), page);
+    auto* foot = new QHBoxLayout;
+    foot->setSpacing(kFootGap);
+    foot->addWidget(m_pTempo);
+    foot->addStretch();
+    foot->addWidget(m_pAccentsA);
+    foot->addWidget(m_pAccentsB);
+    auto* lines = static_cast<QVBoxLayout*>(page->layout());
+    lines->addWidget(m_pBar);
+    lines->addWidget(m_pStrip, 1);
+    lines->addLayout(foot);
+    for (CPictureView* view :
+         {static_cast<CPictureView*>(m_pBar), static_cast<CPictureView*>(m_pStrip)}) {
+        connect(view, &CPictureView::placeChosen, this,
+                [this](std::int64_t sample) { goTo(sample, false); });
+    }
+    connect(m_pStrip, &CBeatStrip::spanChanged, this, [this] {
+        CPictureSpan const shown = m_pStrip->span();
+        m_pBar->setFrame(shown.m_dFirst, shown.Last());
+    });
+    setFocusProxy(m_pStrip);
+    return page;
+}
+
+void CSongPane::setUpHead(QWidget& page) {
+    m_pPlace = MakeLabel(&page, "panePlace");
+    m_pTitle = new CElidedLabel(Qt::ElideRight, &page);
+    m_pTitle->setObjectName("paneTitle");
+    m_pFacts = MakeLabel(&page, "paneFacts");
+    auto* head = new QHBoxLayout;
+    head->addWidget(m_pPlace);
+    head->addWidget(m_pTitle, 1);
+    head->addWidget(m_pFacts);
+    auto* lines = new QVBoxLayout(&page);
+    lines->setContentsMargins(kMarginX, kMarginY, kMarginX, kMarginY);
+    lines->setSpacing(kGap);
+    lines->addLayout(head);
+    setTitleFont();
+}
+
+void CSongPane::setTitleFont() {
+    QFont font = this->font();
+    font.setWeight(QFont::DemiBold);
+    m_pTitle->setFont(font);
+}
+
+QSize CSongPane::sizeHint() const {
+    return m_pStack->widget(1)->sizeHint();
+}
+
+void CSongPane::setSong(std::optional<CPaneSong> song) {
+    if (song && song == m_song) {
+        return;
+    }
+    m_song = std::move(song);
+    std::uint64_t const request = ++m_nRequest;
+    if (!m_song) {
+        m_loader.Cancel();
+        showMessage(tr("Select a song to see it here."));
+        return;
+    }
+    showMessage(tr("Reading “%1” …").arg(m_song->m_sTitle));
+    m_loader.Load(m_song->m_sPath, [this, request](CSongPicturePtr picture) {
+        QMetaObject::invokeMethod(
+            this, [this, request, picture = std::move(picture)] { take(request, picture); },
+            Qt::QueuedConnection);
+    });
+}
+
+// One that was on its way when another song was chosen comes too late.
+void CSongPane::take(std::uint64_t request, CSongPicturePtr picture) {
+    if (request != m_nRequest) {
+        return;
+    }
+    if (!picture->IsHeard() || picture->m_nSamples <= 0) {
+        QString const problem = ProblemOf(*picture);
+        showMessage(problem.isEmpty() ? tr("There is no sound in it.") : problem);
+    } else {
+        showPicture(std::move(picture));
+    }
+    emit settled();
+}
+
+void CSongPane::showMessage(QString const& text) {
+    m_pMessage->setText(text);
+    m_pStack->setCurrentIndex(0);
+    m_pBar->setPicture(nullptr);
+    m_pStrip->setPicture(nullptr);
+}
+
+void CSongPane::showPicture(CSongPicturePtr picture) {
+    m_pTitle->setText(m_song->m_sArtist.isEmpty()
+                          ? m_song->m_sTitle
+                          : tr("%1 – %2").arg(m_song->m_sTitle, m_song->m_sArtist));
+    m_pFacts->setText(FactsText(*picture));
+    m_pTempo->setText(TempoLineText(*picture));
+    m_pAccentsA->setAccents(picture->m_fAccentsA);
+    m_pAccentsB->setAccents(picture->m_fAccentsB);
+    m_pBar->setPicture(picture);
+    m_pStrip->setPicture(std::move(picture));
+    m_pStack->setCurrentIndex(1);
+    showPlace();
+}
+
+CSongPicture const* CSongPane::picture() const {
+    return m_pStrip->picture();
+}
+
+std::int64_t CSongPane::place() const {
+    return m_pStrip->place();
+}
+
+void CSongPane::goTo(std::int64_t sample, bool isTold) {
+    if (picture() == nullptr) {
+        return;
+    }
+    std::int64_t const held = std::clamp<std::int64_t>(sample, 0, picture()->m_nSamples - 1);
+    m_pBar->setPlace(held, isTold && m_pBar->hasFocus());
+    m_pStrip->setPlace(held, isTold && m_pStrip->hasFocus());
+    showPlace();
+}
+
+void CSongPane::goOn(std::optional<CBeat> const& beat) {
+    if (beat) {
+        goTo(beat->m_nSample, true);
+    }
+}
+
+void CSongPane::showPlace() {
+    m_pPlace->setText(PlaceText(place()));
+}
+
+void CSongPane::keyPressEvent(QKeyEvent* event) {
+    CSongPicture const* shown = picture();
+    bool const isMeasure = event->modifiers() == Qt::ControlModifier;
+    bool const isPlain = event->modifiers() == Qt::NoModifier;
+    if (shown == nullptr || !(isMeasure || isPlain)) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    switch (event->key()) {
+    case Qt::Key_Left:
+        goOn(isMeasure ? shown->m_grid.StepMeasures(place(), -1) : shown->m_grid.Step(place(), -1));
+        break;
+    case Qt::Key_Right:
+        goOn(isMeasure ? shown->m_grid.StepMeasures(place(), 1) : shown->m_grid.Step(place(), 1));
+        break;
+    case Qt::Key_Home:
+        goTo(0, true);
+        break;
+    case Qt::Key_End:
+        goTo(shown->m_nSamples - 1, true);
+        break;
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void CSongPane::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange && m_pTitle != nullptr) {
+        setTitleFont();
+    }
+}

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/PictureLoader.h"
+
+#include <QString>
+#include <QWidget>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+class CAccentsView;
+class CBeatStrip;
+class CElidedLabel;
+class CSongBar;
+class QLabel;
+class QStackedLayout;
+
+/// The song that the pane is about.
+struct CPaneSong {
+    std::string m_sPath; ///< As bytes.
+    QString m_sTitle;
+    QString m_sArtist;
+
+    friend bool operator==(CPaneSong const&, CPaneSong const&) = default;
+};
+
+/// What there is to see of one song: who and what it is, the whole of it, some measures, tempo and
+/// accents; or why there is nothing to see. Left and right go from beat to beat, with Ctrl from
+/// measure to measure.
+/// Thread: main; songs are heard on a worker, and only while the pane is shown.
+class CSongPane : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `source` must outlive it.
+    explicit CSongPane(IPictureSource& source, QWidget* parent = nullptr);
+
+    /// Shows this song; nothing: none. The one that is shown already stays as it is.
+    void setSong(std::optional<CPaneSong> song);
+
+    /// The picture that is shown; null while there is none.
+    [[nodiscard]] CSongPicture const* picture() const;
+
+    [[nodiscard]] std::int64_t place() const;
+
+    QSize sizeHint() const override;
+
+signals:
+    /// A picture, or the reason for none, has taken the place of "reading".
+    void settled();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void setUpHead(QWidget& page);
+    QWidget* makePage();
+    void take(std::uint64_t request, CSongPicturePtr picture);
+    void showMessage(QString const& text);
+    void showPicture(CSongPicturePtr picture);
+    void goTo(std::int64_t sample, bool isTold);
+    void goOn(std::optional<CBeat> const& beat);
+    void showPlace();
+    void setTitleFont();
+
+    std::optional<CPaneSong> m_song;
+    std::uint64_t m_nRequest = 0; // the latest
+    QStackedLayout* m_pStack;
+    QLabel* m_pMessage;
+    CElidedLabel* m_pTitle;
+    QLabel* m_pPlace;
+    QLabel* m_pFacts;
+    QLabel* m_pTempo;
+    CSongBar* m_pBar;
+    CBeatStrip* m_pStrip;
+    CAccentsView* m_pAccentsA;
+    CAccentsView* m_pAccentsB;
+    CPictureLoader m_loader; // comes last: its end waits for the worker, which may still deliver
+};
