@@ -8,10 +8,10 @@
 #include "app/BPMController.h"
 
 #include "app/ControllerRow.h"
-#include "app/RowTags.h"
 #include "base/FileUtil.h"
 #include "song/AudioKinds.h"
 #include "song/StoreTempo.h"
+#include "song/TempoText.h"
 
 #include <charconv>
 #include <utility>

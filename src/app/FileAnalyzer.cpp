@@ -11,24 +11,13 @@
 #include "base/FileManager.h"
 #include "base/NotificationCenter.h"
 #include "engine/Profiler.h"
+#include "song/TempoText.h"
 
-#include <array>
-#include <charconv>
 #include <utility>
 
 namespace {
 
 constexpr double kWorkerPriority = 0.5; // Fixed: as the rest of the process.
-
-/// "%3.2f", with a point whatever the locale: the text goes into tags, which other programs read.
-std::string TempoText(float bpm) {
-    constexpr int kDecimals = 2;
-    std::array<char, 64> text{}; // Derived: the largest float has 39 digits before the point.
-    char* const end = std::to_chars(text.data(), text.data() + text.size(),
-                                    static_cast<double>(bpm), std::chars_format::fixed, kDecimals)
-                          .ptr;
-    return {text.data(), end};
-}
 
 } // namespace
 
@@ -123,7 +112,7 @@ void CFileAnalyzer::ProcessFile(CBPMFile* file) {
         m_outcome = profile.m_outcome;
     }
     CUserInfo const info = {{kUserDataKey, static_cast<void*>(file)},
-                            {kBpmKey, TempoText(profile.m_results.GetBpm())}};
+                            {kBpmKey, TempoText(static_cast<double>(profile.m_results.GetBpm()))}};
     CNotificationCenter::Default().Post(kFileCompleteNotification, &info);
 }
 

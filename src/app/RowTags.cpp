@@ -5,28 +5,7 @@
 
 #include "base/FileUtil.h"
 #include "song/SongTags.h"
-
-#include <algorithm>
-#include <charconv>
-#include <string>
-#include <string_view>
-
-double LeadingNumber(CString const& text) {
-    std::string const bytes = text.ToUtf8();
-    char const* first = bytes.data();
-    char const* last = first + bytes.size();
-    first += std::min(bytes.find_first_not_of(" \t\n\r\f\v"), bytes.size());
-    bool const isNegative = first != last && *first == '-';
-    if (isNegative || (first != last && *first == '+')) {
-        ++first;
-    }
-    // Neither a second sign nor words such as "inf" and "nan" are a number here.
-    double value = 0.0;
-    if (std::string_view(first, last).find_first_of("0123456789.") == 0) {
-        std::from_chars(first, last, value);
-    }
-    return isNegative ? -value : value;
-}
+#include "song/TempoText.h"
 
 CString ReadRowTags(CBPMFile& row) {
     CSongTags const tags = ReadSongTags(row.GetPath());

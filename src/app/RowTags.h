@@ -12,7 +12,3 @@
 /// Returns: the tempo text of the ID3v2 tag alone, which a later write is held against.
 /// Thread: any, on a row that nobody else sees yet.
 CString ReadRowTags(CBPMFile& row);
-
-/// The decimal number that `text` begins with, blanks before it skipped and anything behind it
-/// ignored, whatever the locale; 0 when there is none.
-double LeadingNumber(CString const& text);

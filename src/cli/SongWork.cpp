@@ -10,6 +10,7 @@
 #include "song/AudioKinds.h"
 #include "song/SongTags.h"
 #include "song/StoreTempo.h"
+#include "song/TempoText.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 
 #include "desktop/Numbers.h"
 
-#include "app/RowTags.h"
 #include "desktop/Texts.h"
+#include "song/TempoText.h"
 
 #include <QLocale>
 #include <algorithm>

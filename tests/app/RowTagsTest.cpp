@@ -4,7 +4,6 @@
 #include "app/RowTags.h"
 
 #include "ControllerFixture.h"
-#include "support/CommaLocale.h"
 
 namespace {
 
@@ -115,20 +114,4 @@ TEST_F(RowTagsTest, ATagWithUnknownOldIdsIsReadAndNotWritten) {
     EXPECT_EQ(tempo(0), "120.00");
     EXPECT_EQ(controller.rowState(0).m_writeProblem, EWriteProblem::UnknownFrameId);
     EXPECT_EQ(ReadBytes(file), before);
-}
-
-TEST_F(RowTagsTest, LeadingNumbersAreReadInEveryLocale) {
-    CCommaLocale const locale;
-    EXPECT_EQ(LeadingNumber("120"), 120.0);
-    EXPECT_EQ(LeadingNumber(" \t97.5 BPM"), 97.5);
-    EXPECT_EQ(LeadingNumber("+82"), 82.0);
-    EXPECT_EQ(LeadingNumber(".5"), 0.5);
-    EXPECT_EQ(LeadingNumber("-3"), -3.0);
-    EXPECT_EQ(LeadingNumber("120,5"), 120.0);
-    EXPECT_EQ(LeadingNumber(""), 0.0);
-    EXPECT_EQ(LeadingNumber("fast"), 0.0);
-    EXPECT_EQ(LeadingNumber("+-3"), 0.0);
-    EXPECT_EQ(LeadingNumber("nan"), 0.0);
-    EXPECT_EQ(LeadingNumber("inf"), 0.0);
-    EXPECT_EQ(LeadingNumber("0x10"), 0.0);
 }
