@@ -47,10 +47,21 @@ ENGINE_TOP = {
 # The sources that work with the decoding library; no header that others include shows it.
 LIBAV_SOURCES = {
     f"src/platform/{name}"
-    for name in ("AudioInput.h", "AudioInput.cpp", "AudioMixer.h", "AudioMixer.cpp",
-                 "AudioDecoder.cpp", "AudioStream.cpp", "AudioSetup.cpp", "DecodeRun.h",
-                 "DecodeRun.cpp", "PacketCount.h", "PacketCount.cpp",
-                 "ContainerTags.cpp")
+    for name in (
+        "AudioDecoder.cpp",
+        "AudioInput.cpp",
+        "AudioInput.h",
+        "AudioMixer.cpp",
+        "AudioMixer.h",
+        "AudioSetup.cpp",
+        "AudioStream.cpp",
+        "ContainerTags.cpp",
+        "DecodeRun.cpp",
+        "DecodeRun.h",
+        "PacketCount.cpp",
+        "PacketCount.h",
+        "Resampler.cpp",
+    )
 }
 # The sources that work with TagLib, likewise.
 TAGLIB_SOURCES = {f"src/platform/{name}" for name in ("TagStream.h", "TagStream.cpp", "OtherTags.cpp")}
