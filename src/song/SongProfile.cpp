@@ -3,6 +3,7 @@
 
 #include "song/SongProfile.h"
 
+#include "engine/PcmReader.h"
 #include "engine/ProfileBuilder.h"
 #include "engine/ProfileObserver.h"
 #include "engine/envelope/ImpactPoints.h"
@@ -88,6 +89,30 @@ void FindBeats(CBeatListener& listener, CSongProfile& profile) {
     profile.m_beats = FindBeatTimes(source);
 }
 
+void RunEngine(IPcmReader& source, CProfileOptions const& options, CSongProfile& profile) {
+    CBeatListener listener;
+    CListeningReader reader(source, [&](std::span<float const> samples) {
+        if (options.m_bHearBeats) {
+            listener.Add(samples);
+        }
+    });
+    CProfiler profiler(nullptr);
+    profiler.SetSink(options.m_progress ? options.m_progress : [](std::uint8_t) {});
+    CStageKeeper keeper(profile, options);
+    CProfileBuilder builder(options.m_pCancel);
+    builder.SetObserver(&keeper);
+    builder.BuildProfile(&profiler, &reader, &profile.m_results, profile.m_pPrint.Get(),
+                         profile.m_pLargePrint.Get());
+    profile.m_bCancelled = IsCancelled(options);
+    // A run over a decoded song that neither came to its end nor was cancelled had no memory.
+    if (profile.IsHeard() && !builder.IsComplete() && !profile.m_bCancelled) {
+        profile.m_outcome.m_problem = EAnalysisProblem::NoMemory;
+    }
+    if (options.m_bHearBeats && profile.IsHeard() && !profile.m_bCancelled) {
+        FindBeats(listener, profile);
+    }
+}
+
 } // namespace
 
 CSongProfile::CSongProfile() {
@@ -108,28 +133,15 @@ CSongAudio LoadSong(std::string const& path, CCancelFlag const* cancel) {
 CSongProfile ProfileAudio(CSongAudio song, CProfileOptions const& options) {
     CSongProfile profile;
     profile.m_outcome = std::move(song.m_outcome);
-    CSamplePass pass(song.m_audio);
-    CBeatListener listener;
-    CListeningReader reader(pass, [&](std::span<float const> samples) {
-        if (options.m_bHearBeats) {
-            listener.Add(samples);
-        }
-    });
-    CProfiler profiler(nullptr);
-    profiler.SetSink(options.m_progress ? options.m_progress : [](std::uint8_t) {});
-    CStageKeeper keeper(profile, options);
-    CProfileBuilder builder(options.m_pCancel);
-    builder.SetObserver(&keeper);
-    builder.BuildProfile(&profiler, &reader, &profile.m_results, profile.m_pPrint.Get(),
-                         profile.m_pLargePrint.Get());
-    profile.m_bCancelled = IsCancelled(options);
-    // A run over a decoded song that neither came to its end nor was cancelled had no memory.
-    if (profile.IsHeard() && !builder.IsComplete() && !profile.m_bCancelled) {
-        profile.m_outcome.m_problem = EAnalysisProblem::NoMemory;
-    }
-    if (options.m_bHearBeats && profile.IsHeard() && !profile.m_bCancelled) {
-        FindBeats(listener, profile);
-    }
+    CSamplePass reader(song.m_audio);
+    RunEngine(reader, options, profile);
+    return profile;
+}
+
+CSongProfile ProfileSamples(std::span<float const> samples, CProfileOptions const& options) {
+    CSongProfile profile;
+    CPcmReader reader(samples.data(), static_cast<std::int32_t>(samples.size()));
+    RunEngine(reader, options, profile);
     return profile;
 }
 

@@ -13,6 +13,7 @@
 #include "song/AnalysisProblem.h"
 #include "song/BeatTimes.h"
 
+#include <span>
 #include <string>
 
 class IProfileObserver;
@@ -56,6 +57,9 @@ CSongAudio LoadSong(std::string const& path, CCancelFlag const* cancel);
 /// Runs the engine over a loaded song, whose samples are given back on the way. A song that could
 /// not be loaded goes through it as one without samples.
 CSongProfile ProfileAudio(CSongAudio song, CProfileOptions const& options);
+
+/// Runs the engine over at most 2^31 - 1 samples in [-1, 1] at 44100 Hz, which stay the caller's.
+CSongProfile ProfileSamples(std::span<float const> samples, CProfileOptions const& options);
 
 /// Both in one: the whole road of one song, from its file to its profile, on the calling thread.
 /// Posts no notification. The same file gives the same profile, bit for bit.
