@@ -8,13 +8,14 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "tempo finder for music files")
 set(CPACK_PACKAGE_CONTACT "The Tactus authors <authors@tactus.example>")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
-set(CPACK_COMPONENTS_ALL cli dev)
+set(CPACK_COMPONENTS_ALL cli library dev)
 if(TACTUS_BUILD_DESKTOP)
     list(APPEND CPACK_COMPONENTS_ALL desktop)
 endif()
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS OFF)
 
 set(CPACK_DEBIAN_CLI_PACKAGE_NAME tactus)
@@ -38,15 +39,26 @@ dropped on a table of title, artist and tempo.
 
 This package has the window.")
 
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libtactus0)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
+set(CPACK_COMPONENT_LIBRARY_DESCRIPTION
+"Tactus finds the tempo, the measures, the key and mix points of music. Its
+library has four functions, for C++ and for C.
+
+This package has the shared library.")
+
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME libtactus-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "libavformat-dev, libavcodec-dev, libswresample-dev, \
+set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "libtactus0 (= ${PROJECT_VERSION})")
+# For those who build with the stages, not with the shared library.
+set(CPACK_DEBIAN_DEV_PACKAGE_RECOMMENDS "libavformat-dev, libavcodec-dev, libswresample-dev, \
 libavutil-dev, libutf8proc-dev, libhwy-dev, libtag1-dev, libsqlitecpp-dev, libsqlite3-dev")
 set(CPACK_COMPONENT_DEV_DESCRIPTION
 "Tactus finds the tempo, the beat grid, the key and mix points of music. Its
 library reads files, profiles them and reads and writes their tags.
 
-This package has the static libraries, the headers and an example.")
+This package has the headers, an example, and the stages of the library one by
+one as static archives.")
 
 # Policy wants both files in each package's own folder.
 configure_file(debian/changelog.in changelog @ONLY)

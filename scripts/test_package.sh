@@ -55,7 +55,9 @@ say "installing them"
 cp "${debs[@]}" "$root/var/cache/"
 inside apt-get update -q >/dev/null
 inside env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends \
-    "${debs[@]/#build-package//var/cache}" g++ cmake make pkg-config man-db >/dev/null 2>&1
+    "${debs[@]/#build-package//var/cache}" g++ cmake make pkg-config man-db \
+    libavformat-dev libavcodec-dev libswresample-dev libavutil-dev libutf8proc-dev libhwy-dev \
+    libtag1-dev libsqlitecpp-dev libsqlite3-dev >/dev/null 2>&1
 
 say "analysing a file of 124 BPM"
 build-package/scripts/tactus-demo-track "$root/srv/track.wav" 124
@@ -77,7 +79,10 @@ inside cmake --build /srv/by-cmake >/dev/null
 inside /srv/by-cmake/tempo /srv/track.wav
 inside sh -c "c++ -std=c++20 $example/main.cpp \$(pkg-config --cflags --libs tactus) -o /srv/by-pkg"
 inside /srv/by-pkg /srv/track.wav
+inside sh -c "cc -std=c11 -Wall -Wextra -Werror $example/main.c \$(pkg-config --cflags --libs tactus) \
+    -o /srv/in-c"
+inside /srv/in-c /srv/track.wav
 # shellcheck disable=SC2016
-inside sh -c 'cd /usr/include/tactus && for header in */*.h; do
+inside sh -c 'cd /usr/include/tactus && for header in *.h */*.h; do
     echo "#include <$header>" | c++ -std=c++20 -I. -fsyntax-only -x c++ - || exit 1; done'
 say "the packages work"
