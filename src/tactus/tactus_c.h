@@ -1,9 +1,10 @@
 /* SPDX-FileCopyrightText: 2026 The Tactus authors
  * SPDX-License-Identifier: MIT
  *
- * The four functions of <tactus/tactus.h> for C. Texts are UTF-8, paths are bytes; no pointer that is
- * handed in may be null unless it is said so. Fields are only ever added, at the end of a structure.
- * Thread: every function from any thread, several at once; one song from one thread at a time.
+ * The four functions of <tactus/tactus.h> for C. Texts are UTF-8, paths are bytes; no pointer that
+ * is handed in may be null unless it is said so. Fields are only ever added, at the end of a
+ * structure. Thread: every function from any thread, several at once; one song from one thread at a
+ * time.
  */
 #ifndef TACTUS_C_H
 #define TACTUS_C_H
