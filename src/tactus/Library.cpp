@@ -80,11 +80,13 @@ Song analyze(std::span<float const> samples, unsigned rate, Options const& optio
 }
 
 Tags readTags(std::filesystem::path const& path) {
-    CSongTags const tags = ReadSongTags(CString::FromPath(path.native()));
-    return {.title = tags.m_sTitle.ToUtf8(),
-            .artist = tags.m_sArtist.ToUtf8(),
-            .tempoText = tags.m_sTempo.ToUtf8(),
-            .tempo = std::max(LeadingNumber(tags.m_sTempo), 0.0)};
+    CShownTags const tags = ReadShownTags(CString::FromPath(path.native()));
+    return {.title = tags.m_sTitle,
+            .artist = tags.m_sArtist,
+            .album = tags.m_sAlbum,
+            .key = tags.m_sKey,
+            .tempoText = tags.m_sTempo,
+            .tempo = tags.m_tempo.m_worth == ETagTempo::Unlikely ? 0.0 : tags.m_tempo.m_dBpm};
 }
 
 Refusal storeTempo(std::filesystem::path const& path, Song const& song,
@@ -95,7 +97,7 @@ Refusal storeTempo(std::filesystem::path const& path, Song const& song,
     }
     CString const text(TempoText(bpm).c_str());
     return RefusalOf(
-        StoreTempo(CString::FromPath(path.native()), song.evidence->outcome, text, std::nullopt));
+        StoreTempo(CString::FromPath(path.native()), song.evidence->outcome, text, {}));
 }
 
 } // namespace tactus

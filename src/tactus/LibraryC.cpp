@@ -104,6 +104,8 @@ tactus_tags* tactus_read_tags(char const* path) try {
     auto* const held = new CTagsForC{{}, tactus::readTags(path)};
     held->m_face = {.title = held->m_tags.title.c_str(),
                     .artist = held->m_tags.artist.c_str(),
+                    .album = held->m_tags.album.c_str(),
+                    .key = held->m_tags.key.c_str(),
                     .tempo_text = held->m_tags.tempoText.c_str(),
                     .tempo = held->m_tags.tempo};
     return &held->m_face;

@@ -130,12 +130,14 @@ struct Options {
     bool keepEnvelopes = false;
 };
 
-/// What a file says of itself, as UTF-8.
+/// What a file of any kind says of itself, as UTF-8.
 struct Tags {
     std::string title;
     std::string artist;
+    std::string album;
+    std::string key;
     std::string tempoText;
-    double tempo = 0.0; // the number that the text begins with; 0 for none
+    double tempo = 0.0; // beats a minute, when the text is a believable tempo; 0 for none
 };
 
 /// Hears the file at `path`. The same file gives the same song, bit for bit.

@@ -95,6 +95,8 @@ typedef struct {
 typedef struct {
     char const* title; /* never null; empty for none */
     char const* artist;
+    char const* album;
+    char const* key;
     char const* tempo_text;
     double tempo; /* 0 for none */
 } tactus_tags;

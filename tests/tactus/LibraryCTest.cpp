@@ -75,5 +75,7 @@ TEST(LibraryCTest, WhatIsNotThereIsEmptyAndNotNull) {
         tactus_read_tags(missing.c_str()), tactus_free_tags);
     ASSERT_NE(tags, nullptr);
     EXPECT_STREQ(tags->title, "");
+    EXPECT_STREQ(tags->album, "");
+    EXPECT_STREQ(tags->key, "");
     EXPECT_EQ(tags->tempo, 0.0);
 }
