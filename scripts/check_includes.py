@@ -13,6 +13,7 @@ ROOMS = {
     "engine": {"engine", "base"},
     "IDTag": {"IDTag", "base"},
     "song": {"song", "engine", "IDTag", "platform", "base"},
+    "tactus": {"tactus", "song", "engine", "IDTag", "platform", "base"},
     "records": {"records", "song", "engine", "IDTag", "platform", "base"},
     "app": {"app", "records", "song", "engine", "IDTag", "platform", "base"},
     "desktop": {"desktop", "app", "records", "song", "engine", "IDTag", "platform", "base"},
