@@ -3,22 +3,16 @@
 
 #pragma once
 
-#include "app/BPMFile.h"
+#include "app/Adder.h"
+#include "app/Batch.h"
 #include "app/BpmView.h"
-#include "app/FileAnalyzer.h"
-#include "app/WorkQueue.h"
+#include "app/FileList.h"
 #include "base/CString.h"
 #include "base/NotificationCenter.h"
-#include "records/Journal.h"
-#include "records/Places.h"
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
-#include <mutex>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 enum class EDropOperation { None, Copy };
@@ -29,10 +23,10 @@ struct CDropAnswer {
     std::int64_t m_nRow = 0;
 };
 
-/// The file list and the batch that works through it, without any toolkit. Rows are appended and
-/// never removed. Files and folders come in on a worker of its own; each file is analysed on the
-/// analyser's worker, whose notifications are handled there. Rows, flags and counts are guarded by
-/// one lock, which is never held while a file is read or written.
+/// The operations that the window calls: a thin face over the list, the batch that works through
+/// it and the adder that fills it, without any toolkit. Files and folders come in on a worker of
+/// the adder's; each file is analysed on the analyser's worker, whose notifications are handled
+/// there.
 /// Thread: every operation is safe from any thread unless it says otherwise.
 class BPMController : public IFileList {
 public:
@@ -109,49 +103,8 @@ public:
     [[nodiscard]] CBPMFile* fileAtRow(std::size_t row) const;
 
 private:
-    struct CRow;
-
-    static constexpr std::size_t kNoRow = static_cast<std::size_t>(-1); // Fixed: no such index.
-
-    [[nodiscard]] CRow* rowOf(CUserInfo const* userInfo) const;
-    void startNext();
-    [[nodiscard]] static bool isToDo(CRow const& row);
-    void setRowHidden(std::size_t index, bool isHidden);
-    void noteKnownRow(std::size_t index);
-    void restoreRunningRow();
-    void giveUpRunningRow();
-    [[nodiscard]] CAnalysisOutcome outcomeOf(CRow const& row) const;
-    void setOutcome(CRow& row, CAnalysisOutcome outcome);
-    void noteProblem(CRow const& row);
-    void storeTempo(CRow& row);
-    [[nodiscard]] bool hasSupportedExtension(CString const& path) const;
-    void addInBackground(std::vector<CString> paths);
-    void addPath(CString const& path, std::uint64_t generation);
-    void endAdding(std::uint64_t generation);
-    void noteUnreadFolder(CString const& folder);
-    [[nodiscard]] bool isWanted(std::uint64_t generation) const;
-
     IBpmView& m_view;
-    CJournal m_journal{StateFolder()}; // a batch of files is a batch there
-    CString const m_sSupportedExts;
-
-    mutable std::mutex m_lock; // Guards everything down to m_bTerminated.
-    std::vector<std::unique_ptr<CRow>> m_vFiles;
-    std::unordered_map<CBPMFile const*, std::size_t> m_vIndexes;
-    std::unordered_map<std::u16string, std::size_t>
-        m_vPaths;                   // To its row; kNoRow until it has one.
-    std::size_t m_nFirstUndone = 0; // No row in front of it is undone.
-    std::size_t m_nRunningRow = kNoRow;
-    CString m_sTempoBefore; // What the running row showed before it was started.
-    CBatchStatus m_status;  // Counts and flags; texts of the running row are filled in on demand.
-    bool m_bAnalysisInProgress = false;
-    bool m_bPercentSeen = false;  // The running row has been told how far it is.
-    bool m_bBatchStopped = false; // The chain must not go on.
-    bool m_bRunCancelled = false; // Results of the running file are void.
-    std::size_t m_nAddJobs = 0;
-    bool m_bTerminated = false;
-
-    std::atomic<std::uint64_t> m_nAddGeneration{0}; // A stop ends the additions of its past.
-    std::unique_ptr<CFileAnalyzer> m_pFileAnalyzer;
-    CWorkQueue m_addQueue;
+    CFileList m_list;
+    CBatch m_batch;
+    CAdder m_adder;
 };

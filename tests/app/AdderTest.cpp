@@ -22,7 +22,7 @@ private:
     uid_t const m_nBefore = geteuid();
 };
 
-struct AddFilesTest : ControllerTest {
+struct AdderTest : ControllerTest {
     /// The titles of all rows, in order.
     std::vector<std::string> titles() const {
         std::vector<std::string> all;
@@ -49,7 +49,7 @@ using Texts = std::vector<std::string>;
 
 } // namespace
 
-TEST_F(AddFilesTest, TheSamePathTwiceKeepsOneRow) {
+TEST_F(AdderTest, TheSamePathTwiceKeepsOneRow) {
     std::string const file = writeClip("a.mp3");
     controller.addFile(path(file));
     controller.addFile(path(file));
@@ -58,7 +58,7 @@ TEST_F(AddFilesTest, TheSamePathTwiceKeepsOneRow) {
     EXPECT_EQ(view.added(), 1);
 }
 
-TEST_F(AddFilesTest, PathsThatAreInTheListAlreadyAreCounted) {
+TEST_F(AdderTest, PathsThatAreInTheListAlreadyAreCounted) {
     writeClip("a.mp3");
     writeClip("b.mp3");
     controller.add(path(folder.Path()));
@@ -69,14 +69,14 @@ TEST_F(AddFilesTest, PathsThatAreInTheListAlreadyAreCounted) {
     EXPECT_EQ(controller.status().m_nKnown, 2U);
 }
 
-TEST_F(AddFilesTest, PathsAreComparedAsTheyAreWritten) {
+TEST_F(AdderTest, PathsAreComparedAsTheyAreWritten) {
     writeClip("a.mp3");
     controller.addFile(path(folder / "a.mp3"));
     controller.addFile(path(folder / "./a.mp3"));
     EXPECT_EQ(controller.numberOfRowsInTableView(), 2U);
 }
 
-TEST_F(AddFilesTest, AFolderGivesEveryMatchingFileBelowIt) {
+TEST_F(AdderTest, AFolderGivesEveryMatchingFileBelowIt) {
     makeFolder("album/disc 2");
     WriteText(folder / "album/b.WAV", "");
     WriteText(folder / "album/cover.jpg", "");
@@ -89,7 +89,7 @@ TEST_F(AddFilesTest, AFolderGivesEveryMatchingFileBelowIt) {
     EXPECT_EQ(titles(), (Texts{"b.WAV", "c.aif", "d.m4a", "e.caf"}));
 }
 
-TEST_F(AddFilesTest, ADroppedFolderIsAddedAndAnalysed) {
+TEST_F(AdderTest, ADroppedFolderIsAddedAndAnalysed) {
     makeFolder("album/deep/deeper");
     writeClip("album/deep/deeper/a.mp3");
     EXPECT_TRUE(controller.acceptDrop({path(folder / "album")}));
@@ -99,7 +99,7 @@ TEST_F(AddFilesTest, ADroppedFolderIsAddedAndAnalysed) {
     EXPECT_TRUE(isDone(0));
 }
 
-TEST_F(AddFilesTest, DroppedPathsAreAddedInTheirOrder) {
+TEST_F(AdderTest, DroppedPathsAreAddedInTheirOrder) {
     writeClip("z.mp3");
     writeClip("a.mp3");
     controller.acceptDrop({path(folder / "z.mp3"), path(folder / "a.mp3")});
@@ -107,20 +107,20 @@ TEST_F(AddFilesTest, DroppedPathsAreAddedInTheirOrder) {
     EXPECT_EQ(titles(), (Texts{"z.mp3", "a.mp3"}));
 }
 
-TEST_F(AddFilesTest, AFileThatIsNamedItselfNeedsNoKnownExtension) {
+TEST_F(AdderTest, AFileThatIsNamedItselfNeedsNoKnownExtension) {
     WriteText(folder / "readme.txt", "no music");
     controller.add(path(folder / "readme.txt"));
     EXPECT_EQ(titles(), (Texts{"readme.txt"}));
 }
 
-TEST_F(AddFilesTest, AFolderWithAMatchingNameIsARowToo) {
+TEST_F(AdderTest, AFolderWithAMatchingNameIsARowToo) {
     makeFolder("album/live.mp3");
     WriteText(folder / "album/live.mp3/a.wav", "");
     controller.add(path(folder / "album"));
     EXPECT_EQ(titles(), (Texts{"live.mp3", "a.wav"}));
 }
 
-TEST_F(AddFilesTest, ThePanelShowsFoldersAndSupportedFiles) {
+TEST_F(AdderTest, ThePanelShowsFoldersAndSupportedFiles) {
     makeFolder("folder.txt");
     EXPECT_TRUE(isShown("folder.txt"));
     EXPECT_TRUE(isShown("a.wav"));
@@ -134,7 +134,7 @@ TEST_F(AddFilesTest, ThePanelShowsFoldersAndSupportedFiles) {
     EXPECT_FALSE(isShown("mp3"));
 }
 
-TEST_F(AddFilesTest, PinsExtensionIsSearchedInTheJoinedList) {
+TEST_F(AdderTest, PinsExtensionIsSearchedInTheJoinedList) {
     EXPECT_TRUE(isShown("a.if"));
     EXPECT_TRUE(isShown("a.m4"));
     EXPECT_TRUE(isShown("a.v"));
@@ -146,7 +146,7 @@ TEST_F(AddFilesTest, PinsExtensionIsSearchedInTheJoinedList) {
     EXPECT_EQ(titles(), (Texts{"a.if"}));
 }
 
-TEST_F(AddFilesTest, ThePanelLetsThreeTypesAndFoldersBeChosen) {
+TEST_F(AdderTest, ThePanelLetsThreeTypesAndFoldersBeChosen) {
     makeFolder("folder");
     EXPECT_TRUE(canChoose("folder"));
     EXPECT_TRUE(canChoose("a.wav"));
@@ -157,14 +157,14 @@ TEST_F(AddFilesTest, ThePanelLetsThreeTypesAndFoldersBeChosen) {
     EXPECT_FALSE(canChoose("a.caf"));
 }
 
-TEST_F(AddFilesTest, DropsOfFileNamesAreTakenAsACopyAndOthersRefused) {
+TEST_F(AdderTest, DropsOfFileNamesAreTakenAsACopyAndOthersRefused) {
     CDropAnswer const taken = controller.validateDrop(true, 7);
     EXPECT_EQ(taken.m_operation, EDropOperation::Copy);
     EXPECT_EQ(taken.m_nRow, 7);
     EXPECT_EQ(controller.validateDrop(false, 7).m_operation, EDropOperation::None);
 }
 
-TEST_F(AddFilesTest, AFifoIsListedWithoutWaitingForIt) {
+TEST_F(AdderTest, AFifoIsListedWithoutWaitingForIt) {
     std::string const fifo = folder / "pipe.mp3";
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
     controller.acceptDrop({path(fifo)});
@@ -174,7 +174,7 @@ TEST_F(AddFilesTest, AFifoIsListedWithoutWaitingForIt) {
     EXPECT_EQ(controller.rowState(0).m_outcome.m_problem, EAnalysisProblem::NotDecoded);
 }
 
-TEST_F(AddFilesTest, ANameThatIsNotUtf8IsAddedAndAnalysed) {
+TEST_F(AdderTest, ANameThatIsNotUtf8IsAddedAndAnalysed) {
     std::string const name = "caf\xE9.mp3";
     std::string const file = writeClip(name);
     controller.acceptDrop({path(file)});
@@ -184,7 +184,7 @@ TEST_F(AddFilesTest, ANameThatIsNotUtf8IsAddedAndAnalysed) {
     EXPECT_EQ(tempo(0), "120.00");
 }
 
-TEST_F(AddFilesTest, AFolderThatCannotBeReadIsTold) {
+TEST_F(AdderTest, AFolderThatCannotBeReadIsTold) {
     makeFolder("open/closed");
     WriteText(folder / "open/a.mp3", "");
     std::filesystem::permissions(folder.Path(), std::filesystem::perms(0755));
@@ -199,7 +199,7 @@ TEST_F(AddFilesTest, AFolderThatCannotBeReadIsTold) {
     EXPECT_EQ(CString(status.m_sUnreadFolder).ToPath(), folder / "open/closed");
 }
 
-TEST_F(AddFilesTest, FiftyThousandRowsAndAsManyDuplicatesKeepOneRowEach) {
+TEST_F(AdderTest, FiftyThousandRowsAndAsManyDuplicatesKeepOneRowEach) {
     // Paths that don't exist cost no reading: what is left is the search for duplicates, which
     // would take minutes if every path were compared with every row.
     constexpr int kRows = 50'000;

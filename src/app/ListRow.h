@@ -3,21 +3,27 @@
 
 #pragma once
 
-#include "app/BPMController.h"
+#include "IDTag/WriteProblem.h"
+#include "app/BPMFile.h"
+#include "song/AnalysisProblem.h"
 
+#include <cstddef>
 #include <optional>
 
-/// One row as the controller keeps it: the file with its texts and done flag, and what the window
-/// is told beside them. Once in the list, everything but `m_nIndex` is guarded by its lock.
-struct BPMController::CRow {
-    explicit CRow(CString const& path) : m_file(path) {}
+/// One row of the list: the file with its texts and done flag, and what the window is told beside
+/// them. Once in the list, everything but `m_nIndex` is guarded by its lock.
+struct CListRow {
+    explicit CListRow(CString const& path) : m_file(path) {}
 
     CBPMFile m_file;
     std::size_t m_nIndex = 0;   // Fixed once the row is in the list.
     bool m_bHidden = false;     // Neither shown nor analysed.
     bool m_bFromTag = false;    // Its tempo was in the tag; none of ours has replaced it.
     int m_nPercent = -1;        // Of the running analysis; -1 when there is none.
+    bool m_bReading = false;    // That analysis hasn't told how far it is.
     CAnalysisOutcome m_outcome; // Of the last analysis that came to its end.
     EWriteProblem m_writeProblem = EWriteProblem::None; // Why the tempo isn't in the file.
     std::optional<CString> m_sTempoInTag; // As it was read; nothing once it may be replaced.
+
+    [[nodiscard]] bool IsToDo() const { return !m_file.IsDone() && !m_bHidden; }
 };
