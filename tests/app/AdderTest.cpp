@@ -4,6 +4,7 @@
 #include "ControllerFixture.h"
 
 #include <filesystem>
+#include <latch>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -46,6 +47,23 @@ struct AdderTest : ControllerTest {
 };
 
 using Texts = std::vector<std::string>;
+
+/// A window that holds the adding worker at its first row until it is let go.
+class HoldingView : public FakeView {
+public:
+    void rowsAdded() override {
+        FakeView::rowsAdded();
+        m_seen.count_down(added() == 1 ? 1 : 0);
+        m_released.wait();
+    }
+
+    void AwaitRow() { m_seen.wait(); }
+    void Release() { m_released.count_down(); }
+
+private:
+    std::latch m_seen{1};
+    std::latch m_released{1};
+};
 
 } // namespace
 
@@ -181,6 +199,44 @@ TEST_F(AdderTest, ANameThatIsNotUtf8IsAddedAndAnalysed) {
     waitUntilIdle();
     ASSERT_EQ(controller.numberOfRowsInTableView(), 1U);
     EXPECT_EQ(CString(controller.objectValueForTableColumn(0, 0)).ToPath(), name);
+    EXPECT_EQ(tempo(0), "120.00");
+}
+
+TEST_F(AdderTest, AStopEndsADropOfPlainFiles) {
+    std::vector<CString> paths;
+    for (int i = 0; i < 300; ++i) {
+        paths.push_back(path(folder / ("no song " + std::to_string(i) + ".mp3")));
+    }
+    HoldingView holding;
+    BPMController held{holding};
+    held.acceptDrop(paths);
+    holding.AwaitRow();
+    held.stop();
+    holding.Release();
+    waitFor([&] { return !held.status().m_bAdding; });
+    EXPECT_EQ(held.numberOfRowsInTableView(), 1U);
+    EXPECT_FALSE(held.status().m_bRunning);
+}
+
+TEST_F(AdderTest, AStopKeepsFurtherFoldersOfADropFromBeingWalked) {
+    makeFolder("closed");
+    std::filesystem::permissions(folder.Path(), std::filesystem::perms(0755));
+    std::filesystem::permissions(folder / "closed", std::filesystem::perms::none);
+    CNobody const nobody;
+    HoldingView holding;
+    BPMController held{holding};
+    held.acceptDrop({path(folder / "no song.mp3"), path(folder / "closed")});
+    holding.AwaitRow();
+    held.stop();
+    holding.Release();
+    waitFor([&] { return !held.status().m_bAdding; });
+    EXPECT_EQ(held.status().m_nUnreadFolders, 0U); // a walk would have met one
+}
+
+TEST_F(AdderTest, WhatIsDroppedAfterAStopIsAdded) {
+    controller.stop();
+    controller.acceptDrop({path(writeClip("one.mp3"))});
+    waitUntilIdle();
     EXPECT_EQ(tempo(0), "120.00");
 }
 
