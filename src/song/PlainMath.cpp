@@ -14,6 +14,19 @@ constexpr double kLn2 = 0.693147180559945309; // Standard: ISO 80000-2, natural 
 constexpr int kSeriesTerms = 9;               // Derived: the tenth is below 2e-10 for |x| < 0.5.
 constexpr int kAreaTerms = 8;                 // Derived: the ninth is below 1e-14 for m near 1.
 
+constexpr double kTwoPi = 6.28318530717958648; // Standard: ISO 80000-2, a turn in radians.
+constexpr int kCosineTerms = 9;                // Derived: the tenth is below 1e-15 for |x| <= pi/2.
+
+/// Cosine of an angle of at most a quarter turn, by Taylor's series in Horner's order.
+double CosineOfQuarter(double turns) {
+    double const square = turns * kTwoPi * (turns * kTwoPi);
+    double sum = 1.0;
+    for (int n = kCosineTerms; n > 0; --n) {
+        sum = 1.0 - sum * square / static_cast<double>(2 * n * (2 * n - 1));
+    }
+    return sum;
+}
+
 } // namespace
 
 float PlainExp2(float x) {
@@ -52,4 +65,10 @@ float PlainLog2(float x) {
         sum = sum * t * t + 1.0 / static_cast<double>(2 * n + 1);
     }
     return static_cast<float>(static_cast<double>(exponent) + 2.0 * t * sum / kLn2);
+}
+
+double PlainCosTurns(double turns) {
+    double const positive = turns < 0.0 ? -turns : turns;
+    double const half = positive > 0.5 ? 1.0 - positive : positive; // the cosine is even
+    return half > 0.25 ? -CosineOfQuarter(0.5 - half) : CosineOfQuarter(half);
 }

@@ -13,3 +13,6 @@
 /// Logarithm of x to the base 2, within 1e-6 of it. -126 for NaN and what is below 2^-126, 127 for
 /// what is above 2^127.
 [[nodiscard]] float PlainLog2(float x);
+
+/// Cosine of an angle in turns from -1 to 1, within 1e-14 of it.
+[[nodiscard]] double PlainCosTurns(double turns);

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
+#include <numbers>
 
 TEST(PlainMathTest, WholePowersAreExact) {
     EXPECT_EQ(PlainExp2(0.0f), 1.0f);
@@ -43,4 +44,17 @@ TEST(PlainMathTest, LogarithmsOutOfRangeAreHeld) {
     EXPECT_EQ(PlainLog2(-1.0f), -126.0f);
     EXPECT_EQ(PlainLog2(std::numeric_limits<float>::quiet_NaN()), -126.0f);
     EXPECT_EQ(PlainLog2(std::numeric_limits<float>::infinity()), 127.0f);
+}
+
+TEST(PlainMathTest, CosinesOfQuarterTurnsAreExact) {
+    EXPECT_EQ(PlainCosTurns(0.0), 1.0);
+    EXPECT_EQ(PlainCosTurns(0.5), -1.0);
+    EXPECT_EQ(PlainCosTurns(-0.5), -1.0);
+    EXPECT_EQ(PlainCosTurns(1.0), 1.0);
+}
+
+TEST(PlainMathTest, CosinesAgreeWithTheLibrary) {
+    for (double turns = -1.0; turns <= 1.0; turns += 0.0037) {
+        EXPECT_NEAR(PlainCosTurns(turns), std::cos(2.0 * std::numbers::pi * turns), 1e-14) << turns;
+    }
 }
