@@ -6,7 +6,8 @@
   apt-get install fluidsynth fluid-soundfont-gm
   make_music.py DIR [--pieces 4] [--seconds 46] [--first 0]
 
-Writes DIR/<genre>_<template>_<n>.wav and DIR/truth.csv (file, bpm, genre, template, beats).
+Writes DIR/<genre>_<template>_<n>.wav and DIR/truth.csv (file, bpm, genre, template, beats, tonic,
+minor): tonic 0 for C, minor 0 or 1.
 The same arguments give the same notes; what exists already is not made again.
 """
 
@@ -16,7 +17,7 @@ import pathlib
 import subprocess
 import tempfile
 
-from compose import Player, read_styles
+from compose import MINOR, Player, read_styles
 
 SOUND_FONT = "/usr/share/sounds/sf2/FluidR3_GM.sf2"
 
@@ -52,12 +53,13 @@ def main():
                 wav = options.dir / (name + ".wav")
                 if not wav.exists():
                     render(player.midi(), wav)
-                rows.append((wav.name, f"{player.bpm:.2f}", style.name, t, style.beats))
+                rows.append((wav.name, f"{player.bpm:.2f}", style.name, t, style.beats, player.key,
+                             int(player.scale == MINOR)))
     with open(options.dir / "truth.csv", "a" if options.first else "w", newline="",
               encoding="utf-8") as table:
         writer = csv.writer(table, lineterminator="\n")
         if not options.first:
-            writer.writerow(("file", "bpm", "genre", "template", "beats"))
+            writer.writerow(("file", "bpm", "genre", "template", "beats", "tonic", "minor"))
         writer.writerows(rows)
     print(f"{len(rows)} pieces")
 
