@@ -23,7 +23,7 @@ _tactus() {
             words="--write --force --recheck --jobs --format --follow --hidden --types --output"
             words+=" --overwrite-output --quiet --verbose --help"
             ;;
-        profile) words="--trace --verbose --help" ;;
+        profile) words="--harmony --trace --verbose --help" ;;
         history) words="--number --json --clear --help" ;;
         undo) words="--force --keep-mtime --help" ;;
         tag)

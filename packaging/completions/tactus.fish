@@ -26,6 +26,7 @@ complete -c tactus -n $analyze -l overwrite-output -d "Replace the file whatever
 complete -c tactus -n $analyze -s q -l quiet -d "Show neither progress nor a closing line"
 complete -c tactus -n "__fish_seen_subcommand_from analyze profile" -s v -l verbose -d "Add what the decoding library says"
 
+complete -c tactus -n "__fish_seen_subcommand_from profile" -l harmony -d "Add the key of chords and melody"
 complete -c tactus -n "__fish_seen_subcommand_from profile" -l trace -d "Add what the stages hand to each other"
 
 complete -c tactus -n "__fish_seen_subcommand_from history" -s n -l number -x -d "Rows to show at the most"

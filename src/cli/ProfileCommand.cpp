@@ -20,6 +20,7 @@ CLI::App* CProfileCommand::AddTo(CLI::App& program) {
     CLI::App* const app = program.add_subcommand(
         "profile", "Print everything that an analysis finds, one JSON object a file");
     app->add_flag("--trace", m_bTrace, "Print what the stages hand on as well");
+    app->add_flag("--harmony", m_bHarmony, "Print the key of chords and melody as well");
     app->add_flag("-v,--verbose", m_bVerbose, "Add what the decoding library says of a failure");
     app->add_option("FILE", m_vFiles, "Audio files; - is standard input")
         ->type_name("")
@@ -44,7 +45,8 @@ std::string CProfileCommand::ProfileFile(std::string const& name, CString const&
     CSongProfile const profile = ProfileSong(
         path.ToPath(), {.m_pCancel = &CInterrupt::Flag(),
                         .m_progress = [&](std::uint8_t percent) { percents.push_back(percent); },
-                        .m_pObserver = m_bTrace ? &trace : nullptr});
+                        .m_pObserver = m_bTrace ? &trace : nullptr,
+                        .m_bHarmony = m_bHarmony});
     if (CInterrupt::IsSet()) {
         return {};
     }
@@ -58,7 +60,8 @@ std::string CProfileCommand::ProfileFile(std::string const& name, CString const&
     ReportTrouble(name, damage, report);
     m_bWarned = m_bWarned || !damage.empty();
     return ProfileJson({name, &profile.m_results, profile.m_pPrint.Get(),
-                        profile.m_pLargePrint.Get(), percents, m_bTrace ? &trace : nullptr});
+                        profile.m_pLargePrint.Get(), percents, m_bTrace ? &trace : nullptr,
+                        profile.m_harmony});
 }
 
 int CProfileCommand::Run() {

@@ -26,6 +26,7 @@ private:
                        CDecodeReport const& report);
 
     bool m_bTrace = false;
+    bool m_bHarmony = false;
     bool m_bVerbose = false;
     std::vector<std::string> m_vFiles;
     bool m_bFailed = false; // a file has no record

@@ -9,6 +9,7 @@
 #include "engine/ProfileResults.h"
 #include "engine/notes/KeyDetector.h"
 #include "engine/print/Fingerprint.h"
+#include "song/KeyCodes.h"
 
 #include <array>
 #include <cstdint>
@@ -28,21 +29,38 @@ std::string MaybeFloat(std::optional<float> value) {
     return value ? JsonNumber(*value) : "null";
 }
 
-std::string KeyJson(CProfileResults const& results) {
+std::string KeyName(std::size_t tonic, bool isMinor) {
     constexpr std::array<char const*, kPitchClasses> kTonics = {"C",  "C#", "D",  "D#", "E",  "F",
                                                                 "F#", "G",  "G#", "A",  "A#", "B"};
+    return JsonText(std::string(kTonics[tonic % kPitchClasses]) + (isMinor ? " minor" : " major"));
+}
+
+std::string KeyJson(CProfileResults const& results) {
     std::uint16_t tonic = 0;
     std::uint16_t mode = 0;
     results.GetKey(&tonic, &mode);
     std::string name = "null";
     if (mode == CPfKeyDetector::kMinor || mode == CPfKeyDetector::kMajor) {
-        name = JsonText(std::string(kTonics[tonic % kPitchClasses]) +
-                        (mode == CPfKeyDetector::kMinor ? " minor" : " major"));
+        name = KeyName(tonic, mode == CPfKeyDetector::kMinor);
     }
     return CJsonObject()
         .Add("tonic", JsonNumber(std::int64_t{tonic}))
         .Add("mode", JsonNumber(std::int64_t{mode}))
         .Add("name", name)
+        .Close();
+}
+
+std::string HarmonyJson(CHarmony const& harmony) {
+    if (harmony.m_eMode == EKeyMode::None) {
+        return "null";
+    }
+    return CJsonObject()
+        .Add("name", KeyName(static_cast<std::size_t>(harmony.m_nTonic),
+                             harmony.m_eMode == EKeyMode::Minor))
+        .Add("camelot", JsonText(CamelotCode(harmony)))
+        .Add("openKey", JsonText(OpenKeyCode(harmony)))
+        .Add("confidence", JsonNumber(harmony.m_fConfidence))
+        .Add("tuningCents", JsonNumber(harmony.m_fTuningCents))
         .Close();
 }
 
@@ -112,6 +130,9 @@ std::string ProfileJson(CProfile const& profile) {
         .Add("largePrint", PrintJson(*profile.m_pLargePrint))
         .Add("progress", JsonArray(profile.m_vProgress,
                                    [](int percent) { return JsonNumber(std::int64_t{percent}); }));
+    if (profile.m_harmony) {
+        object.Add("harmony", HarmonyJson(*profile.m_harmony));
+    }
     if (profile.m_pTrace != nullptr) {
         AddTrace(object, *profile.m_pTrace);
     }

@@ -3,6 +3,9 @@
 
 #pragma once
 
+#include "song/Harmony.h"
+
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,8 +19,9 @@ struct CProfile {
     CProfileResults const* m_pResults;
     CFingerprint const* m_pPrint;
     CFingerprint const* m_pLargePrint;
-    std::vector<int> m_vProgress;  // percents in the order sent
-    CProfileTrace const* m_pTrace; // null: none is asked for
+    std::vector<int> m_vProgress;                     // percents in the order sent
+    CProfileTrace const* m_pTrace;                    // null: none is asked for
+    std::optional<CHarmony> m_harmony = std::nullopt; // empty: not asked for
 };
 
 /// The run as one JSON object on one line, without a line end. Equal runs give equal bytes.

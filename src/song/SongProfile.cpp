@@ -91,9 +91,16 @@ void FindBeats(CBeatListener& listener, CSongProfile& profile) {
 
 void RunEngine(IPcmReader& source, CProfileOptions const& options, CSongProfile& profile) {
     CBeatListener listener;
+    std::optional<CHarmonyEar> ear;
+    if (options.m_bHarmony) {
+        ear.emplace();
+    }
     CListeningReader reader(source, [&](std::span<float const> samples) {
         if (options.m_bHearBeats) {
             listener.Add(samples);
+        }
+        if (ear) {
+            ear->Add(samples);
         }
     });
     CProfiler profiler(nullptr);
@@ -107,6 +114,9 @@ void RunEngine(IPcmReader& source, CProfileOptions const& options, CSongProfile&
     // A run over a decoded song that neither came to its end nor was cancelled had no memory.
     if (profile.IsHeard() && !builder.IsComplete() && !profile.m_bCancelled) {
         profile.m_outcome.m_problem = EAnalysisProblem::NoMemory;
+    }
+    if (ear) {
+        profile.m_harmony = ear->Finish();
     }
     if (options.m_bHearBeats && profile.IsHeard() && !profile.m_bCancelled) {
         FindBeats(listener, profile);

@@ -12,7 +12,9 @@
 #include "platform/DecodedAudio.h"
 #include "song/AnalysisProblem.h"
 #include "song/BeatTimes.h"
+#include "song/Harmony.h"
 
+#include <optional>
 #include <span>
 #include <string>
 
@@ -25,6 +27,7 @@ struct CProfileOptions {
     IProfileObserver* m_pObserver = nullptr; // hears what the stages hand on
     bool m_bKeepEnvelopes = false;           // 2 floats for each 256 samples
     bool m_bHearBeats = false;               // beats and downbeats in seconds, and their source
+    bool m_bHarmony = false;                 // the key of chords and melody as well
 };
 
 /// Everything that one hearing of a song brings.
@@ -38,11 +41,12 @@ struct CSongProfile {
     CProfileResults m_results; // defaults, but for bit rate and key, of a song that can't be heard
     CSmartPtr<CFingerprint> m_pPrint;
     CSmartPtr<CFingerprint> m_pLargePrint;
-    float m_fHeardBpm = 0.0f; // before the rule for short clips; 0 for none
-    CPfPcmThumbnail m_energy; // spectral energy; empty unless it was asked for
-    CPfPcmThumbnail m_bass;   // peaks of the signal below 120 Hz; likewise
-    CBeatTimes m_beats;       // none unless they were asked for
-    CBeatSource m_beatSource; // what they were found from; likewise
+    float m_fHeardBpm = 0.0f;          // before the rule for short clips; 0 for none
+    CPfPcmThumbnail m_energy;          // spectral energy; empty unless it was asked for
+    CPfPcmThumbnail m_bass;            // peaks of the signal below 120 Hz; likewise
+    CBeatTimes m_beats;                // none unless they were asked for
+    CBeatSource m_beatSource;          // what they were found from; likewise
+    std::optional<CHarmony> m_harmony; // empty unless it was asked for
 };
 
 /// A decoded song on its way into the engine.

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
+#include "support/Chords.h"
 #include "support/ClickTrack.h"
 #include "support/Process.h"
 #include "support/TempFolder.h"
@@ -87,6 +88,25 @@ TEST_F(ProfileTest, TraceAddsWhatTheStagesHandOn) {
 TEST_F(ProfileTest, TwoRunsGiveTheSameBytes) {
     WriteWav(m_folder / "a.wav", MakeSong(128.0, 40.0));
     EXPECT_EQ(Profile({"--trace", "a.wav"}).m_sOut, Profile({"--trace", "a.wav"}).m_sOut);
+}
+
+TEST_F(ProfileTest, HarmonyIsPrintedInThreeNotations) {
+    CChords chords;
+    chords.PlayCadence(6, true); // F sharp minor: 11A, 4m
+    WriteWav(m_folder / "a.wav", chords.Samples());
+    Json const json = Json::parse(Profile({"--harmony", "a.wav"}).m_sOut);
+    EXPECT_THAT(KeysOf(json["harmony"]),
+                ElementsAre("name", "camelot", "openKey", "confidence", "tuningCents"));
+    EXPECT_EQ(json["harmony"]["name"], "F# minor");
+    EXPECT_EQ(json["harmony"]["camelot"], "11A");
+    EXPECT_EQ(json["harmony"]["openKey"], "4m");
+    EXPECT_GT(json["harmony"]["confidence"].get<double>(), 0.5);
+    EXPECT_FALSE(Json::parse(Profile({"a.wav"}).m_sOut).contains("harmony"));
+}
+
+TEST_F(ProfileTest, HarmonyOfSilenceIsNull) {
+    WriteWav(m_folder / "a.wav", MakeSilence(10.0));
+    EXPECT_TRUE(Json::parse(Profile({"--harmony", "a.wav"}).m_sOut)["harmony"].is_null());
 }
 
 TEST_F(ProfileTest, SilenceHasNoKey) {

@@ -3,6 +3,7 @@
 
 #include "song/SongProfile.h"
 
+#include "support/Chords.h"
 #include "support/ClickTrack.h"
 #include "support/FailingAllocation.h"
 #include "support/TempFolder.h"
@@ -87,6 +88,21 @@ TEST_F(SongProfileTest, EnvelopesAreKeptOnRequestOnly) {
     constexpr int kElements = 60 * 44100 / 256;
     EXPECT_EQ(profile.m_energy.GetCount(), kElements);
     EXPECT_EQ(profile.m_bass.GetCount(), kElements);
+}
+
+TEST_F(SongProfileTest, HarmonyIsHeardOnRequestOnly) {
+    CChords chords;
+    chords.PlayCadence(10, true);
+    std::string const path = Write(chords.Samples());
+    EXPECT_FALSE(ProfileSong(path, {}).m_harmony.has_value());
+    CSongProfile const profile = ProfileSong(path, {.m_bHarmony = true});
+    ASSERT_TRUE(profile.m_harmony.has_value());
+    EXPECT_EQ(profile.m_harmony->m_eMode, EKeyMode::Minor);
+    EXPECT_EQ(profile.m_harmony->m_nTonic, 10);
+    // The file holds 16 bits, the chords more: not the same bits, but the same tones.
+    CHarmonyEar ear;
+    ear.Add(chords.Samples());
+    EXPECT_NEAR(profile.m_harmony->m_fConfidence, ear.Finish().m_fConfidence, 0.02f);
 }
 
 TEST_F(SongProfileTest, AClipKeepsTheTempoThatWasHeard) {
