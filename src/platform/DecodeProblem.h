@@ -56,6 +56,14 @@ enum class EContainer {
     WavPack,
 };
 
+/// What says how much of a file's start is no music.
+enum class EStartNote {
+    None,
+    EncoderTag,   // the encoder's tag in the first frame of an MP3
+    TrackTable,   // the edit list of an MP4 file, or the encoder's note "iTunSMPB"
+    StreamHeader, // the header of the sound itself, as of Opus
+};
+
 /// What there is to tell of one decode, be it that it worked or not.
 struct CDecodeReport {
     EDecodeProblem m_problem = EDecodeProblem::None;
@@ -76,6 +84,11 @@ struct CDecodeReport {
     std::string m_sDecoder;        // the decoding library's name for it: "mp3float", "pcm_s16le"
     std::uint32_t m_nFileRate = 0; // samples per second of the file itself
     int m_nChannels = 0;
+
+    // Frames at the file's rate that an encoder put before the music. They are left out: the first
+    // sample is the one behind them. What no note tells of stays in, so 0 doesn't mean none.
+    std::int64_t m_nSkippedFrames = 0;
+    EStartNote m_startNote = EStartNote::None;
     CFileIdentity m_identity; // of the file that was opened; all 0 when none was
 
     bool operator==(CDecodeReport const&) const = default;

@@ -102,6 +102,14 @@ bool IsLengthUnknown(EContainer container, AVCodecParameters const& codec, std::
     return true;
 }
 
+/// What a container that has frames skipped goes by.
+EStartNote StartNoteOf(EContainer container, std::int64_t skipped) {
+    return skipped <= 0                         ? EStartNote::None
+           : container == EContainer::MpegAudio ? EStartNote::EncoderTag
+           : container == EContainer::Mp4       ? EStartNote::TrackTable
+                                                : EStartNote::StreamHeader;
+}
+
 } // namespace
 
 void CDecodeRun::Tell(CDecodeReport& report) const {
@@ -109,6 +117,8 @@ void CDecodeRun::Tell(CDecodeReport& report) const {
     report.m_container = m_container;
     report.m_nFileRate = static_cast<std::uint32_t>(m_nFileRate);
     report.m_nChannels = m_nChannels;
+    report.m_nSkippedFrames = m_nSkippedStart;
+    report.m_startNote = StartNoteOf(m_container, m_nSkippedStart);
     // A decoder that would not open leaves its context behind, without a codec.
     if (m_codec != nullptr && m_codec->codec != nullptr) {
         report.m_sDecoder = m_codec->codec->name;

@@ -120,6 +120,26 @@ TEST_F(CompressedAudioTest, Mp3WithoutEncoderNoteKeepsItsPadding) {
     EXPECT_LT(audio.m_nCount, kFrames + 3 * kMp3Frame);
 }
 
+TEST_F(CompressedAudioTest, TheReportSaysWhatWasSkippedAndWhy) {
+    struct CCase {
+        char const* m_sName;
+        std::vector<std::string> m_vOptions;
+        std::int64_t m_nSkipped;
+        EStartNote m_note;
+    };
+    // LAME's delay is 576 samples, any decoder's of layer III 529; AAC has one frame of priming.
+    for (CCase const& item :
+         {CCase{"x.mp3", {"-c:a", "libmp3lame", "-b:a", "192k"}, 1105, EStartNote::EncoderTag},
+          CCase{"x.mp3", {"-c:a", "libmp3lame", "-write_xing", "0"}, 0, EStartNote::None},
+          CCase{"x.m4a", {"-c:a", "aac"}, kAacFrame, EStartNote::TrackTable},
+          CCase{"x.m4a", {"-c:a", "aac", "-use_editlist", "0"}, 0, EStartNote::None},
+          CCase{"x.wav", {}, 0, EStartNote::None}}) {
+        (void)Decode(Encode(item.m_sName, item.m_vOptions));
+        EXPECT_EQ(m_report.m_nSkippedFrames, item.m_nSkipped) << item.m_sName;
+        EXPECT_EQ(m_report.m_startNote, item.m_note) << item.m_sName;
+    }
+}
+
 TEST_F(CompressedAudioTest, AacInMp4LosesStartAndTail) {
     for (std::vector<std::string> const& options :
          {std::vector<std::string>{"-c:a", "aac"},
