@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: MIT
 //
 // Prints what the beat model sees, for its trainer: one song a line, with its name, the half beats
-// of the fitted grid before they are counted, the engine's grid and first measure mark, whether the
-// tempo is steady, and the numbers of each reading. JSON.
+// of the fitted grid before they are counted, the engine's grid and measure marks, whether the
+// tempo is steady, and the numbers of each reading; and what comes of it, beats and downbeats.
+// JSON.
 
 #include "platform/AudioSetup.h"
+#include "song/AttackRises.h"
 #include "song/BeatFeatures.h"
 #include "song/BeatGridFit.h"
 #include "song/SongProfile.h"
@@ -17,7 +19,7 @@ namespace {
 
 nlohmann::json Describe(CBeatSource const& source) {
     std::vector<std::uint8_t> const rises = AttackRises(source.m_curves.m_vAttack);
-    CFittedGrid const grid = FitGrid(source.m_vPoints, rises);
+    CFittedGrid const grid = FitGrid(source.m_vPoints, static_cast<double>(source.m_fBpm), rises);
     nlohmann::json song = {{"times", grid.m_vSeconds},
                            {"steady", grid.m_bSteady},
                            {"points", source.m_vPoints},
@@ -46,6 +48,8 @@ int main(int count, char** arguments) {
         }
         nlohmann::json song = Describe(profile.m_beatSource);
         song["file"] = arguments[i];
+        song["beats"] = profile.m_beats.Beats();
+        song["downbeats"] = profile.m_beats.Downbeats();
         std::cout << song.dump() << '\n';
     }
     return 0;

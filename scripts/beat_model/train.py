@@ -197,6 +197,7 @@ def print_times(name, songs):
              numpy.median(abs(s.off(s.times))))
             for s in songs if s.same_tempo() or s.same_tempo(2)]
     if rows:
+        rows = [row for row in rows if not numpy.isnan(row).any()]
         a = numpy.array(rows) * 1000
         q = numpy.percentile(abs(a[:, 1]), (50, 75, 90, 95))
         print(f"| {name} | {len(rows)} | {numpy.median(a[:, 0]):.1f} | {numpy.median(abs(a[:, 0])):.1f} | "

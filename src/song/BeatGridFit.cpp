@@ -2,17 +2,20 @@
 // SPDX-License-Identifier: MIT
 //
 // FitGrid
-//   NumberPoints     how many half beats each point lies after the first; gaps are filled
-//   Smooth           the grid without the jitter of its points
-//   FitLine          one tempo for all of it, if it comes near
-//   CollectRises     what sets in around the half beats of each stretch
-//   FindLine         the shift and the stretching of the line that meet most of it
-//   FindPath         the shifts that do, if each stretch has its own
-//   Settle           to the mean of what sets in nearby
+//   LayPoints          the engine's grid
+//     NumberPoints     how many half beats each point lies after the first; gaps are filled
+//     Smooth           the grid without the jitter of its points
+//     FitLine          one tempo for all of it, if it comes near
+//     CollectRises     what sets in around the half beats of each stretch
+//     FindLine         the shift and the turn of the line that meet most of it
+//     FindPath         the shifts that do, if each stretch has its own
+//   LayEvenly          the even grid that meets most, if that is more
+//   Settle             to the mean of what sets in nearby
 
 #include "song/BeatGridFit.h"
 
 #include "song/BeatListener.h"
+#include "song/EvenGrid.h"
 
 #include <algorithm>
 #include <array>
@@ -29,9 +32,6 @@ constexpr double kRate = 44100.0; // Fixed: of the engine's positions.
 constexpr double kHopsPerSecond = kRate / static_cast<double>(kAttackHopSamples);
 
 constexpr double kLeastStepSeconds = 0.05; // Fixed: half a beat at 600 BPM.
-constexpr std::size_t kLookBackHops = 12;  // Tuned: beat_model; 9 ms.
-constexpr int kDeepestLevels = 140;        // Tuned: beat_model; 53 dB below the loudest.
-constexpr int kHighestRise = 30;           // Tuned: beat_model; 11 dB, the rest counts no more.
 constexpr std::int64_t kSmoothReach = 16;  // Tuned: beat_model; half beats on either side.
 constexpr double kJitterSeconds = 0.005;   // Derived: 256 samples, the engine's grain.
 constexpr int kLineRounds = 8;             // Tuned: the weights stand after five.
@@ -44,6 +44,10 @@ constexpr std::int64_t kStretchHops = 24;  // Fixed: 17 ms at the ends of the so
 constexpr std::size_t kStretchPoints = 16; // Tuned: beat_model; half beats, two measures.
 constexpr std::int64_t kPathHops = 2;      // Fixed: 1.5 ms from stretch to stretch.
 constexpr double kLineShare = 0.85;        // Tuned: beat_model; of what the path meets.
+constexpr double kOtherLineShare = 1.05;   // Tuned: beat_model; what an even grid must meet of what
+constexpr double kOtherPathShare = 0.97;   // the engine's does, when that is a line, or a path.
+constexpr double kLeastAgreement = 0.45;   // Tuned: beat_model; of the engine's half beats with it;
+constexpr double kNearSeconds = 0.03;      // swung music could be met between the beats as well.
 constexpr std::int64_t kSettleHops = 14;   // Tuned: beat_model; 10 ms.
 constexpr int kSettleRounds = 3;           // Tuned: the fourth moves nothing by 0.1 ms.
 
@@ -321,46 +325,76 @@ void Settle(std::span<std::uint8_t const> rises, bool isLine, Seconds& grid) {
     }
 }
 
-} // namespace
+/// A grid with what it meets.
+struct CLaidGrid {
+    Seconds m_vSeconds;
+    std::int64_t m_nMet = -1;
+    bool m_bSteady = false;
+};
 
-std::vector<std::uint8_t> AttackRises(std::span<std::uint8_t const> levels) {
-    int const loudest = levels.empty() ? 0 : *std::max_element(levels.begin(), levels.end());
-    int const floor = std::max(0, loudest - kDeepestLevels);
-    std::vector<std::uint8_t> rises(levels.size(), 0);
-    for (std::size_t i = kLookBackHops; i < levels.size(); ++i) {
-        int before = floor;
-        for (std::size_t back = 1; back <= kLookBackHops; ++back) {
-            before = std::max<int>(before, levels[i - back]);
-        }
-        rises[i] = static_cast<std::uint8_t>(std::clamp(levels[i] - before, 0, kHighestRise));
-    }
-    return rises;
-}
-
-CFittedGrid FitGrid(std::span<std::int64_t const> points, std::span<std::uint8_t const> rises) {
-    CFittedGrid fitted;
-    double const step = points.size() < 2 ? 0.0 : MiddleGap(points);
-    if (!(step >= kLeastStepSeconds)) {
-        return fitted;
-    }
-    Seconds& grid = fitted.m_vSeconds;
-    grid = Smooth(NumberPoints(points, step));
+/// The engine's grid, as a line or along a path.
+CLaidGrid LayPoints(std::span<std::int64_t const> points, double step,
+                    std::span<std::uint8_t const> rises) {
+    Seconds grid = Smooth(NumberPoints(points, step));
     CLine const line = FitLine(grid);
     bool const isStraight = IsStraight(grid, line);
     grid = isStraight ? LaidOut(line, grid.size()) : std::move(grid);
     CShiftTable const table = CollectRises(grid, rises);
     CPathShift const path = FindPath(table);
     CLineShift const straight = isStraight ? FindLine(table) : CLineShift{};
-    fitted.m_bSteady = isStraight && static_cast<double>(straight.m_nMet) >=
-                                         kLineShare * static_cast<double>(path.m_nMet);
-    if (fitted.m_bSteady) {
+    if (static_cast<double>(straight.m_nMet) >= kLineShare * static_cast<double>(path.m_nMet)) {
         ShiftLine(straight, grid);
-    } else {
-        ShiftAlong(path, grid);
+        return {std::move(grid), straight.m_nMet, true};
+    }
+    ShiftAlong(path, grid);
+    return {std::move(grid), path.m_nMet, false};
+}
+
+/// A grid of one tempo from the start to the end.
+CLaidGrid LayEvenly(CEvenGrid const& even, std::span<std::uint8_t const> rises) {
+    double const song = static_cast<double>(rises.size()) / kHopsPerSecond;
+    auto const count = static_cast<std::size_t>(std::ceil((song - even.m_dFirst) / even.m_dStep));
+    Seconds grid = LaidOut({even.m_dFirst, 0.0, even.m_dStep}, count);
+    CLineShift const straight = FindLine(CollectRises(grid, rises));
+    ShiftLine(straight, grid);
+    return {std::move(grid), straight.m_nMet, true};
+}
+
+/// Part of the engine's grid that lies near half beats of an even one; 1 where there is none.
+double Agreement(Seconds const& engines, CEvenGrid const& even) {
+    std::size_t near = 0;
+    for (double const moment : engines) {
+        double const steps = (moment - even.m_dFirst) / even.m_dStep;
+        near += std::abs(steps - std::floor(steps + 0.5)) * even.m_dStep < kNearSeconds;
+    }
+    return engines.empty() ? 1.0 : static_cast<double>(near) / static_cast<double>(engines.size());
+}
+
+} // namespace
+
+CFittedGrid FitGrid(std::span<std::int64_t const> points, double bpm,
+                    std::span<std::uint8_t const> rises) {
+    double const step = points.size() >= 2 ? MiddleGap(points) : bpm > 0.0 ? 30.0 / bpm : 0.0;
+    if (!(step >= kLeastStepSeconds)) {
+        return {};
+    }
+    CLaidGrid laid = points.size() >= 2 ? LayPoints(points, step, rises) : CLaidGrid{};
+    if (std::optional<CEvenGrid> const even = FindEvenGrid(rises, step)) {
+        CLaidGrid other = LayEvenly(*even, rises);
+        double const share = laid.m_bSteady ? kOtherLineShare : kOtherPathShare;
+        if (Agreement(laid.m_vSeconds, *even) >= kLeastAgreement &&
+            static_cast<double>(other.m_nMet) > share * static_cast<double>(laid.m_nMet)) {
+            laid = std::move(other);
+        }
+    }
+    Seconds& grid = laid.m_vSeconds;
+    if (grid.size() < 2) {
+        return {};
     }
     for (int round = 0; round < kSettleRounds; ++round) {
-        Settle(rises, fitted.m_bSteady, grid);
+        Settle(rises, laid.m_bSteady, grid);
     }
-    fitted.m_dStepSeconds = (grid.back() - grid.front()) / static_cast<double>(grid.size() - 1);
-    return fitted;
+    double const mean = (grid.back() - grid.front()) / static_cast<double>(grid.size() - 1);
+    return mean > kLeastStepSeconds / 2.0 ? CFittedGrid{std::move(grid), mean, laid.m_bSteady}
+                                          : CFittedGrid{};
 }

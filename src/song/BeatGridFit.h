@@ -16,11 +16,9 @@ struct CFittedGrid {
     bool m_bSteady = false;         // all on one line: the tempo is one and the same throughout
 };
 
-/// How strongly something sets in at each step of `levels` (CBeatCurves::m_vAttack), in steps of a
-/// level: by how much it is louder than all of the last 9 ms.
-[[nodiscard]] std::vector<std::uint8_t> AttackRises(std::span<std::uint8_t const> levels);
-
-/// Lays `points`, positions in samples at 44100 Hz that ascend, on the rises. Less than two points,
-/// and points closer than a twentieth of a second, make no grid.
-[[nodiscard]] CFittedGrid FitGrid(std::span<std::int64_t const> points,
+/// Lays `points`, positions in samples at 44100 Hz that ascend, on the rises (AttackRises). Where
+/// the engine's grid meets less than an even grid of about its tempo does, or where it has less
+/// than two points, the grid is that even one; `bpm` is the tempo in beats a minute, or 0. Half
+/// beats closer than a twentieth of a second make no grid.
+[[nodiscard]] CFittedGrid FitGrid(std::span<std::int64_t const> points, double bpm,
                                   std::span<std::uint8_t const> rises);

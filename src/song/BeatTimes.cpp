@@ -11,6 +11,7 @@
 
 #include "song/BeatTimes.h"
 
+#include "song/AttackRises.h"
 #include "song/BeatFeatures.h"
 #include "song/BeatGridFit.h"
 #include "song/BeatModel.h"
@@ -135,7 +136,7 @@ std::vector<double> CBeatTimes::Downbeats() const {
 CBeatTimes FindBeatTimes(CBeatSource const& source) {
     CBeatTimes times;
     std::vector<std::uint8_t> const rises = AttackRises(source.m_curves.m_vAttack);
-    CFittedGrid const grid = FitGrid(source.m_vPoints, rises);
+    CFittedGrid const grid = FitGrid(source.m_vPoints, static_cast<double>(source.m_fBpm), rises);
     if (grid.m_vSeconds.empty()) {
         return times;
     }

@@ -14,6 +14,7 @@ struct CBeatSource {
     CBeatCurves m_curves;
     std::vector<std::int64_t> m_vPoints; // the engine's grid of half beats, ascending
     std::vector<std::int64_t> m_vMarks;  // the measure marks that the engine set
+    float m_fBpm = 0.0f;                 // the engine's tempo; 0 for none
     double m_dSeconds = 0.0;             // how long the song lasts
 };
 

@@ -82,6 +82,7 @@ void FindBeats(CBeatListener& listener, CSongProfile& profile) {
     for (std::int32_t i = 0; profile.m_results.EnumMeasMarks(i, &mark); ++i) {
         source.m_vMarks.push_back(mark);
     }
+    source.m_fBpm = profile.m_results.GetBpm();
     // The count is of the file's own frames.
     std::uint32_t const rate = profile.m_outcome.m_report.m_nFileRate;
     source.m_dSeconds = static_cast<double>(profile.m_results.GetSampleCount()) /

@@ -3,7 +3,7 @@
 
 #include "song/BeatFeatures.h"
 
-#include "song/BeatGridFit.h"
+#include "song/AttackRises.h"
 #include "song/BeatModel.h"
 #include "support/ClickTrack.h"
 

@@ -25,7 +25,7 @@ struct CStrokes {
         }
     }
 
-    [[nodiscard]] CFittedGrid Fit() const { return FitGrid(m_vPoints, m_vRises); }
+    [[nodiscard]] CFittedGrid Fit() const { return FitGrid(m_vPoints, 0.0, m_vRises); }
 
     /// The largest distance of a fitted half beat from its stroke.
     [[nodiscard]] double WorstError(CFittedGrid const& grid) const {
@@ -46,32 +46,6 @@ double Even(int i) {
 }
 
 } // namespace
-
-TEST(BeatGridFitTest, ARiseIsAboveAllOfTheLastTwelveSteps) {
-    std::vector<std::uint8_t> levels(40, 50);
-    levels[20] = 60;
-    levels[21] = 65;
-    levels[31] = 63; // the 60 lies eleven steps back, the 65 ten
-    levels[34] = 63; // the 65 lies thirteen steps back, the 63 three
-    levels[39] = 99;
-    std::vector<std::uint8_t> const rises = AttackRises(levels);
-    EXPECT_EQ(rises[20], 10);
-    EXPECT_EQ(rises[21], 5);
-    EXPECT_EQ(rises[31], 0);
-    EXPECT_EQ(rises[34], 0);
-    EXPECT_EQ(rises[39], 30); // of 36, held to 30
-    EXPECT_EQ(rises[22], 0);
-}
-
-TEST(BeatGridFitTest, WhatIsFarBelowTheLoudestDoesNotRise) {
-    std::vector<std::uint8_t> levels(40, 0);
-    levels[20] = 50; // 53 dB below 200 is level 60
-    levels[30] = 70;
-    levels[39] = 200;
-    std::vector<std::uint8_t> const rises = AttackRises(levels);
-    EXPECT_EQ(rises[20], 0);
-    EXPECT_EQ(rises[30], 10);
-}
 
 TEST(BeatGridFitTest, TheGridComesToLieOnTheStrokes) {
     // The engine's points lie 8 ms before hard strokes, and on multiples of 256 samples.
@@ -134,16 +108,50 @@ TEST(BeatGridFitTest, WithoutStrokesTheGridStaysEven) {
 }
 
 TEST(BeatGridFitTest, TooFewPointsAndTooCloseOnesAreNoGrid) {
-    std::vector<std::uint8_t> const rises(5000, 1);
-    EXPECT_TRUE(FitGrid({}, rises).m_vSeconds.empty());
-    EXPECT_TRUE(FitGrid(std::vector<std::int64_t>{1000}, rises).m_vSeconds.empty());
+    std::vector<std::uint8_t> const rises(5000, 0);
+    EXPECT_TRUE(FitGrid({}, 0.0, rises).m_vSeconds.empty());
+    EXPECT_TRUE(FitGrid(std::vector<std::int64_t>{1000}, 0.0, rises).m_vSeconds.empty());
     // 2204 samples are less than a twentieth of a second.
-    EXPECT_TRUE(FitGrid(std::vector<std::int64_t>{0, 2204, 4408}, rises).m_vSeconds.empty());
-    EXPECT_EQ(FitGrid(std::vector<std::int64_t>{0, 2206, 4412}, rises).m_vSeconds.size(), 3U);
+    EXPECT_TRUE(FitGrid(std::vector<std::int64_t>{0, 2204, 4408}, 0.0, rises).m_vSeconds.empty());
+    EXPECT_EQ(FitGrid(std::vector<std::int64_t>{0, 2206, 4412}, 0.0, rises).m_vSeconds.size(), 3U);
 }
 
 TEST(BeatGridFitTest, WithoutSoundTheGridStays) {
-    CFittedGrid const grid = FitGrid(std::vector<std::int64_t>{0, 22050, 44100}, {});
+    CFittedGrid const grid = FitGrid(std::vector<std::int64_t>{0, 22050, 44100}, 0.0, {});
     ASSERT_EQ(grid.m_vSeconds.size(), 3U);
     EXPECT_NEAR(grid.m_dStepSeconds, 0.5, 1e-9);
+}
+
+TEST(BeatGridFitTest, WithoutPointsTheTempoMakesAGrid) {
+    // 0.2517 s are half a beat at 119.19 BPM; the tempo is known to one in a hundred.
+    CStrokes strokes(200, Even, Even);
+    strokes.m_vPoints.clear();
+    CFittedGrid const grid = FitGrid({}, 120.2, strokes.m_vRises);
+    ASSERT_GT(grid.m_vSeconds.size(), 200U); // from the start on
+    EXPECT_TRUE(grid.m_bSteady);
+    for (double const stroke : strokes.m_vStrokes) {
+        double nearest = 1.0;
+        for (double const moment : grid.m_vSeconds) {
+            nearest = std::min(nearest, std::abs(moment - stroke));
+        }
+        EXPECT_LT(nearest, 0.0005);
+    }
+}
+
+TEST(BeatGridFitTest, AGridThatLeavesTheStrokesIsMended) {
+    // Too slow by one in 250: after 200 half beats it is off by nearly a whole one.
+    CStrokes const strokes(200, Even, [](int i) { return Even(i) + 0.001 * i - 0.1; });
+    CFittedGrid const grid = strokes.Fit();
+    for (std::size_t i = 1; i + 1 < grid.m_vSeconds.size(); ++i) {
+        double const steps = (grid.m_vSeconds[i] - Even(0)) / 0.2517;
+        EXPECT_LT(std::abs(steps - std::round(steps)) * 0.2517, 0.0005) << i;
+    }
+}
+
+TEST(BeatGridFitTest, AGridBetweenTheStrokesStaysThere) {
+    // As of swung music, whose off-beats come late: the engine knows better.
+    CStrokes const strokes(200, Even, [](int i) { return Even(i) + 0.08; });
+    CFittedGrid const grid = strokes.Fit();
+    ASSERT_EQ(grid.m_vSeconds.size(), 200U);
+    EXPECT_NEAR(grid.m_vSeconds[100], Even(100) + 0.08, 0.042);
 }
