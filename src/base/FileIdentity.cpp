@@ -18,6 +18,17 @@ std::int64_t NanosecondsOf(timespec const& time) {
     return std::int64_t{time.tv_sec} * kNanosecondsPerSecond + time.tv_nsec;
 }
 
+/// Nanoseconds until a change would show; 0 when it does.
+std::int64_t TimeToWait(CFileIdentity const& identity) {
+    bool const isWhole = identity.m_nChangedTime % kNanosecondsPerSecond == 0;
+    std::int64_t const step = isWhole ? kCoarseStep : kFineStep;
+    timespec now = {};
+    (void)::clock_gettime(CLOCK_REALTIME, &now);
+    std::int64_t const rest = identity.m_nChangedTime + step - NanosecondsOf(now);
+    // A change in the future is another machine's clock: there is no telling how long to wait.
+    return rest > 0 && rest <= step ? rest : 0;
+}
+
 } // namespace
 
 CFileIdentity IdentityOf(struct stat const& status) {
@@ -44,14 +55,13 @@ std::optional<CFileIdentity> IdentityAt(std::string const& path) {
     return IdentityOf(status);
 }
 
+bool WouldChangesShow(CFileIdentity const& identity) {
+    return TimeToWait(identity) == 0;
+}
+
 void WaitUntilChangesShow(CFileIdentity const& identity) {
-    bool const isWhole = identity.m_nChangedTime % kNanosecondsPerSecond == 0;
-    std::int64_t const step = isWhole ? kCoarseStep : kFineStep;
-    timespec now = {};
-    (void)::clock_gettime(CLOCK_REALTIME, &now);
-    std::int64_t const rest = identity.m_nChangedTime + step - NanosecondsOf(now);
-    // A change in the future is another machine's clock: there is no telling how long to wait.
-    if (rest > 0 && rest <= step) {
+    std::int64_t const rest = TimeToWait(identity);
+    if (rest > 0) {
         std::this_thread::sleep_for(std::chrono::nanoseconds(rest));
     }
 }

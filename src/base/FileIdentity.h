@@ -35,6 +35,9 @@ std::optional<CFileIdentity> IdentityOf(int descriptor);
 /// Identity of what `path`, which is bytes, names once links are followed. Returns: as above.
 std::optional<CFileIdentity> IdentityAt(std::string const& path);
 
+/// True when a change made from now on would show in the file's identity.
+bool WouldChangesShow(CFileIdentity const& identity);
+
 /// Waits until a change made from now on would show in the file's identity: a moment, and only when
 /// the last change is not older than a step of the file system's clock.
 void WaitUntilChangesShow(CFileIdentity const& identity);

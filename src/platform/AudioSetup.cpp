@@ -24,3 +24,7 @@ void SetUpAudio() {
     av_log_set_level(AV_LOG_ERROR);
     av_max_alloc(kLargestAllocation);
 }
+
+std::string DecoderVersion() {
+    return av_version_info();
+}

@@ -82,6 +82,9 @@ COpenDatabase OpenAt(std::string const& path, CDatabaseKind const& kind, bool is
         opened.m_pDatabase = std::make_unique<SQLite::Database>(path, flags, kBusyMilliseconds);
         SQLite::Database& database = *opened.m_pDatabase;
         if (!isReading && IsEmpty(database)) {
+            if (kind.m_bShrinks) {
+                database.exec("PRAGMA auto_vacuum = INCREMENTAL");
+            }
             UseWriteAheadLog(database);
             MakeTables(database, kind);
         }

@@ -17,6 +17,7 @@ struct CDatabaseKind {
     std::int32_t m_nApplication = 0; // marks the file as this kind
     std::int32_t m_nVersion = 0;     // of the tables
     char const* m_pTables = nullptr; // SQL that makes them
+    bool m_bShrinks = false;         // the file can give room back
     bool m_bDurable = false;         // each change is on the disk before the next step
 };
 

@@ -7,6 +7,7 @@
 #include "records/Database.h"
 #include "records/JournalRows.h"
 #include "records/RealPath.h"
+#include "records/RecordStore.h"
 #include "records/TagDelta.h"
 
 #include <SQLiteCpp/Statement.h>
@@ -141,6 +142,9 @@ public:
 
     void OnWritten(std::optional<CFileIdentity> const& after) override {
         m_journal.Confirm(m_entry.m_nId, after);
+        if (m_journal.m_pStore != nullptr && after) {
+            m_journal.m_pStore->Follow(m_entry.m_sPath, m_entry.m_before, *after);
+        }
     }
 
 private:

@@ -17,6 +17,8 @@
 #include <string>
 #include <vector>
 
+class CRecordStore;
+
 /// What wrote a tag.
 enum class EJournalWriter { Analyze = 0, TagSet = 1, Fix = 2, Window = 3, Undo = 4 };
 
@@ -89,6 +91,10 @@ public:
     CJournal(CJournal const&) = delete;
     CJournal& operator=(CJournal const&) = delete;
 
+    /// Lets `store`, which must outlive the journal, follow what is written: results of a file hold
+    /// on when its tag changes. Before any write.
+    void SetStore(CRecordStore* store) { m_pStore = store; }
+
     /// Begins a new batch with the next write. Waits for nobody.
     void BeginBatch() { m_bNewBatch = true; }
 
@@ -124,6 +130,7 @@ private:
     std::int64_t Enter(CJournalEntry const& entry);
     void Confirm(std::int64_t id, std::optional<CFileIdentity> const& after);
 
+    CRecordStore* m_pStore = nullptr;
     std::atomic<bool> m_bNewBatch = false;
     mutable std::mutex m_lock;
     std::unique_ptr<CImpl> m_pImpl;

@@ -179,6 +179,7 @@ CDatabaseKind const kJournalKind = {
     .m_nApplication = 0x54614A6F, // Fixed: "TaJo".
     .m_nVersion = 1,
     .m_pTables = kTables,
+    .m_bShrinks = false,
     .m_bDurable = true,
 };
 

@@ -21,4 +21,6 @@ inline constexpr int kAnalysisProblems = static_cast<int>(EAnalysisProblem::NoMe
 struct CAnalysisOutcome {
     EAnalysisProblem m_problem = EAnalysisProblem::None;
     CDecodeReport m_report = {};
+
+    bool operator==(CAnalysisOutcome const&) const = default;
 };

@@ -31,6 +31,8 @@ struct CShownTags {
     std::string m_sKey;
     std::string m_sTempo; // the text that the tempo was taken from
     CTagTempo m_tempo;
+
+    bool operator==(CShownTags const&) const = default;
 };
 
 /// Reads them: ID3v2 in every version, encoding and place, Vorbis comments, MP4 items, APEv2, ASF

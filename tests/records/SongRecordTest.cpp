@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "records/SongRecord.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace {
+
+/// A record in which no two fields are alike.
+CSongRecord FullRecord() {
+    CSongRecord record;
+    record.m_tags = CReadTags();
+    record.m_tags->m_shown.m_sTitle = "T\xC3\xADtulo";
+    record.m_tags->m_shown.m_sArtist = std::string("a\0b", 3);
+    record.m_tags->m_shown.m_sAlbum = "album";
+    record.m_tags->m_shown.m_sKey = "Am";
+    record.m_tags->m_shown.m_sTempo = "12800";
+    record.m_tags->m_shown.m_tempo = {.m_worth = ETagTempo::TimesHundred, .m_dBpm = 128.0};
+    // A lone surrogate is no text of UTF-8, and comes back all the same.
+    record.m_tags->m_sTempoFrame = CString(std::u16string_view(u"1\xD800z"));
+    CHeardSong heard;
+    heard.m_outcome.m_problem = EAnalysisProblem::NoBeat;
+    heard.m_outcome.m_report = {.m_problem = EDecodeProblem::Protected,
+                                .m_nError = -7,
+                                .m_sDetail = "detail",
+                                .m_nPackets = 1'000'000'000'000,
+                                .m_nBadPackets = 3,
+                                .m_bBreaksOff = true,
+                                .m_dPromisedSeconds = 0.1,
+                                .m_dHeardSeconds = -0.0,
+                                .m_container = EContainer::Caf,
+                                .m_sDecoder = "pcm",
+                                .m_nFileRate = 4'000'000'000U,
+                                .m_nChannels = 6,
+                                .m_identity = {1, 2, 3, -4, 5}};
+    heard.m_sTempo = "127.99";
+    heard.m_fHeardBpm = std::numeric_limits<float>::denorm_min();
+    record.m_heard = heard;
+    return record;
+}
+
+TEST(SongRecordTest, EveryFieldComesBack) {
+    CSongRecord const record = FullRecord();
+    EXPECT_EQ(SongRecordOf(BytesOf(record)), record);
+}
+
+TEST(SongRecordTest, PartsThatAreNothingStayNothing) {
+    EXPECT_EQ(SongRecordOf(BytesOf({})), CSongRecord());
+    CSongRecord tags = FullRecord();
+    tags.m_heard.reset();
+    EXPECT_EQ(SongRecordOf(BytesOf(tags)), tags);
+    CSongRecord heard = FullRecord();
+    heard.m_tags.reset();
+    EXPECT_EQ(SongRecordOf(BytesOf(heard)), heard);
+}
+
+TEST(SongRecordTest, WhatIsCutShortOrTooLongIsNoRecord) {
+    std::vector<std::uint8_t> const bytes = BytesOf(FullRecord());
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        EXPECT_FALSE(SongRecordOf(std::span(bytes).first(i))) << i;
+    }
+    std::vector<std::uint8_t> longer = bytes;
+    longer.push_back(0);
+    EXPECT_FALSE(SongRecordOf(longer));
+}
+
+TEST(SongRecordTest, NoLengthIsBelieved) {
+    // Form, tags there, and a title of 2^60 bytes.
+    std::vector<std::uint8_t> const bytes = {1, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0,
+                                             0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x10};
+    EXPECT_FALSE(SongRecordOf(bytes));
+    std::vector<std::uint8_t> otherForm = BytesOf({});
+    otherForm[0] = 2;
+    EXPECT_FALSE(SongRecordOf(otherForm));
+}
+
+} // namespace
