@@ -6,8 +6,10 @@
 #include "cli/AnalyzeCommand.h"
 #include "cli/ArgumentCheck.h"
 #include "cli/Arguments.h"
+#include "cli/CacheCommand.h"
 #include "cli/Command.h"
 #include "cli/ExitCode.h"
+#include "cli/FixCommand.h"
 #include "cli/HelpFormat.h"
 #include "cli/HistoryCommand.h"
 #include "cli/Message.h"
@@ -41,6 +43,8 @@ CommandList MakeCommands() {
     commands.push_back(std::make_unique<CTagCommand>());
     commands.push_back(std::make_unique<CHistoryCommand>());
     commands.push_back(std::make_unique<CUndoCommand>());
+    commands.push_back(std::make_unique<CFixCommand>());
+    commands.push_back(std::make_unique<CCacheCommand>());
     return commands;
 }
 

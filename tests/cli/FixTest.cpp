@@ -1,0 +1,103 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "CommandTest.h"
+#include "cli/FixCommand.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::HasSubstr;
+
+TEST(TempoFixTest, WordsStandForRatiosAndTempos) {
+    EXPECT_EQ(TempoFixOf("x2")->m_nTimes, 2);
+    EXPECT_EQ(TempoFixOf("x2")->m_nOver, 1);
+    EXPECT_EQ(TempoFixOf("/2")->m_nOver, 2);
+    EXPECT_EQ(TempoFixOf("3:4")->m_nTimes, 3);
+    EXPECT_EQ(TempoFixOf("3:4")->m_nOver, 4);
+    EXPECT_EQ(TempoFixOf("=174.5")->m_dBpm, 174.5);
+    EXPECT_FALSE(TempoFixOf("=174.5")->IsRatio());
+    for (char const* const word : {"", "x3", "2", "=", "=19.9", "=1000", "=abc", "=120x", "tap",
+                                   "=inf", "=nan", "=-120", "5:4"}) {
+        EXPECT_FALSE(TempoFixOf(word)) << word;
+    }
+}
+
+TEST(TempoFixTest, TapsGiveTheMeanOfTheirSpans) {
+    // Four spans of half a second on the whole: 120 a minute.
+    EXPECT_EQ(TappedTempo({10.0, 10.4, 11.1, 11.5, 12.0}), 120.0);
+    EXPECT_FALSE(TappedTempo({}));
+    EXPECT_FALSE(TappedTempo({1.0, 1.5, 2.0}));
+    EXPECT_FALSE(TappedTempo({1.0, 1.0, 1.0, 1.0}));
+    // Four seconds a beat are 15 a minute.
+    EXPECT_FALSE(TappedTempo({0.0, 4.0, 8.0, 12.0}));
+}
+
+class FixTest : public CCommandTest {
+protected:
+    void WriteSong(std::string const& name, std::string const& tempo) {
+        WriteBytes(m_folder / name,
+                   Joined({TagOf(3, Frame23("TBPM", Latin1Text(tempo))), MpegAudio(4)}));
+    }
+    std::string Tempo(std::string const& name) {
+        return Tactus({"tag", "get", name, "TBPM"}).m_sOut;
+    }
+};
+
+TEST_F(FixTest, WritesTheTempoTimesTheRatio) {
+    WriteSong("a.mp3", "87.04");
+    CProcessResult const fixed = Tactus({"fix", "x2", "a.mp3"});
+    EXPECT_EQ(fixed.m_nExit, 0) << fixed.m_sErr;
+    EXPECT_EQ(fixed.m_sOut, "a.mp3: 87.04 -> 174.08\n");
+    EXPECT_EQ(Tempo("a.mp3"), "174.08\n");
+    EXPECT_EQ(Tactus({"fix", "3:4", "a.mp3"}).m_sOut, "a.mp3: 174.08 -> 130.56\n");
+    EXPECT_EQ(Tactus({"undo", "a.mp3"}).m_nExit, 0);
+    EXPECT_EQ(Tempo("a.mp3"), "174.08\n");
+}
+
+TEST_F(FixTest, TakesFoldersAndAValue) {
+    std::filesystem::create_directory(m_folder / "songs");
+    WriteSong("songs/a.mp3", "87");
+    WriteBytes(m_folder / "songs/b.mp3", MpegAudio(4));
+    CProcessResult const fixed = Tactus({"fix", "=174.5", "songs"});
+    EXPECT_EQ(fixed.m_nExit, 0) << fixed.m_sErr;
+    EXPECT_EQ(fixed.m_sOut, "songs/a.mp3: 87.00 -> 174.50\nsongs/b.mp3: nothing -> 174.50\n");
+    EXPECT_EQ(Tempo("songs/b.mp3"), "174.50\n");
+}
+
+TEST_F(FixTest, DryRunWritesNothing) {
+    WriteSong("a.mp3", "87");
+    std::string const before = ReadText(m_folder / "a.mp3");
+    EXPECT_EQ(Tactus({"fix", "-n", "x2", "a.mp3"}).m_sOut, "a.mp3: 87.00 -> 174.00\n");
+    EXPECT_EQ(ReadText(m_folder / "a.mp3"), before);
+}
+
+TEST_F(FixTest, WhatCannotBePutRightIsTold) {
+    WriteBytes(m_folder / "none.mp3", MpegAudio(4));
+    WriteSong("fast.mp3", "600");
+    WriteClip("clip.wav");
+    CProcessResult const refused = Tactus({"fix", "x2", "none.mp3", "fast.mp3", "gone.mp3"});
+    EXPECT_EQ(refused.m_nExit, 1);
+    EXPECT_EQ(refused.m_sOut, "");
+    EXPECT_THAT(refused.m_sErr, HasSubstr("none.mp3: has no tempo that could be put right"));
+    EXPECT_THAT(refused.m_sErr, HasSubstr("fast.mp3: isn't written: 1200.00 is no tempo"));
+    EXPECT_THAT(refused.m_sErr, HasSubstr("gone.mp3: "));
+    CProcessResult const clip = Tactus({"fix", "=100", "clip.wav"});
+    EXPECT_EQ(clip.m_nExit, 1);
+    EXPECT_THAT(clip.m_sErr, HasSubstr("clip.wav: isn't written: "));
+    EXPECT_EQ(Tactus({"fix", "x7", "none.mp3"}).m_nExit, 2);
+}
+
+TEST_F(FixTest, TempoOfAnEarlierAnalysisIsPutRightToo) {
+    WriteMp3("a.mp3");
+    CProcessResult const heard = Tactus({"analyze", "--format", "jsonl", "a.mp3"});
+    EXPECT_THAT(heard.m_sOut, HasSubstr("\"source\":\"analysis\""));
+    std::string const tempo =
+        heard.m_sOut.substr(heard.m_sOut.find("\"tempo\":") + 8, 5); // as in 95.43
+    CProcessResult const fixed = Tactus({"fix", "-n", "x2", "a.mp3"});
+    EXPECT_THAT(fixed.m_sOut, HasSubstr("a.mp3: " + tempo + " -> 1"));
+}
+
+} // namespace
