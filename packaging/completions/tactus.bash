@@ -8,7 +8,7 @@ _tactus() {
     local command=${COMP_WORDS[1]} words=""
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W "analyze profile tag history undo --help --version" -- "$cur")
+        mapfile -t COMPREPLY < <(compgen -W "analyze profile tag history undo fix cache --help --version" -- "$cur")
         return
     fi
     case $prev in
@@ -26,6 +26,17 @@ _tactus() {
         profile) words="--harmony --trace --verbose --help" ;;
         history) words="--number --json --clear --help" ;;
         undo) words="--force --keep-mtime --help" ;;
+        fix)
+            words="--dry-run --keep-mtime --follow --help"
+            if [ "$COMP_CWORD" -eq 2 ]; then
+                mapfile -t COMPREPLY < <(compgen -W "x2 /2 3:2 2:3 4:3 3:4 tap --help" -- "$cur")
+                return
+            fi
+            ;;
+        cache)
+            mapfile -t COMPREPLY < <(compgen -W "info prune clear --help" -- "$cur")
+            return
+            ;;
         tag)
             words="--help"
             if [ "$COMP_CWORD" -eq 2 ]; then

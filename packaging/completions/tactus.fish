@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 # Completion of tactus for fish.
 
-set -l commands analyze profile tag history undo
+set -l commands analyze profile tag history undo fix cache
 complete -c tactus -n "not __fish_seen_subcommand_from $commands" -f
 complete -c tactus -n "not __fish_seen_subcommand_from $commands" -a analyze -d "Find the tempo of files and folders"
 complete -c tactus -n "not __fish_seen_subcommand_from $commands" -a profile -d "Print the whole result record as JSON"
@@ -34,6 +34,15 @@ complete -c tactus -n "__fish_seen_subcommand_from history" -l json -d "Print an
 complete -c tactus -n "__fish_seen_subcommand_from history" -l clear -d "Forget everything"
 complete -c tactus -n "__fish_seen_subcommand_from undo" -s f -l force -d "Also where the tag says something else"
 complete -c tactus -n "__fish_seen_subcommand_from undo set" -l keep-mtime -d "Leave or give back the file's time"
+
+complete -c tactus -n "not __fish_seen_subcommand_from $commands" -a fix -d "Put tempos right"
+complete -c tactus -n "not __fish_seen_subcommand_from $commands" -a cache -d "Look after what is remembered of songs"
+complete -c tactus -n "__fish_seen_subcommand_from fix" -a "x2 /2 3:2 2:3 4:3 3:4 tap"
+complete -c tactus -n "__fish_seen_subcommand_from fix" -s n -l dry-run -d "Only say what would be written"
+complete -c tactus -n "__fish_seen_subcommand_from fix" -l keep-mtime -d "Leave the file's time"
+complete -c tactus -n "__fish_seen_subcommand_from fix" -s L -l follow -d "Search folders behind links too"
+complete -c tactus -n "__fish_seen_subcommand_from cache" -f -a "info prune clear"
+complete -c tactus -n $analyze -l no-cache -d "Hear every file anew"
 
 set -l tag "__fish_seen_subcommand_from tag; and not __fish_seen_subcommand_from get set list"
 complete -c tactus -n $tag -f -a get -d "Print the text of a frame"

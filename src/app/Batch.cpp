@@ -26,6 +26,7 @@ int PercentIn(std::string const& text) {
 
 CBatch::CBatch(CFileList& list, IBpmView& view)
     : m_list(list), m_view(view), m_pFileAnalyzer(std::make_unique<CFileAnalyzer>()) {
+    m_journal.SetStore(&m_store);
 }
 
 void CBatch::Subscribe() {

@@ -8,6 +8,7 @@
 #include "base/NotificationCenter.h"
 #include "records/Journal.h"
 #include "records/Places.h"
+#include "records/RecordStore.h"
 
 #include <memory>
 #include <vector>
@@ -73,6 +74,7 @@ private:
 
     CFileList& m_list;
     IBpmView& m_view;
+    CRecordStore m_store{CacheFolder()};
     CJournal m_journal{StateFolder()}; // a batch of files is a batch there
     std::size_t m_nRunningRow = CFileList::kNoRow;
     CString m_sTempoBefore; // What the running row showed before it was started.

@@ -59,6 +59,20 @@ std::size_t JobsOf(std::string const& text) {
     return jobs;
 }
 
+/// "1%" as 0.01.
+double ShareOf(std::string const& text) {
+    constexpr double kPercent = 100.0;
+    double percent = 0.0;
+    char const* const last = text.data() + text.size();
+    auto const [end, error] = std::from_chars(text.data(), last, percent);
+    bool const isShare = error == std::errc() && std::string_view(end, last) == "%" &&
+                         percent >= 0.0 && percent <= kPercent;
+    if (!isShare) {
+        throw CLI::ValidationError("--only-if-off", "'" + text + "' is no share from 0% to 100%");
+    }
+    return percent / kPercent;
+}
+
 /// What a person is told of a file, in one line; empty when all went well.
 std::string ProblemOf(CReportRow const& row) {
     if (!row.m_bRefused) {
@@ -95,7 +109,9 @@ CLI::App* CAnalyzeCommand::AddTo(CLI::App& program) {
            [this](std::string const& names) { m_walk.m_types = KindsOf("--types", names); },
            "Search folders for these kinds only, such as mp3,m4a")
         ->type_name("LIST");
+    app->add_flag("--no-cache", m_bNoCache, "Hear every file anew, and remember nothing of it");
     AddOutputOptions(*app);
+    AddCareOptions(*app);
     app->option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::Throw);
     app->add_option("PATH", m_vPaths, "Files, and folders to be searched")
         ->type_name("")
@@ -116,9 +132,32 @@ void CAnalyzeCommand::AddOutputOptions(CLI::App& app) {
     app.add_flag("-v,--verbose", m_bVerbose, "Add what the decoding library says of a failure");
 }
 
+/// What keeps tempos in tags from being replaced, and tells of it.
+void CAnalyzeCommand::AddCareOptions(CLI::App& app) {
+    CSongOptions& song = m_options.m_song;
+    app.add_flag(
+        "--overwrite-hand", song.m_bOverwriteHand,
+        "With --force --write, replace tempos too that Tactus didn't write itself, or that "
+        "were set by hand");
+    app.add_option_function<std::string>(
+           "--only-if-off", [&song](std::string const& text) { song.m_dLeastOff = ShareOf(text); },
+           "With --force --write, replace only what is off by more than this, such as 1%")
+        ->type_name("SHARE");
+    app.add_flag("--dry-run", song.m_bDryRun,
+                 "Only say what --write would do with each file: write, keep, differ or skip");
+    app.add_option("--log", m_sLog, "Write every row to FILE as well, as a JSON object a line")
+        ->type_name("FILE");
+}
+
 int CAnalyzeCommand::Run() {
     CInterrupt::Install();
     m_options.m_song.m_pJournal = &m_journal;
+    m_options.m_song.m_pStore = m_bNoCache ? nullptr : &m_store;
+    m_journal.SetStore(m_options.m_song.m_pStore);
+    if (m_options.m_song.m_bDryRun) {
+        m_options.m_song.m_bWrite = true;
+        m_format = EReportFormat::Plan;
+    }
     auto const begin = std::chrono::steady_clock::now();
     COutput output;
     COutputGuard const guard(m_vPaths, m_walk, m_bOverwriting);
@@ -126,10 +165,15 @@ int CAnalyzeCommand::Run() {
     if (int const code = output.Open(m_sOutput, check); code != kExitDone) {
         return code;
     }
+    COutput log;
+    if (int const code = m_sLog.empty() ? kExitDone : log.Open(m_sLog, check); code != kExitDone) {
+        return code;
+    }
     CInputWalk walk(m_vPaths, m_walk);
     CSummary summary;
-    std::string const interruption = RunJobs(walk, output, summary);
-    bool const isWritten = output.Finish();
+    std::string const interruption = RunJobs(walk, output, log, summary);
+    bool const isLogWritten = log.Finish();
+    bool const isWritten = output.Finish() && isLogWritten;
     if (interruption.empty()) {
         ReportWalk(walk, summary);
     } else {
@@ -138,6 +182,7 @@ int CAnalyzeCommand::Run() {
     bool const isLineWanted = m_options.m_song.m_bWrite ||
                               summary.Rows() >= (isatty(STDERR_FILENO) == 1 ? 2 : kManyFiles);
     ReportJournal(m_journal);
+    ReportStore(m_store);
     if (isLineWanted && !m_bQuiet) {
         ReportProblem(
             summary.Line(m_options.m_song.m_bWrite, std::chrono::steady_clock::now() - begin));
@@ -149,8 +194,10 @@ int CAnalyzeCommand::Run() {
 }
 
 /// Returns: what a person is told when the run was stopped before its end, else an empty text.
-std::string CAnalyzeCommand::RunJobs(CInputWalk& walk, COutput& output, CSummary& summary) {
+std::string CAnalyzeCommand::RunJobs(CInputWalk& walk, COutput& output, COutput& log,
+                                     CSummary& summary) {
     std::unique_ptr<IReport> const report = MakeReport(m_format, output);
+    std::unique_ptr<IReport> const logged = MakeReport(EReportFormat::JsonLines, log);
     CProgress progress(!m_bQuiet);
     CAnalysisJobs jobs(walk, m_options, progress);
     jobs.Run([&](CReportRow const& row) {
@@ -165,7 +212,8 @@ std::string CAnalyzeCommand::RunJobs(CInputWalk& walk, COutput& output, CSummary
             ReportProblem(row.m_sPath, "the decoding library says: " + row.m_sDetail);
         }
         summary.Add(row);
-        return report->Add(row);
+        bool const isLogged = m_sLog.empty() || logged->Add(row);
+        return report->Add(row) && isLogged;
     });
     progress.Clear();
     (void)report->End();

@@ -8,6 +8,7 @@
 #include "cli/Report.h"
 #include "records/Journal.h"
 #include "records/Places.h"
+#include "records/RecordStore.h"
 
 #include <string>
 #include <vector>
@@ -22,14 +23,18 @@ public:
 
 private:
     void AddOutputOptions(CLI::App& app);
-    std::string RunJobs(CInputWalk& walk, COutput& output, CSummary& summary);
+    void AddCareOptions(CLI::App& app);
+    std::string RunJobs(CInputWalk& walk, COutput& output, COutput& log, CSummary& summary);
     void ReportWalk(CInputWalk const& walk, CSummary& summary) const;
 
+    CRecordStore m_store{CacheFolder()};
     CJournal m_journal{StateFolder()};
+    bool m_bNoCache = false;
     CAnalysisOptions m_options;
     CWalkOptions m_walk;
     EReportFormat m_format = EReportFormat::Table;
     std::string m_sOutput;
+    std::string m_sLog;
     bool m_bOverwriting = false; // whatever the output file holds
     bool m_bQuiet = false;
     bool m_bVerbose = false;

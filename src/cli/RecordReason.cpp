@@ -73,3 +73,10 @@ void ReportJournal(CJournal const& journal) {
         ReportProblem("the journal of writes " + reason);
     }
 }
+
+void ReportStore(CRecordStore const& store) {
+    std::string const reason = RecordReason(store.Problem());
+    if (!reason.empty()) {
+        ReportProblem("the store of results " + reason);
+    }
+}

@@ -5,6 +5,7 @@
 
 #include "records/Journal.h"
 #include "records/RecordProblem.h"
+#include "records/RecordStore.h"
 #include "records/Undo.h"
 
 #include <string>
@@ -21,6 +22,9 @@ std::string TextOrNothing(std::optional<std::string> const& text);
 
 /// What a batch did, such as "analyze".
 std::string WriterName(EJournalWriter writer);
+
+/// Tells a person, once, that results aren't remembered.
+void ReportStore(CRecordStore const& store);
 
 /// Tells a person, once, that writes weren't entered in the journal.
 void ReportJournal(CJournal const& journal);

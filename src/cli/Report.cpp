@@ -4,6 +4,7 @@
 #include "cli/Report.h"
 
 #include "cli/Json.h"
+#include "cli/Message.h"
 #include "cli/TableReport.h"
 #include "cli/Text.h"
 
@@ -23,6 +24,20 @@ char const* SourceName(ETempoSource source) {
     case ETempoSource::Analysis:
         return "analysis";
     case ETempoSource::None:
+        break;
+    }
+    return "";
+}
+
+char const* SetByName(ESetBy setBy) {
+    switch (setBy) {
+    case ESetBy::Tactus:
+        return "tactus";
+    case ESetBy::Hand:
+        return "hand";
+    case ESetBy::Other:
+        return "other";
+    case ESetBy::Nobody:
         break;
     }
     return "";
@@ -121,7 +136,10 @@ std::string JsonRow(CReportRow const& row) {
         .Add("notWritten", JsonTextOrNull(row.m_sNotStored))
         .Add("album", JsonText(row.m_sAlbum))
         .Add("tagKey", JsonTextOrNull(row.m_sTagKey))
-        .Add("tempoNote", JsonTextOrNull(TempoNote(row)));
+        .Add("tempoNote", JsonTextOrNull(TempoNote(row)))
+        .Add("before", JsonTextOrNull(row.m_sBefore))
+        .Add("setBy", JsonTextOrNull(SetByName(row.m_setBy)))
+        .Add("plan", JsonTextOrNull(PlanName(row.m_plan)));
     return object.Close();
 }
 
@@ -144,7 +162,51 @@ private:
     bool m_bBegun = false;
 };
 
+/// What would be done with each file, a line each.
+class CPlanReport final : public IReport {
+public:
+    explicit CPlanReport(COutput& output) : m_output(output) {}
+
+    bool Add(CReportRow const& row) override {
+        std::string const line = Line(row);
+        return m_output.Write((m_output.IsTerminal() ? Printable(line) : line) + "\n") &&
+               m_output.Flush();
+    }
+
+    bool End() override { return true; }
+
+private:
+    static std::string Line(CReportRow const& row) {
+        std::string const old = row.m_sBefore.empty() ? "nothing" : row.m_sBefore;
+        std::string const tempo = TempoText(row.m_dTempo).value_or("nothing");
+        std::string const change = row.m_plan == EPlan::Keep   ? old
+                                   : row.m_plan == EPlan::Skip ? tempo
+                                                               : old + " -> " + tempo;
+        std::string const reason = !row.m_sError.empty() ? row.m_sError : row.m_sNotStored;
+        return std::string(PlanName(row.m_plan)) + "\t" + change + "\t" + row.m_sPath +
+               (reason.empty() ? "" : "\t" + reason);
+    }
+
+    COutput& m_output;
+};
+
 } // namespace
+
+char const* PlanName(EPlan plan) {
+    switch (plan) {
+    case EPlan::Write:
+        return "write";
+    case EPlan::Keep:
+        return "keep";
+    case EPlan::Differ:
+        return "differ";
+    case EPlan::Skip:
+        return "skip";
+    case EPlan::None:
+        break;
+    }
+    return "";
+}
 
 std::optional<std::string> TempoText(std::optional<double> tempo) {
     if (!tempo || !std::isfinite(*tempo)) {
@@ -165,6 +227,8 @@ std::unique_ptr<IReport> MakeReport(EReportFormat format, COutput& output) {
         return std::make_unique<CJsonReport>(output, true);
     case EReportFormat::JsonLines:
         return std::make_unique<CJsonReport>(output, false);
+    case EReportFormat::Plan:
+        return std::make_unique<CPlanReport>(output);
     case EReportFormat::Table:
         break;
     }

@@ -15,6 +15,18 @@ enum class ETempoSource { None, Tag, Analysis };
 /// What became of storing a tempo that was heard.
 enum class EWriting { NotAsked, Stored, NotStored };
 
+/// Who set the tempo that stands in a file's tag.
+enum class ESetBy { Nobody, Tactus, Hand, Other };
+
+/// What a run with --write would do.
+enum class EPlan {
+    None,
+    Write,
+    Keep,   // the tag has a tempo that stays
+    Differ, // the same, and another one was heard
+    Skip,   // nothing could be written
+};
+
 /// What there is to tell about one file.
 struct CReportRow {
     std::string m_sPath;            // bytes as given or found
@@ -29,14 +41,19 @@ struct CReportRow {
     std::string m_sTagKey = {};              // the key that the tag tells, UTF-8
     ETagTempo m_tagTempo = ETagTempo::Plain; // of a tempo from the tag: what it is worth there
 
+    ESetBy m_setBy = ESetBy::Nobody; // of the tempo that stands in an MP3 file's tag
+    std::string m_sBefore = {};      // the tempo in an MP3 file's tag, UTF-8
+    EPlan m_plan = EPlan::None;      // of a dry run
+
     // Not part of the report:
+    bool m_bKept = false;        // a tempo in the tag stays although another one was heard
     std::string m_sDetail = {};  // what the decoding library said
     bool m_bRefused = false;     // not stored, and a person would expect otherwise
     bool m_bTitleIsName = false; // the title is the file's name, for want of another
     bool m_bFurtherName = false; // of a file that has a row already
 };
 
-enum class EReportFormat { Table, Csv, Json, JsonLines };
+enum class EReportFormat { Table, Csv, Json, JsonLines, Plan };
 
 /// Writes rows in one format.
 /// Thread: main.
@@ -59,6 +76,9 @@ protected:
 /// A report that writes to `output`, which must outlive it. Table rows are held back to the end,
 /// because the columns are as wide as what they hold; the other formats write row by row.
 std::unique_ptr<IReport> MakeReport(EReportFormat format, COutput& output);
+
+/// "write", "keep", "differ" or "skip"; empty for none.
+char const* PlanName(EPlan plan);
 
 /// The tempo with two decimals. Nothing for infinity and NaN, which are no tempo.
 std::optional<std::string> TempoText(std::optional<double> tempo);

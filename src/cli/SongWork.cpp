@@ -12,9 +12,12 @@
 #include "song/StoreTempo.h"
 #include "song/TempoText.h"
 
+#include <cmath>
+
 namespace {
 
-constexpr int kMostAttempts = 3; // Fixed: a file that never rests is given up.
+constexpr int kMostAttempts = 3;         // Fixed: a file that never rests is given up.
+constexpr char kTempoFrameId[] = "TBPM"; // Standard: ID3v2.3.0, section 4.2.1.
 
 std::string FileNameOf(CInputFile const& input) {
     if (input.m_sName == kStandardInputName) {
@@ -41,14 +44,57 @@ bool CSongWork::Begin() {
         return true;
     }
     m_identity = IdentityAt(m_input.m_sPath.ToPath());
-    return ReadTag();
+    Recall();
+    if (ReadTag()) {
+        Remember();
+        return true;
+    }
+    // What was heard before need not be heard again.
+    std::optional<CHeardSong> const heard = m_known.m_heard;
+    return heard && Conclude(heard->m_outcome, heard->m_sTempo);
+}
+
+/// Takes what is known of the file in its present state. Standard input lies in a file that is
+/// nobody's.
+void CSongWork::Recall() {
+    m_known = {};
+    m_bNews = false;
+    m_bRested = m_identity && WouldChangesShow(*m_identity);
+    bool const isKept = m_options.m_pStore != nullptr && m_input.m_sName != kStandardInputName;
+    if (isKept && m_identity) {
+        m_known = m_options.m_pStore->Find(m_input.m_sPath.ToPath(), *m_identity);
+    }
+}
+
+void CSongWork::Remember() const {
+    bool const isKept = m_options.m_pStore != nullptr && m_input.m_sName != kStandardInputName;
+    if (isKept && m_bNews && m_bRested) {
+        m_options.m_pStore->Keep(m_input.m_sPath.ToPath(), *m_identity, m_known);
+    }
+}
+
+/// Keeps what was heard, if it was this file in this state.
+void CSongWork::Learn(CAnalysisOutcome const& outcome, std::string const& tempo) {
+    bool const isHeard = outcome.m_problem == EAnalysisProblem::None;
+    if (isHeard && !m_known.m_heard && m_identity == outcome.m_report.m_identity) {
+        m_known.m_heard = {.m_outcome = outcome, .m_sTempo = tempo};
+        m_bNews = true;
+    }
+    Remember();
 }
 
 /// Fills the row from the tags. Returns: true when there is a tempo that needs no second look.
 bool CSongWork::ReadTag() {
     m_pFile = std::make_unique<CBPMFile>(m_input.m_sPath);
-    m_sTempoInTag = IsWritable(m_input) ? ReadSongTags(m_input.m_sPath).m_sTempoFrame : CString();
-    CShownTags const tags = ReadShownTags(m_input.m_sPath);
+    if (!m_known.m_tags) {
+        m_known.m_tags = {.m_shown = ReadShownTags(m_input.m_sPath),
+                          .m_sTempoFrame = IsWritable(m_input)
+                                               ? ReadSongTags(m_input.m_sPath).m_sTempoFrame
+                                               : CString()};
+        m_bNews = true;
+    }
+    m_sTempoInTag = m_known.m_tags->m_sTempoFrame;
+    CShownTags const& tags = m_known.m_tags->m_shown;
     m_row.m_bTitleIsName = tags.m_sTitle.empty();
     // Standard input lies in a file of another name.
     m_row.m_sTitle = !tags.m_sTitle.empty() ? tags.m_sTitle : FileNameOf(m_input);
@@ -56,13 +102,62 @@ bool CSongWork::ReadTag() {
     m_row.m_sAlbum = tags.m_sAlbum;
     m_row.m_sTagKey = tags.m_sKey;
     m_row.m_tagTempo = tags.m_tempo.m_worth;
+    m_row.m_sBefore = m_sTempoInTag.ToUtf8();
+    m_row.m_setBy = FindSetBy();
+    m_row.m_plan = m_options.m_bDryRun ? EPlan::Skip : EPlan::None;
     bool const isDoubted = m_options.m_bRecheck && tags.m_tempo.m_worth == ETagTempo::Unlikely;
     if (tags.m_tempo.m_worth == ETagTempo::None || m_options.m_bForce || isDoubted) {
         return false;
     }
     m_row.m_dTempo = tags.m_tempo.m_dBpm;
     m_row.m_source = ETempoSource::Tag;
+    m_row.m_plan = m_options.m_bDryRun ? EPlan::Keep : EPlan::None;
     return true;
+}
+
+/// Who set the tempo in the tag of an MP3 file, by the journal.
+ESetBy CSongWork::FindSetBy() const {
+    if (!(LeadingNumber(m_sTempoInTag) > 0.0)) {
+        return ESetBy::Nobody;
+    }
+    std::optional<ETextOrigin> origin;
+    if (m_options.m_pJournal != nullptr) {
+        origin = m_options.m_pJournal->OriginOf(m_input.m_sPath.ToPath(), kTempoFrameId,
+                                                m_sTempoInTag.ToUtf8());
+    }
+    return origin == ETextOrigin::Heard  ? ESetBy::Tactus
+           : origin == ETextOrigin::Hand ? ESetBy::Hand
+                                         : ESetBy::Other;
+}
+
+/// Why the tempo in the tag stays although another one was heard; empty when it may go.
+std::string CSongWork::ReasonToKeep() const {
+    double const old = LeadingNumber(m_sTempoInTag);
+    if (m_row.m_setBy == ESetBy::Nobody || !m_options.m_bForce) {
+        return {};
+    }
+    if (std::abs(*m_row.m_dTempo - old) <= m_options.m_dLeastOff * old) {
+        return "the tag's tempo is within the limit";
+    }
+    if (m_row.m_setBy == ESetBy::Tactus || m_options.m_bOverwriteHand) {
+        return {};
+    }
+    return m_row.m_setBy == ESetBy::Hand ? "the tag's tempo was set by hand: --overwrite-hand"
+                                         : "the tag's tempo is another program's: --overwrite-hand";
+}
+
+/// Tells what would become of the file, as far as that can be told without a write.
+void CSongWork::Plan(CAnalysisOutcome const& outcome, std::string const& tempo) {
+    EWriteProblem const problem =
+        IsWritable(m_input) ? ProblemOfStoring(outcome) : EWriteProblem::OtherExtension;
+    bool const isThere = m_sTempoInTag == tempo.c_str();
+    m_row.m_plan = m_row.m_bKept                    ? EPlan::Differ
+                   : isThere                        ? EPlan::Keep
+                   : problem == EWriteProblem::None ? EPlan::Write
+                                                    : EPlan::Skip;
+    if (m_row.m_plan == EPlan::Skip) {
+        m_row.m_sNotStored = WriteReason(problem);
+    }
 }
 
 bool CSongWork::Conclude(CAnalysisOutcome const& outcome, std::string const& tempo) {
@@ -70,6 +165,7 @@ bool CSongWork::Conclude(CAnalysisOutcome const& outcome, std::string const& tem
     if ((!isHeard || m_options.m_bWrite) && m_nAttempts < kMostAttempts && HasChanged()) {
         return false;
     }
+    Learn(outcome, tempo);
     m_row.m_sError = isHeard ? DamageReason(outcome.m_report) : AnalysisReason(outcome);
     m_row.m_sDetail = outcome.m_report.m_sDetail;
     if (isHeard) {
@@ -87,8 +183,16 @@ bool CSongWork::Store(CAnalysisOutcome const& outcome, std::string const& tempo)
         m_row.m_sNotStored = "no beat was found";
         return true;
     }
+    m_row.m_sNotStored = ReasonToKeep();
+    m_row.m_bKept = !m_row.m_sNotStored.empty();
+    if (m_options.m_bDryRun) {
+        Plan(outcome, tempo);
+    }
+    if (m_row.m_bKept || m_options.m_bDryRun) {
+        return true;
+    }
     CStoreTempoOptions options;
-    if (!m_options.m_bForce) {
+    if (!m_options.m_bForce || !m_options.m_bOverwriteHand) {
         options.m_tempoBefore = m_sTempoInTag;
     }
     std::unique_ptr<ITagWitness> witness;

@@ -8,6 +8,7 @@
 #include "cli/InputWalk.h"
 #include "cli/Report.h"
 #include "records/Journal.h"
+#include "records/RecordStore.h"
 #include "song/AnalysisProblem.h"
 
 #include <memory>
@@ -16,10 +17,14 @@
 
 /// What is to be done with every file.
 struct CSongOptions {
-    bool m_bForce = false;          // analyse files too whose tag has a tempo
-    bool m_bRecheck = false;        // those too whose tag has one that no song has
-    bool m_bWrite = false;          // store what an analysis finds in the tags of mp3 files
-    CJournal* m_pJournal = nullptr; // where writes are entered; null: nowhere
+    bool m_bForce = false;            // analyse files too whose tag has a tempo
+    bool m_bRecheck = false;          // those too whose tag has one that no song has
+    bool m_bWrite = false;            // store what an analysis finds in the tags of mp3 files
+    bool m_bOverwriteHand = false;    // also a tempo that Tactus didn't write
+    bool m_bDryRun = false;           // only plan it
+    double m_dLeastOff = 0.0;         // store only what is off by more than this share
+    CJournal* m_pJournal = nullptr;   // where writes are entered; null: nowhere
+    CRecordStore* m_pStore = nullptr; // what was heard and read before; null: nothing
 };
 
 /// The work on one file but for the listening: its tag is read, then a tempo that was heard is
@@ -48,6 +53,12 @@ public:
 
 private:
     bool ReadTag();
+    void Recall();
+    void Remember() const;
+    void Learn(CAnalysisOutcome const& outcome, std::string const& tempo);
+    [[nodiscard]] ESetBy FindSetBy() const;
+    [[nodiscard]] std::string ReasonToKeep() const;
+    void Plan(CAnalysisOutcome const& outcome, std::string const& tempo);
     bool Store(CAnalysisOutcome const& outcome, std::string const& tempo);
     [[nodiscard]] bool HasChanged() const;
 
@@ -56,6 +67,9 @@ private:
     int m_nAttempts = 0;
     std::optional<CFileIdentity> m_identity; // before the tag was read
     std::unique_ptr<CBPMFile> m_pFile;
-    CString m_sTempoInTag; // when it was read
+    CString m_sTempoInTag;  // when it was read
+    CSongRecord m_known;    // of the file in this state
+    bool m_bNews = false;   // something is known that the store doesn't have
+    bool m_bRested = false; // a change since would show in the identity
     CReportRow m_row;
 };

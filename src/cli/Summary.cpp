@@ -34,14 +34,26 @@ void CSummary::Add(CReportRow const& row) {
         ++m_nFurtherNames;
         return;
     }
+    m_bPlan = m_bPlan || row.m_plan != EPlan::None;
+    m_nToWrite += row.m_plan == EPlan::Write ? 1 : 0;
+    m_nDiffering += row.m_plan == EPlan::Differ ? 1 : 0;
+    m_nSkipped += row.m_plan == EPlan::Skip ? 1 : 0;
     m_nFailed += isFailed ? 1 : 0;
     m_nHeard += row.m_source == ETempoSource::Analysis ? 1 : 0;
-    m_nKept += row.m_source == ETempoSource::Tag ? 1 : 0;
+    bool const isKept = row.m_source == ETempoSource::Tag || row.m_bKept;
+    m_nKept += isKept && row.m_plan != EPlan::Differ ? 1 : 0;
     m_nStored += row.m_writing == EWriting::Stored ? 1 : 0;
     m_nRefused += row.m_bRefused ? 1 : 0;
 }
 
 std::string CSummary::Line(bool isWriting, std::chrono::duration<double> time) const {
+    if (m_bPlan) {
+        return std::to_string(m_nToWrite) + " to write, " + std::to_string(m_nKept) + " to keep, " +
+               std::to_string(m_nDiffering) + " to keep that differ, " +
+               std::to_string(m_nSkipped) + " to skip" +
+               Also(m_nFurtherNames, m_nFurtherNames == 1 ? "further name" : "further names") +
+               " in " + TimeText(time);
+    }
     std::string const stored = isWriting ? ", " + std::to_string(m_nStored) + " stored" : "";
     return std::to_string(m_nHeard) + " heard" + stored + Also(m_nRefused, "not stored") +
            Also(m_nKept, isWriting ? "kept" : "known from tags") + Also(m_nFailed, "failed") +

@@ -33,6 +33,10 @@ private:
     std::size_t m_nKept = 0;
     std::size_t m_nFailed = 0;
     std::size_t m_nFurtherNames = 0;
+    std::size_t m_nToWrite = 0; // of a dry run
+    std::size_t m_nDiffering = 0;
+    std::size_t m_nSkipped = 0;
+    bool m_bPlan = false;
     bool m_bFailed = false;
     bool m_bWarned = false;
 };

@@ -28,10 +28,12 @@ std::string SourceText(CReportRow const& row) {
         return row.m_tagTempo == ETagTempo::TimesTen       ? "tag, times 10 there"
                : row.m_tagTempo == ETagTempo::TimesHundred ? "tag, times 100 there"
                : row.m_tagTempo == ETagTempo::Unlikely     ? "tag, unlikely"
+               : row.m_setBy == ESetBy::Hand               ? "tag, by hand"
                                                            : "tag";
     }
     std::string const source = "analysis";
     return source + (row.m_writing == EWriting::Stored ? ", stored"
+                     : row.m_bKept                     ? ", tag kept"
                      : row.m_bRefused                  ? ", not stored"
                                                        : "");
 }

@@ -16,6 +16,7 @@
 #include "cli/WriteReason.h"
 #include "records/Journal.h"
 #include "records/Places.h"
+#include "records/RecordStore.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -160,7 +161,9 @@ int CTagCommand::Set() const {
     CTagStoreOptions options;
     options.m_bNeedsMpegChain = true;
     options.m_bKeepTime = m_bKeepTime;
+    CRecordStore store(CacheFolder());
     CJournal journal(StateFolder());
+    journal.SetStore(&store);
     std::unique_ptr<ITagWitness> const witness =
         journal.Witness(EJournalWriter::TagSet, ETextOrigin::Hand);
     options.m_pWitness = witness.get();

@@ -10,6 +10,7 @@
 #include "cli/Message.h"
 #include "cli/RecordReason.h"
 #include "records/Places.h"
+#include "records/RecordStore.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -47,7 +48,9 @@ CLI::App* CUndoCommand::AddTo(CLI::App& program) {
 
 int CUndoCommand::Run() {
     CInterrupt::Install();
+    CRecordStore store(CacheFolder());
     CJournal journal(StateFolder());
+    journal.SetStore(&store);
     Collect(journal);
     COutput output;
     for (CTask const& task : m_vTasks) {

@@ -18,7 +18,7 @@ namespace {
 
 CSongRecord Heard(std::string const& tempo) {
     CSongRecord record;
-    record.m_heard = CHeardSong{.m_outcome = {}, .m_sTempo = tempo};
+    record.m_heard = CHeardSong{.m_outcome = {}, .m_sTempo = tempo, .m_candidates = {}};
     return record;
 }
 
