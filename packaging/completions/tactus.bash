@@ -16,12 +16,18 @@ _tactus() {
             mapfile -t COMPREPLY < <(compgen -W "table csv json jsonl" -- "$cur")
             return
             ;;
-        -j | --jobs | --types | -n | --number) return ;;
+        --octave)
+            mapfile -t COMPREPLY < <(compgen -W "likely heard" -- "$cur")
+            return
+            ;;
+        --only-if-off | --range | -j | --jobs | --types | -n | --number) return ;;
     esac
     case $command in
         analyze)
             words="--write --force --recheck --jobs --format --follow --hidden --types --output"
-            words+=" --overwrite-output --quiet --verbose --help"
+            words+=" --overwrite-output --quiet --no-cache"
+            words+=" --overwrite-hand --only-if-off --dry-run --log --candidates --octave --range --review"
+            words+=" --verbose --help"
             ;;
         profile) words="--harmony --trace --verbose --help" ;;
         history) words="--number --json --clear --help" ;;

@@ -11,6 +11,7 @@
 #include "base/FileManager.h"
 #include "base/NotificationCenter.h"
 #include "engine/Profiler.h"
+#include "song/SongCandidates.h"
 #include "song/TempoText.h"
 
 #include <utility>
@@ -102,13 +103,15 @@ void CFileAnalyzer::loadAudioWithFilename(CBPMFile const* file) {
 void CFileAnalyzer::ProcessFile(CBPMFile* file) {
     std::shared_ptr<CCancelFlag const> const cancel = CancelOfRun();
     CProfiler notifier(file);
-    CSongProfile const profile =
-        ProfileAudio(std::exchange(m_audio, {}),
-                     {.m_pCancel = cancel.get(), .m_progress = [&notifier](std::uint8_t percent) {
-                          notifier.SendProfileProgress(percent);
-                      }});
+    CSongProfile const profile = ProfileAudio(
+        std::exchange(m_audio, {}),
+        {.m_pCancel = cancel.get(),
+         .m_progress = [&notifier](std::uint8_t percent) { notifier.SendProfileProgress(percent); },
+         .m_bKeepEnvelopes = m_bCandidates});
+    CTempoCandidates candidates = m_bCandidates ? CandidatesOf(profile) : CTempoCandidates();
     {
         std::scoped_lock const guard(m_lock);
+        m_candidates = std::move(candidates);
         m_outcome = profile.m_outcome;
     }
     CUserInfo const info = {{kUserDataKey, static_cast<void*>(file)},
@@ -143,6 +146,11 @@ void CFileAnalyzer::Wait() {
 bool CFileAnalyzer::WasCancelled() const {
     std::scoped_lock const guard(m_lock);
     return m_pCancel->IsSet();
+}
+
+CTempoCandidates CFileAnalyzer::GetCandidates() const {
+    std::scoped_lock const guard(m_lock);
+    return m_candidates;
 }
 
 CAnalysisOutcome CFileAnalyzer::GetOutcome() const {

@@ -5,7 +5,9 @@
 
 #include "base/CancelFlag.h"
 #include "song/SongProfile.h"
+#include "song/TempoCandidates.h"
 
+#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <memory>
@@ -52,6 +54,13 @@ public:
     /// What came of the last file. A tempo of 0 says by itself that no beat was found.
     [[nodiscard]] CAnalysisOutcome GetOutcome() const;
 
+    /// Has the readings of the tempo found too, from the next run on. That keeps two floats for
+    /// each 256 samples of the song.
+    void WantCandidates() { m_bCandidates = true; }
+
+    /// The readings of the last file's tempo; none unless they were wanted.
+    [[nodiscard]] CTempoCandidates GetCandidates() const;
+
     /// What the worker does, in this order: the current file, if there is one, is decoded and
     /// processed; then the end is posted. `Analyze` is the way to have it done.
     void AnalyzeFile();
@@ -72,10 +81,12 @@ private:
     CBPMFile* m_pFile = nullptr;
     std::shared_ptr<CCancelFlag> m_pCancel;
     CAnalysisOutcome m_outcome;
+    CTempoCandidates m_candidates;
     bool m_bClosing = false;
     std::deque<std::shared_ptr<MacThread>> m_vThreads; // Oldest first.
 
     CSongAudio m_audio;
+    std::atomic<bool> m_bCandidates = false;
 };
 
 /// True when there is a folder at `path`.

@@ -41,6 +41,9 @@ CAnalysisJobs::CAnalysisJobs(CInputWalk& walk, CAnalysisOptions const& options, 
     : m_walk(walk), m_options(options), m_progress(progress), m_names(options.m_song.m_bWrite) {
     for (std::size_t i = 0; i < options.m_nJobs; ++i) {
         m_vSlots.push_back(std::make_unique<CSlot>());
+        if (options.m_song.m_bCandidates) {
+            m_vSlots.back()->m_analyzer.WantCandidates();
+        }
     }
     CNotificationCenter& centre = CNotificationCenter::Default();
     centre.AddObserver(this, kFileProgressNotification,
@@ -256,8 +259,13 @@ void CAnalysisJobs::OnComplete(CUserInfo const* info) {
     }
     // Until it is finished, the slot's work is this worker's alone.
     bool const isCancelled = slot->m_analyzer.WasCancelled();
-    bool const isDone = !isCancelled && slot->m_pWork->Conclude(slot->m_analyzer.GetOutcome(),
-                                                                UserInfoText(info, kBpmKey));
+    CHeardSong heard = {.m_outcome = slot->m_analyzer.GetOutcome(),
+                        .m_sTempo = UserInfoText(info, kBpmKey),
+                        .m_candidates = std::nullopt};
+    if (m_options.m_song.m_bCandidates) {
+        heard.m_candidates = slot->m_analyzer.GetCandidates();
+    }
+    bool const isDone = !isCancelled && slot->m_pWork->Conclude(heard);
     std::scoped_lock const guard(m_lock);
     slot->m_bCancelled = isCancelled;
     slot->m_bAgain = !isCancelled && !isDone;

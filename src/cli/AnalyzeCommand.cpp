@@ -10,6 +10,7 @@
 #include "cli/OutputGuard.h"
 #include "cli/Progress.h"
 #include "cli/RecordReason.h"
+#include "cli/ReviewReport.h"
 #include "cli/Summary.h"
 
 #include <CLI/CLI.hpp>
@@ -19,6 +20,7 @@
 #include <chrono>
 #include <string_view>
 #include <thread>
+#include <tuple>
 #include <unistd.h>
 #include <utility>
 
@@ -73,6 +75,25 @@ double ShareOf(std::string const& text) {
     return percent / kPercent;
 }
 
+/// "70:180" as its ends.
+std::pair<double, double> RangeOf(std::string const& text) {
+    constexpr double kOctave = 2.0;
+    double slowest = 0.0;
+    double fastest = 0.0;
+    char const* const last = text.data() + text.size();
+    auto const [colon, first] = std::from_chars(text.data(), last, slowest);
+    bool const isPair = first == std::errc() && colon != last && *colon == ':';
+    auto const [end, second] = std::from_chars(isPair ? colon + 1 : last, last, fastest);
+    bool const isRange = isPair && second == std::errc() && end == last && slowest >= 1.0 &&
+                         fastest >= kOctave * slowest && fastest <= 1000.0;
+    if (!isRange) {
+        throw CLI::ValidationError("--range", "'" + text +
+                                                  "' is no range such as 70:180, whose end is at "
+                                                  "least twice its beginning");
+    }
+    return {slowest, fastest};
+}
+
 /// What a person is told of a file, in one line; empty when all went well.
 std::string ProblemOf(CReportRow const& row) {
     if (!row.m_bRefused) {
@@ -112,6 +133,7 @@ CLI::App* CAnalyzeCommand::AddTo(CLI::App& program) {
     app->add_flag("--no-cache", m_bNoCache, "Hear every file anew, and remember nothing of it");
     AddOutputOptions(*app);
     AddCareOptions(*app);
+    AddReadingOptions(*app);
     app->option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::Throw);
     app->add_option("PATH", m_vPaths, "Files, and folders to be searched")
         ->type_name("")
@@ -149,15 +171,49 @@ void CAnalyzeCommand::AddCareOptions(CLI::App& app) {
         ->type_name("FILE");
 }
 
-int CAnalyzeCommand::Run() {
-    CInterrupt::Install();
-    m_options.m_song.m_pJournal = &m_journal;
-    m_options.m_song.m_pStore = m_bNoCache ? nullptr : &m_store;
-    m_journal.SetStore(m_options.m_song.m_pStore);
-    if (m_options.m_song.m_bDryRun) {
-        m_options.m_song.m_bWrite = true;
+/// Which of a tempo's readings is told, and what of the others.
+void CAnalyzeCommand::AddReadingOptions(CLI::App& app) {
+    CSongOptions& song = m_options.m_song;
+    app.add_flag("--candidates", m_bShowsOther, "Show the next reading of each tempo as well");
+    app.add_option_function<std::string>(
+           "--octave",
+           [&song](std::string const& word) {
+               if (word != "likely" && word != "heard") {
+                   throw CLI::ValidationError("--octave",
+                                              "'" + word + "' is neither likely nor heard");
+               }
+               song.m_bLikely = word == "likely";
+           },
+           "likely: tell the likeliest reading of each tempo instead of the one heard")
+        ->type_name("WHICH");
+    app.add_option_function<std::string>(
+           "--range",
+           [&song](std::string const& text) {
+               std::tie(song.m_dSlowest, song.m_dFastest) = RangeOf(text);
+           },
+           "Double or halve each tempo that is heard until it lies in this range, such as 70:180")
+        ->type_name("RANGE");
+    app.add_flag("--review", m_bReview,
+                 "Show only tempos whose next reading is at least half as likely, likely mistakes "
+                 "first");
+}
+
+/// Draws from the options what follows from them.
+void CAnalyzeCommand::Settle() {
+    CSongOptions& song = m_options.m_song;
+    song.m_pJournal = &m_journal;
+    song.m_pStore = m_bNoCache ? nullptr : &m_store;
+    m_journal.SetStore(song.m_pStore);
+    song.m_bCandidates = m_bShowsOther || m_bReview || song.m_bLikely;
+    if (song.m_bDryRun) {
+        song.m_bWrite = true;
         m_format = EReportFormat::Plan;
     }
+}
+
+int CAnalyzeCommand::Run() {
+    CInterrupt::Install();
+    Settle();
     auto const begin = std::chrono::steady_clock::now();
     COutput output;
     COutputGuard const guard(m_vPaths, m_walk, m_bOverwriting);
@@ -196,7 +252,10 @@ int CAnalyzeCommand::Run() {
 /// Returns: what a person is told when the run was stopped before its end, else an empty text.
 std::string CAnalyzeCommand::RunJobs(CInputWalk& walk, COutput& output, COutput& log,
                                      CSummary& summary) {
-    std::unique_ptr<IReport> const report = MakeReport(m_format, output);
+    std::unique_ptr<IReport> report = MakeReport(m_format, output, m_bShowsOther || m_bReview);
+    if (m_bReview) {
+        report = std::make_unique<CReviewReport>(std::move(report));
+    }
     std::unique_ptr<IReport> const logged = MakeReport(EReportFormat::JsonLines, log);
     CProgress progress(!m_bQuiet);
     CAnalysisJobs jobs(walk, m_options, progress);

@@ -24,12 +24,16 @@ public:
 private:
     void AddOutputOptions(CLI::App& app);
     void AddCareOptions(CLI::App& app);
+    void AddReadingOptions(CLI::App& app);
+    void Settle();
     std::string RunJobs(CInputWalk& walk, COutput& output, COutput& log, CSummary& summary);
     void ReportWalk(CInputWalk const& walk, CSummary& summary) const;
 
     CRecordStore m_store{CacheFolder()};
     CJournal m_journal{StateFolder()};
     bool m_bNoCache = false;
+    bool m_bShowsOther = false; // the next reading of each tempo
+    bool m_bReview = false;
     CAnalysisOptions m_options;
     CWalkOptions m_walk;
     EReportFormat m_format = EReportFormat::Table;

@@ -120,6 +120,21 @@ private:
     bool m_bBegun = false;
 };
 
+/// "2:1", or nothing for a tempo that stands in no simple ratio to the reported one.
+std::string RatioText(CTempoCandidate const& reading) {
+    return reading.m_nTimes == 0
+               ? ""
+               : std::to_string(reading.m_nTimes) + ":" + std::to_string(reading.m_nOver);
+}
+
+std::string ReadingJson(CTempoCandidate const& reading) {
+    return CJsonObject()
+        .Add("bpm", JsonNumber(reading.m_fBpm))
+        .Add("ratio", JsonTextOrNull(RatioText(reading)))
+        .Add("score", JsonNumber(reading.m_fScore))
+        .Close();
+}
+
 std::string JsonRow(CReportRow const& row) {
     CJsonObject object;
     object.Add("path", JsonText(row.m_sPath));
@@ -140,6 +155,10 @@ std::string JsonRow(CReportRow const& row) {
         .Add("before", JsonTextOrNull(row.m_sBefore))
         .Add("setBy", JsonTextOrNull(SetByName(row.m_setBy)))
         .Add("plan", JsonTextOrNull(PlanName(row.m_plan)));
+    if (!row.m_candidates.m_vCandidates.empty()) {
+        object.Add("candidates", JsonArray(row.m_candidates.m_vCandidates, ReadingJson))
+            .Add("confidence", JsonNumber(row.m_candidates.m_fConfidence));
+    }
     return object.Close();
 }
 
@@ -208,6 +227,13 @@ char const* PlanName(EPlan plan) {
     return "";
 }
 
+std::string ReadingText(CTempoCandidate const& reading) {
+    std::string const ratio = RatioText(reading);
+    return TempoText(static_cast<double>(reading.m_fBpm)).value_or("-") +
+           (ratio.empty() ? " " : " (" + ratio + ") ") +
+           TempoText(static_cast<double>(reading.m_fScore)).value_or("-");
+}
+
 std::optional<std::string> TempoText(std::optional<double> tempo) {
     if (!tempo || !std::isfinite(*tempo)) {
         return std::nullopt;
@@ -219,7 +245,7 @@ std::optional<std::string> TempoText(std::optional<double> tempo) {
     return std::string(text.data(), end);
 }
 
-std::unique_ptr<IReport> MakeReport(EReportFormat format, COutput& output) {
+std::unique_ptr<IReport> MakeReport(EReportFormat format, COutput& output, bool showsOther) {
     switch (format) {
     case EReportFormat::Csv:
         return std::make_unique<CCsvReport>(output);
@@ -232,5 +258,5 @@ std::unique_ptr<IReport> MakeReport(EReportFormat format, COutput& output) {
     case EReportFormat::Table:
         break;
     }
-    return std::make_unique<CTableReport>(output);
+    return std::make_unique<CTableReport>(output, showsOther);
 }

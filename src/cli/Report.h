@@ -5,6 +5,7 @@
 
 #include "cli/Output.h"
 #include "song/TagTempo.h"
+#include "song/TempoCandidates.h"
 
 #include <memory>
 #include <optional>
@@ -41,9 +42,10 @@ struct CReportRow {
     std::string m_sTagKey = {};              // the key that the tag tells, UTF-8
     ETagTempo m_tagTempo = ETagTempo::Plain; // of a tempo from the tag: what it is worth there
 
-    ESetBy m_setBy = ESetBy::Nobody; // of the tempo that stands in an MP3 file's tag
-    std::string m_sBefore = {};      // the tempo in an MP3 file's tag, UTF-8
-    EPlan m_plan = EPlan::None;      // of a dry run
+    ESetBy m_setBy = ESetBy::Nobody;    // of the tempo that stands in an MP3 file's tag
+    std::string m_sBefore = {};         // the tempo in an MP3 file's tag, UTF-8
+    EPlan m_plan = EPlan::None;         // of a dry run
+    CTempoCandidates m_candidates = {}; // none unless they were asked for
 
     // Not part of the report:
     bool m_bKept = false;        // a tempo in the tag stays although another one was heard
@@ -75,10 +77,15 @@ protected:
 
 /// A report that writes to `output`, which must outlive it. Table rows are held back to the end,
 /// because the columns are as wide as what they hold; the other formats write row by row.
-std::unique_ptr<IReport> MakeReport(EReportFormat format, COutput& output);
+/// `showsOther`: the table has a column for the next reading of each tempo.
+std::unique_ptr<IReport> MakeReport(EReportFormat format, COutput& output, bool showsOther = false);
 
 /// "write", "keep", "differ" or "skip"; empty for none.
 char const* PlanName(EPlan plan);
+
+/// "174.08 (2:1) 0.43": a reading, its ratio to the reported tempo if it is a simple one, and its
+/// score.
+std::string ReadingText(CTempoCandidate const& reading);
 
 /// The tempo with two decimals. Nothing for infinity and NaN, which are no tempo.
 std::optional<std::string> TempoText(std::optional<double> tempo);

@@ -8,6 +8,7 @@
 #include "cli/DecodeReason.h"
 #include "cli/WriteReason.h"
 #include "song/AudioKinds.h"
+#include "song/SongCandidates.h"
 #include "song/SongTags.h"
 #include "song/StoreTempo.h"
 #include "song/TempoText.h"
@@ -51,7 +52,8 @@ bool CSongWork::Begin() {
     }
     // What was heard before need not be heard again.
     std::optional<CHeardSong> const heard = m_known.m_heard;
-    return heard && Conclude(heard->m_outcome, heard->m_sTempo);
+    bool const isEnough = heard && (heard->m_candidates || !m_options.m_bCandidates);
+    return isEnough && Conclude(*heard);
 }
 
 /// Takes what is known of the file in its present state. Standard input lies in a file that is
@@ -74,10 +76,11 @@ void CSongWork::Remember() const {
 }
 
 /// Keeps what was heard, if it was this file in this state.
-void CSongWork::Learn(CAnalysisOutcome const& outcome, std::string const& tempo) {
-    bool const isHeard = outcome.m_problem == EAnalysisProblem::None;
-    if (isHeard && !m_known.m_heard && m_identity == outcome.m_report.m_identity) {
-        m_known.m_heard = {.m_outcome = outcome, .m_sTempo = tempo};
+void CSongWork::Learn(CHeardSong const& heard) {
+    bool const isHeard = heard.m_outcome.m_problem == EAnalysisProblem::None;
+    bool const isNews = !m_known.m_heard || !(*m_known.m_heard == heard);
+    if (isHeard && isNews && m_identity == heard.m_outcome.m_report.m_identity) {
+        m_known.m_heard = heard;
         m_bNews = true;
     }
     Remember();
@@ -160,19 +163,34 @@ void CSongWork::Plan(CAnalysisOutcome const& outcome, std::string const& tempo) 
     }
 }
 
-bool CSongWork::Conclude(CAnalysisOutcome const& outcome, std::string const& tempo) {
+/// What is told and stored: the tempo that was heard, unless another reading of it is wanted.
+double CSongWork::ReportedTempo(CHeardSong const& heard) const {
+    double bpm = LeadingNumber(CString(heard.m_sTempo.c_str()));
+    if (m_options.m_bLikely && heard.m_candidates && !heard.m_candidates->m_vCandidates.empty()) {
+        bpm = static_cast<double>(heard.m_candidates->m_vCandidates.front().m_fBpm);
+    }
+    return m_options.m_dSlowest > 0.0 ? FoldedTempo(bpm, m_options.m_dSlowest, m_options.m_dFastest)
+                                      : bpm;
+}
+
+bool CSongWork::Conclude(CHeardSong const& heard) {
+    CAnalysisOutcome const& outcome = heard.m_outcome;
     bool const isHeard = outcome.m_problem == EAnalysisProblem::None;
     if ((!isHeard || m_options.m_bWrite) && m_nAttempts < kMostAttempts && HasChanged()) {
         return false;
     }
-    Learn(outcome, tempo);
+    Learn(heard);
     m_row.m_sError = isHeard ? DamageReason(outcome.m_report) : AnalysisReason(outcome);
     m_row.m_sDetail = outcome.m_report.m_sDetail;
     if (isHeard) {
-        m_row.m_dTempo = LeadingNumber(CString(tempo.c_str()));
+        m_row.m_dTempo = ReportedTempo(heard);
         m_row.m_source = ETempoSource::Analysis;
     }
-    return !isHeard || !m_options.m_bWrite || Store(outcome, tempo);
+    if (m_options.m_bCandidates && heard.m_candidates) {
+        m_row.m_candidates = *heard.m_candidates;
+    }
+    std::string const text = TempoText(m_row.m_dTempo).value_or("");
+    return !isHeard || !m_options.m_bWrite || Store(outcome, text);
 }
 
 /// Stores the tempo in the tag as the window does, but never one of 0.

@@ -17,10 +17,14 @@
 
 /// What is to be done with every file.
 struct CSongOptions {
-    bool m_bForce = false;            // analyse files too whose tag has a tempo
-    bool m_bRecheck = false;          // those too whose tag has one that no song has
-    bool m_bWrite = false;            // store what an analysis finds in the tags of mp3 files
-    bool m_bOverwriteHand = false;    // also a tempo that Tactus didn't write
+    bool m_bForce = false;         // analyse files too whose tag has a tempo
+    bool m_bRecheck = false;       // those too whose tag has one that no song has
+    bool m_bWrite = false;         // store what an analysis finds in the tags of mp3 files
+    bool m_bOverwriteHand = false; // also a tempo that Tactus didn't write
+    bool m_bCandidates = false;    // find the readings of each tempo
+    bool m_bLikely = false;        // report the likeliest of them
+    double m_dSlowest = 0.0;       // fold tempos into this range; 0: don't
+    double m_dFastest = 0.0;
     bool m_bDryRun = false;           // only plan it
     double m_dLeastOff = 0.0;         // store only what is off by more than this share
     CJournal* m_pJournal = nullptr;   // where writes are entered; null: nowhere
@@ -38,10 +42,9 @@ public:
     /// Returns: true when the row is complete by it: there is no need to listen.
     bool Begin();
 
-    /// Completes the row by what was heard, and stores `tempo`, which is its text, if that is
-    /// wanted.
+    /// Completes the row by what was heard, and stores the tempo if that is wanted.
     /// Returns: false when the file changed since `Begin`, which is to be called again.
-    bool Conclude(CAnalysisOutcome const& outcome, std::string const& tempo);
+    bool Conclude(CHeardSong const& heard);
 
     /// The file that `Begin` found; null when it can't be looked at.
     [[nodiscard]] CBPMFile* File() { return m_pFile.get(); }
@@ -55,7 +58,8 @@ private:
     bool ReadTag();
     void Recall();
     void Remember() const;
-    void Learn(CAnalysisOutcome const& outcome, std::string const& tempo);
+    void Learn(CHeardSong const& heard);
+    [[nodiscard]] double ReportedTempo(CHeardSong const& heard) const;
     [[nodiscard]] ESetBy FindSetBy() const;
     [[nodiscard]] std::string ReasonToKeep() const;
     void Plan(CAnalysisOutcome const& outcome, std::string const& tempo);

@@ -5,6 +5,7 @@
 
 #include "cli/Message.h"
 #include "cli/Text.h"
+#include "song/SongCandidates.h"
 
 #include <algorithm>
 #include <numeric>
@@ -51,21 +52,24 @@ std::string Spaces(std::size_t count) {
 
 } // namespace
 
-CTableReport::CTableReport(COutput& output)
+CTableReport::CTableReport(COutput& output, bool showsOther)
     : CTableReport(output, output.IsTerminal() ? TerminalWidth(STDOUT_FILENO) : 0,
-                   output.IsTerminal() && AreColoursWelcome()) {
+                   output.IsTerminal() && AreColoursWelcome(), showsOther) {
 }
 
-CTableReport::CTableReport(COutput& output, std::size_t width, bool isBold)
+CTableReport::CTableReport(COutput& output, std::size_t width, bool isBold, bool showsOther)
     : m_output(output),
       m_nWidth(width),
       m_bBold(isBold),
-      m_vRows({{"Path", "Title", "Artist", "Tempo", "Source"}}) {
+      m_nColumns(showsOther ? kColumns : kColumns - 1),
+      m_vRows({{"Path", "Title", "Artist", "Tempo", "Source", "Or"}}) {
 }
 
 bool CTableReport::Add(CReportRow const& row) {
+    CTempoCandidate const* const other = OtherReading(row.m_candidates);
     m_vRows.push_back({Printable(row.m_sPath), Printable(row.m_sTitle), Printable(row.m_sArtist),
-                       TempoText(row.m_dTempo).value_or("-") + MarkOf(row), SourceText(row)});
+                       TempoText(row.m_dTempo).value_or("-") + MarkOf(row), SourceText(row),
+                       other != nullptr ? ReadingText(*other) : ""});
     return true;
 }
 
@@ -74,12 +78,12 @@ bool CTableReport::Add(CReportRow const& row) {
 CTableReport::CWidths CTableReport::MeasureColumns() const {
     CWidths widths{};
     for (CCells const& row : m_vRows) {
-        for (std::size_t i = 0; i < kColumns; ++i) {
+        for (std::size_t i = 0; i < m_nColumns; ++i) {
             widths[i] = std::max(widths[i], DisplayWidth(row[i]));
         }
     }
     std::size_t total =
-        std::accumulate(widths.begin(), widths.end(), std::size_t{0}) + kGap * (kColumns - 1);
+        std::accumulate(widths.begin(), widths.end(), std::size_t{0}) + kGap * (m_nColumns - 1);
     while (m_nWidth > 0 && total > m_nWidth) {
         auto const widest = std::max_element(widths.begin(), widths.begin() + kTextColumns);
         if (*widest <= kNarrowestText) {
@@ -94,7 +98,7 @@ CTableReport::CWidths CTableReport::MeasureColumns() const {
 std::string CTableReport::MakeLine(CCells const& cells, CWidths const& widths) const {
     std::string line;
     std::size_t owed = 0; // blanks that are written only when something follows
-    for (std::size_t i = 0; i < kColumns; ++i) {
+    for (std::size_t i = 0; i < m_nColumns; ++i) {
         // The end of a path tells more than its beginning.
         std::string const text = i == kPathColumn ? CutStartToWidth(cells[i], widths[i])
                                                   : CutToWidth(cells[i], widths[i]);

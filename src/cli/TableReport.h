@@ -11,21 +11,20 @@
 #include <vector>
 
 /// Rows in aligned columns for a person to read: path, title, artist, tempo, and where the tempo
-/// came from. On a terminal the texts are cut so that a row keeps to one line; elsewhere nothing
-/// is cut.
-/// Thread: main.
+/// came from, and the next reading of it where that is wanted. On a terminal the texts are cut so
+/// that a row keeps to one line; elsewhere nothing is cut. Thread: main.
 class CTableReport final : public IReport {
 public:
-    explicit CTableReport(COutput& output);
+    CTableReport(COutput& output, bool showsOther);
 
     /// As if the output were a terminal of `width` cells; 0: as if it were none.
-    CTableReport(COutput& output, std::size_t width, bool isBold);
+    CTableReport(COutput& output, std::size_t width, bool isBold, bool showsOther = false);
 
     bool Add(CReportRow const& row) override;
     bool End() override;
 
 private:
-    static constexpr std::size_t kColumns = 5;
+    static constexpr std::size_t kColumns = 6;
     using CCells = std::array<std::string, kColumns>;
     using CWidths = std::array<std::size_t, kColumns>;
 
@@ -35,5 +34,6 @@ private:
     COutput& m_output;
     std::size_t m_nWidth;
     bool m_bBold;
+    std::size_t m_nColumns;      // the last one only where it is wanted
     std::vector<CCells> m_vRows; // the headings first
 };

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::uint8_t kForm = 1; // Fixed: of the fields below.
+constexpr std::uint8_t kForm = 2; // Fixed: of the fields below.
 constexpr unsigned kByteBits = 8;
 constexpr std::size_t kNumberBytes = 8;
 
@@ -40,6 +40,10 @@ public:
             m_vBytes.push_back(static_cast<std::uint8_t>(unit));
             m_vBytes.push_back(static_cast<std::uint8_t>(unit >> kByteBits));
         }
+    }
+    template <typename Item>
+    void Count(std::vector<Item> const& list) {
+        Number(list.size());
     }
     template <typename Part>
     bool IsThere(std::optional<Part> const& part) {
@@ -92,6 +96,12 @@ public:
         m_bytes = m_bytes.subspan(2 * units.size());
         text = CString(units);
     }
+    template <typename Item>
+    void Count(std::vector<Item>& list) {
+        std::uint64_t const count = Number();
+        m_bGood = m_bGood && count <= m_bytes.size() / kNumberBytes;
+        list.resize(m_bGood ? count : 0);
+    }
     template <typename Part>
     bool IsThere(std::optional<Part>& part) {
         if (Number() != 0) {
@@ -140,12 +150,26 @@ void Reported(Archive& archive, Report& report) {
     archive.Integer(report.m_identity.m_nChangedTime);
 }
 
+template <typename Archive, typename Candidates>
+void Listed(Archive& archive, Candidates& candidates) {
+    archive.Real(candidates.m_fConfidence);
+    archive.Count(candidates.m_vCandidates);
+    for (auto& reading : candidates.m_vCandidates) {
+        archive.Real(reading.m_fBpm);
+        archive.Integer(reading.m_nTimes);
+        archive.Integer(reading.m_nOver);
+        archive.Real(reading.m_fScore);
+    }
+}
+
 template <typename Archive, typename Heard>
 void Told(Archive& archive, Heard& heard) {
     archive.Integer(heard.m_outcome.m_problem);
     Reported(archive, heard.m_outcome.m_report);
     archive.Bytes(heard.m_sTempo);
-    archive.Real(heard.m_fHeardBpm);
+    if (archive.IsThere(heard.m_candidates)) {
+        Listed(archive, *heard.m_candidates);
+    }
 }
 
 template <typename Archive, typename Record>

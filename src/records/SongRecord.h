@@ -5,6 +5,7 @@
 
 #include "song/AnalysisProblem.h"
 #include "song/SongTags.h"
+#include "song/TempoCandidates.h"
 
 #include <cstdint>
 #include <optional>
@@ -23,8 +24,8 @@ struct CReadTags {
 /// What one hearing of a song brought, as far as it is told of again.
 struct CHeardSong {
     CAnalysisOutcome m_outcome;
-    std::string m_sTempo; // "%3.2f", as it goes into tags
-    float m_fHeardBpm = 0.0f;
+    std::string m_sTempo;                         // "%3.2f", as it goes into tags
+    std::optional<CTempoCandidates> m_candidates; // once they were asked for
 
     bool operator==(CHeardSong const&) const = default;
 };

@@ -25,6 +25,8 @@ struct CTempoCandidate {
     std::int32_t m_nTimes = 0; // the reported tempo times m_nTimes over m_nOver is m_fBpm;
     std::int32_t m_nOver = 0;  // both 0 for a tempo that stands in no such ratio to it
     float m_fScore = 0.0f;     // share in the belief, above 0; those of a song add up to 1
+
+    bool operator==(CTempoCandidate const&) const = default;
 };
 
 /// The readings of one song.
@@ -33,6 +35,8 @@ struct CTempoCandidates {
     std::vector<CTempoCandidate> m_vCandidates;
     /// How likely the song has a steady beat at all, 0 to 1; 0 without candidates.
     float m_fConfidence = 0.0f;
+
+    bool operator==(CTempoCandidates const&) const = default;
 };
 
 constexpr float kSlowestCandidateBpm = 40.0f; // Fixed: both ends are readings still.

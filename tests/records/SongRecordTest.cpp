@@ -36,7 +36,9 @@ CSongRecord FullRecord() {
                                 .m_nChannels = 6,
                                 .m_identity = {1, 2, 3, -4, 5}};
     heard.m_sTempo = "127.99";
-    heard.m_fHeardBpm = std::numeric_limits<float>::denorm_min();
+    heard.m_candidates = CTempoCandidates();
+    heard.m_candidates->m_fConfidence = std::numeric_limits<float>::denorm_min();
+    heard.m_candidates->m_vCandidates = {{120.0f, 1, 1, 0.75f}, {77.5f, 0, 0, 0.25f}};
     record.m_heard = heard;
     return record;
 }
@@ -68,11 +70,11 @@ TEST(SongRecordTest, WhatIsCutShortOrTooLongIsNoRecord) {
 
 TEST(SongRecordTest, NoLengthIsBelieved) {
     // Form, tags there, and a title of 2^60 bytes.
-    std::vector<std::uint8_t> const bytes = {1, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0,
+    std::vector<std::uint8_t> const bytes = {2, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0,
                                              0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x10};
     EXPECT_FALSE(SongRecordOf(bytes));
     std::vector<std::uint8_t> otherForm = BytesOf({});
-    otherForm[0] = 2;
+    otherForm[0] = 1;
     EXPECT_FALSE(SongRecordOf(otherForm));
 }
 
