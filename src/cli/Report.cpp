@@ -56,8 +56,12 @@ char const* WrittenName(EWriting writing) {
     return "";
 }
 
-/// What a person should know of a tempo that stood in a tag; empty when there is nothing.
+/// What a person should know of a tempo that stood in a tag, or of its absence; empty when there is
+/// nothing.
 char const* TempoNote(CReportRow const& row) {
+    if (row.m_bNoBeat) {
+        return "noBeat";
+    }
     if (row.m_source != ETempoSource::Tag) {
         return "";
     }

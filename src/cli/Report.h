@@ -47,6 +47,8 @@ struct CReportRow {
     EPlan m_plan = EPlan::None;         // of a dry run
     CTempoCandidates m_candidates = {}; // none unless they were asked for
 
+    bool m_bNoBeat = false; // it was heard, and none was found
+
     // Not part of the report:
     bool m_bKept = false;        // a tempo in the tag stays although another one was heard
     std::string m_sDetail = {};  // what the decoding library said

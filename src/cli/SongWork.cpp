@@ -185,6 +185,10 @@ bool CSongWork::Conclude(CHeardSong const& heard) {
     if (isHeard) {
         m_row.m_dTempo = ReportedTempo(heard);
         m_row.m_source = ETempoSource::Analysis;
+        m_row.m_bNoBeat = !(m_row.m_dTempo > 0.0);
+    }
+    if (m_row.m_bNoBeat) {
+        m_row.m_dTempo.reset();
     }
     if (m_options.m_bCandidates && heard.m_candidates) {
         m_row.m_candidates = *heard.m_candidates;
@@ -197,7 +201,7 @@ bool CSongWork::Conclude(CHeardSong const& heard) {
 /// Returns: false when somebody else was at the file and there is another attempt to be made.
 bool CSongWork::Store(CAnalysisOutcome const& outcome, std::string const& tempo) {
     m_row.m_writing = EWriting::NotStored;
-    if (!(m_row.m_dTempo > 0.0)) {
+    if (m_row.m_bNoBeat) {
         m_row.m_sNotStored = "no beat was found";
         return true;
     }

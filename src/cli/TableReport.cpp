@@ -32,6 +32,9 @@ std::string SourceText(CReportRow const& row) {
                : row.m_setBy == ESetBy::Hand               ? "tag, by hand"
                                                            : "tag";
     }
+    if (row.m_bNoBeat) {
+        return "no beat was found";
+    }
     std::string const source = "analysis";
     return source + (row.m_writing == EWriting::Stored ? ", stored"
                      : row.m_bKept                     ? ", tag kept"
