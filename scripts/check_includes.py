@@ -62,6 +62,7 @@ LIBAV_SOURCES = {
         "PacketCount.cpp",
         "PacketCount.h",
         "Resampler.cpp",
+        "StereoReader.cpp",
     )
 }
 # The sources that work with TagLib, likewise.
