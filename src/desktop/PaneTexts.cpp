@@ -189,7 +189,7 @@ QString FactsText(CSongPicture const& picture) {
 }
 
 QString MusicalPlaceText(CSongPicture const& picture, std::int64_t sample) {
-    QString const place = PlaceText(sample);
+    QString place = PlaceText(sample);
     std::optional<CBeat> const beat = picture.m_grid.At(sample);
     if (!beat || beat->m_nMeasure == 0) {
         return place;

@@ -135,7 +135,9 @@ void PaintEnvelopes(QPainter& painter, CPictureSpan const& span, CSongPicture co
         // Levels are roots already.
         return heights == EHeights::PeaksRaised ? std::pow(share, kPeaksPower) : share;
     };
-    for (double x = span.m_area.left(); x < span.m_area.right(); x += step) {
+    int const columns = static_cast<int>(std::ceil(span.m_area.width() / step));
+    for (int column = 0; column < columns; ++column) {
+        double const x = span.m_area.left() + column * step;
         double const from = span.SampleAt(x);
         double const to = span.SampleAt(x + step);
         double const energy = heightOf(LargestLevel(picture.m_vEnergy, from, to)) * above;
