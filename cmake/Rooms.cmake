@@ -5,12 +5,16 @@
 # through an include folder that holds this room alone, so that a header of a room that a target
 # does not link cannot be found.
 #
-# tactus_room(NAME room LINKS public-target... PRIVATE_LINKS target...)
+# tactus_room(NAME room LINKS public-target... PRIVATE_LINKS target... EXCEPT folder...)
+# Sources below an excepted folder are another target's.
 
 function(tactus_room room)
-    cmake_parse_arguments(ARG "" "" "LINKS;PRIVATE_LINKS" ${ARGN})
+    cmake_parse_arguments(ARG "" "" "LINKS;PRIVATE_LINKS;EXCEPT" ${ARGN})
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
     list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+    foreach(folder ${ARG_EXCEPT})
+        list(FILTER sources EXCLUDE REGEX "^${CMAKE_CURRENT_SOURCE_DIR}/${folder}/")
+    endforeach()
     set(door ${CMAKE_BINARY_DIR}/rooms/${room})
     file(MAKE_DIRECTORY ${door})
     if(NOT EXISTS ${door}/${room})

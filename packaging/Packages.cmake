@@ -12,6 +12,9 @@ set(CPACK_COMPONENTS_ALL cli library dev)
 if(TACTUS_BUILD_DESKTOP)
     list(APPEND CPACK_COMPONENTS_ALL desktop)
 endif()
+if(TARGET tactus-sound)
+    list(APPEND CPACK_COMPONENTS_ALL sound)
+endif()
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
@@ -31,13 +34,23 @@ set(CPACK_DEBIAN_DESKTOP_PACKAGE_NAME tactus-desktop)
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS
     "tactus (= ${PROJECT_VERSION}), qt6-qpa-plugins, hicolor-icon-theme")
-set(CPACK_DEBIAN_DESKTOP_PACKAGE_RECOMMENDS "qt6-wayland, qt6-translations-l10n")
+set(CPACK_DEBIAN_DESKTOP_PACKAGE_RECOMMENDS
+    "tactus-desktop-sound, qt6-wayland, qt6-translations-l10n")
 set(CPACK_COMPONENT_DESKTOP_DESCRIPTION
 "Tactus reads WAV, MP3, AIFF, CAF and M4A files, finds their tempo in beats
 per minute and stores it in the tags of MP3 files. Files and folders are
 dropped on a table of title, artist and tempo.
 
 This package has the window.")
+
+set(CPACK_DEBIAN_SOUND_PACKAGE_NAME tactus-desktop-sound)
+set(CPACK_DEBIAN_SOUND_PACKAGE_SECTION sound)
+set(CPACK_DEBIAN_SOUND_PACKAGE_DEPENDS "tactus-desktop (= ${PROJECT_VERSION})")
+set(CPACK_COMPONENT_SOUND_DESCRIPTION
+"Tactus finds the tempo of music files. Its window can play them with a click
+on every beat.
+
+This package has the part of the window that plays.")
 
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libtactus0)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)

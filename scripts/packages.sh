@@ -13,8 +13,10 @@ PACKAGES_BUILD=(
     libcli11-dev nlohmann-json3-dev cmark-gfm
 )
 
-# To build and show the window. The last two let it come up on a bare machine and draw text.
+# To build and show the window, and the part that plays. The last two let it come up on a bare
+# machine and draw text.
 PACKAGES_DESKTOP=(
+    qt6-multimedia-dev
     qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools linguist-qt6
     qt6-wayland fonts-dejavu-core
 )

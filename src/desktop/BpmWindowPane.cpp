@@ -21,7 +21,7 @@ constexpr QSize kSizeWithPane(760, 620); // Fixed: pixels; twelve rows and the p
 } // namespace
 
 void BpmWindow::setUpPane(QSplitter& splitter) {
-    m_pPane = new CSongPane(m_pictures, &splitter);
+    m_pPane = new CSongPane(m_pictures, FindSoundOutput(), &splitter);
     splitter.addWidget(m_pPane);
     splitter.setStretchFactor(0, 1);
     splitter.setStretchFactor(1, 0);

@@ -5,16 +5,20 @@
 
 #include "desktop/AccentsView.h"
 #include "desktop/ElidedLabel.h"
+#include "desktop/Glyphs.h"
 #include "desktop/PaneTexts.h"
 #include "desktop/PictureView.h"
+#include "desktop/SoundControls.h"
 #include "desktop/Texts.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QLabel>
 #include <QMetaObject>
 #include <QStackedLayout>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -41,10 +45,11 @@ QString ProblemOf(CSongPicture const& picture) {
 
 } // namespace
 
-CSongPane::CSongPane(IPictureSource& source, QWidget* parent)
+CSongPane::CSongPane(IPictureSource& source, CSoundChoice sound, QWidget* parent)
     : QWidget(parent),
       m_pStack(new QStackedLayout(this)),
       m_pMessage(MakeLabel(this, "paneMessage")),
+      m_sound(std::move(sound)),
       m_loader(source) {
     setObjectName("songPane");
     setAccessibleName(tr("Song"));
@@ -53,6 +58,7 @@ CSongPane::CSongPane(IPictureSource& source, QWidget* parent)
     m_pMessage->setMargin(kMarginX);
     m_pStack->addWidget(m_pMessage);
     m_pStack->addWidget(makePage());
+    setUpSound();
     setSong(std::nullopt);
 }
 
@@ -68,8 +74,10 @@ QWidget* CSongPane::makePage() {
     m_pAccentsB = new CAccentsView(tr("B"), page);
     auto* foot = new QHBoxLayout;
     foot->setSpacing(kFootGap);
+    m_pControls = new CSoundControls(page);
     foot->addWidget(m_pTempo);
     foot->addStretch();
+    foot->addWidget(m_pControls);
     foot->addWidget(m_pAccentsA);
     foot->addWidget(m_pAccentsB);
     auto* lines = static_cast<QVBoxLayout*>(page->layout());
@@ -78,8 +86,10 @@ QWidget* CSongPane::makePage() {
     lines->addLayout(foot);
     for (CPictureView* view :
          {static_cast<CPictureView*>(m_pBar), static_cast<CPictureView*>(m_pStrip)}) {
-        connect(view, &CPictureView::placeChosen, this,
-                [this](std::int64_t sample) { goTo(sample, false); });
+        connect(view, &CPictureView::placeChosen, this, [this](std::int64_t sample) {
+            goTo(sample, false);
+            m_sound.goTo(place());
+        });
     }
     connect(m_pStrip, &CBeatStrip::spanChanged, this, [this] {
         CPictureSpan const shown = m_pStrip->span();
@@ -90,11 +100,15 @@ QWidget* CSongPane::makePage() {
 }
 
 void CSongPane::setUpHead(QWidget& page) {
+    m_pPlay = new QToolButton(&page);
+    m_pPlay->setObjectName("panePlay");
+    m_pPlay->setAutoRaise(true);
     m_pPlace = MakeLabel(&page, "panePlace");
     m_pTitle = new CElidedLabel(Qt::ElideRight, &page);
     m_pTitle->setObjectName("paneTitle");
     m_pFacts = MakeLabel(&page, "paneFacts");
     auto* head = new QHBoxLayout;
+    head->addWidget(m_pPlay);
     head->addWidget(m_pPlace);
     head->addWidget(m_pTitle, 1);
     head->addWidget(m_pFacts);
@@ -103,6 +117,39 @@ void CSongPane::setUpHead(QWidget& page) {
     lines->setSpacing(kGap);
     lines->addLayout(head);
     setTitleFont();
+}
+
+void CSongPane::setUpSound() {
+    bool const canPlay = m_sound.problem() == ESoundProblem::None;
+    QString const keys = QKeySequence(Qt::Key_Space).toString(QKeySequence::NativeText);
+    QString const why = m_sound.problem() == ESoundProblem::NoDevice
+                            ? tr("There is no device to play on.")
+                            : tr("Playing needs the package tactus-desktop-sound.");
+    m_pPlay->setEnabled(canPlay);
+    m_pPlay->setToolTip(canPlay ? tr("Play with clicks on the beats (%1)").arg(keys) : why);
+    m_pPlay->setAccessibleDescription(canPlay ? QString() : why);
+    m_pControls->setVisible(canPlay);
+    connect(m_pPlay, &QToolButton::clicked, this, &CSongPane::togglePlaying);
+    connect(m_pControls, &CSoundControls::levelsChosen, &m_sound, &CSongSound::setLevels);
+    connect(m_pControls, &CSoundControls::loopChosen, &m_sound, &CSongSound::setLoop);
+    connect(&m_sound, &CSongSound::placeHeard, this,
+            [this](std::int64_t sample) { goTo(sample, false); });
+    connect(&m_sound, &CSongSound::playingChanged, this, &CSongPane::showPlaying);
+    showPlaying();
+}
+
+void CSongPane::togglePlaying() {
+    if (m_sound.isPlaying()) {
+        m_sound.stop();
+    } else if (m_pShown != nullptr) {
+        (void)m_sound.play(m_song->m_sPath, m_pShown, place());
+    }
+}
+
+void CSongPane::showPlaying() {
+    bool const isPlaying = m_sound.isPlaying();
+    m_pPlay->setIcon(DrawnIcon(isPlaying ? EGlyph::Stop : EGlyph::Analyze));
+    m_pPlay->setAccessibleName(isPlaying ? tr("Stop playing") : tr("Play"));
 }
 
 void CSongPane::setTitleFont() {
@@ -119,6 +166,7 @@ void CSongPane::setSong(std::optional<CPaneSong> song) {
     if (song && song == m_song) {
         return;
     }
+    m_sound.stop();
     m_song = std::move(song);
     std::uint64_t const request = ++m_nRequest;
     if (!m_song) {
@@ -151,6 +199,7 @@ void CSongPane::take(std::uint64_t request, CSongPicturePtr picture) {
 void CSongPane::showMessage(QString const& text) {
     m_pMessage->setText(text);
     m_pStack->setCurrentIndex(0);
+    m_pShown.reset();
     m_pBar->setPicture(nullptr);
     m_pStrip->setPicture(nullptr);
 }
@@ -164,7 +213,8 @@ void CSongPane::showPicture(CSongPicturePtr picture) {
     m_pAccentsA->setAccents(picture->m_fAccentsA);
     m_pAccentsB->setAccents(picture->m_fAccentsB);
     m_pBar->setPicture(picture);
-    m_pStrip->setPicture(std::move(picture));
+    m_pStrip->setPicture(picture);
+    m_pShown = std::move(picture);
     m_pStack->setCurrentIndex(1);
     showPlace();
 }
@@ -190,6 +240,7 @@ void CSongPane::goTo(std::int64_t sample, bool isTold) {
 void CSongPane::goOn(std::optional<CBeat> const& beat) {
     if (beat) {
         goTo(beat->m_nSample, true);
+        m_sound.goTo(place());
     }
 }
 
@@ -214,9 +265,14 @@ void CSongPane::keyPressEvent(QKeyEvent* event) {
         break;
     case Qt::Key_Home:
         goTo(0, true);
+        m_sound.goTo(place());
         break;
     case Qt::Key_End:
         goTo(shown->m_nSamples - 1, true);
+        m_sound.goTo(place());
+        break;
+    case Qt::Key_Space:
+        togglePlaying();
         break;
     default:
         QWidget::keyPressEvent(event);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/PictureLoader.h"
+#include "desktop/SongSound.h"
 
 #include <QString>
 #include <QWidget>
@@ -15,8 +16,10 @@ class CAccentsView;
 class CBeatStrip;
 class CElidedLabel;
 class CSongBar;
+class CSoundControls;
 class QLabel;
 class QStackedLayout;
+class QToolButton;
 
 /// The song that the pane is about.
 struct CPaneSong {
@@ -29,14 +32,14 @@ struct CPaneSong {
 
 /// What there is to see of one song: who and what it is, the whole of it, some measures, tempo and
 /// accents; or why there is nothing to see. Left and right go from beat to beat, with Ctrl from
-/// measure to measure.
+/// measure to measure, Space plays and stops.
 /// Thread: main; songs are heard on a worker, and only while the pane is shown.
 class CSongPane : public QWidget {
     Q_OBJECT
 
 public:
     /// `source` must outlive it.
-    explicit CSongPane(IPictureSource& source, QWidget* parent = nullptr);
+    CSongPane(IPictureSource& source, CSoundChoice sound, QWidget* parent = nullptr);
 
     /// Shows this song; nothing: none. The one that is shown already stays as it is.
     void setSong(std::optional<CPaneSong> song);
@@ -45,6 +48,8 @@ public:
     [[nodiscard]] CSongPicture const* picture() const;
 
     [[nodiscard]] std::int64_t place() const;
+
+    [[nodiscard]] bool isPlaying() const { return m_sound.isPlaying(); }
 
     QSize sizeHint() const override;
 
@@ -58,6 +63,7 @@ protected:
 
 private:
     void setUpHead(QWidget& page);
+    void setUpSound();
     QWidget* makePage();
     void take(std::uint64_t request, CSongPicturePtr picture);
     void showMessage(QString const& text);
@@ -65,6 +71,8 @@ private:
     void goTo(std::int64_t sample, bool isTold);
     void goOn(std::optional<CBeat> const& beat);
     void showPlace();
+    void togglePlaying();
+    void showPlaying();
     void setTitleFont();
 
     std::optional<CPaneSong> m_song;
@@ -72,6 +80,7 @@ private:
     QStackedLayout* m_pStack;
     QLabel* m_pMessage;
     CElidedLabel* m_pTitle;
+    QToolButton* m_pPlay;
     QLabel* m_pPlace;
     QLabel* m_pFacts;
     QLabel* m_pTempo;
@@ -79,5 +88,8 @@ private:
     CBeatStrip* m_pStrip;
     CAccentsView* m_pAccentsA;
     CAccentsView* m_pAccentsB;
+    CSoundControls* m_pControls;
+    CSongPicturePtr m_pShown;
+    CSongSound m_sound;
     CPictureLoader m_loader; // comes last: its end waits for the worker, which may still deliver
 };

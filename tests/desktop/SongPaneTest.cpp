@@ -5,13 +5,20 @@
 
 #include "desktop/AccentsView.h"
 #include "desktop/PictureView.h"
+#include "desktop/SoundControls.h"
 #include "engine/envelope/ImpactPoints.h"
+#include "support/ClickTrack.h"
+#include "support/TempFolder.h"
+#include "support/WavFile.h"
 
 #include <QAccessible>
 #include <QApplication>
+#include <QComboBox>
 #include <QLabel>
 #include <QSignalSpy>
+#include <QSlider>
 #include <QTest>
+#include <QToolButton>
 #include <QToolTip>
 #include <QWheelEvent>
 #include <chrono>
@@ -59,6 +66,32 @@ public:
     }
 };
 
+/// A device that hears a block at a time, when it is told to.
+class CFakeOutput final : public ISoundOutput {
+public:
+    int rate() const override { return 48000; }
+    bool start(Render render) override {
+        m_render = std::move(render);
+        m_nHeard = 0;
+        return true;
+    }
+    void stop() override { m_render = nullptr; }
+    std::int64_t heardFrames() const override { return m_nHeard; }
+    bool hasEnded() const override { return m_bEnded; }
+
+    std::vector<float> hear(std::size_t frames) {
+        std::vector<float> block(2 * frames);
+        std::size_t const done = m_render(block);
+        m_bEnded = done < frames;
+        m_nHeard += static_cast<std::int64_t>(done);
+        return block;
+    }
+
+    Render m_render;
+    std::int64_t m_nHeard = 0;
+    bool m_bEnded = false;
+};
+
 struct SongPaneTest : testing::Test {
     SongPaneTest() {
         pane.resize(800, 300);
@@ -86,7 +119,7 @@ struct SongPaneTest : testing::Test {
     }
 
     CFakeSource source;
-    CSongPane pane{source};
+    CSongPane pane{source, {nullptr, ESoundProblem::NoPart}};
     CSongBar* bar = pane.findChild<CSongBar*>("songBar");
     CBeatStrip* strip = pane.findChild<CBeatStrip*>("beatStrip");
 };
@@ -250,4 +283,67 @@ TEST_F(SongPaneTest, TimeGoesFromLeftToRightInEveryScript) {
     choose("song");
     QTest::mouseClick(bar, Qt::LeftButton, {}, {bar->width() - 2, 10});
     EXPECT_GT(pane.place(), 59 * 44100);
+}
+
+TEST_F(SongPaneTest, WithoutThePartThatPlaysTheButtonSaysWhy) {
+    choose("song");
+    auto* button = pane.findChild<QToolButton*>("panePlay");
+    EXPECT_FALSE(button->isEnabled());
+    EXPECT_EQ(button->accessibleDescription(), "Playing needs the package tactus-desktop-sound.");
+    EXPECT_FALSE(pane.findChild<CSoundControls*>()->isVisible());
+    QTest::keyClick(strip, Qt::Key_Space);
+    EXPECT_FALSE(pane.isPlaying());
+}
+
+TEST(SongPaneSoundTest, SpacePlaysWithClicksAndThePlaceFollowsWhatIsHeard) {
+    CTempFolder const folder;
+    WriteWav(folder / "song.wav", MakeSilence(60.0));
+    CFakeSource source;
+    auto made = std::make_unique<CFakeOutput>();
+    CFakeOutput& output = *made;
+    CSongPane pane(source, {std::move(made), ESoundProblem::None});
+    pane.resize(900, 300);
+    pane.show();
+    QSignalSpy settled(&pane, &CSongPane::settled);
+    pane.setSong(CPaneSong{folder / "song.wav", "Song", ""});
+    ASSERT_TRUE(settled.wait(10'000));
+    auto* strip = pane.findChild<CBeatStrip*>("beatStrip");
+    QTest::keyClick(strip, Qt::Key_Right); // to the second beat, at half a second
+    QTest::keyClick(strip, Qt::Key_Space);
+    ASSERT_TRUE(pane.isPlaying());
+    std::vector<float> const sound = output.hear(48000);
+    for (std::size_t frame = 0; frame < 48000; frame += 24000) {
+        EXPECT_EQ(sound[2 * frame], 0.5f) << frame; // the click's level at first
+        EXPECT_EQ(sound[2 * (frame + 23999)], 0.0f) << frame;
+    }
+    EXPECT_TRUE(QTest::qWaitFor([&] { return pane.place() == 3 * kBeat; })); // a second later
+    pane.findChild<QSlider*>("clickLevel")->setValue(100);
+    EXPECT_EQ(output.hear(10)[0], 1.0f);
+    pane.findChild<QComboBox*>("loop")->setCurrentIndex(1); // the first measure, two seconds
+    std::vector<float> const loop = output.hear(4 * 48000);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return pane.place() < 4 * kBeat; }));
+    QTest::keyClick(strip, Qt::Key_Space);
+    EXPECT_FALSE(pane.isPlaying());
+    pane.setSong(std::nullopt);
+}
+
+TEST(SongPaneSoundTest, TheEndOfTheSongEndsThePlaying) {
+    CTempFolder const folder;
+    WriteWav(folder / "song.wav", MakeSilence(1.0));
+    CFakeSource source;
+    auto made = std::make_unique<CFakeOutput>();
+    CFakeOutput& output = *made;
+    CSongPane pane(source, {std::move(made), ESoundProblem::None});
+    pane.show();
+    QSignalSpy settled(&pane, &CSongPane::settled);
+    pane.setSong(CPaneSong{folder / "song.wav", "Song", ""});
+    ASSERT_TRUE(settled.wait(10'000));
+    pane.findChild<QToolButton*>("panePlay")->click();
+    ASSERT_TRUE(pane.isPlaying());
+    (void)output.hear(96000);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !pane.isPlaying(); }));
+    pane.setSong(CPaneSong{"song", "Gone", ""}); // a picture without a file
+    ASSERT_TRUE(settled.wait(10'000));
+    pane.findChild<QToolButton*>("panePlay")->click();
+    EXPECT_FALSE(pane.isPlaying());
 }

@@ -316,6 +316,60 @@
         <source>%1 – %2</source>
         <translation>%1 – %2</translation>
     </message>
+    <message>
+        <source>There is no device to play on.</source>
+        <translation>Es gibt kein Gerät zum Abspielen.</translation>
+    </message>
+    <message>
+        <source>Playing needs the package tactus-desktop-sound.</source>
+        <translation>Zum Abspielen fehlt das Paket tactus-desktop-sound.</translation>
+    </message>
+    <message>
+        <source>Play with clicks on the beats (%1)</source>
+        <translation>Mit Klicks auf den Schlägen abspielen (%1)</translation>
+    </message>
+    <message>
+        <source>Stop playing</source>
+        <translation>Abspielen anhalten</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Abspielen</translation>
+    </message>
+</context>
+<context>
+    <name>CSoundControls</name>
+    <message>
+        <source>Click</source>
+        <translation>Klick</translation>
+    </message>
+    <message>
+        <source>Music</source>
+        <translation>Musik</translation>
+    </message>
+    <message>
+        <source>Loop</source>
+        <translation>Schleife</translation>
+    </message>
+    <message>
+        <source>Measures that are played again and again</source>
+        <translation>Takte, die immer wieder gespielt werden</translation>
+    </message>
+    <message>
+        <source>No loop</source>
+        <translation>Keine Schleife</translation>
+    </message>
+    <message numerus="yes">
+        <source>Loop of %Ln</source>
+        <translation>
+            <numerusform>Schleife: %Ln Takt</numerusform>
+            <numerusform>Schleife: %Ln Takte</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Level of %1</source>
+        <translation>Pegel: %1</translation>
+    </message>
 </context>
 <context>
     <name>CStatusLine</name>

@@ -12,6 +12,16 @@
     </message>
 </context>
 <context>
+    <name>CSoundControls</name>
+    <message numerus="yes">
+        <source>Loop of %Ln</source>
+        <translation>
+            <numerusform>Loop of %Ln</numerusform>
+            <numerusform>Loop of %Ln</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>PaneTexts</name>
     <message numerus="yes">
         <source>%Ln measure(s)</source>
