@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The Tactus authors
 # SPDX-License-Identifier: MIT
 #
-# The Debian packages: `cpack -G DEB` in the build folder makes one per component.
+# The packages: `cpack -G DEB` or `cpack -G RPM` in the build folder makes one per component.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_VENDOR "The Tactus authors")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "tempo finder for music files")
@@ -72,6 +72,30 @@ library reads files, profiles them and reads and writes their tags.
 
 This package has the headers, an example, and the stages of the library one by
 one as static archives.")
+
+set(CPACK_RPM_COMPONENT_INSTALL ON)
+set(CPACK_RPM_FILE_NAME RPM-DEFAULT)
+set(CPACK_RPM_PACKAGE_LICENSE MIT)
+set(CPACK_RPM_PACKAGE_GROUP "Applications/Multimedia")
+set(CPACK_RPM_PACKAGE_RELOCATABLE OFF)
+set(CPACK_RPM_CLI_PACKAGE_NAME tactus)
+set(CPACK_RPM_DESKTOP_PACKAGE_NAME tactus-desktop)
+set(CPACK_RPM_DESKTOP_PACKAGE_REQUIRES "tactus = ${PROJECT_VERSION}")
+set(CPACK_RPM_DEV_PACKAGE_NAME tactus-devel)
+# Folders of the system, which no package owns alone.
+set(CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST_ADDITION
+    /usr/share/applications /usr/share/bash-completion /usr/share/bash-completion/completions
+    /usr/share/fish /usr/share/fish/vendor_completions.d /usr/share/icons /usr/share/icons/hicolor
+    /usr/share/man /usr/share/man/man1 /usr/share/metainfo /usr/share/mime /usr/share/mime/packages
+    /usr/share/zsh
+    /usr/share/zsh/site-functions /usr/share/zsh/vendor-completions
+    /usr/${CMAKE_INSTALL_LIBDIR}/cmake /usr/${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+foreach(size 16 24 32 48 64 128 256)
+    list(APPEND CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST_ADDITION
+        /usr/share/icons/hicolor/${size}x${size} /usr/share/icons/hicolor/${size}x${size}/apps)
+endforeach()
+list(APPEND CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST_ADDITION
+    /usr/share/icons/hicolor/scalable /usr/share/icons/hicolor/scalable/apps)
 
 # Policy wants both files in each package's own folder.
 configure_file(debian/changelog.in changelog @ONLY)

@@ -2,9 +2,10 @@
 # SPDX-FileCopyrightText: 2026 The Tactus authors
 # SPDX-License-Identifier: MIT
 #
-# test_package.sh [FOLDER]: makes the Debian packages in build-package, checks them, installs them on
-# a bare Debian 12 in FOLDER (a temporary one if none is given), analyses a file there, and builds the
-# example against the installed library. Needs root.
+# test_package.sh [FOLDER]: makes the packages of Debian and of RPM systems in build-package, checks
+# them, reads the Flatpak's manifest, installs Debian's on a bare Debian 12 in FOLDER (a temporary one
+# if none is given), analyses a file there, and builds the example against the installed library.
+# Needs root.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.."
 # shellcheck source=scripts/packages.sh
@@ -27,6 +28,29 @@ say "lintian, desktop-file-validate, appstreamcli"
 lintian --fail-on error,warning --suppress-tags initial-upload-closes-no-bugs "${debs[@]}"
 desktop-file-validate packaging/tactus-desktop.desktop
 appstreamcli validate --no-net build-package/packaging/org.tactus.Tactus.metainfo.xml
+
+say "packages for RPM systems"
+rm -f build-package/*.rpm
+(cd build-package && cpack -G RPM >/dev/null)
+version=$(sed -n 's/^project(Tactus VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+# has NAME KIND PATTERN: the package's list of that kind holds a line like that.
+has() {
+    rpm -qp "--$2" build-package/"$1-$version"-*.rpm 2>/dev/null | grep -q "$3" ||
+        { echo "$1: no $3 in its $2" >&2; exit 1; }
+}
+has tactus list '^/usr/bin/tactus$'
+has tactus list '^/usr/share/man/man1/tactus\.1\.gz$'
+has tactus requires '^libavcodec\.so\.'
+has tactus info '^License *: MIT$'
+has tactus-desktop list '^/usr/bin/tactus-desktop$'
+has tactus-desktop requires "^tactus = $version\$"
+has tactus-devel list '/libtactus_engine\.a$'
+for rpm in build-package/*.rpm; do
+    say "$(basename "$rpm"), $(stat -c %s "$rpm") bytes"
+done
+
+say "the Flatpak's manifest"
+flatpak-builder --state-dir=build-package/flatpak --show-manifest packaging/flatpak/org.tactus.Tactus.yml >/dev/null
 
 root=${1:-$(mktemp -d /var/tmp/tactus-package.XXXXXX)}
 finish() {
