@@ -2,8 +2,9 @@
 # SPDX-FileCopyrightText: 2026 The Tactus authors
 # SPDX-License-Identifier: MIT
 #
-# check_bits.sh BUILD...: the full trace of generated tracks must be the same bytes from every
-# build, from a second run, and with two jobs. A build folder "build-clang" is made when missing.
+# check_bits.sh BUILD...: the full trace of generated files (make_signals.sh) must be the same bytes
+# from every build, from a second run, and with two jobs. A build folder "build-clang" is made when
+# missing. A build for another processor has a script "emulate" that runs its programs.
 set -euo pipefail
 export TACTUS_NO_RECORDS=1 # nothing that was heard before, nothing to be remembered
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.."
@@ -19,20 +20,28 @@ for build in "$@"; do
     fi
 done
 
-tracks=()
-for bpm in 84 97.3 124 163.9; do
-    build/scripts/tactus-demo-track "$work/$bpm.wav" "$bpm"
-    tracks+=("$work/$bpm.wav")
-done
-for build in "$@"; do
-    "$build/src/cli/tactus" profile --trace "${tracks[@]}" >"$work/${build//\//_}.json"
-done
-build/src/cli/tactus profile --trace "${tracks[@]}" >"$work/again.json"
-build/src/cli/tactus analyze --format jsonl -j 1 "${tracks[@]}" >"$work/one-job.jsonl"
-build/src/cli/tactus analyze --format jsonl -j 2 "${tracks[@]}" >"$work/two-jobs.jsonl"
+scripts/make_signals.sh build/scripts/tactus-demo-track "$work/signals"
+files=("$work"/signals/*)
+build/src/cli/tactus profile --trace "${files[@]}" >"$work/first.json"
+traced=$(grep -c '^{"file"' "$work/first.json")
+if [ "$traced" -ne ${#files[@]} ]; then
+    echo "${#files[@]} files, but $traced traces"
+    exit 1
+fi
 
+different=0
 for build in "$@"; do
-    cmp "$work/again.json" "$work/${build//\//_}.json"
+    run=()
+    if [ -x "$build/emulate" ]; then
+        run=("$build/emulate")
+    fi
+    "${run[@]}" "$build/src/cli/tactus" profile --trace "${files[@]}" >"$work/again.json"
+    count=$(diff "$work/first.json" "$work/again.json" | grep -c '^>' || true)
+    echo "$build: ${#files[@]} files, $count different"
+    different=$((different + count))
 done
+build/src/cli/tactus analyze --format jsonl -j 1 "${files[@]}" >"$work/one-job.jsonl"
+build/src/cli/tactus analyze --format jsonl -j 2 "${files[@]}" >"$work/two-jobs.jsonl"
 cmp "$work/one-job.jsonl" "$work/two-jobs.jsonl"
-echo "same bits: $# builds, ${#tracks[@]} tracks, $(wc -c <"$work/again.json") bytes of trace each"
+echo "same bits: $# builds, ${#files[@]} files, $different different, $(wc -c <"$work/first.json") bytes of trace each"
+[ "$different" -eq 0 ]
