@@ -34,9 +34,17 @@ PACKAGES_CHECK=(
     libbenchmark-dev git shellcheck doxygen
 )
 
-# To make the Debian packages, check them and install them on a bare system.
+# To make the packages of Debian and of RPM systems, check them, install the former on a bare system
+# and read the manifest of the Flatpak.
 PACKAGES_PACKAGING=(
-    dpkg-dev file lintian appstream desktop-file-utils debootstrap
+    dpkg-dev file lintian appstream desktop-file-utils debootstrap rpm flatpak-builder
+)
+
+# To build for 64-bit ARM and run that here; and what is built against, of that architecture.
+PACKAGES_ARM64=(g++-aarch64-linux-gnu qemu-user)
+PACKAGES_SYSROOT=(
+    libc6-dev libstdc++-12-dev libavcodec-dev libavformat-dev libavutil-dev libswresample-dev
+    libhwy-dev libutf8proc-dev libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev
 )
 
 as_root() {
