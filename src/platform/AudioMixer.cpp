@@ -3,29 +3,50 @@
 
 #include "platform/AudioMixer.h"
 
+#include "platform/Mixdown.h"
+
 #include <algorithm>
+#include <cstring>
+#include <numbers>
 
 namespace {
 
 constexpr int kSlowestRate = 1000;      // Fixed: a hostile rate must
 constexpr int kFastestRate = 1'000'000; // not blow up the resampling.
 
-// Derived: of 16-bit samples. These are resampled in whole numbers; wider ones would be in floats,
-// whose sums come in another order with every vector unit. So they are rounded to 16 bits before.
+// Derived: of 16-bit samples. These are mixed and resampled in whole numbers; wider ones would be
+// in floats, whose sums come out otherwise with other vector units. So they are mixed down and
+// rounded to 16 bits here.
 constexpr int kExactBytes = 2;
 
-/// A converter from `in` to mono in 16 bits; null, or of no use, with an error in `status`.
-CResamplerPtr MakeConverter(AVChannelLayout in, AVSampleFormat format, int rate, int outRate,
-                            int& status) {
-    AVChannelLayout mono = AV_CHANNEL_LAYOUT_MONO;
-    SwrContext* made = nullptr;
-    status = swr_alloc_set_opts2(&made, &mono, AV_SAMPLE_FMT_S16, outRate, &in, format, rate, 0,
-                                 nullptr);
-    CResamplerPtr converter(made);
-    if (status >= 0 && in.order == AV_CHANNEL_ORDER_UNSPEC) {
+constexpr AVChannelLayout kMono = AV_CHANNEL_LAYOUT_MONO;
+constexpr std::size_t kMostNamed = 64; // Derived: bits of a layout's mask.
+
+/// What each channel of `in` has in mono: the decoding library's own shares.
+std::vector<double> SharesOf(AVChannelLayout const& in, int& status) {
+    auto const channels = static_cast<std::size_t>(in.nb_channels);
+    if (in.order == AV_CHANNEL_ORDER_UNSPEC) {
         // More channels than any layout has names for: each counts alike.
-        auto const channels = static_cast<std::size_t>(in.nb_channels);
-        std::vector<double> const shares(channels, 1.0 / in.nb_channels);
+        return std::vector<double>(channels, 1.0 / in.nb_channels);
+    }
+    constexpr double kAside = std::numbers::sqrt2 / 2.0; // Standard: ITU-R BS.775, -3 dB.
+    // The library scales all the rows and columns that there may be.
+    std::vector<double> shares(kMostNamed * kMostNamed);
+    status = swr_build_matrix2(&in, &kMono, kAside, kAside, 0.0, 1.0, 1.0, shares.data(),
+                               kMostNamed, AV_MATRIX_ENCODING_NONE, nullptr);
+    shares.resize(channels);
+    return shares;
+}
+
+/// A converter; null, or of no use, with an error in `status`.
+CResamplerPtr MakeConverter(AVChannelLayout in, AVSampleFormat format, int rate,
+                            AVChannelLayout out, AVSampleFormat outFormat, int outRate,
+                            int& status) {
+    SwrContext* made = nullptr;
+    status = swr_alloc_set_opts2(&made, &out, outFormat, outRate, &in, format, rate, 0, nullptr);
+    CResamplerPtr converter(made);
+    if (status >= 0 && in.order == AV_CHANNEL_ORDER_UNSPEC && out.nb_channels == 1) {
+        std::vector<double> const shares = SharesOf(in, status);
         status = swr_set_matrix(made, shares.data(), in.nb_channels);
     }
     status = status >= 0 ? swr_init(made) : status;
@@ -37,7 +58,7 @@ CResamplerPtr MakeConverter(AVChannelLayout in, AVSampleFormat format, int rate,
 int CAudioMixer::Push(AVFrame const& frame) {
     int const status = Configure(frame);
     auto** const data = const_cast<std::uint8_t const**>(frame.extended_data);
-    if (status < 0 || m_mixdown == nullptr) {
+    if (status < 0 || m_eMixed == AV_SAMPLE_FMT_NONE) {
         return status >= 0 ? Convert(data, frame.nb_samples) : status;
     }
     int const mixed = MixDown(data, frame.nb_samples);
@@ -51,9 +72,53 @@ int CAudioMixer::Flush() {
 
 /// Returns: the samples in `m_vMono`, or an error.
 int CAudioMixer::MixDown(std::uint8_t const** data, int count) {
-    m_vMono.resize(static_cast<std::size_t>(count));
-    auto* out = reinterpret_cast<std::uint8_t*>(m_vMono.data());
-    return swr_convert(m_mixdown.get(), &out, count, data, count);
+    auto const samples = static_cast<std::size_t>(count);
+    m_vMono.resize(samples);
+    std::vector<std::uint8_t*> planes(m_vShares.size());
+    if (m_widened != nullptr) {
+        std::size_t const bytes =
+            samples * static_cast<std::size_t>(av_get_bytes_per_sample(m_eMixed));
+        m_vPlanes.resize(bytes * planes.size());
+        for (std::size_t c = 0; c < planes.size(); ++c) {
+            planes[c] = m_vPlanes.data() + c * bytes;
+        }
+        count = swr_convert(m_widened.get(), planes.data(), count, data, count);
+        data = const_cast<std::uint8_t const**>(planes.data());
+    }
+    if (count > 0 && m_eMixed == AV_SAMPLE_FMT_S16P) {
+        std::memcpy(m_vMono.data(), data[0], samples * sizeof(std::int16_t));
+    } else if (count > 0 && m_eMixed == AV_SAMPLE_FMT_FLTP) {
+        MixPlanes<float>(data, samples);
+    } else if (count > 0) {
+        MixPlanes<double>(data, samples);
+    }
+    return count;
+}
+
+template <typename T>
+void CAudioMixer::MixPlanes(std::uint8_t const* const* planes, std::size_t count) {
+    std::vector<T const*> channels(m_vShares.size());
+    for (std::size_t c = 0; c < channels.size(); ++c) {
+        channels[c] = reinterpret_cast<T const*>(planes[c]);
+    }
+    std::vector<T> const shares(m_vShares.begin(), m_vShares.end());
+    std::vector<T> sum;
+    MixToMono<T>(channels.data(), shares, count, sum, m_vMono.data());
+}
+
+/// Decides how frames wider than 16 bits become mono.
+void CAudioMixer::ChooseMixdown(AVChannelLayout const& in, AVSampleFormat format, int rate,
+                                int& status) {
+    bool const isWhole = av_get_packed_sample_fmt(format) == AV_SAMPLE_FMT_S32 ||
+                         av_get_packed_sample_fmt(format) == AV_SAMPLE_FMT_S64;
+    m_eMixed = av_get_bytes_per_sample(format) > 4 ? AV_SAMPLE_FMT_DBLP : AV_SAMPLE_FMT_FLTP;
+    if (isWhole && in.nb_channels == 1) {
+        m_eMixed = AV_SAMPLE_FMT_S16P; // the upper bits, as they are
+    }
+    m_vShares = SharesOf(in, status);
+    if (status >= 0 && format != m_eMixed) {
+        m_widened = MakeConverter(in, format, rate, in, m_eMixed, rate, status);
+    }
 }
 
 int CAudioMixer::Convert(std::uint8_t const** data, int count) {
@@ -85,15 +150,16 @@ int CAudioMixer::Configure(AVFrame const& frame) {
     }
     auto format = static_cast<AVSampleFormat>(frame.format);
     m_shape = shape;
-    m_mixdown.reset();
-    if (status >= 0 && frame.sample_rate != kOutputRate &&
-        av_get_bytes_per_sample(format) > kExactBytes) {
-        m_mixdown = MakeConverter(in, format, frame.sample_rate, frame.sample_rate, status);
-        in = AV_CHANNEL_LAYOUT_MONO;
+    m_eMixed = AV_SAMPLE_FMT_NONE;
+    m_widened.reset();
+    if (status >= 0 && av_get_bytes_per_sample(format) > kExactBytes) {
+        ChooseMixdown(in, format, frame.sample_rate, status);
+        in = kMono;
         format = AV_SAMPLE_FMT_S16;
     }
     if (status >= 0) {
-        m_resampler = MakeConverter(in, format, frame.sample_rate, kOutputRate, status);
+        m_resampler = MakeConverter(in, format, frame.sample_rate, kMono, AV_SAMPLE_FMT_S16,
+                                    kOutputRate, status);
     }
     return status;
 }

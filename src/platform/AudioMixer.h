@@ -29,12 +29,18 @@ public:
 private:
     int Configure(AVFrame const& frame);
     int Convert(std::uint8_t const** data, int count);
+    void ChooseMixdown(AVChannelLayout const& in, AVSampleFormat format, int rate, int& status);
     int MixDown(std::uint8_t const** data, int count);
+    template <typename T>
+    void MixPlanes(std::uint8_t const* const* planes, std::size_t count);
 
     CSampleBuffer& m_buffer;
-    CResamplerPtr m_mixdown;   // to 16 bits at the file's rate; null where one step does all
-    CResamplerPtr m_resampler; // to 44100 Hz
-    std::vector<std::int16_t> m_vMono; // mixed down, at the file's rate
+    AVSampleFormat m_eMixed = AV_SAMPLE_FMT_NONE; // what is mixed down here; none: nothing is
+    std::vector<double> m_vShares;                // of each channel in that
+    CResamplerPtr m_widened;                      // to what is mixed down; null where frames are
+    std::vector<std::uint8_t> m_vPlanes;          // widened, one channel behind the other
+    CResamplerPtr m_resampler;                    // to 44100 Hz
+    std::vector<std::int16_t> m_vMono;            // mixed down, at the file's rate
     std::vector<std::int16_t> m_vBlock;
     std::tuple<int, int, int, std::uint64_t> m_shape; // rate, format, channels, speakers
 };
