@@ -40,12 +40,15 @@ PACKAGES_PACKAGING=(
     dpkg-dev file lintian appstream desktop-file-utils debootstrap rpm flatpak-builder
 )
 
-# To build for 64-bit ARM and run that here; and what is built against, of that architecture.
+# To build for 64-bit ARM and run that here; and what is built against, of that architecture: the
+# libraries of PACKAGES_BUILD, the compiler's and the tests'.
 PACKAGES_ARM64=(g++-aarch64-linux-gnu qemu-user)
-PACKAGES_SYSROOT=(
-    libc6-dev libstdc++-12-dev libavcodec-dev libavformat-dev libavutil-dev libswresample-dev
-    libhwy-dev libutf8proc-dev libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev
-)
+PACKAGES_SYSROOT=(libc6-dev libstdc++-12-dev libgtest-dev libgmock-dev)
+for package in "${PACKAGES_BUILD[@]}"; do
+    case $package in
+        *-dev) PACKAGES_SYSROOT+=("$package") ;;
+    esac
+done
 
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then

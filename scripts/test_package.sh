@@ -50,7 +50,7 @@ for rpm in build-package/*.rpm; do
 done
 
 say "the Flatpak's manifest"
-flatpak-builder --state-dir=build-package/flatpak --show-manifest packaging/flatpak/org.tactus.Tactus.yml >/dev/null
+(cd build-package && flatpak-builder --show-manifest ../packaging/flatpak/org.tactus.Tactus.yml >/dev/null)
 
 root=${1:-$(mktemp -d /var/tmp/tactus-package.XXXXXX)}
 finish() {
