@@ -6,6 +6,7 @@
 
 #include "IDTag/MpegChain.h"
 
+#include "IDTag/OtherKind.h"
 #include "IDTag/PosixFile.h"
 #include "IDTag/TagBytes.h"
 #include "IDTag/TagImage.h"
@@ -26,8 +27,7 @@ constexpr std::size_t kTagSizeOffset = 6;       // Standard: ID3v2.3.0, section 
 constexpr std::uint64_t kMostZeros = 1'048'576; // Fixed: padding of some encoders.
 constexpr std::size_t kZerosAtOnce = 65'536;    // Fixed: bytes looked at in one read.
 constexpr std::size_t kLongestFrameBytes =
-    2881;                              // Derived: layer II, 160 kbit/s at 8 kHz: 144 * 20.
-constexpr std::size_t kKindBytes = 12; // Fixed: where the marks below end.
+    2881; // Derived: layer II, 160 kbit/s at 8 kHz: 144 * 20.
 
 // Standard: ISO/IEC 11172-3 and 13818-3, section 2.4.2.3: kbit/s by version, layer and index.
 constexpr std::array<std::array<std::uint16_t, 16>, 5> kBitRates = {{
@@ -94,11 +94,6 @@ std::vector<std::uint8_t> BytesAt(int file, std::uint64_t offset, std::size_t co
     return ReadAllAt(file, bytes, offset) ? bytes : std::vector<std::uint8_t>();
 }
 
-bool BeginsWith(std::vector<std::uint8_t> const& bytes, std::size_t at, std::string_view mark) {
-    return bytes.size() >= at + mark.size() &&
-           std::memcmp(bytes.data() + at, mark.data(), mark.size()) == 0;
-}
-
 std::uint64_t PastZeros(int file, std::uint64_t offset) {
     for (std::uint64_t const end = offset + kMostZeros; offset < end;) {
         std::vector<std::uint8_t> const bytes = BytesAt(file, offset, kZerosAtOnce);
@@ -111,60 +106,13 @@ std::uint64_t PastZeros(int file, std::uint64_t offset) {
     return offset;
 }
 
-/// Files that may hold MPEG audio near their beginning, or as one of their packets, and that a tag
-/// in front would break.
-bool IsOfOtherKind(std::vector<std::uint8_t> const& bytes) {
-    using namespace std::string_view_literals;
-    constexpr std::array kStarts = {
-        "RIFF"sv,
-        "RIFX"sv,
-        "RF64"sv,
-        "FORM"sv,
-        "riff"sv,
-        "OggS"sv,
-        "fLaC"sv,
-        "caff"sv,
-        "FLV\x01"sv,
-        "PK"sv,
-        "Rar!"sv,
-        "7z\xBC\xAF"sv,
-        "\x30\x26\xB2"sv,
-        "\x1A\x45\xDF"sv,
-        "\x00\x00\x01"sv,
-        "BZh"sv,
-        "MZ"sv,
-        "\x7F"
-        "ELF"sv,
-        "#!"sv,
-        "\x1F\x8B"sv,
-        "\xFD"
-        "7zXZ"sv,
-        "MThd"sv,
-        "%PDF"sv,
-        "ITSF"sv,
-    };
-    constexpr std::size_t kBoxSizeBytes = 4; // Standard: ISO/IEC 14496-12, section 4.2.
-    // Standard: ISO/IEC 14496-12 and the QuickTime file format: boxes that may come first.
-    constexpr std::array kBoxes = {"ftyp"sv, "moov"sv, "mdat"sv, "free"sv,
-                                   "skip"sv, "wide"sv, "pnot"sv, "uuid"sv};
-    auto const beginsWith = [&bytes](std::size_t at) {
-        return [&bytes, at](std::string_view mark) { return BeginsWith(bytes, at, mark); };
-    };
-    // A box's mark follows its size of four bytes, of which zeros may have been passed over.
-    bool isBox = false;
-    for (std::size_t at = 1; at <= kBoxSizeBytes; ++at) {
-        isBox = isBox || std::ranges::any_of(kBoxes, beginsWith(at));
-    }
-    return isBox || std::ranges::any_of(kStarts, beginsWith(0));
-}
-
 /// Where the sound should begin; nothing where another kind of file does.
 std::optional<std::uint64_t> PastTags(int file, std::uint64_t offset) {
     constexpr std::size_t kOtherTagHeaderBytes = 32; // Standard: APEv2, its header.
     constexpr std::size_t kOtherTagSizeOffset = 12;  // Standard: APEv2, little-endian.
     for (int i = 0; i < kMostTags; ++i) {
         // Some kinds begin with zeros that count, so they are looked for on both sides of them.
-        if (IsOfOtherKind(BytesAt(file, offset, kKindBytes))) {
+        if (IsOfOtherKind(BytesAt(file, offset, kOtherKindBytes))) {
             return std::nullopt;
         }
         offset = PastZeros(file, offset);
@@ -207,7 +155,7 @@ bool IsChain(int file, std::uint64_t offset, CMpegHeader const& first) {
     for (int frames = 1; frames < kChainFrames; ++frames) {
         offset = header.m_nFrameBytes > 0 ? offset + header.m_nFrameBytes
                                           : NextOfFreeFormat(file, offset, header);
-        std::vector<std::uint8_t> const bytes = BytesAt(file, offset, kKindBytes);
+        std::vector<std::uint8_t> const bytes = BytesAt(file, offset, kOtherKindBytes);
         if (IsEndOfSound(bytes)) {
             return frames > 1;
         }
@@ -239,5 +187,5 @@ bool HasMpegChain(int file, std::uint64_t offset) {
 }
 
 bool IsMp4At(int file, std::uint64_t offset) {
-    return BeginsWith(BytesAt(file, offset, kKindBytes), 4, "ftyp");
+    return BeginsWith(BytesAt(file, offset, kOtherKindBytes), 4, "ftyp");
 }
