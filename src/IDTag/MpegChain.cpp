@@ -22,8 +22,9 @@ namespace {
 
 constexpr std::size_t kHeaderBytes = 4; // Standard: ISO/IEC 11172-3, section 2.4.1.3.
 constexpr int kChainFrames = 3;         // Fixed: random bytes pass two of them once in 2^20 times.
-constexpr int kMostTags = 8;            // Fixed: tags behind one another before we give up.
-constexpr std::size_t kTagSizeOffset = 6;       // Standard: ID3v2.3.0, section 3.1.
+constexpr std::size_t kEndMarkBytes = 12; // Fixed: the longest of the marks below, rounded up.
+constexpr int kMostTags = 8;              // Fixed: tags behind one another before we give up.
+constexpr std::size_t kTagSizeOffset = 6; // Standard: ID3v2.3.0, section 3.1.
 constexpr std::uint64_t kMostZeros = 1'048'576; // Fixed: padding of some encoders.
 constexpr std::size_t kZerosAtOnce = 65'536;    // Fixed: bytes looked at in one read.
 constexpr std::size_t kLongestFrameBytes =
@@ -111,15 +112,15 @@ std::optional<std::uint64_t> PastTags(int file, std::uint64_t offset) {
     constexpr std::size_t kOtherTagHeaderBytes = 32; // Standard: APEv2, its header.
     constexpr std::size_t kOtherTagSizeOffset = 12;  // Standard: APEv2, little-endian.
     for (int i = 0; i < kMostTags; ++i) {
+        std::vector<std::uint8_t> head = BytesAt(file, offset, kOtherKindBytes);
         // Some kinds begin with zeros that count, so they are looked for on both sides of them.
-        if (IsOfOtherKind(BytesAt(file, offset, kOtherKindBytes))) {
-            return std::nullopt;
+        if (!IsOfOtherKind(head) && !head.empty() && head.front() == 0) {
+            offset = PastZeros(file, offset);
+            head = BytesAt(file, offset, kOtherKindBytes);
         }
-        offset = PastZeros(file, offset);
-        std::vector<std::uint8_t> const head = BytesAt(file, offset, kOtherTagHeaderBytes);
         if (head.size() >= kTagHeaderBytes && BeginsWith(head, 0, "ID3")) {
             offset += kTagHeaderBytes + ReadSyncsafe(&head[kTagSizeOffset]);
-        } else if (head.size() == kOtherTagHeaderBytes && BeginsWith(head, 0, "APETAGEX")) {
+        } else if (head.size() >= kOtherTagHeaderBytes && BeginsWith(head, 0, "APETAGEX")) {
             std::array<std::uint8_t, 4> size = {};
             std::reverse_copy(head.begin() + kOtherTagSizeOffset,
                               head.begin() + kOtherTagSizeOffset + 4, size.begin());
@@ -155,7 +156,7 @@ bool IsChain(int file, std::uint64_t offset, CMpegHeader const& first) {
     for (int frames = 1; frames < kChainFrames; ++frames) {
         offset = header.m_nFrameBytes > 0 ? offset + header.m_nFrameBytes
                                           : NextOfFreeFormat(file, offset, header);
-        std::vector<std::uint8_t> const bytes = BytesAt(file, offset, kOtherKindBytes);
+        std::vector<std::uint8_t> const bytes = BytesAt(file, offset, kEndMarkBytes);
         if (IsEndOfSound(bytes)) {
             return frames > 1;
         }
@@ -186,6 +187,12 @@ bool HasMpegChain(int file, std::uint64_t offset) {
     return false;
 }
 
+bool HasOtherKind(int file, std::uint64_t offset) {
+    return !PastTags(file, offset);
+}
+
 bool IsMp4At(int file, std::uint64_t offset) {
-    return BeginsWith(BytesAt(file, offset, kOtherKindBytes), 4, "ftyp");
+    constexpr std::string_view kMark = "ftyp"; // Standard: ISO/IEC 14496-12, section 4.3.
+    constexpr std::size_t kMarkOffset = 4;     // Standard: likewise, behind the box's size.
+    return BeginsWith(BytesAt(file, offset, kMarkOffset + kMark.size()), kMarkOffset, kMark);
 }

@@ -15,6 +15,10 @@
 /// its start.
 bool HasMpegChain(int file, std::uint64_t offset);
 
+/// True when a file of another kind begins at `offset` of the open file, or behind further tags and
+/// zeros there: an archive of songs or a page with one in it, which decoders read as the song.
+bool HasOtherKind(int file, std::uint64_t offset);
+
 /// True when an MP4 file's first box lies at `offset`. Its tables hold positions from the beginning
 /// of the file, which bytes put before them would make wrong.
 bool IsMp4At(int file, std::uint64_t offset);

@@ -14,6 +14,7 @@ bool BeginsWith(std::span<std::uint8_t const> bytes, std::size_t at, std::string
 
 bool IsOfOtherKind(std::span<std::uint8_t const> bytes) {
     using namespace std::string_view_literals;
+    // Sound and film, then archives and disks, programs, pages and mail.
     constexpr std::array kStarts = {
         "RIFF"sv,
         "RIFX"sv,
@@ -24,25 +25,50 @@ bool IsOfOtherKind(std::span<std::uint8_t const> bytes) {
         "fLaC"sv,
         "caff"sv,
         "FLV\x01"sv,
-        "PK"sv,
-        "Rar!"sv,
-        "7z\xBC\xAF"sv,
         "\x30\x26\xB2"sv,
         "\x1A\x45\xDF"sv,
         "\x00\x00\x01"sv,
+        "MThd"sv,
+        "PK"sv,
+        "Rar!"sv,
+        "7z\xBC\xAF"sv,
         "BZh"sv,
+        "\x1F\x8B"sv,
+        "\xFD"
+        "7zXZ"sv,
+        "\x28\xB5\x2F\xFD"sv,
+        "070701"sv,
+        "070702"sv,
+        "070707"sv,
+        "!<arch>\n"sv,
+        "MSCF"sv,
+        "ITSF"sv,
+        "\xD0\xCF\x11\xE0"sv,
+        "SQLite format 3"sv,
+        "\x01"
+        "CD001"sv,
         "MZ"sv,
         "\x7F"
         "ELF"sv,
         "#!"sv,
-        "\x1F\x8B"sv,
-        "\xFD"
-        "7zXZ"sv,
-        "MThd"sv,
+        "\xCA\xFE\xBA\xBE"sv,
+        "\xCF\xFA\xED\xFE"sv,
+        "\xCE\xFA\xED\xFE"sv,
         "%PDF"sv,
-        "ITSF"sv,
+        "<!DOCTYPE"sv,
+        "<!doctype"sv,
+        "<html"sv,
+        "<HTML"sv,
+        "<?xml"sv,
+        "<!--"sv,
+        "From "sv,
+        "From: "sv,
+        "Return-Path: "sv,
+        "Received: "sv,
+        "MIME-Version: "sv,
     };
-    constexpr std::size_t kBoxSizeBytes = 4; // Standard: ISO/IEC 14496-12, section 4.2.
+    constexpr std::size_t kArchiveMarkOffset = 257; // Standard: POSIX, ustar interchange format.
+    constexpr std::size_t kBoxSizeBytes = 4;        // Standard: ISO/IEC 14496-12, section 4.2.
     // Standard: ISO/IEC 14496-12 and the QuickTime file format: boxes that may come first.
     constexpr std::array kBoxes = {"ftyp"sv, "moov"sv, "mdat"sv, "free"sv,
                                    "skip"sv, "wide"sv, "pnot"sv, "uuid"sv};
@@ -54,5 +80,6 @@ bool IsOfOtherKind(std::span<std::uint8_t const> bytes) {
     for (std::size_t at = 1; at <= kBoxSizeBytes; ++at) {
         isBox = isBox || std::ranges::any_of(kBoxes, beginsWith(at));
     }
-    return isBox || std::ranges::any_of(kStarts, beginsWith(0));
+    return isBox || std::ranges::any_of(kStarts, beginsWith(0)) ||
+           BeginsWith(bytes, kArchiveMarkOffset, "ustar");
 }

@@ -8,7 +8,7 @@
 #include <span>
 #include <string_view>
 
-inline constexpr std::size_t kOtherKindBytes = 12; // Fixed: where the marks that are known end.
+inline constexpr std::size_t kOtherKindBytes = 262; // Fixed: where the marks that are known end.
 
 /// True when `mark` stands at `at` among the bytes.
 bool BeginsWith(std::span<std::uint8_t const> bytes, std::size_t at, std::string_view mark);

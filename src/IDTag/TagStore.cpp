@@ -166,9 +166,10 @@ private:
         if (IsMp4At(file.Get(), m_tag.GetTagSize())) {
             return EWriteProblem::OtherFormat;
         }
-        bool const isOther =
-            m_options.m_bNeedsMpegChain && !HasMpegChain(file.Get(), m_tag.GetTagSize());
-        return isOther ? EWriteProblem::NotMpegAudio : EWriteProblem::None;
+        bool const isSound = m_options.m_bNeedsMpegChain
+                                 ? HasMpegChain(file.Get(), m_tag.GetTagSize())
+                                 : !HasOtherKind(file.Get(), m_tag.GetTagSize());
+        return isSound ? EWriteProblem::None : EWriteProblem::NotMpegAudio;
     }
 
     EWriteProblem Write(std::optional<CString> const& text, CTagStoreReport& report) {

@@ -22,6 +22,13 @@ protected:
         return HasMpegChain(file.Get(), offset);
     }
 
+    bool HasOther(TagBytes const& bytes) {
+        std::string const path = m_folder / "song.mp3";
+        WriteBytes(path, bytes);
+        CDescriptor const file(::open(path.c_str(), O_RDONLY));
+        return HasOtherKind(file.Get(), 0);
+    }
+
     CTempFolder m_folder;
 };
 
@@ -97,6 +104,23 @@ TEST_F(MpegChainTest, AFileOfAnotherKindIsKnownByItsFirstBytes) {
         EXPECT_FALSE(Has(Joined({{0, 0, 1, 0}, Ascii(box), FakeAudio(40), MpegAudio(3)}))) << box;
         EXPECT_FALSE(Has(Joined({{1, 1, 1, 1}, Ascii(box), FakeAudio(40), MpegAudio(3)}))) << box;
     }
+}
+
+TEST_F(MpegChainTest, AnArchiveOrAPageWithASongInItIsNoSong) {
+    // A tape archive's first block: the name, zeros, and its mark at byte 257 of 512.
+    TagBytes archive = Joined({Ascii("song.mp3"), Zeros(249), Ascii("ustar"), Zeros(250)});
+    ASSERT_EQ(archive.size(), 512U);
+    for (TagBytes const& start :
+         {archive, Ascii("070701000B5A"), Ascii("<!DOCTYPE html>"), Ascii("From: a@b"),
+          Joined({Zeros(32768), {1}, Ascii("CD001")}), TagBytes{0x28, 0xB5, 0x2F, 0xFD}}) {
+        EXPECT_FALSE(Has(Joined({start, MpegAudio(4)})));
+        EXPECT_TRUE(HasOther(Joined({start, FakeAudio(9000), MpegAudio(4)})));
+        EXPECT_TRUE(HasOther(Joined({TagOf(3, Zeros(20)), start, MpegAudio(4)})));
+    }
+    EXPECT_FALSE(HasOther(MpegAudio(4)));
+    EXPECT_FALSE(HasOther(Joined({TagOf(3, Zeros(20)), Zeros(3000), MpegAudio(4)})));
+    EXPECT_FALSE(HasOther(FakeAudio(9000)));
+    EXPECT_FALSE(HasOther({}));
 }
 
 TEST_F(MpegChainTest, TagsThatPointPastTheEndEndTheSearch) {

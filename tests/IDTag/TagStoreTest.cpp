@@ -207,6 +207,16 @@ TEST_F(TagStoreTest, WhoHasNotDecodedAsksForMpegFrames) {
     EXPECT_EQ(Store("e.mp3", options), EWriteProblem::None);
 }
 
+TEST_F(TagStoreTest, AnArchiveOfSongsIsNotWrittenByWhoeverHasHeardItEither) {
+    TagBytes const archive = Joined({Ascii("song.mp3"), Zeros(249), Ascii("ustar"), Zeros(250)});
+    ExpectLeft("a.mp3", Joined({archive, kSound}), EWriteProblem::NotMpegAudio);
+    ExpectLeft("b.mp3", Joined({Ascii("PK\3\4"), FakeAudio(40), kSound}),
+               EWriteProblem::NotMpegAudio);
+    // What was heard may have foreign bytes ahead, as long as they are of no kind that is known.
+    Write("c.mp3", Joined({FakeAudio(9000), kSound}));
+    EXPECT_EQ(Store("c.mp3"), EWriteProblem::None);
+}
+
 TEST_F(TagStoreTest, WhatCannotBeReadOrWouldBeLostIsRefused) {
     ExpectLeft("a.mp3", Joined({TagHeader(3, 90'000), kSound}), EWriteProblem::TagUnreadable);
     ExpectLeft("b.mp3", Joined({TagOf(3, Joined({kTitle, Zeros(30), {1}})), kSound}),

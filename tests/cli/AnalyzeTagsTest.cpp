@@ -187,6 +187,20 @@ TEST_F(AnalyzeTagsTest, OnlyWhatWasReadAsMpegAudioIsWritten) {
     EXPECT_EQ(ReadText(m_folder / "page.mp3"), page);
 }
 
+TEST_F(AnalyzeTagsTest, AnArchiveOfOneSongIsHeardAndNotWritten) {
+    WriteMp3("song.mp3", 10.0);
+    // The first block of a tape archive; the decoding library passes over it.
+    TagBytes const head = Joined({Ascii("song.mp3"), Zeros(249), Ascii("ustar"), Zeros(250)});
+    std::string const archive =
+        std::string(head.begin(), head.end()) + ReadText(m_folder / "song.mp3");
+    WriteText(m_folder / "archive.mp3", archive);
+    CProcessResult const result = Tactus({"analyze", "-w", "--format", "csv", "archive.mp3"});
+    EXPECT_EQ(result.m_nExit, 1);
+    EXPECT_THAT(result.m_sOut, ContainsRegex("\narchive.mp3,[^,]*,,9[56].[0-9]+,analysis,,false,"));
+    EXPECT_THAT(result.m_sErr, StartsWith("tactus: archive.mp3: isn't written: it isn't MPEG"));
+    EXPECT_EQ(ReadText(m_folder / "archive.mp3"), archive);
+}
+
 TEST_F(AnalyzeTagsTest, WhatIsCutShortIsHeardAndNotWritten) {
     WriteMp3("whole.mp3", 40.0);
     // The header still promises forty seconds.
