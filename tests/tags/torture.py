@@ -1,13 +1,14 @@
 #!/usr/bin/python3
 # SPDX-FileCopyrightText: 2026 The Tactus authors
 # SPDX-License-Identifier: MIT
-"""Kills `tactus tag set`, fills its disk and lets it meet itself.
+"""Kills `tactus tag set` and `tactus analyze -w`, fills their disk and lets them meet themselves.
 
 Whatever happens, the song's name must hold one complete file: the old one or the new one.
 
 torture.py TACTUS
 """
 
+import ctypes
 import hashlib
 import os
 import pathlib
@@ -22,8 +23,9 @@ import unittest
 
 TACTUS = ""
 SONG_BYTES = 50 * 1000 * 1000
-KILLS = 300
+KILLS = 200
 KILLS_IN_PLACE = 100
+STOPS = 120  # the last system calls of a run: one stop before and one behind each
 
 
 def syncsafe(value):
@@ -46,7 +48,7 @@ def text(value):
 TITLE = frame(b"TIT2", text("A title"))
 
 # Four frames of MPEG-1 layer III at 128 kbit/s and 44100 Hz, 417 bytes each: what a song's sound
-# begins with. The rest of it may be anything.
+# begins with. The rest of it may be anything. By themselves they are silence.
 FRAMES = (b"\xff\xfb\x90\x64" + bytes(413)) * 4
 
 
@@ -73,6 +75,36 @@ def finish(process):
 
 def set_tempo(path, tempo):
     return finish(start(path, tempo))
+
+
+class Tracee:
+    """A process that is stopped before and behind each of its system calls, and killed at one."""
+
+    TRACE_ME, SYSCALL = 0, 24  # Standard: ptrace(2).
+
+    def __init__(self, command):
+        self.libc = ctypes.CDLL(None, use_errno=True)
+        self.command = [os.fsencode(word) for word in command]
+
+    def run(self, last_stop=None):
+        """Kills it at stop number `last_stop`. Returns: the stops up to its end."""
+        process = os.fork()
+        if process == 0:
+            silent = os.open(os.devnull, os.O_RDWR)
+            for stream in (0, 1, 2):
+                os.dup2(silent, stream)
+            self.libc.ptrace(self.TRACE_ME, 0, None, None)
+            os.execv(self.command[0], self.command)
+        stops = 0
+        while True:
+            _, status = os.waitpid(process, 0)
+            if os.WIFEXITED(status) or os.WIFSIGNALED(status):
+                return stops
+            stops += 1
+            if stops == last_stop:
+                os.kill(process, signal.SIGKILL)
+            else:
+                self.libc.ptrace(self.SYSCALL, process, None, None)
 
 
 class Torture(unittest.TestCase):
@@ -183,6 +215,63 @@ class Torture(unittest.TestCase):
             self.assertTrue(held in files, f"a torn file in repetition {repetition}")
             found[files.index(held)] += 1
         print(f"{KILLS_IN_PLACE} kills within {longest:.3f} s: {found[0]} old, {found[1]} new")
+
+    def kill_at_every_call(self, old_file, what):
+        """Kills at each of the last system calls, so that every moment between looking at the song
+        and its last byte is met."""
+        tracee = Tracee([TACTUS, "tag", "set", str(self.song), "TBPM", "128.00"])
+        self.song.write_bytes(old_file)
+        total = tracee.run()
+        new_file = self.song.read_bytes()
+        self.assertNotEqual(new_file, old_file)
+        found = {"old": 0, "new": 0, "half-made": 0}
+        for stop in range(max(total - STOPS, 1), total + 1):
+            self.song.write_bytes(old_file)
+            tracee.run(stop)
+            held = self.song.read_bytes()
+            self.assertTrue(held in (old_file, new_file), f"a torn file at stop {stop}")
+            found["old" if held == old_file else "new"] += 1
+            found["half-made"] += self.temporary.exists()
+        print(f"{what}: killed at the last {sum(found.values()) - found['half-made']} of {total} "
+              f"stops: {found}")
+        self.assertGreater(min(found["old"], found["new"]), 0)
+        # What the killed ones left is no obstacle.
+        self.song.write_bytes(old_file)
+        self.assertEqual(set_tempo(self.song, "128.00"), (0, ""))
+        self.assertEqual(self.song.read_bytes(), new_file)
+        self.assertFalse(self.temporary.exists())
+
+    def test_kill_at_every_system_call_of_a_write(self):
+        try:
+            Tracee(["/bin/true"]).run()
+        except OSError as error:
+            self.skipTest(f"processes can't be traced: {error}")
+        self.kill_at_every_call(tag(TITLE, 0) + sound(1, 100_000), "a new file")
+        self.kill_at_every_call(tag(TITLE, 300) + sound(1, 100_000), "in place")
+
+    def test_kill_while_a_song_is_analysed_and_written(self):
+        # Ten seconds of silence are one measure of 96 beats a minute.
+        old_file = tag(TITLE, 0) + FRAMES * 96
+        command = [TACTUS, "analyze", "-w", "-q", "-o", os.devnull, str(self.song)]
+        self.song.write_bytes(old_file)
+        begin = time.monotonic()
+        subprocess.run(command, check=True)
+        longest = 1.3 * (time.monotonic() - begin)
+        new_file = self.song.read_bytes()
+        self.assertIn(b"9\x005\x00.", new_file[: 10 + len(TITLE) + 27])
+        self.assertEqual(len(new_file), len(old_file) + 4096 + len(frame(b"TBPM", text("95.70"))))
+        found = {old_file: 0, new_file: 0}
+        for repetition in range(KILLS_IN_PLACE):
+            self.song.write_bytes(old_file)
+            process = subprocess.Popen(command)
+            time.sleep(self.random.uniform(0, longest))
+            process.kill()
+            process.wait()
+            held = self.song.read_bytes()
+            self.assertTrue(held in found, f"a torn file in repetition {repetition}")
+            found[held] += 1
+        print(f"{KILLS_IN_PLACE} kills within {longest:.3f} s of an analysis: "
+              f"{found[old_file]} old, {found[new_file]} new")
 
     def test_interrupt_lets_the_write_finish(self):
         self.song.write_bytes(tag(TITLE, 0) + sound(1, SONG_BYTES))
