@@ -12,6 +12,7 @@
 #include "cli/RecordReason.h"
 #include "cli/ReviewReport.h"
 #include "cli/Summary.h"
+#include "cli/WriteReason.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -99,7 +100,8 @@ std::string ProblemOf(CReportRow const& row) {
     if (!row.m_bRefused) {
         return row.m_sError;
     }
-    return row.m_sError.empty() ? row.m_sNotStored : row.m_sError + "; " + row.m_sNotStored;
+    std::string const refusal = WriteReason(row.m_sNotStored);
+    return row.m_sError.empty() ? refusal : row.m_sError + "; " + refusal;
 }
 
 } // namespace
@@ -261,11 +263,14 @@ std::string CAnalyzeCommand::RunJobs(CInputWalk& walk, COutput& output, COutput&
     CAnalysisJobs jobs(walk, m_options, progress);
     jobs.Run([&](CReportRow const& row) {
         std::string const problem = ProblemOf(row);
-        if (!problem.empty() || output.IsTerminal()) {
+        if (!problem.empty() || !row.m_sNote.empty() || output.IsTerminal()) {
             progress.Clear();
         }
         if (!problem.empty()) {
             ReportProblem(row.m_sPath, problem);
+        }
+        if (!row.m_sNote.empty()) {
+            ReportProblem(row.m_sPath, row.m_sNote);
         }
         if (m_bVerbose && !row.m_sError.empty() && !row.m_sDetail.empty()) {
             ReportProblem(row.m_sPath, "the decoding library says: " + row.m_sDetail);

@@ -222,15 +222,17 @@ bool CSongWork::Store(CAnalysisOutcome const& outcome, std::string const& tempo)
         witness = m_options.m_pJournal->Witness(EJournalWriter::Analyze, ETextOrigin::Heard);
         options.m_pWitness = witness.get();
     }
+    CTagStoreReport report;
     EWriteProblem const problem =
-        StoreTempo(m_input.m_sPath, outcome, CString(tempo.c_str()), options);
+        StoreTempo(m_input.m_sPath, outcome, CString(tempo.c_str()), options, &report);
     bool const isShared = problem == EWriteProblem::Changed || problem == EWriteProblem::InUse ||
                           problem == EWriteProblem::TempoChanged;
     if (isShared && m_nAttempts < kMostAttempts) {
         return false;
     }
     m_row.m_writing = problem == EWriteProblem::None ? EWriting::Stored : EWriting::NotStored;
-    m_row.m_sNotStored = WriteReason(problem);
+    m_row.m_sNotStored = NotWrittenReason(problem);
+    m_row.m_sNote = ConversionNote(report.m_vConverted);
     // That other kinds are never written is no news.
     m_row.m_bRefused = problem != EWriteProblem::None && problem != EWriteProblem::OtherExtension;
     return true;

@@ -75,15 +75,6 @@ bool FindText(CString const& path, CFile& file, char const* frameId, CString& va
     return isFound && !value.IsEmpty();
 }
 
-/// What was done beside what was asked for; empty when nothing was.
-std::string NoteOf(CTagStoreReport const& report) {
-    std::string note;
-    for (CWiderId const& id : report.m_vConverted) {
-        note += (note.empty() ? "" : ", ") + id.m_sOld + " is now " + id.m_sNew;
-    }
-    return note.empty() ? note : "its ID3v2.2 tag became one of version 2.3: " + note;
-}
-
 } // namespace
 
 CLI::App* CTagCommand::AddTo(CLI::App& program) {
@@ -175,7 +166,7 @@ int CTagCommand::Set() const {
         return kExitFailed;
     }
     ReportJournal(journal);
-    std::string const note = NoteOf(report);
+    std::string const note = ConversionNote(report.m_vConverted);
     if (!note.empty()) {
         ReportProblem(m_sFile, note);
     }

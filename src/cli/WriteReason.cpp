@@ -15,56 +15,72 @@ constexpr char kTooLarge[] = "is over 4 GB";
 
 } // namespace
 
-std::string WriteReason(EWriteProblem problem) {
+std::string NotWrittenReason(EWriteProblem problem) {
     switch (problem) {
     case EWriteProblem::None:
         return {};
     case EWriteProblem::OtherExtension:
-        return "isn't written: only .mp3 files are";
+        return "only .mp3 files are written";
     case EWriteProblem::LinkTarget:
-        return "isn't written: it is a link to a file of another kind";
+        return "it is a link to a file of another kind";
     case EWriteProblem::OtherFormat:
-        return "isn't written: it is an MP4 file under an MP3's name";
+        return "it is an MP4 file under an MP3's name";
     case EWriteProblem::NotMpegAudio:
-        return "isn't written: it isn't MPEG audio";
+        return "it isn't MPEG audio";
     case EWriteProblem::Damaged:
-        return "isn't written: too much of it is damaged";
+        return "too much of it is damaged";
     case EWriteProblem::EndsEarly:
-        return "isn't written: it ends early";
+        return "it ends early";
     case EWriteProblem::NotWritable:
-        return "can't be opened for writing";
+        return "it can't be opened for writing";
     case EWriteProblem::FileTooLarge:
-        return "isn't written: it is over 4 GB or would become so";
+        return "it is over 4 GB or would become so";
     case EWriteProblem::FileSizeLimit:
-        return "isn't written: it would pass the limit on file sizes";
+        return "it would pass the limit on file sizes";
     case EWriteProblem::TagUnreadable:
-        return "isn't written: its tag can't be read";
+        return "its tag can't be read";
     case EWriteProblem::UnknownData:
-        return "isn't written: its tag holds data that would be lost";
+        return "its tag holds data that would be lost";
     case EWriteProblem::UnknownFrameId:
-        return "isn't written: its ID3v2.2 tag holds an unknown kind of frame";
+        return "its ID3v2.2 tag holds an unknown kind of frame";
     case EWriteProblem::EncodedFrames:
-        return "isn't written: its tag holds compressed, encrypted or grouped frames";
+        return "its tag holds compressed, encrypted or grouped frames";
     case EWriteProblem::TagTooLarge:
-        return "isn't written: the tag would become too large";
+        return "the tag would become too large";
     case EWriteProblem::InUse:
-        return "isn't written: another program is writing it or its new version";
+        return "another program is writing it or its new version";
     case EWriteProblem::Changed:
-        return "isn't written: it changed in the meantime";
+        return "it changed in the meantime";
     case EWriteProblem::TempoChanged:
-        return "isn't written: its tag got another text in the meantime";
+        return "its tag got another text in the meantime";
     case EWriteProblem::NoTemporaryFile:
-        return "isn't written: no new file can be made beside it";
+        return "no new file can be made beside it";
     case EWriteProblem::MayNotReplace:
-        return "isn't written: it may not be replaced there";
+        return "it may not be replaced there";
     case EWriteProblem::DiskFull:
-        return "isn't written: no space left on the disk";
+        return "no space left on the disk";
     case EWriteProblem::NoMemory:
-        return "isn't written: there is not enough memory";
+        return "there is not enough memory";
     case EWriteProblem::WriteFailed:
         break;
     }
-    return "isn't written: the disk reports an error";
+    return "the disk reports an error";
+}
+
+std::string WriteReason(EWriteProblem problem) {
+    return problem == EWriteProblem::None ? "" : WriteReason(NotWrittenReason(problem));
+}
+
+std::string WriteReason(std::string const& reason) {
+    return "isn't written: " + reason;
+}
+
+std::string ConversionNote(std::vector<CWiderId> const& ids) {
+    std::string note;
+    for (CWiderId const& id : ids) {
+        note += (note.empty() ? "" : ", ") + id.m_sOld + " is now " + id.m_sNew;
+    }
+    return note.empty() ? note : "its ID3v2.2 tag became one of version 2.3: " + note;
 }
 
 std::string OpeningReason(std::string const& path) {

@@ -3,7 +3,6 @@
 
 #include "song/StoreTempo.h"
 
-#include "IDTag/TagStore.h"
 #include "song/AudioKinds.h"
 
 namespace {
@@ -34,7 +33,7 @@ EWriteProblem ProblemOfStoring(CAnalysisOutcome const& outcome) {
 }
 
 EWriteProblem StoreTempo(CString const& path, CAnalysisOutcome const& outcome, CString const& tempo,
-                         CStoreTempoOptions const& wishes) {
+                         CStoreTempoOptions const& wishes, CTagStoreReport* report) {
     CAudioKind const* const kind = FindAudioKind(path);
     if (kind == nullptr || kind->m_writing == ETagWriting::None) {
         return EWriteProblem::OtherExtension;
@@ -48,5 +47,5 @@ EWriteProblem StoreTempo(CString const& path, CAnalysisOutcome const& outcome, C
     options.m_expectedText = wishes.m_tempoBefore;
     options.m_bKeepTime = wishes.m_bKeepTime;
     options.m_pWitness = wishes.m_pWitness;
-    return StoreTagText(path, kTempoFrameId, tempo, options);
+    return StoreTagText(path, kTempoFrameId, tempo, options, report);
 }

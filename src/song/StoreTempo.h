@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "IDTag/TagStore.h"
 #include "IDTag/TagWitness.h"
 #include "IDTag/WriteProblem.h"
 #include "base/CString.h"
@@ -32,7 +33,8 @@ struct CStoreTempoOptions {
 /// Writes `tempo` as the "TBPM" text of the MP3 file at `path`, when `ProblemOfStoring` has nothing
 /// against it, and into no other file than the one that was heard: device, inode, size and both
 /// times are compared again under the writer's lock.
+/// `report`: what there is to tell of the write; may be null.
 /// Returns: `None` also when the text stands there already.
 /// Thread: any.
 EWriteProblem StoreTempo(CString const& path, CAnalysisOutcome const& outcome, CString const& tempo,
-                         CStoreTempoOptions const& wishes);
+                         CStoreTempoOptions const& wishes, CTagStoreReport* report = nullptr);

@@ -146,8 +146,8 @@ TEST_F(AnalyzeTagsTest, TempoThatCannotBeStoredIsAFailure) {
     EXPECT_EQ(result.m_nExit, 1);
     EXPECT_THAT(result.m_sErr, ContainsRegex("^tactus: a.mp3: isn't written: "));
     EXPECT_THAT(result.m_sOut, ContainsRegex("\"tempo\":9[0-9.]+,\"source\":\"analysis\""));
-    EXPECT_THAT(result.m_sOut,
-                HasSubstr("\"error\":null,\"written\":false,\"notWritten\":\"isn't written: "));
+    EXPECT_THAT(result.m_sOut, HasSubstr("\"error\":null,\"written\":false,"
+                                         "\"notWritten\":\"no new file can be made beside it\""));
     EXPECT_THAT(result.m_sErr, HasSubstr("\ntactus: 1 heard, 0 stored, 1 not stored in "));
     EXPECT_EQ(ReadText(m_folder / "a.mp3"), before);
 }
@@ -171,6 +171,18 @@ TEST_F(AnalyzeTagsTest, TagWithAnUnknownFrameIsLeftAlone) {
                 StartsWith("tactus: a.mp3: isn't written: its ID3v2.2 tag holds an unknown kind of "
                            "frame\ntactus: 1 heard, 0 stored, 1 not stored in "));
     EXPECT_EQ(ReadText(m_folder / "a.mp3"), before);
+}
+
+TEST_F(AnalyzeTagsTest, IdsOfPlayersThatGetOtherNamesAreTold) {
+    WriteBareMp3("bare.mp3", 10.0);
+    TagBytes const tag = TagOf(2, Frame22("GP1", Latin1Text("Group")));
+    WriteText(m_folder / "a.mp3",
+              std::string(tag.begin(), tag.end()) + ReadText(m_folder / "bare.mp3"));
+    CProcessResult const result = Tactus({"analyze", "-w", "-q", "--format", "jsonl", "a.mp3"});
+    EXPECT_EQ(result.m_nExit, 0);
+    EXPECT_THAT(result.m_sOut, HasSubstr("\"error\":null,\"written\":true,\"notWritten\":null"));
+    EXPECT_EQ(result.m_sErr, "tactus: a.mp3: its ID3v2.2 tag became one of version 2.3: GP1 is now "
+                             "GRP1\n");
 }
 
 TEST_F(AnalyzeTagsTest, OnlyWhatWasReadAsMpegAudioIsWritten) {
