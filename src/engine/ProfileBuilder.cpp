@@ -54,6 +54,19 @@ constexpr std::uint8_t kOnsetsPercent = 98;
 constexpr std::uint8_t kMeasuresPercent = 99;
 constexpr std::uint8_t kDonePercent = 100;
 
+/// Gives the run up for want of memory unless the thumbnail had enough.
+void Require(CPfPcmThumbnail const& thumb) {
+    if (thumb.LacksMemory()) {
+        throw std::bad_alloc();
+    }
+}
+
+/// A copy to be reshaped. Gives the run up for want of memory.
+void Copy(CPfPcmThumbnail const& from, CPfPcmThumbnail& to) {
+    to = from;
+    Require(to);
+}
+
 /// What the stages of one run share, and the stages in the order of their calls.
 class CProfileRun {
 public:
@@ -83,6 +96,13 @@ private:
     void FindSprockets();
     void StoreLength();
 
+    /// Gives the run up for want of memory unless there was enough up to here.
+    void RequireMemory() const {
+        if (!m_builder.HadMemory()) {
+            throw std::bad_alloc();
+        }
+    }
+
     [[nodiscard]] CPfImpactPoints NewPoints() const {
         return {m_energy.GetSampleRate(), m_energy.GetSampleCount()};
     }
@@ -108,7 +128,8 @@ bool CProfileRun::Listen(IPcmReader* reader, CFingerprint* print, CFingerprint* 
     CPfNoteDetector notes(reader, &m_builder, &m_bass);
     CPfFingerprintBuilder prints(print, nullptr, nullptr);
     bool const complete =
-        m_builder.BuildSpecEng(m_pProfiler, reader, kFrameLength, &m_energy, &notes, &prints);
+        m_builder.BuildSpecEng(m_pProfiler, reader, kFrameLength, &m_energy, &notes, &prints) &&
+        notes.HasMemory() && !m_energy.LacksMemory() && !m_bass.LacksMemory();
     (void)notes.FinalizeNoteDetection(m_pProfiler);
     prints.BuildLargePrint(&m_energy, largePrint);
     (void)CPfKeyDetector::DetectKey(m_pProfiler, notes.GetNoteMap(), m_pResults);
@@ -149,7 +170,7 @@ void CProfileRun::Analyse() {
 }
 
 void CProfileRun::FindOnsets() {
-    m_heldEnergy = m_energy;
+    Copy(m_energy, m_heldEnergy);
     (void)m_builder.PeakHoldThumbnail(&m_heldEnergy);
     m_onsets = NewPoints();
     CPfImpactFinder const finder(m_pCancel);
@@ -174,8 +195,10 @@ void CProfileRun::FindTempo() {
 }
 
 void CProfileRun::FoldTempo() {
-    CPfPcmThumbnail smooth(m_bass);
+    CPfPcmThumbnail smooth;
+    Copy(m_bass, smooth);
     (void)m_builder.SmoothThumbnail(&smooth);
+    RequireMemory();
     CPfImpactPoints classic = NewPoints();
     CPfImpactFinder const finder(m_pCancel);
     (void)finder.BuildImpactPointsClassic(&smooth, kPointsPerMeasure, &classic);
@@ -197,7 +220,8 @@ void CProfileRun::FindBeats() {
 }
 
 void CProfileRun::MarkMeasures() {
-    CPfPcmThumbnail attacks(m_bass);
+    CPfPcmThumbnail attacks;
+    Copy(m_bass, attacks);
     (void)m_builder.PeakHoldThumbnail(&attacks);
     // Deliberate: the hoods come before the tempo that they take their length from and so change
     // nothing.
@@ -220,8 +244,10 @@ void CProfileRun::WeighBeats() {
 }
 
 void CProfileRun::FindIntroAndOutro() {
-    CPfPcmThumbnail smooth(m_energy);
+    CPfPcmThumbnail smooth;
+    Copy(m_energy, smooth);
     (void)m_builder.SmoothThumbnail(&smooth);
+    RequireMemory();
     smooth.ApplyBpm(m_fBpm);
     std::int64_t const introEnd = CPfMixParamGen::FindIntroEnd(&smooth);
     std::int64_t const outroStart = CPfMixParamGen::FindOutroStart(&smooth);
@@ -238,7 +264,8 @@ void CProfileRun::FindIntroAndOutro() {
 }
 
 void CProfileRun::FindSprockets() {
-    CPfPcmThumbnail envelope(m_energy);
+    CPfPcmThumbnail envelope;
+    Copy(m_energy, envelope);
     // Deliberate: without a tempo yet, as for the measures; and the peaks are not held.
     (void)m_builder.ApplyPeakHoods(&envelope, kHoodDivisor);
     envelope.ApplyBpm(m_fBpm);

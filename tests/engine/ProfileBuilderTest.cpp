@@ -246,6 +246,25 @@ TEST(ProfileBuilderTest, WithoutMemoryForThePassItIsNotComplete) {
     EXPECT_EQ(results.GetBpm(), 0.0f);
 }
 
+TEST(ProfileBuilderTest, WithoutMemoryAnywhereItIsNotComplete) {
+    std::vector<float> const samples = MakeClickTrack(120.0, 3.0);
+    CTestReader reader(samples);
+    auto const isComplete = [&reader](int passing, int failing) {
+        CProfileBuilder builder;
+        CProfileResults results;
+        CFailingAllocation const noMemory(passing, failing);
+        (void)builder.BuildProfile(nullptr, &reader, &results, nullptr, nullptr);
+        return builder.IsComplete();
+    };
+    ASSERT_TRUE(isComplete(CFailingAllocation::kEvery, 0));
+    int const count = CFailingAllocation::GetCount();
+    ASSERT_GT(count, 5);
+    for (int passing = 0; passing < count; ++passing) {
+        EXPECT_FALSE(isComplete(passing, 1)) << "number " << passing + 1 << " of " << count;
+        EXPECT_FALSE(isComplete(passing, CFailingAllocation::kEvery)) << "from there on";
+    }
+}
+
 TEST(ProfileBuilderTest, WithoutAProfilerTheResultIsTheSame) {
     std::vector<float> const samples = MakeClickTrack(120.0, 3.0);
     CTestReader reader(samples);

@@ -11,19 +11,35 @@
 #include <new>
 
 namespace {
-thread_local bool failing = false;
+thread_local bool watching = false;
+thread_local int firstFailing = 0;
+thread_local int lastFailing = 0;
+thread_local int count = 0;
+
+/// Counts an allocation. Returns: whether it has to fail.
+bool Fails() {
+    count += watching ? 1 : 0;
+    return watching && count >= firstFailing && count <= lastFailing;
+}
+} // namespace
+
+CFailingAllocation::CFailingAllocation(int passing, int failing) {
+    watching = true;
+    firstFailing = passing + 1;
+    lastFailing = passing + failing;
+    count = 0;
 }
 
-CFailingAllocation::CFailingAllocation() {
-    failing = true;
+int CFailingAllocation::GetCount() {
+    return count;
 }
 
 CFailingAllocation::~CFailingAllocation() {
-    failing = false;
+    watching = false;
 }
 
 void* operator new[](std::size_t size, std::nothrow_t const&) noexcept {
-    if (failing) {
+    if (Fails()) {
         return nullptr;
     }
     try {
@@ -37,6 +53,6 @@ extern "C" {
 [[gnu::weak]] void* __real_calloc(std::size_t count, std::size_t size); // missing elsewhere
 
 void* __wrap_calloc(std::size_t count, std::size_t size) {
-    return failing ? nullptr : __real_calloc(count, size);
+    return Fails() ? nullptr : __real_calloc(count, size);
 }
 }

@@ -53,6 +53,7 @@ bool CPfPcmThumbnail::Initialize(std::int64_t sampleCount, std::uint32_t sampleR
     }
     m_pElements.reset();
     m_nCount = 0;
+    m_bLacksMemory = false;
     if (samplesPerElement == 0) {
         return false;
     }
@@ -64,6 +65,7 @@ bool CPfPcmThumbnail::Initialize(std::int64_t sampleCount, std::uint32_t sampleR
     auto const room = static_cast<std::size_t>(std::max(count, std::int64_t{1}));
     m_pElements.reset(static_cast<float*>(std::calloc(room, sizeof(float))));
     if (m_pElements == nullptr) {
+        m_bLacksMemory = true;
         return false;
     }
     m_nCount = static_cast<std::int32_t>(count);

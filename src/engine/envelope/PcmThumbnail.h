@@ -29,6 +29,9 @@ public:
     bool Initialize(std::int64_t sampleCount, std::uint32_t sampleRate,
                     std::uint16_t samplesPerElement);
 
+    /// True when the last `Initialize`, or the last copy, failed for want of memory alone.
+    [[nodiscard]] bool LacksMemory() const { return m_bLacksMemory; }
+
     /// Element i, or 0 outside [0, count).
     [[nodiscard]] float GetAt(std::int32_t i) const {
         return IsInside(i) ? m_pElements[static_cast<std::size_t>(i)] : 0.0f;
@@ -101,6 +104,7 @@ private:
 
     std::unique_ptr<float[], CFreeElements> m_pElements;
     std::int32_t m_nCount = 0;
+    bool m_bLacksMemory = false;
     std::int64_t m_nSampleCount = 0;
     std::uint32_t m_nSampleRate = 1;
     std::uint16_t m_nSamplesPerElement = 1;

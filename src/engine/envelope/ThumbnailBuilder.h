@@ -65,10 +65,14 @@ public:
     /// last element of a target of the same length keeps its value. Returns: true.
     bool BuildSlopeThumbnail(CPfPcmThumbnail const* source, CPfPcmThumbnail* target);
 
+    /// False once an operation that goes on without memory had none, and changed nothing.
+    [[nodiscard]] bool HadMemory() const { return m_bHadMemory; }
+
 private:
     [[nodiscard]] bool IsCancelled() const;
     [[nodiscard]] std::uint32_t WorkingRate() const;
 
     CCancelFlag const* m_pCancel;
     double m_dSampleRate;
+    bool m_bHadMemory = true;
 };

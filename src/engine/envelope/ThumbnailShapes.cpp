@@ -48,6 +48,7 @@ bool CPcmThumbnailBuilder::SmoothThumbnail(CPfPcmThumbnail* thumb) {
     std::size_t const count = elements.size();
     std::unique_ptr<float[]> const smooth(new (std::nothrow) float[count]());
     if (smooth == nullptr) {
+        m_bHadMemory = false;
         return !IsCancelled();
     }
     std::size_t const window = std::min(kSmoothingWindow, count);

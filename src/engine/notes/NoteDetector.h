@@ -56,8 +56,10 @@ public:
     /// The 24 periods in samples, from the lowest note up.
     [[nodiscard]] CVectorArray<std::int32_t> const& GetPeriods() const { return m_vPeriods; }
 
-private:
+    /// False when there was none for its buffers: it then hears nothing.
     [[nodiscard]] bool HasMemory() const { return m_pBuffer != nullptr && m_filter.IsReady(); }
+
+private:
     void TakeFiltered();
     void CatchUp();
     void EndStride();
