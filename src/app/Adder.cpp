@@ -4,12 +4,14 @@
 #include "app/Adder.h"
 
 #include "app/RowTags.h"
+#include "base/FileIdentity.h"
 #include "base/FileManager.h"
 #include "base/FileUtil.h"
 #include "song/AudioKinds.h"
 
 #include <algorithm>
 #include <array>
+#include <new>
 #include <utility>
 
 namespace {
@@ -113,14 +115,32 @@ void CAdder::AddFile(CString const& path, CCancelFlag const& unwanted) {
             return;
         }
     }
-    auto row = std::make_unique<CListRow>(path);
-    row->m_sTempoInTag = ReadRowTags(row->m_file);
-    row->m_bFromTag = row->m_file.IsDone();
-    {
+    try {
+        AppendRow(path);
+    } catch (std::bad_alloc const&) {
         auto const guard = m_list.Lock();
-        m_batch.Append(std::move(row));
+        m_list.DropPath(path);
+        throw;
     }
     m_view.rowsAdded();
+}
+
+void CAdder::AppendRow(CString const& path) {
+    auto row = std::make_unique<CListRow>(path);
+    row->m_identity = IdentityAt(path.ToPath());
+    row->m_sTempoInTag = ReadRowTags(row->m_file);
+    row->m_bFromTag = row->m_file.IsDone();
+    auto const guard = m_list.Lock();
+    m_batch.Append(std::move(row));
+}
+
+/// Without memory a path is left out, which is told, and the next one may have more luck.
+void CAdder::TryToAdd(CString const& path, CCancelFlag const& unwanted) {
+    try {
+        AddPath(path, unwanted);
+    } catch (std::bad_alloc const&) {
+        NoteUnreadFolder(path);
+    }
 }
 
 void CAdder::AddInBackground(std::vector<CString> paths) {
@@ -134,15 +154,20 @@ void CAdder::AddInBackground(std::vector<CString> paths) {
         ++m_nJobs;
     }
     m_view.statusChanged();
-    m_queue.Post([this, token, paths = std::move(paths)] {
+    CString const first = paths.empty() ? CString() : paths.front();
+    bool const isTaken = m_queue.Post([this, token, paths = std::move(paths)] {
         for (CString const& path : paths) {
             if (token->IsSet()) {
                 break;
             }
-            AddPath(path, *token);
+            TryToAdd(path, *token);
         }
         EndJob(*token);
     });
+    if (!isTaken) {
+        NoteUnreadFolder(first);
+        EndJob(*token);
+    }
 }
 
 // A stop that came in meanwhile keeps the batch from starting.

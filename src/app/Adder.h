@@ -59,6 +59,8 @@ private:
     void AddFile(CString const& path, CCancelFlag const& unwanted);
     void ListFiles(std::vector<CString>& list, CString const& directory,
                    CCancelFlag const& unwanted);
+    void AppendRow(CString const& path);
+    void TryToAdd(CString const& path, CCancelFlag const& unwanted);
     void EndJob(CCancelFlag const& unwanted);
     void NoteUnreadFolder(CString const& folder);
     [[nodiscard]] bool IsSupported(CString const& path) const;

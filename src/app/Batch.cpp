@@ -8,6 +8,7 @@
 #include "song/TempoText.h"
 
 #include <charconv>
+#include <new>
 #include <utility>
 
 namespace {
@@ -202,22 +203,51 @@ void CBatch::OnProgress(CUserInfo const* userInfo) {
 // Deliberate: a file that could not be analysed is done as well, with "0.00" in its row, and not
 // tried again until a rescan. Into a tag "0.00" goes only when the song was heard whole.
 void CBatch::OnFileComplete(CUserInfo const* userInfo) {
+    try {
+        Conclude(userInfo);
+    } catch (std::bad_alloc const&) {
+        Fail(userInfo);
+    }
+}
+
+void CBatch::Conclude(CUserInfo const* userInfo) {
     CListRow* row = nullptr;
+    bool isAgain = false;
     {
         auto const guard = m_list.Lock();
         row = RowOf(userInfo);
         if (row == nullptr || m_bRunCancelled) {
             return;
         }
-        row->m_file.SetTempo(CString(UserInfoText(userInfo, kBpmKey).c_str()));
-        row->m_nPercent = -1;
-        row->m_bFromTag = false;
-        m_list.SetDone(*row);
-        m_list.SetOutcome(*row, OutcomeOf(*row));
+        isAgain =
+            HasChangedMeanwhile(m_pFileAnalyzer->GetOutcome()) && row->m_retries.AfterChange();
+        if (!isAgain) {
+            row->m_file.SetTempo(CString(UserInfoText(userInfo, kBpmKey).c_str()));
+            row->m_nPercent = -1;
+            row->m_bFromTag = false;
+            m_list.SetDone(*row);
+            m_list.SetOutcome(*row, OutcomeOf(*row));
+        }
+    }
+    if (isAgain) {
+        DecideAnew(*row);
+        return;
     }
     m_view.reloadRow(row->m_nIndex);
     m_view.statusChanged();
     StoreTempo(*row);
+}
+
+// Without memory for its end, a row is done: it isn't to be taken again and again.
+void CBatch::Fail(CUserInfo const* userInfo) {
+    auto const guard = m_list.Lock();
+    CListRow* const row = RowOf(userInfo);
+    if (row == nullptr || m_bRunCancelled) {
+        return;
+    }
+    row->m_nPercent = -1;
+    m_list.SetDone(*row);
+    m_list.SetOutcome(*row, {.m_problem = EAnalysisProblem::NoMemory});
 }
 
 void CBatch::OnAnalysisComplete(CUserInfo const*) {
@@ -264,23 +294,31 @@ void CBatch::StoreTempo(CListRow& row) {
         outcome = row.m_outcome;
     }
     // What could not be heard is left alone, and its row says already why.
+    CTagStoreReport report;
     EWriteProblem problem = EWriteProblem::None;
     bool const isHeard = outcome.m_problem == EAnalysisProblem::None ||
                          outcome.m_problem == EAnalysisProblem::NoBeat;
     if (isHeard) {
         auto const witness = m_journal.Witness(EJournalWriter::Window, ETextOrigin::Heard);
         options.m_pWitness = witness.get();
-        problem = ::StoreTempo(path, outcome, tempo, options);
+        problem = ::StoreTempo(path, outcome, tempo, options, &report);
     }
+    if (row.m_retries.After(problem)) {
+        DecideAnew(row);
+        return;
+    }
+    row.m_retries = {};
     {
         auto const guard = m_list.Lock();
         if (isHeard && problem == EWriteProblem::None) {
             row.m_sTempoInTag = tempo;
         }
+        row.m_vConverted = std::move(report.m_vConverted);
         m_list.SetWriteProblem(row, problem);
     }
     m_view.reloadRow(row.m_nIndex);
     m_view.statusChanged();
+    GiveToOtherNames(row);
 }
 
 void CBatch::Tell(CBatchStatus& status) const {

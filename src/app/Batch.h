@@ -70,7 +70,13 @@ private:
     void HideRow(std::size_t index, bool isHidden);
     [[nodiscard]] CListRow* RowOf(CUserInfo const* userInfo) const;
     [[nodiscard]] CAnalysisOutcome OutcomeOf(CListRow const& row) const;
+    void Conclude(CUserInfo const* userInfo);
+    void Fail(CUserInfo const* userInfo);
     void StoreTempo(CListRow& row);
+    void DecideAnew(CListRow& row);
+    void TakeTagAgain(CListRow& row, CBPMFile const& fresh, CString const& tempoInTag);
+    void GiveToOtherNames(CListRow const& row);
+    void TakeOver(CListRow& other, CListRow const& row);
 
     CFileList& m_list;
     IBpmView& m_view;

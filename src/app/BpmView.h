@@ -3,12 +3,14 @@
 
 #pragma once
 
+#include "IDTag/ID3Tag.h"
 #include "IDTag/WriteProblem.h"
 #include "song/AnalysisProblem.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 /// What one row tells beside its three texts. A copy, taken under the list's lock.
 struct CRowState {
@@ -20,6 +22,7 @@ struct CRowState {
     bool m_bReading = false;    ///< It is being decoded: no percentage has come yet.
     CAnalysisOutcome m_outcome; ///< Why it has no tempo, and how much of it was heard.
     EWriteProblem m_writeProblem = EWriteProblem::None; ///< Why its tempo isn't in the file.
+    std::vector<CWiderId> m_vConverted = {}; ///< Ids that got another name when it was stored.
 };
 
 /// True for a tempo that should be in the file and isn't. Files of a kind that is never written

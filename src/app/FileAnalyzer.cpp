@@ -14,6 +14,7 @@
 #include "song/SongCandidates.h"
 #include "song/TempoText.h"
 
+#include <new>
 #include <utility>
 
 namespace {
@@ -40,20 +41,30 @@ bool CFileAnalyzer::Analyze(CBPMFile* file) {
     if (m_bClosing) {
         return false;
     }
-    std::shared_ptr<MacThread> thread = MacBeginThread(AnalyzeFile, this, kWorkerPriority);
-    if (thread == nullptr) {
+    try {
+        auto cancel = std::make_shared<CCancelFlag>();
+        m_vThreads.emplace_back(); // nothing may fail once the thread runs
+        m_vThreads.back() = MacBeginThread(AnalyzeFile, this, kWorkerPriority);
+        if (m_vThreads.back() == nullptr) {
+            m_vThreads.pop_back();
+            return false;
+        }
+        m_pFile = file;
+        m_pCancel = std::move(cancel);
+    } catch (std::bad_alloc const&) {
         return false;
     }
-    m_pFile = file;
-    m_pCancel = std::make_shared<CCancelFlag>();
-    m_vThreads.push_back(std::move(thread));
     return true;
 }
 
 std::uint32_t CFileAnalyzer::AnalyzeFile(void* param) {
     auto* const analyzer = static_cast<CFileAnalyzer*>(param);
     analyzer->WaitForOlderThreads();
-    analyzer->AnalyzeFile();
+    try {
+        analyzer->AnalyzeFile();
+    } catch (std::bad_alloc const&) {
+        return 1; // not even the end could be posted
+    }
     return 0;
 }
 
@@ -64,10 +75,35 @@ void CFileAnalyzer::AnalyzeFile() {
         file = m_pFile;
     }
     if (file != nullptr) {
-        loadAudioWithFilename(file);
-        ProcessFile(file);
+        HearFile(file);
     }
     CNotificationCenter::Default().Post(kAnalysisCompleteNotification, nullptr);
+}
+
+/// Decodes and processes the file. Without memory it has no tempo; that is posted, unless the
+/// memory was missing to those who were told of it.
+void CFileAnalyzer::HearFile(CBPMFile* file) {
+    m_bTold = false;
+    try {
+        loadAudioWithFilename(file);
+        ProcessFile(file);
+    } catch (std::bad_alloc const&) {
+        m_audio = {};
+        {
+            std::scoped_lock const guard(m_lock);
+            m_outcome = {.m_problem = EAnalysisProblem::NoMemory};
+        }
+        if (!m_bTold) {
+            Tell(file, 0.0f);
+        }
+    }
+}
+
+void CFileAnalyzer::Tell(CBPMFile* file, float bpm) {
+    m_bTold = true;
+    CUserInfo const info = {{kUserDataKey, static_cast<void*>(file)},
+                            {kBpmKey, TempoText(static_cast<double>(bpm))}};
+    CNotificationCenter::Default().Post(kFileCompleteNotification, &info);
 }
 
 /// Waits for the threads that were started before the calling one, and lets them go. They are at
@@ -114,9 +150,9 @@ void CFileAnalyzer::ProcessFile(CBPMFile* file) {
         m_candidates = std::move(candidates);
         m_outcome = profile.m_outcome;
     }
-    CUserInfo const info = {{kUserDataKey, static_cast<void*>(file)},
-                            {kBpmKey, TempoText(static_cast<double>(profile.m_results.GetBpm()))}};
-    CNotificationCenter::Default().Post(kFileCompleteNotification, &info);
+    // What is there of a record that lacked memory isn't the song's.
+    bool const isWhole = profile.m_outcome.m_problem != EAnalysisProblem::NoMemory;
+    Tell(file, isWhole ? profile.m_results.GetBpm() : 0.0f);
 }
 
 std::shared_ptr<CCancelFlag const> CFileAnalyzer::CancelOfRun() const {

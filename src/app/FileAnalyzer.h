@@ -73,6 +73,8 @@ public:
 
 private:
     static std::uint32_t AnalyzeFile(void* param);
+    void HearFile(CBPMFile* file);
+    void Tell(CBPMFile* file, float bpm);
     void WaitForOlderThreads();
     void Await(std::shared_ptr<MacThread> const& oldest);
     std::shared_ptr<CCancelFlag const> CancelOfRun() const;
@@ -87,6 +89,7 @@ private:
 
     CSongAudio m_audio;
     std::atomic<bool> m_bCandidates = false;
+    bool m_bTold = false; // The file's end was posted; the worker's, as the audio.
 };
 
 /// True when there is a folder at `path`.

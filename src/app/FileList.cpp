@@ -47,7 +47,8 @@ CRowState CFileList::State(std::size_t row) const {
             entry.m_nPercent,
             entry.m_nPercent >= 0 && entry.m_bReading,
             entry.m_outcome,
-            entry.m_writeProblem};
+            entry.m_writeProblem,
+            entry.m_vConverted};
 }
 
 CBPMFile* CFileList::FileAt(std::size_t row) const {
@@ -64,6 +65,10 @@ bool CFileList::TakePath(CString const& path) {
     return m_vPaths.emplace(path.Units(), kNoRow).second;
 }
 
+void CFileList::DropPath(CString const& path) {
+    m_vPaths.erase(std::u16string(path.Units()));
+}
+
 std::size_t CFileList::RowOfPath(CString const& path) const {
     auto const found = m_vPaths.find(std::u16string(path.Units()));
     return found != m_vPaths.end() ? found->second : kNoRow;
@@ -74,6 +79,9 @@ void CFileList::Append(std::unique_ptr<CListRow> row) {
     m_counts.m_nUndone += static_cast<std::size_t>(!row->m_file.IsDone());
     m_vIndexes.emplace(&row->m_file, row->m_nIndex);
     m_vPaths[std::u16string(row->m_file.GetPath().Units())] = row->m_nIndex;
+    if (row->m_identity) {
+        m_vInodes.emplace(row->m_identity->m_nInode, row->m_nIndex);
+    }
     m_vRows.push_back(std::move(row));
 }
 
@@ -93,6 +101,29 @@ void CFileList::UndoAll() {
     m_counts.m_nUndone = m_vRows.size() - m_counts.m_nHidden;
 }
 
+void CFileList::Undo(CListRow& row) {
+    if (row.m_file.IsDone()) {
+        row.m_file.SetDone(false);
+        m_counts.m_nUndone += static_cast<std::size_t>(!row.m_bHidden);
+    }
+    m_nFirstUndone = std::min(m_nFirstUndone, row.m_nIndex);
+}
+
+std::vector<std::size_t> CFileList::OtherNames(CListRow const& row) const {
+    std::vector<std::size_t> others;
+    if (!row.m_identity) {
+        return others;
+    }
+    auto const [first, last] = m_vInodes.equal_range(row.m_identity->m_nInode);
+    for (auto entry = first; entry != last; ++entry) {
+        CListRow const& other = *m_vRows[entry->second];
+        if (&other != &row && other.IsToDo() && other.m_identity->IsSameFile(*row.m_identity)) {
+            others.push_back(entry->second);
+        }
+    }
+    return others;
+}
+
 void CFileList::SetHidden(std::size_t index, bool isHidden) {
     CListRow& row = *m_vRows[index];
     row.m_bHidden = isHidden;
@@ -108,7 +139,7 @@ void CFileList::SetHidden(std::size_t index, bool isHidden) {
 void CFileList::SetDone(CListRow& row) {
     if (!row.m_file.IsDone()) {
         row.m_file.SetDone(true);
-        --m_counts.m_nUndone;
+        m_counts.m_nUndone -= static_cast<std::size_t>(!row.m_bHidden);
     }
 }
 
@@ -141,5 +172,6 @@ void CFileList::NoteProblem(CListRow const& row) {
 void CFileList::Clear() {
     m_vIndexes.clear();
     m_vPaths.clear();
+    m_vInodes.clear();
     m_vRows.clear();
 }

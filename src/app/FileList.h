@@ -51,6 +51,9 @@ public:
     /// Takes a path, so that it comes in once. Returns: whether it is new.
     bool TakePath(CString const& path);
 
+    /// Forgets a path that was taken and got no row.
+    void DropPath(CString const& path);
+
     /// Row of a path that was taken; `kNoRow` until it has one.
     [[nodiscard]] std::size_t RowOfPath(CString const& path) const;
 
@@ -61,6 +64,12 @@ public:
 
     /// Every row that isn't hidden is to do again, and whatever its tag says may be replaced.
     void UndoAll();
+
+    /// The row is to do again.
+    void Undo(CListRow& row);
+
+    /// Rows to do that were made of the same file as this one.
+    [[nodiscard]] std::vector<std::size_t> OtherNames(CListRow const& row) const;
 
     /// Hidden rows only don't count.
     void SetHidden(std::size_t index, bool isHidden);
@@ -77,7 +86,8 @@ private:
     mutable std::mutex m_lock; // Guards everything.
     std::vector<std::unique_ptr<CListRow>> m_vRows;
     std::unordered_map<CBPMFile const*, std::size_t> m_vIndexes;
-    std::unordered_map<std::u16string, std::size_t> m_vPaths; // To its row; kNoRow until then.
-    std::size_t m_nFirstUndone = 0;                           // No row in front of it is undone.
+    std::unordered_map<std::u16string, std::size_t> m_vPaths;      // To its row; kNoRow until then.
+    std::unordered_multimap<std::uint64_t, std::size_t> m_vInodes; // Numbers of files, to rows.
+    std::size_t m_nFirstUndone = 0; // No row in front of it is undone.
     CBatchStatus m_counts;
 };

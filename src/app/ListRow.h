@@ -3,15 +3,19 @@
 
 #pragma once
 
+#include "IDTag/ID3Tag.h"
 #include "IDTag/WriteProblem.h"
 #include "app/BPMFile.h"
+#include "base/FileIdentity.h"
 #include "song/AnalysisProblem.h"
+#include "song/Retries.h"
 
 #include <cstddef>
 #include <optional>
+#include <vector>
 
 /// One row of the list: the file with its texts and done flag, and what the window is told beside
-/// them. Once in the list, everything but `m_nIndex` is guarded by its lock.
+/// them. Once in the list, all of it is guarded by its lock unless it says otherwise.
 struct CListRow {
     explicit CListRow(CString const& path) : m_file(path) {}
 
@@ -23,7 +27,10 @@ struct CListRow {
     bool m_bReading = false;    // That analysis hasn't told how far it is.
     CAnalysisOutcome m_outcome; // Of the last analysis that came to its end.
     EWriteProblem m_writeProblem = EWriteProblem::None; // Why the tempo isn't in the file.
-    std::optional<CString> m_sTempoInTag; // As it was read; nothing once it may be replaced.
+    std::vector<CWiderId> m_vConverted;      // Ids that got another name when the tempo was stored.
+    std::optional<CString> m_sTempoInTag;    // As it was read; nothing once it may be replaced.
+    std::optional<CFileIdentity> m_identity; // Fixed too: of the file when the row was made.
+    CRetries m_retries;                      // The analyser's worker's own.
 
     [[nodiscard]] bool IsToDo() const { return !m_file.IsDone() && !m_bHidden; }
 };

@@ -9,9 +9,11 @@
 #include <cmath>
 #include <condition_variable>
 #include <mutex>
+#include <new>
 #include <sys/resource.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -98,9 +100,12 @@ int MacThread::getObjectCount() {
 }
 
 std::unique_ptr<MacThread> MacBeginThread(MacThread::Proc proc, void* param, double priority) {
-    auto thread = std::make_unique<MacThread>();
-    if (!thread->init(proc, param, static_cast<double>(static_cast<float>(priority)))) {
+    try {
+        auto thread = std::make_unique<MacThread>();
+        bool const isStarted =
+            thread->init(proc, param, static_cast<double>(static_cast<float>(priority)));
+        return isStarted ? std::move(thread) : nullptr;
+    } catch (std::bad_alloc const&) {
         return nullptr;
     }
-    return thread;
 }

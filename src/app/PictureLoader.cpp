@@ -8,12 +8,14 @@
 void CPictureLoader::Load(std::string path, Taker taker) {
     Cancel();
     m_pCancel = std::make_shared<CCancelFlag>();
-    m_queue.Post([this, path = std::move(path), taker = std::move(taker), cancel = m_pCancel] {
-        CSongPicturePtr picture = cancel->IsSet() ? nullptr : m_source.Get(path, *cancel);
-        if (picture != nullptr && !cancel->IsSet()) {
-            taker(std::move(picture));
-        }
-    });
+    // Without a thread there is no picture.
+    (void)m_queue.Post(
+        [this, path = std::move(path), taker = std::move(taker), cancel = m_pCancel] {
+            CSongPicturePtr picture = cancel->IsSet() ? nullptr : m_source.Get(path, *cancel);
+            if (picture != nullptr && !cancel->IsSet()) {
+                taker(std::move(picture));
+            }
+        });
 }
 
 void CPictureLoader::Cancel() {

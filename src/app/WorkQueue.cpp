@@ -3,18 +3,32 @@
 
 #include "app/WorkQueue.h"
 
+#include <exception>
 #include <utility>
 
-void CWorkQueue::Post(Job job) {
+bool CWorkQueue::Post(Job job) {
     std::scoped_lock const guard(m_lock);
     if (m_bEnding) {
-        return;
+        return true;
     }
-    m_vJobs.push_back(std::move(job));
-    if (!m_thread.joinable()) {
-        m_thread = std::thread([this] { Run(); });
+    try {
+        if (!m_thread.joinable()) {
+            m_thread = std::thread([this] { Run(); });
+        }
+        m_vJobs.push_back(std::move(job));
+    } catch (std::exception const&) {
+        return false; // neither a thread nor memory
     }
     m_wake.notify_one();
+    return true;
+}
+
+void CWorkQueue::Do(Job const& job) {
+    try {
+        job();
+    } catch (std::exception const&) {
+        return; // the jobs behind it are others
+    }
 }
 
 void CWorkQueue::End() {
@@ -39,7 +53,7 @@ void CWorkQueue::Run() {
         Job const job = std::exchange(m_vJobs.front(), {});
         m_vJobs.pop_front();
         guard.unlock();
-        job();
+        Do(job);
         guard.lock();
     }
 }

@@ -21,14 +21,16 @@ public:
     CWorkQueue& operator=(CWorkQueue const&) = delete;
     ~CWorkQueue() { End(); }
 
-    /// Hands over a job; after `End` it is dropped. A job must not throw.
-    void Post(Job job);
+    /// Hands over a job; after `End` it is dropped. What a job throws ends with it.
+    /// Returns: false when no thread can be had for it: it is dropped too.
+    [[nodiscard]] bool Post(Job job);
 
     /// Drops the jobs that haven't begun and waits for the one that has. May be called twice.
     void End();
 
 private:
     void Run();
+    static void Do(Job const& job);
 
     std::mutex m_lock;
     std::condition_variable m_wake;

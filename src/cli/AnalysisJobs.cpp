@@ -16,6 +16,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <iterator>
+#include <new>
 
 namespace {
 
@@ -35,6 +36,7 @@ struct CAnalysisJobs::CSlot {
     bool m_bFinished = false;
     bool m_bCancelled = false; // finished without a result
     bool m_bAgain = false;     // finished, but the file changed meanwhile
+    bool m_bHadMemory = true;  // to conclude its work
 };
 
 CAnalysisJobs::CAnalysisJobs(CInputWalk& walk, CAnalysisOptions const& options, CProgress& progress)
@@ -112,6 +114,7 @@ void CAnalysisJobs::BeginWork(CSlot& slot) {
     bool const isDone = slot.m_pWork->Begin();
     {
         std::scoped_lock const guard(m_lock);
+        slot.m_bHadMemory = true;
         slot.m_pHeard = slot.m_pWork->File();
         slot.m_nPercent = 0;
         slot.m_bFinished = false;
@@ -200,6 +203,12 @@ void CAnalysisJobs::CollectFinished() {
         slot->m_analyzer.Wait();
         if (slot->m_bCancelled || (slot->m_bAgain && m_bStopping)) {
             Free(*slot);
+        } else if (!slot->m_bHadMemory) {
+            slot->m_pWork->Row().m_source = ETempoSource::None;
+            slot->m_pWork->Row().m_dTempo.reset();
+            slot->m_pWork->Row().m_sError =
+                AnalysisReason({.m_problem = EAnalysisProblem::NoMemory});
+            TakeRow(*slot);
         } else if (slot->m_bAgain) {
             BeginWork(*slot);
         } else {
@@ -259,14 +268,21 @@ void CAnalysisJobs::OnComplete(CUserInfo const* info) {
     }
     // Until it is finished, the slot's work is this worker's alone.
     bool const isCancelled = slot->m_analyzer.WasCancelled();
-    CHeardSong heard = {.m_outcome = slot->m_analyzer.GetOutcome(),
-                        .m_sTempo = UserInfoText(info, kBpmKey),
-                        .m_candidates = std::nullopt};
-    if (m_options.m_song.m_bCandidates) {
-        heard.m_candidates = slot->m_analyzer.GetCandidates();
+    bool isDone = !isCancelled;
+    bool hasMemory = true;
+    try {
+        CHeardSong heard = {.m_outcome = slot->m_analyzer.GetOutcome(),
+                            .m_sTempo = UserInfoText(info, kBpmKey),
+                            .m_candidates = std::nullopt};
+        if (m_options.m_song.m_bCandidates) {
+            heard.m_candidates = slot->m_analyzer.GetCandidates();
+        }
+        isDone = isDone && slot->m_pWork->Conclude(heard);
+    } catch (std::bad_alloc const&) {
+        hasMemory = false; // the main thread tells
     }
-    bool const isDone = !isCancelled && slot->m_pWork->Conclude(heard);
     std::scoped_lock const guard(m_lock);
+    slot->m_bHadMemory = hasMemory;
     slot->m_bCancelled = isCancelled;
     slot->m_bAgain = !isCancelled && !isDone;
     slot->m_bFinished = true;

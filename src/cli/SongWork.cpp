@@ -17,7 +17,6 @@
 
 namespace {
 
-constexpr int kMostAttempts = 3;         // Fixed: a file that never rests is given up.
 constexpr char kTempoFrameId[] = "TBPM"; // Standard: ID3v2.3.0, section 4.2.1.
 
 std::string FileNameOf(CInputFile const& input) {
@@ -36,7 +35,6 @@ CSongWork::CSongWork(CInputFile input, CSongOptions const& options)
 }
 
 bool CSongWork::Begin() {
-    ++m_nAttempts;
     m_row = {};
     m_row.m_sPath = m_input.m_sName;
     m_row.m_sTitle = m_input.m_sName;
@@ -159,7 +157,7 @@ void CSongWork::Plan(CAnalysisOutcome const& outcome, std::string const& tempo) 
                    : problem == EWriteProblem::None ? EPlan::Write
                                                     : EPlan::Skip;
     if (m_row.m_plan == EPlan::Skip) {
-        m_row.m_sNotStored = WriteReason(problem);
+        m_row.m_sNotStored = NotWrittenReason(problem);
     }
 }
 
@@ -176,7 +174,7 @@ double CSongWork::ReportedTempo(CHeardSong const& heard) const {
 bool CSongWork::Conclude(CHeardSong const& heard) {
     CAnalysisOutcome const& outcome = heard.m_outcome;
     bool const isHeard = outcome.m_problem == EAnalysisProblem::None;
-    if ((!isHeard || m_options.m_bWrite) && m_nAttempts < kMostAttempts && HasChanged()) {
+    if ((!isHeard || m_options.m_bWrite) && HasChanged() && m_retries.AfterChange()) {
         return false;
     }
     Learn(heard);
@@ -225,9 +223,7 @@ bool CSongWork::Store(CAnalysisOutcome const& outcome, std::string const& tempo)
     CTagStoreReport report;
     EWriteProblem const problem =
         StoreTempo(m_input.m_sPath, outcome, CString(tempo.c_str()), options, &report);
-    bool const isShared = problem == EWriteProblem::Changed || problem == EWriteProblem::InUse ||
-                          problem == EWriteProblem::TempoChanged;
-    if (isShared && m_nAttempts < kMostAttempts) {
+    if (m_retries.After(problem)) {
         return false;
     }
     m_row.m_writing = problem == EWriteProblem::None ? EWriting::Stored : EWriting::NotStored;

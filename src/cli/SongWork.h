@@ -10,6 +10,7 @@
 #include "records/Journal.h"
 #include "records/RecordStore.h"
 #include "song/AnalysisProblem.h"
+#include "song/Retries.h"
 
 #include <memory>
 #include <optional>
@@ -68,7 +69,7 @@ private:
 
     CInputFile m_input;
     CSongOptions m_options;
-    int m_nAttempts = 0;
+    CRetries m_retries;
     std::optional<CFileIdentity> m_identity; // before the tag was read
     std::unique_ptr<CBPMFile> m_pFile;
     CString m_sTempoInTag;  // when it was read

@@ -135,24 +135,6 @@ TEST_F(BPMControllerTest, AnAnalysedFileGetsItsTempoInRowAndTag) {
     EXPECT_EQ(ReadRowTags(again), "120.00");
 }
 
-TEST_F(BPMControllerTest, ATempoThatSomebodySetMeanwhileStays) {
-    std::string const file = addClip("a.mp3");
-    // Another program sets a tempo after the row was added.
-    writeClip("a.mp3", Tag(3, {TextFrame("TBPM", "87")}));
-    Bytes const before = ReadBytes(file);
-    controller.analyze();
-    waitUntilIdle();
-    EXPECT_EQ(controller.rowState(0).m_writeProblem, EWriteProblem::TempoChanged);
-    EXPECT_EQ(controller.status().m_nNotStored, 1U);
-    EXPECT_EQ(ReadBytes(file), before);
-    // Analysing everything again is a wish to replace what stands there.
-    controller.reScan();
-    waitUntilIdle();
-    EXPECT_EQ(controller.rowState(0).m_writeProblem, EWriteProblem::None);
-    CBPMFile again(path(file));
-    EXPECT_EQ(ReadRowTags(again), "120.00");
-}
-
 TEST_F(BPMControllerTest, WhatIsNoMpegAudioIsNotWrittenWhateverItsName) {
     WriteWav(folder / "a.mp3", MakeClickTrack(120.0, 1.0));
     Bytes const before = ReadBytes(folder / "a.mp3");

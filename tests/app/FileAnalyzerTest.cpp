@@ -12,6 +12,7 @@
 #include "engine/Profiler.h"
 #include "support/ClickTrack.h"
 #include "support/CommaLocale.h"
+#include "support/FailingAllocation.h"
 #include "support/Process.h"
 #include "support/TempFolder.h"
 #include "support/WavFile.h"
@@ -27,6 +28,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <thread>
 #include <vector>
 
@@ -320,6 +322,48 @@ TEST_F(FileAnalyzerTest, StepsMayBeTakenOneByOne) {
     analyzer.ProcessFile(&file); // the samples are gone
     EXPECT_THAT(Texts(kFileCompleteNotification), ElementsAre("96.00", "0.00"));
     EXPECT_EQ(Texts(kAnalysisCompleteNotification).size(), 1U);
+}
+
+TEST_F(FileAnalyzerTest, WithoutMemoryForTheEngineThereIsNoTempoAndAReason) {
+    WriteWav(m_folder / "x.wav", MakeClickTrack(120.0, 10.0));
+    CBPMFile& file = File("x.wav");
+    CFileAnalyzer analyzer;
+    analyzer.loadAudioWithFilename(&file);
+    {
+        CFailingAllocation const noMemory;
+        analyzer.ProcessFile(&file);
+    }
+    EXPECT_THAT(Texts(kFileCompleteNotification), ElementsAre("0.00"));
+    EXPECT_EQ(analyzer.GetOutcome().m_problem, EAnalysisProblem::NoMemory);
+}
+
+TEST_F(FileAnalyzerTest, WithoutMemoryInBetweenTheWorkerGoesOnToItsEnd) {
+    WriteWav(m_folder / "x.wav", MakeSilence(10.0));
+    m_hook = [](std::string const& name) {
+        if (name == kFileProgressNotification) {
+            throw std::bad_alloc();
+        }
+    };
+    CFileAnalyzer analyzer;
+    analyzer.Analyze(&File("x.wav"));
+    analyzer.Wait();
+    EXPECT_THAT(Texts(kFileCompleteNotification), ElementsAre("0.00"));
+    EXPECT_EQ(m_vPosted.back().m_sName, kAnalysisCompleteNotification);
+    EXPECT_EQ(analyzer.GetOutcome().m_problem, EAnalysisProblem::NoMemory);
+}
+
+TEST_F(FileAnalyzerTest, WithoutMemoryForThoseWhoAreToldTheEndIsPostedOnce) {
+    WriteWav(m_folder / "x.wav", MakeSilence(10.0));
+    m_hook = [](std::string const& name) {
+        if (name != kFileProgressNotification) {
+            throw std::bad_alloc();
+        }
+    };
+    CFileAnalyzer analyzer;
+    analyzer.Analyze(&File("x.wav"));
+    analyzer.Wait();
+    EXPECT_THAT(Texts(kFileCompleteNotification), ElementsAre("96.00"));
+    EXPECT_EQ(m_vPosted.back().m_sName, kAnalysisCompleteNotification);
 }
 
 TEST_F(FileAnalyzerTest, SeveralAnalyzersRunAtOnce) {

@@ -3,6 +3,8 @@
 
 #include "app/MacThread.h"
 
+#include "support/NoThreads.h"
+
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -108,6 +110,20 @@ int NicenessAt(double priority) {
         &niceness, priority);
     thread->waitTillThreadEnds();
     return niceness;
+}
+
+TEST(MacThreadTest, WithoutAThreadThereIsNone) {
+    if (!kThreadsCanBeDenied) {
+        GTEST_SKIP() << "not under this sanitizer";
+    }
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            CNoThreads const none;
+            CGate gate;
+            std::_Exit(MacBeginThread(&CGate::Run, &gate, 0.5) == nullptr ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 TEST(MacThreadTest, LowPriorityIsNice) {

@@ -3,10 +3,13 @@
 
 #include "app/WorkQueue.h"
 
+#include "support/NoThreads.h"
+
 #include <atomic>
 #include <chrono>
 #include <future>
 #include <gtest/gtest.h>
+#include <new>
 #include <string>
 #include <thread>
 
@@ -15,11 +18,11 @@ TEST(WorkQueueTest, RunsJobsInOrderOnOneThreadOfItsOwn) {
     std::string order;
     std::promise<std::thread::id> second;
     std::thread::id first;
-    queue.Post([&] {
+    (void)queue.Post([&] {
         order += "a";
         first = std::this_thread::get_id();
     });
-    queue.Post([&] {
+    (void)queue.Post([&] {
         order += "b";
         second.set_value(std::this_thread::get_id());
     });
@@ -32,7 +35,7 @@ TEST(WorkQueueTest, EndWaitsForTheRunningJob) {
     CWorkQueue queue;
     std::promise<void> begun;
     std::atomic<bool> isFinished{false};
-    queue.Post([&] {
+    (void)queue.Post([&] {
         begun.set_value();
         std::this_thread::sleep_for(std::chrono::milliseconds(30));
         isFinished = true;
@@ -44,10 +47,10 @@ TEST(WorkQueueTest, EndWaitsForTheRunningJob) {
 
 TEST(WorkQueueTest, NothingRunsAfterEnd) {
     CWorkQueue queue;
-    queue.Post([] {});
+    (void)queue.Post([] {});
     queue.End();
     std::atomic<bool> hasRun{false};
-    queue.Post([&] { hasRun = true; });
+    (void)queue.Post([&] { hasRun = true; });
     queue.End();
     EXPECT_FALSE(hasRun);
 }
@@ -57,4 +60,33 @@ TEST(WorkQueueTest, EndWithoutAnyJobReturnsAtOnce) {
     queue.End();
     queue.End();
     SUCCEED();
+}
+
+TEST(WorkQueueTest, WithoutAThreadAJobIsRefused) {
+    if (!kThreadsCanBeDenied) {
+        GTEST_SKIP() << "not under this sanitizer";
+    }
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            CWorkQueue queue;
+            bool isTaken = true;
+            bool hasRun = false;
+            {
+                CNoThreads const none;
+                isTaken = queue.Post([&] { hasRun = true; });
+            }
+            queue.End();
+            std::_Exit(isTaken || hasRun ? 1 : 0);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST(WorkQueueTest, WhatAJobThrowsEndsWithIt) {
+    CWorkQueue queue;
+    EXPECT_TRUE(queue.Post([] { throw std::bad_alloc(); }));
+    std::promise<void> done;
+    EXPECT_TRUE(queue.Post([&] { done.set_value(); }));
+    done.get_future().wait();
+    queue.End();
 }
