@@ -24,6 +24,13 @@ EDecodeProblem DecodeFile(std::string const& path, CSourceFile& source, CDecodeW
     EDecodeProblem problem = first.Run(0);
     std::int64_t const frames = problem == EDecodeProblem::None ? first.CountWithoutTail() : 0;
     first.Tell(report);
+    // Of free format the library finds nothing, or by chance what looks like frames.
+    bool const isHeard = frames > 0 && 2 * report.m_nBadPackets <= report.m_nPackets;
+    bool const isForNoAudio = problem == EDecodeProblem::NoAudio || problem == EDecodeProblem::None;
+    if (!isHeard && isForNoAudio && report.m_container == EContainer::MpegAudio &&
+        IsFreeFormat(source)) {
+        return EDecodeProblem::FreeFormat;
+    }
     if (problem != EDecodeProblem::None) {
         return problem;
     }

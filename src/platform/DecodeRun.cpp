@@ -21,8 +21,8 @@ namespace {
 // section 8.12, for encrypted audio.
 constexpr std::uint32_t kProtectedTags[] = {MKTAG('d', 'r', 'm', 's'), MKTAG('e', 'n', 'c', 'a')};
 
-/// Why a file can't be opened, by its first bytes.
-EDecodeProblem ProblemOfKind(CSourceFile& source) {
+/// What the file is by its first bytes behind a tag.
+EFileKind KindOf(CSourceFile& source) {
     std::array<std::uint8_t, kFileKindBytes> bytes{};
     auto const readAt = [&](std::int64_t place) {
         std::int64_t const done =
@@ -30,7 +30,12 @@ EDecodeProblem ProblemOfKind(CSourceFile& source) {
         return std::span<std::uint8_t const>(
             bytes.data(), static_cast<std::size_t>(std::max<std::int64_t>(done, 0)));
     };
-    switch (FileKindOf(readAt(LeadingTagBytes(readAt(0))))) {
+    return FileKindOf(readAt(LeadingTagBytes(readAt(0))));
+}
+
+/// Why a file can't be opened, by its first bytes.
+EDecodeProblem ProblemOfKind(CSourceFile& source) {
+    switch (KindOf(source)) {
     case EFileKind::Read:
         return EDecodeProblem::BrokenContainer;
     case EFileKind::Other:
@@ -111,6 +116,10 @@ EStartNote StartNoteOf(EContainer container, std::int64_t skipped) {
 }
 
 } // namespace
+
+bool IsFreeFormat(CSourceFile& source) {
+    return KindOf(source) == EFileKind::FreeFormat;
+}
 
 void CDecodeRun::Tell(CDecodeReport& report) const {
     m_damage.Tell(report);

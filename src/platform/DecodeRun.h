@@ -75,3 +75,6 @@ private:
     int m_nFileRate = 0;
     int m_nChannels = 0;
 };
+
+/// True when the file begins, behind its tag, with MPEG audio that leaves its bit rate open.
+bool IsFreeFormat(CSourceFile& source);

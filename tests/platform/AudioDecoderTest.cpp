@@ -12,11 +12,14 @@
 #include <cerrno>
 #include <chrono>
 #include <cmath>
+#include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <numbers>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -283,6 +286,31 @@ TEST_F(AudioDecoderTest, PatienceEnds) {
     EXPECT_EQ(decoder.Decode(m_folder / "x.wav", audio), kStatusOk);
     EXPECT_EQ(decoder.GetReport().m_problem, EDecodeProblem::None);
     EXPECT_EQ(audio.m_nCount, 44100);
+}
+
+TEST_F(AudioDecoderTest, AStopOfTheProgramUsesUpNoPatience) {
+    // Five minutes; the child has a tenth of a second's patience and is stopped for longer, again
+    // and again.
+    WriteWav(m_folder / "x.wav", ToneAt(44100, 44100 * 300));
+    pid_t const child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        CAudioDecoder decoder;
+        decoder.SetPatience(std::chrono::milliseconds(100));
+        CDecodedAudio audio;
+        _exit(decoder.Decode(m_folder / "x.wav", audio) == kStatusOk ? 0 : 1);
+    }
+    int stops = 0;
+    int status = 0;
+    while (waitpid(child, &status, WNOHANG) == 0) {
+        kill(child, SIGSTOP);
+        std::this_thread::sleep_for(std::chrono::milliseconds(150));
+        kill(child, SIGCONT);
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        ++stops;
+    }
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "after " << stops << " stops";
+    EXPECT_GT(stops, 1);
 }
 
 TEST_F(AudioDecoderTest, NoticesThatTheFileChanges) {

@@ -221,6 +221,24 @@ TEST_F(CompressedAudioTest, AFreeFormatMp3IsCalledSo) {
     }
 }
 
+TEST_F(CompressedAudioTest, FreeFormatIsCalledSoAlsoWhereChanceHasFrames) {
+    std::string const open = std::string("\xFF\xFB\x00\x64", 4) + std::string(500, '\0');
+    // 128 kbit/s at 44100 Hz: 417 bytes.
+    std::string const usual = std::string("\xFF\xFB\x90\x64", 4) + std::string(413, '\0');
+    std::string bytes;
+    for (int i = 0; i < 2000; ++i) {
+        bytes += open;
+    }
+    for (int i = 0; i < 8; ++i) {
+        WriteText(m_folder / "free.mp3", bytes);
+        CAudioDecoder decoder;
+        CDecodedAudio audio;
+        EXPECT_EQ(decoder.Decode(m_folder / "free.mp3", audio), kStatusFailure);
+        EXPECT_EQ(decoder.GetReport().m_problem, EDecodeProblem::FreeFormat) << i;
+        bytes += usual;
+    }
+}
+
 TEST_F(CompressedAudioTest, TheReportNamesTheContainer) {
     struct CCase {
         std::string m_sName;
