@@ -173,6 +173,18 @@ QString WriteProblemText(EWriteProblem problem) {
     return {};
 }
 
+/// What became of version 2.2 ids that only players know; empty when there were none.
+QString ConversionText(std::vector<CWiderId> const& ids) {
+    QStringList changes;
+    for (CWiderId const& id : ids) {
+        changes << QString::fromStdString(id.m_sOld + " → " + id.m_sNew);
+    }
+    return changes.isEmpty() ? QString()
+                             : CTexts::tr("Its tag is of version 2.3 now, and some frames got "
+                                          "other names: %1")
+                                   .arg(changes.join(", "));
+}
+
 } // namespace
 
 QString ReadableText(std::u16string const& text) {
@@ -197,7 +209,7 @@ QString PlainTip(QString const& text) {
 
 QString NoteText(CRowState const& row) {
     if (row.m_writeProblem == EWriteProblem::None) {
-        return {};
+        return ConversionText(row.m_vConverted);
     }
     return CTexts::tr("Tempo not stored: %1").arg(WriteProblemText(row.m_writeProblem));
 }

@@ -19,7 +19,8 @@ QString ReadableText(std::u16string const& text);
 /// The text as a tool tip that wraps; signs of mark-up in it are shown, not obeyed.
 QString PlainTip(QString const& text);
 
-/// Why a row's tempo is not in its file; empty when it is, or when there is none yet.
+/// Why a row's tempo is not in its file, or what else was done to its tag; empty when there is
+/// nothing to tell.
 QString NoteText(CRowState const& row);
 
 /// What went wrong with a row; empty when nothing did. That a file of its kind takes no tag is

@@ -148,6 +148,17 @@ TEST_F(SharedRowsTest, AllNamesOfABrokenFileFail) {
     EXPECT_EQ(tempo(1), "0.00");
 }
 
+TEST_F(SharedRowsTest, IdsThatGetOtherNamesAreKnown) {
+    // Version 2.2: three characters and three bytes of size; encoding 0, the text.
+    controller.openFile(
+        {path(writeClip("a.mp3", Tag(2, {Bytes{'G', 'P', '1', 0, 0, 2, 0, 'x'}})))});
+    waitUntilIdle();
+    expectStored(0);
+    ASSERT_EQ(controller.rowState(0).m_vConverted.size(), 1U);
+    EXPECT_EQ(controller.rowState(0).m_vConverted[0].m_sOld, "GP1");
+    EXPECT_EQ(controller.rowState(0).m_vConverted[0].m_sNew, "GRP1");
+}
+
 TEST_F(SharedRowsTest, AHiddenNameIsLeftAlone) {
     WriteWav(folder / "a.wav", MakeClickTrack(120.0, 1.0));
     std::filesystem::create_hard_link(folder / "a.wav", folder / "b.wav");

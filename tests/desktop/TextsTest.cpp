@@ -26,6 +26,15 @@ TEST(TextsTest, EveryReasonForATempoThatIsNotStoredHasWords) {
     EXPECT_EQ(ProblemText({}), "");
 }
 
+TEST(TextsTest, IdsThatGotOtherNamesAreTold) {
+    CRowState row;
+    row.m_vConverted = {{"GP1", "GRP1"}, {"TST", "TSOT"}};
+    EXPECT_TRUE(NoteText(row).endsWith(": GP1 → GRP1, TST → TSOT")) << NoteText(row).toStdString();
+    EXPECT_EQ(ProblemText(row), "");
+    CLanguage const language(QLocale(QLocale::German, QLocale::Germany));
+    EXPECT_TRUE(NoteText(row).startsWith("Ihr Tag ")) << NoteText(row).toStdString();
+}
+
 TEST(TextsTest, NoReasonSharesItsWordsAndAllAreTranslated) {
     std::set<std::string> english;
     std::set<std::string> german;

@@ -815,6 +815,10 @@
         <translation>sie würde die erlaubte Dateigröße überschreiten</translation>
     </message>
     <message>
+        <source>Its tag is of version 2.3 now, and some frames got other names: %1</source>
+        <translation>Ihr Tag hat jetzt Version 2.3, und einige Felder heißen anders: %1</translation>
+    </message>
+    <message>
         <source>its tag holds compressed, encrypted or grouped frames</source>
         <translation>ihr Tag enthält komprimierte, verschlüsselte oder gruppierte Felder</translation>
     </message>
