@@ -36,7 +36,7 @@ std::vector<float> MakeClick(double hertz, int rate) {
 
 } // namespace
 
-CPlayer::CPlayer(std::unique_ptr<IStereoSource> music, CBeatGrid grid, int rate)
+CPlayer::CPlayer(std::unique_ptr<IStereoSource> music, CBeatGrid const& grid, int rate)
     : m_pMusic(std::move(music)),
       m_nRate(rate),
       m_vBeatClick(MakeClick(kBeatHz, rate)),

@@ -22,7 +22,7 @@
 class CPlayer {
 public:
     /// `rate`: frames a second of the device. Starts at the song's beginning.
-    CPlayer(std::unique_ptr<IStereoSource> music, CBeatGrid grid, int rate);
+    CPlayer(std::unique_ptr<IStereoSource> music, CBeatGrid const& grid, int rate);
 
     /// Levels from 0 to 1.
     void SetLevels(float music, float click);

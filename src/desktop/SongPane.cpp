@@ -16,7 +16,6 @@
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QLabel>
-#include <QMetaObject>
 #include <QStackedLayout>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -59,6 +58,7 @@ CSongPane::CSongPane(IPictureSource& source, CSoundChoice sound, QWidget* parent
     m_pStack->addWidget(m_pMessage);
     m_pStack->addWidget(makePage());
     setUpSound();
+    connect(this, &CSongPane::arrived, this, &CSongPane::take, Qt::QueuedConnection);
     setSong(std::nullopt);
 }
 
@@ -175,15 +175,13 @@ void CSongPane::setSong(std::optional<CPaneSong> song) {
         return;
     }
     showMessage(tr("Reading “%1” …").arg(m_song->m_sTitle));
-    m_loader.Load(m_song->m_sPath, [this, request](CSongPicturePtr picture) {
-        QMetaObject::invokeMethod(
-            this, [this, request, picture = std::move(picture)] { take(request, picture); },
-            Qt::QueuedConnection);
+    m_loader.Load(m_song->m_sPath, [this, request](CSongPicturePtr const& picture) {
+        emit arrived(request, picture);
     });
 }
 
 // One that was on its way when another song was chosen comes too late.
-void CSongPane::take(std::uint64_t request, CSongPicturePtr picture) {
+void CSongPane::take(std::uint64_t request, CSongPicturePtr const& picture) {
     if (request != m_nRequest) {
         return;
     }
@@ -191,7 +189,7 @@ void CSongPane::take(std::uint64_t request, CSongPicturePtr picture) {
         QString const problem = ProblemOf(*picture);
         showMessage(problem.isEmpty() ? tr("There is no sound in it.") : problem);
     } else {
-        showPicture(std::move(picture));
+        showPicture(picture);
     }
     emit settled();
 }
@@ -204,7 +202,7 @@ void CSongPane::showMessage(QString const& text) {
     m_pStrip->setPicture(nullptr);
 }
 
-void CSongPane::showPicture(CSongPicturePtr picture) {
+void CSongPane::showPicture(CSongPicturePtr const& picture) {
     m_pTitle->setText(m_song->m_sArtist.isEmpty()
                           ? m_song->m_sTitle
                           : tr("%1 – %2").arg(m_song->m_sTitle, m_song->m_sArtist));
@@ -214,7 +212,7 @@ void CSongPane::showPicture(CSongPicturePtr picture) {
     m_pAccentsB->setAccents(picture->m_fAccentsB);
     m_pBar->setPicture(picture);
     m_pStrip->setPicture(picture);
-    m_pShown = std::move(picture);
+    m_pShown = picture;
     m_pStack->setCurrentIndex(1);
     showPlace();
 }

@@ -57,6 +57,9 @@ signals:
     /// A picture, or the reason for none, has taken the place of "reading".
     void settled();
 
+    /// Sent on the worker, received on the main thread.
+    void arrived(std::uint64_t request, CSongPicturePtr picture);
+
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -65,9 +68,9 @@ private:
     void setUpHead(QWidget& page);
     void setUpSound();
     QWidget* makePage();
-    void take(std::uint64_t request, CSongPicturePtr picture);
+    void take(std::uint64_t request, CSongPicturePtr const& picture);
     void showMessage(QString const& text);
-    void showPicture(CSongPicturePtr picture);
+    void showPicture(CSongPicturePtr const& picture);
     void goTo(std::int64_t sample, bool isTold);
     void goOn(std::optional<CBeat> const& beat);
     void showPlace();
