@@ -47,8 +47,8 @@ std::vector<CRise> Thin(std::span<std::uint8_t const> rises) {
             height += rise;
         }
         if (height > 0) {
-            auto const bin = static_cast<double>(i / kThinning);
-            thinned.push_back({(bin + 0.5) * kBinSeconds, height});
+            std::size_t const bin = i / kThinning;
+            thinned.push_back({(static_cast<double>(bin) + 0.5) * kBinSeconds, height});
         }
     }
     return thinned;
@@ -89,6 +89,7 @@ std::span<CRise const> Middle(std::vector<CRise> const& rises, double songSecond
 std::vector<CTrial> TryAll(std::span<CRise const> rises, std::vector<double> const& steps) {
     std::vector<std::int64_t> bins;
     std::vector<CTrial> trials;
+    trials.reserve(steps.size());
     for (double const step : steps) {
         trials.push_back(Fold(rises, step, bins));
     }
@@ -127,7 +128,8 @@ std::vector<double> NextSteps(std::vector<CTrial> const& trials, double seconds)
 
 std::optional<CEvenGrid> FindEvenGrid(std::span<std::uint8_t const> rises, double step) {
     std::vector<CRise> const thinned = Thin(rises);
-    double const song = static_cast<double>(rises.size() / kThinning) * kBinSeconds;
+    std::size_t const bins = rises.size() / kThinning;
+    double const song = static_cast<double>(bins) * kBinSeconds;
     if (thinned.empty() || !(step > 0.0) || song < kLeastSteps * step || song > kMostSeconds) {
         return std::nullopt;
     }
