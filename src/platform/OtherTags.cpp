@@ -17,7 +17,6 @@
 #include <string_view>
 #include <taglib/apefooter.h>
 #include <taglib/apetag.h>
-#include <taglib/asffile.h>
 #include <taglib/flacfile.h>
 #include <taglib/mp4file.h>
 #include <taglib/oggflacfile.h>
@@ -147,25 +146,6 @@ void ReadMp4(CTagStream& stream, COtherTags& tags) {
     }
 }
 
-void ReadAsf(CTagStream& stream, COtherTags& tags) {
-    TagLib::ASF::File const file(&stream, false);
-    TagLib::ASF::Tag const* const tag = file.isValid() ? file.tag() : nullptr;
-    if (tag == nullptr) {
-        return;
-    }
-    auto const text = [tag](char const* name) {
-        TagLib::ASF::AttributeListMap const& all = tag->attributeListMap();
-        return all.contains(name) && !all[name].isEmpty() ? Utf8Of(all[name].front().toString())
-                                                          : std::string();
-    };
-    tags.m_sTitle = Utf8Of(tag->title());
-    tags.m_sArtist = Utf8Of(tag->artist());
-    tags.m_sAlbum = Utf8Of(tag->album());
-    tags.m_sKey = text("WM/InitialKey");
-    AddTempo(text("WM/BeatsPerMinute"), tags);
-    AddTempo(text("BPM"), tags);
-}
-
 /// A file in which the library looks for nothing by itself.
 class CPlainFile final : public TagLib::File {
 public:
@@ -234,7 +214,7 @@ void ReadByContent(std::string const& path, CSourceFile& source, std::int64_t be
     } else if (mark == "OggS") {
         ReadOgg(stream, head, tags);
     } else if (mark == "\x30\x26\xB2\x75") {
-        ReadAsf(stream, tags);
+        ReadAsfTags(source, begin, tags);
     } else if (box == "ftyp" || box == "moov" || box == "mdat" || box == "wide") {
         ReadMp4(stream, tags);
         if (tags.m_sTitle.empty()) {

@@ -13,6 +13,9 @@
 /// RIFF/WAVE and AIFF: texts of their own chunks, and the ID3v2 tag that one of them may hold.
 void ReadChunkTags(CSourceFile& source, COtherTags& tags);
 
+/// The attributes of a Windows Media file, whose first byte lies at `begin`.
+void ReadAsfTags(CSourceFile& source, std::int64_t begin, COtherTags& tags);
+
 /// Whatever the decoding library tells of a container without listening: Matroska, CAF, AU,
 /// QuickTime. Only texts that are still empty are filled.
 void ReadContainerTags(std::string const& path, CSourceFile& source, COtherTags& tags);

@@ -7,6 +7,7 @@
 #include "support/TagFile.h"
 #include "support/TempFolder.h"
 
+#include <chrono>
 #include <gmock/gmock.h>
 #include <string>
 #include <sys/stat.h>
@@ -83,6 +84,63 @@ TEST_F(OtherTagsTest, BoxesWithinBoxesWithoutEndAreGivenUp) {
         bytes += Big(8 * i) + "moov";
     }
     EXPECT_EQ(Read(bytes).m_sTitle, "");
+}
+
+/// A text of an ASF file: UTF-16, the low byte first, with a zero behind it.
+std::string Wide(std::string const& text) {
+    std::string wide;
+    for (char const letter : text + '\0') {
+        wide += {letter, '\0'};
+    }
+    return wide;
+}
+
+std::string Short(std::size_t value) {
+    return Little(value).substr(0, 2);
+}
+
+/// An object of an ASF file: GUID, size of eight bytes, body.
+std::string AsfObject(std::string const& guid, std::string const& body) {
+    return guid + Little(body.size() + 24) + Little(0) + body;
+}
+
+std::string AsfAttribute(std::string const& name, std::size_t type, std::string const& value) {
+    return Short(Wide(name).size()) + Wide(name) + Short(type) + Short(value.size()) + value;
+}
+
+/// A header of objects.
+std::string AsfFile(std::string const& objects) {
+    return "\x30\x26\xB2\x75\x8E\x66\xCF\x11\xA6\xD9\x00\xAA\x00\x62\xCE\x6C"s +
+           Little(objects.size() + 30) + Little(0) + Little(2) + "\1\2" + objects;
+}
+
+constexpr char kAttributes[] = "\x40\xA4\xD0\xD2\x07\xE3\xD2\x11\x97\xF0\x00\xA0\xC9\x5E\xA8\x50";
+
+TEST_F(OtherTagsTest, AttributesOfWindowsMediaAreTaken) {
+    std::string const guid = "\x33\x26\xB2\x75\x8E\x66\xCF\x11\xA6\xD9\x00\xAA\x00\x62\xCE\x6C"s;
+    std::string const description = Short(Wide("Song").size()) + Short(Wide("Band").size()) +
+                                    Short(0) + Short(0) + Short(0) + Wide("Song") + Wide("Band");
+    std::string const attributes = Short(3) + AsfAttribute("WM/AlbumTitle", 0, Wide("Record")) +
+                                   AsfAttribute("WM/BeatsPerMinute", 3, Little(128)) +
+                                   AsfAttribute("BPM", 0, Wide("128.5"));
+    COtherTags const tags =
+        Read(AsfFile(AsfObject(guid, description) + AsfObject({kAttributes, 16}, attributes)));
+    EXPECT_EQ(tags.m_sTitle, "Song");
+    EXPECT_EQ(tags.m_sArtist, "Band");
+    EXPECT_EQ(tags.m_sAlbum, "Record");
+    EXPECT_THAT(tags.m_vTempos, testing::ElementsAre("128", "128.5"));
+}
+
+TEST_F(OtherTagsTest, CountsThatLieCostNoTime) {
+    // 3000 objects that promise 65,535 attributes each and have none.
+    std::string objects;
+    for (int i = 0; i < 3000; ++i) {
+        objects += AsfObject({kAttributes, 16}, Short(0xFFFF));
+    }
+    auto const begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(Read(AsfFile(objects)).m_sTitle, "");
+    // A machine that is busy with other things too: believing them would take half a minute.
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
 }
 
 TEST_F(OtherTagsTest, AnOldTrailersTextsAreKeptApart) {
