@@ -162,7 +162,8 @@ int CHistoryCommand::Clear(CJournal& journal) {
     std::optional<std::int64_t> const forgotten = journal.Clear();
     ReportJournal(journal);
     if (forgotten) {
-        ReportProblem(std::to_string(*forgotten) + " writes forgotten");
+        ReportProblem(std::to_string(*forgotten) +
+                      (*forgotten == 1 ? " write forgotten" : " writes forgotten"));
     }
     return forgotten ? kExitDone : kExitFailed;
 }

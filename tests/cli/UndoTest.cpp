@@ -118,7 +118,7 @@ TEST_F(UndoCommandTest, ClearForgets) {
     SetTempo("a.mp3", "100");
     CProcessResult const cleared = Tactus({"history", "--clear"});
     EXPECT_EQ(cleared.m_nExit, 0);
-    EXPECT_EQ(cleared.m_sErr, "tactus: 1 writes forgotten\n");
+    EXPECT_EQ(cleared.m_sErr, "tactus: 1 write forgotten\n");
     EXPECT_EQ(Tactus({"history"}).m_sOut, "");
     EXPECT_EQ(Tactus({"undo"}).m_nExit, 1);
 }
