@@ -137,7 +137,8 @@ std::string CSongWork::ReasonToKeep() const {
     if (m_row.m_setBy == ESetBy::Nobody || !m_options.m_bForce) {
         return {};
     }
-    if (std::abs(*m_row.m_dTempo - old) <= m_options.m_dLeastOff * old) {
+    bool const hasLimit = m_options.m_dLeastOff > 0.0;
+    if (hasLimit && std::abs(*m_row.m_dTempo - old) <= m_options.m_dLeastOff * old) {
         return "the tag's tempo is within the limit";
     }
     if (m_row.m_setBy == ESetBy::Tactus || m_options.m_bOverwriteHand) {

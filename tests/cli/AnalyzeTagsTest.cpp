@@ -237,9 +237,11 @@ TEST_F(AnalyzeTagsTest, RowsAndAClosingLineTellWhatWasStored) {
     CProcessResult const json =
         Tactus({"analyze", "-w", "-f", "--format", "jsonl", "a.mp3", "none.mp3"});
     EXPECT_THAT(json.m_sOut, HasSubstr("\"error\":null,\"written\":true,\"notWritten\":null,"
-                                       "\"album\":\"\",\"tagKey\":null,\"tempoNote\":null}"));
+                                       "\"album\":\"\",\"tagKey\":null,\"tempoNote\":null,"
+                                       "\"before\":\"96.00\",\"setBy\":\"tactus\",\"plan\":null}"));
     EXPECT_THAT(json.m_sOut, HasSubstr("\"written\":null,\"notWritten\":null,\"album\":\"\","
-                                       "\"tagKey\":null,\"tempoNote\":null}\n"));
+                                       "\"tagKey\":null,\"tempoNote\":null,\"before\":null,"
+                                       "\"setBy\":null,\"plan\":null}\n"));
     CProcessResult const quiet = Tactus({"analyze", "-w", "-q", "a.mp3"});
     EXPECT_EQ(quiet.m_sErr, "");
 }
