@@ -50,6 +50,7 @@ LIBAV_SOURCES = {
     f"src/platform/{name}"
     for name in (
         "AudioDecoder.cpp",
+        "AudioHash.cpp",
         "AudioInput.cpp",
         "AudioInput.h",
         "AudioMixer.cpp",
@@ -66,7 +67,18 @@ LIBAV_SOURCES = {
     )
 }
 # The sources that work with TagLib, likewise.
-TAGLIB_SOURCES = {f"src/platform/{name}" for name in ("TagStream.h", "TagStream.cpp", "OtherTags.cpp")}
+TAGLIB_SOURCES = {
+    f"src/platform/{name}"
+    for name in (
+        "OtherTags.cpp",
+        "TagChange.cpp",
+        "TagFile.cpp",
+        "TagFile.h",
+        "TagItems.cpp",
+        "TagStream.cpp",
+        "TagStream.h",
+    )
+}
 # What only these files may include, by the start of the header's name.
 TOOLKITS = {
     r"Q[A-Z]|Qt": lambda path: path.parts[1] == "desktop",
@@ -74,7 +86,7 @@ TOOLKITS = {
     r"SQLiteCpp/|sqlite3": lambda path: path.parts[1] == "records",
     r"records/(Database|JournalRows)\.h": lambda path: path.parts[1] == "records",
     r"lib(av|sw)": lambda path: path.as_posix() == "src/platform/LibAv.h",
-    r"taglib/|platform/TagStream\.h": lambda path: path.as_posix() in TAGLIB_SOURCES,
+    r"taglib/|platform/Tag(Stream|File)\.h": lambda path: path.as_posix() in TAGLIB_SOURCES,
     r"platform/(LibAv|AudioInput|AudioMixer|DecodeRun|PacketCount)\.h": lambda path: path.as_posix() in LIBAV_SOURCES,
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]', re.M)

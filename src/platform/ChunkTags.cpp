@@ -88,7 +88,7 @@ void TakeChunk(CSourceFile& source, std::string_view id, std::int64_t place, std
 std::vector<std::uint8_t> ReadPiece(CSourceFile& source, std::int64_t place, std::int64_t size) {
     std::int64_t const there = std::max<std::int64_t>(source.GetSize() - place, 0);
     std::vector<std::uint8_t> bytes(
-        static_cast<std::size_t>(std::clamp<std::int64_t>(size, 0, there)));
+        place < 0 ? 0 : static_cast<std::size_t>(std::clamp<std::int64_t>(size, 0, there)));
     std::size_t done = 0;
     bool isMore = source.Seek(place) == place;
     while (isMore && done < bytes.size()) {

@@ -41,10 +41,10 @@ void TakeTexts(AVDictionary const* texts, COtherTags& tags) {
 
 } // namespace
 
-void ReadContainerTags(std::string const& path, CSourceFile& source, COtherTags& tags) {
+void ReadContainerTags(CSourceFile& source, COtherTags& tags) {
     CDecodeWatch watch(nullptr, kPatience);
     CAudioInput input(source, watch);
-    if (input.Open(path, false) < 0) {
+    if (input.Open("", false) < 0) {
         return;
     }
     AVFormatContext const* const format = input.Get();

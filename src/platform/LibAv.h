@@ -12,6 +12,7 @@ extern "C" {
 #include <libavutil/channel_layout.h>
 #include <libavutil/intreadwrite.h>
 #include <libavutil/mem.h>
+#include <libavutil/sha.h>
 #include <libswresample/swresample.h>
 }
 

@@ -8,6 +8,7 @@
 
 #include "base/Utf16.h"
 #include "platform/FileKind.h"
+#include "platform/TagMarks.h"
 #include "platform/TagReaders.h"
 #include "platform/TagStream.h"
 
@@ -32,10 +33,9 @@ using TagLib::String;
 using TagLib::StringList;
 
 constexpr std::int64_t kMostId3Bytes = std::int64_t{32} << 20U; // Fixed: with any usual cover.
-constexpr std::int64_t kMarkBytes = 512;   // Fixed: a mark, and the first page of an Ogg file.
-constexpr std::int64_t kOldTagBytes = 128; // Standard: ID3v1.
-constexpr unsigned kLongestText = 65'536;  // Fixed: characters; what is longer is no title.
-constexpr std::int64_t kFooterBytes = 32;  // Standard: APEv2.
+constexpr std::int64_t kOldTagBytes = 128;                      // Standard: ID3v1.
+constexpr unsigned kLongestText = 65'536; // Fixed: characters; what is longer is no title.
+constexpr std::int64_t kFooterBytes = 32; // Standard: APEv2.
 constexpr std::string_view kFooterMark = "APETAGEX"; // Standard: likewise.
 
 std::string_view Letters(std::vector<std::uint8_t> const& bytes, std::size_t place,
@@ -88,30 +88,6 @@ void ReadOggFile(CTagStream& stream, COtherTags& tags) {
     TakeComments(file.isValid() ? file.tag() : nullptr, tags);
 }
 
-/// An Ogg stream's first packet tells what it carries.
-void ReadOgg(CTagStream& stream, std::vector<std::uint8_t> const& head, COtherTags& tags) {
-    constexpr std::size_t kPageHeaderBytes = 27; // Standard: RFC 3533, section 6.
-    constexpr std::size_t kSegmentsOffset = 26;
-    std::size_t const segments = head.size() > kSegmentsOffset ? head[kSegmentsOffset] : 0;
-    std::string_view const packet = Letters(head, kPageHeaderBytes + segments, 8);
-    if (packet.starts_with("\x01vorbis")) {
-        ReadOggFile<TagLib::Ogg::Vorbis::File>(stream, tags);
-    } else if (packet.starts_with("OpusHead")) {
-        ReadOggFile<TagLib::Ogg::Opus::File>(stream, tags);
-    } else if (packet.starts_with("Speex   ")) {
-        ReadOggFile<TagLib::Ogg::Speex::File>(stream, tags);
-    } else if (packet.starts_with("\x7F"
-                                  "FLAC")) {
-        ReadOggFile<TagLib::Ogg::FLAC::File>(stream, tags);
-    }
-}
-
-/// The last part of a freeform item's name "----:com.apple.iTunes:BPM", in upper case.
-std::string FreeName(String const& name) {
-    std::string const text = Utf8Of(name.upper());
-    return text.starts_with("----:") ? text.substr(text.rfind(':') + 1) : std::string();
-}
-
 /// True when the number `text`, rounded or cut, is `whole`.
 bool IsFractionOf(std::string const& text, int whole) {
     double value = 0.0;
@@ -130,7 +106,7 @@ void ReadMp4(CTagStream& stream, COtherTags& tags) {
     tags.m_sArtist = Utf8Of(tag->artist());
     tags.m_sAlbum = Utf8Of(tag->album());
     for (auto const& [name, item] : tag->itemMap()) {
-        std::string const freeName = FreeName(name);
+        std::string const freeName = FreeName(Utf8Of(name));
         if (freeName == "BPM" || freeName == "TEMPO") {
             AddTempo(Utf8Of(item.toStringList()), tags);
         } else if (freeName == "INITIALKEY" || (freeName == "KEY" && tags.m_sKey.empty())) {
@@ -201,51 +177,73 @@ std::int64_t ReadOldTag(CSourceFile& source, COtherTags& tags) {
 }
 
 /// Lets the reader of the kind in whose file `begin` is the place behind an ID3v2 tag.
-void ReadByContent(std::string const& path, CSourceFile& source, std::int64_t begin,
-                   COtherTags& tags) {
-    std::vector<std::uint8_t> const head = ReadPiece(source, begin, kMarkBytes);
+void ReadByContent(CSourceFile& source, std::int64_t begin, COtherTags& tags) {
     CTagStream stream(source, begin);
-    std::string_view const mark = Letters(head, 0, 4);
-    std::string_view const kind = Letters(head, 8, 4);
-    std::string_view const box = Letters(head, 4, 4);
-    tags.m_bOwnFirst = mark == "fLaC" || mark == "OggS";
-    if (mark == "fLaC") {
+    switch (TagMarkOf(ReadPiece(source, begin, kTagMarkBytes))) {
+    case ETagMark::Flac:
+        tags.m_bOwnFirst = true;
         ReadFlac(stream, tags);
-    } else if (mark == "OggS") {
-        ReadOgg(stream, head, tags);
-    } else if (mark == "\x30\x26\xB2\x75") {
+        break;
+    case ETagMark::Vorbis:
+        ReadOggFile<TagLib::Ogg::Vorbis::File>(stream, tags);
+        break;
+    case ETagMark::Opus:
+        ReadOggFile<TagLib::Ogg::Opus::File>(stream, tags);
+        break;
+    case ETagMark::Speex:
+        ReadOggFile<TagLib::Ogg::Speex::File>(stream, tags);
+        break;
+    case ETagMark::OggFlac:
+        ReadOggFile<TagLib::Ogg::FLAC::File>(stream, tags);
+        break;
+    case ETagMark::Asf:
         ReadAsfTags(source, begin, tags);
-    } else if (box == "ftyp" || box == "moov" || box == "mdat" || box == "wide") {
+        break;
+    case ETagMark::Mp4:
         ReadMp4(stream, tags);
         if (tags.m_sTitle.empty()) {
-            ReadContainerTags(path, source, tags); // QuickTime's own texts
+            ReadContainerTags(source, tags); // QuickTime's own texts
         }
-    } else if (begin == 0 && (kind == "WAVE" || kind == "AIFF" || kind == "AIFC")) {
+        break;
+    case ETagMark::Wav:
+    case ETagMark::LongWav:
+    case ETagMark::Aiff:
         ReadChunkTags(source, tags);
-    } else if (mark == "\x1A\x45\xDF\xA3" || mark == "caff" || mark == ".snd") {
-        ReadContainerTags(path, source, tags);
-    } else {
+        break;
+    case ETagMark::OtherContainer:
+        ReadContainerTags(source, tags);
+        break;
+    case ETagMark::WavPack:
+    case ETagMark::MonkeysAudio:
+    case ETagMark::Unknown:
         ReadApe(source, ReadOldTag(source, tags), tags);
+        break;
     }
+}
+
+COtherTags ReadTags(CSourceFile& source) {
+    COtherTags tags;
+    try {
+        std::int64_t const ahead = LeadingTagBytes(ReadPiece(source, 0, kTagMarkBytes));
+        bool const isThere = ahead > 0 && ahead <= source.GetSize();
+        if (isThere && ahead <= kMostId3Bytes) {
+            tags.m_vId3.push_back(ReadPiece(source, 0, ahead));
+        }
+        ReadByContent(source, isThere ? ahead : 0, tags);
+    } catch (std::bad_alloc const&) {
+        tags = {};
+    }
+    return tags;
 }
 
 } // namespace
 
 COtherTags ReadOtherTags(std::string const& path) {
-    COtherTags tags;
-    try {
-        CSourceFile source;
-        if (source.Open(path) != EDecodeProblem::None) {
-            return tags;
-        }
-        std::int64_t const ahead = LeadingTagBytes(ReadPiece(source, 0, kMarkBytes));
-        bool const isThere = ahead > 0 && ahead <= source.GetSize();
-        if (isThere && ahead <= kMostId3Bytes) {
-            tags.m_vId3.push_back(ReadPiece(source, 0, ahead));
-        }
-        ReadByContent(path, source, isThere ? ahead : 0, tags);
-    } catch (std::bad_alloc const&) {
-        tags = {};
-    }
-    return tags;
+    CSourceFile source;
+    return source.Open(path) == EDecodeProblem::None ? ReadTags(source) : COtherTags();
+}
+
+COtherTags ReadOtherTags(int file) {
+    CSourceFile source;
+    return source.Adopt(file) == EDecodeProblem::None ? ReadTags(source) : COtherTags();
 }

@@ -33,3 +33,6 @@ struct COtherTags {
 /// Returns: nothing said when it can't be read.
 /// Thread: any.
 COtherTags ReadOtherTags(std::string const& path);
+
+/// The same of a file behind a descriptor that is open for reading, whose position changes.
+COtherTags ReadOtherTags(int file);

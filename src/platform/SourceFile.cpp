@@ -3,6 +3,7 @@
 
 #include "platform/SourceFile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -23,6 +24,15 @@ EDecodeProblem CSourceFile::Open(std::string const& path) {
     m_sPath = path;
     // Without blocking, opening a pipe that nobody writes returns at once; files don't mind.
     m_nFile = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    return LookAtFile();
+}
+
+EDecodeProblem CSourceFile::Adopt(int descriptor) {
+    m_nFile = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+    return LookAtFile();
+}
+
+EDecodeProblem CSourceFile::LookAtFile() {
     struct stat status {};
     if (m_nFile < 0 || fstat(m_nFile, &status) != 0) {
         return Fail(errno);
@@ -40,7 +50,16 @@ EDecodeProblem CSourceFile::Open(std::string const& path) {
     return EDecodeProblem::None;
 }
 
+void CSourceFile::EndAt(std::int64_t size) {
+    m_bEndsEarly = size < m_identity.m_nSize;
+    m_identity.m_nSize = std::min(size, m_identity.m_nSize);
+}
+
 std::int64_t CSourceFile::Read(std::uint8_t* buffer, std::size_t size) {
+    if (m_bEndsEarly) {
+        std::int64_t const rest = m_identity.m_nSize - lseek(m_nFile, 0, SEEK_CUR);
+        size = std::min(size, static_cast<std::size_t>(std::max<std::int64_t>(rest, 0)));
+    }
     for (;;) {
         ssize_t const done = read(m_nFile, buffer, size);
         if (done >= 0) {

@@ -24,6 +24,13 @@ public:
     /// Returns: why it can't be read; `None` when it can.
     EDecodeProblem Open(std::string const& path);
 
+    /// Takes a descriptor that is open for reading, which stays the caller's but for its position.
+    /// `Explain` can't tell anything about it.
+    EDecodeProblem Adopt(int descriptor);
+
+    /// Lets the file end at `size` bytes if it is longer.
+    void EndAt(std::int64_t size);
+
     /// Reads up to `size` bytes at the current position.
     /// Returns: the bytes read, 0 at the end, negative after an error of the system.
     std::int64_t Read(std::uint8_t* buffer, std::size_t size);
@@ -47,10 +54,12 @@ public:
 
 private:
     EDecodeProblem Fail(int error);
+    EDecodeProblem LookAtFile();
 
     std::string m_sPath;
     int m_nFile = -1;
     int m_nReadError = 0;
     int m_nError = 0;
     CFileIdentity m_identity;
+    bool m_bEndsEarly = false; // before the file does
 };

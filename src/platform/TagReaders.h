@@ -18,7 +18,7 @@ void ReadAsfTags(CSourceFile& source, std::int64_t begin, COtherTags& tags);
 
 /// Whatever the decoding library tells of a container without listening: Matroska, CAF, AU,
 /// QuickTime. Only texts that are still empty are filled.
-void ReadContainerTags(std::string const& path, CSourceFile& source, COtherTags& tags);
+void ReadContainerTags(CSourceFile& source, COtherTags& tags);
 
 /// Reads up to `size` bytes at `place`; fewer at the end.
 std::vector<std::uint8_t> ReadPiece(CSourceFile& source, std::int64_t place, std::int64_t size);
