@@ -230,6 +230,15 @@ EWriteProblem CFileSwap::CopyRest(std::uint64_t offset) {
     return EWriteProblem::None;
 }
 
+EWriteProblem CFileSwap::TakeOver() {
+    struct stat info = {};
+    if (::fstat(m_temporary.Get(), &info) != 0) {
+        return ProblemOf(errno);
+    }
+    m_nWritten = static_cast<std::uint64_t>(info.st_size);
+    return EWriteProblem::None;
+}
+
 /// Everything that must be true of the new file before it gets the name.
 EWriteProblem CFileSwap::Finish() {
     if (::ftruncate(m_temporary.Get(), static_cast<off_t>(m_nWritten)) != 0) {

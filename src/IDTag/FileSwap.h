@@ -48,6 +48,12 @@ public:
     /// Appends the old file's bytes from `offset` on; none when it is no longer than that.
     EWriteProblem CopyRest(std::uint64_t offset);
 
+    /// The new file, for whoever changes it after its bytes were copied; gone with this object.
+    [[nodiscard]] int Get() const { return m_temporary.Get(); }
+
+    /// Takes the new file as it is by now.
+    EWriteProblem TakeOver();
+
     /// Carries mode, owner and attributes over, brings everything to the disk, checks it, and
     /// gives the new file the old one's name.
     EWriteProblem Commit();

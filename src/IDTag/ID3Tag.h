@@ -40,6 +40,9 @@ struct CTagRules {
     /// Writing: the file's time of the last write stays.
     bool m_bKeepTime = false;
 
+    /// Writing: a version 2.4 tag is written as one, its frames in the forms that they have.
+    bool m_bKeepVersion = false;
+
     /// Writing: told of the file, the old tag's bytes and the new one's, before the first byte is
     /// written and with the file locked.
     std::function<void(CFileIdentity const&, std::span<std::uint8_t const>,

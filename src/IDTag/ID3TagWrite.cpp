@@ -18,6 +18,8 @@ constexpr wchar_t kTemporaryExtension[] = L"MP~";     // Fixed: as `ReplaceTag` 
 constexpr std::uint64_t kPaddingBytes = 4096;         // Fixed: room for later edits.
 constexpr std::uint64_t kTagLimitBytes = 1ULL << 28U; // Standard: ID3v2.3.0, 3.1: 28 size bits.
 constexpr std::uint8_t kWrittenVersion[] = {'I', 'D', '3', 3, 0, 0}; // Fixed: 2.3.0, no flags.
+constexpr std::uint8_t kRecentVersion = 4;         // Standard: ID3v2.4.0, the last one.
+constexpr std::size_t kVersionOffset = 3;          // Standard: ID3v2.3.0, section 3.1.
 constexpr std::size_t kSizeOffset = 6;             // Standard: ID3v2.3.0, section 3.1.
 constexpr std::uint8_t kDiscardWhenAltered = 0x40; // Standard: ID3v2.3.0, section 3.3.1.
 
@@ -128,6 +130,8 @@ std::vector<std::uint8_t> CID3Tag::MakeTag(std::uint32_t tagBytes) const {
     tag.reserve(tagBytes);
     tag.assign(std::begin(kWrittenVersion), std::end(kWrittenVersion));
     tag.resize(kTagHeaderBytes);
+    bool const isRecent = m_rules.m_bKeepVersion && m_nVersion == kRecentVersion;
+    tag[kVersionOffset] = isRecent ? kRecentVersion : tag[kVersionOffset];
     WriteSyncsafe(tagBytes - static_cast<std::uint32_t>(kTagHeaderBytes), &tag[kSizeOffset]);
     CID3Frame* frame = nullptr;
     for (std::uint32_t i = 0; m_frames.EnumItems(i, &frame); ++i) {
@@ -138,6 +142,9 @@ std::vector<std::uint8_t> CID3Tag::MakeTag(std::uint32_t tagBytes) const {
                             !IsDropped(header);
         if (!isKept) {
             continue;
+        }
+        if (isRecent) {
+            WriteSyncsafe(size, header.m_nBodyBytes);
         }
         auto const* const bytes = reinterpret_cast<std::uint8_t const*>(&header);
         tag.insert(tag.end(), bytes, bytes + kFrameHeaderBytes);

@@ -127,6 +127,14 @@ std::vector<std::string> WithoutEmpty(std::vector<std::string> texts) {
     return texts;
 }
 
+std::string JoinedAtZeros(std::vector<std::string> const& texts) {
+    std::string joined;
+    for (std::string const& text : texts) {
+        joined.append(text).append(1, '\0');
+    }
+    return joined;
+}
+
 } // namespace
 
 std::string Utf8OrLatin1(std::string_view bytes) {
@@ -154,7 +162,8 @@ std::vector<std::string> DecodeTexts(std::span<std::uint8_t const> body) {
     return texts;
 }
 
-CTagReading::CTagReading(std::span<std::uint8_t const> tag) {
+CTagReading::CTagReading(std::span<std::uint8_t const> tag, bool keepsFrames)
+    : m_bKeepsFrames(keepsFrames) {
     if (tag.size() < kHeaderBytes || tag[0] != 'I' || tag[1] != 'D' || tag[2] != '3' ||
         tag[kVersionOffset] < 2 || tag[kVersionOffset] > 4) {
         return;
@@ -200,17 +209,23 @@ void CTagReading::Take(std::uint8_t version, std::string_view id, unsigned flags
     CForm const form = FormOf(version, flags);
     bool const isUnreadable = form.m_bCompressed || form.m_bEncrypted;
     m_bPlain = m_bPlain && !isUnreadable && id != "CHAP" && id != "CTOC";
-    if (id.front() != 'T' || isUnreadable || body.size() < form.m_nAhead ||
-        m_vTexts.size() == kMostTexts) {
+    bool const isText = id.front() == 'T' && !isUnreadable && m_vTexts.size() < kMostTexts;
+    if ((!isText && !m_bKeepsFrames) || body.size() < form.m_nAhead) {
         return;
     }
     body = body.subspan(form.m_nAhead);
-    body = body.first(std::min(body.size(), kLongestText));
+    body = body.first(isText ? std::min(body.size(), kLongestText) : body.size());
     std::vector<std::uint8_t> plain(body.begin(), body.end());
     if (form.m_bUnsynchronized) {
         plain = Resynchronized(plain);
     }
-    m_vTexts.push_back({std::string(id), DecodeTexts(plain)});
+    if (isText) {
+        m_vTexts.push_back({std::string(id), DecodeTexts(plain)});
+    }
+    if (m_bKeepsFrames) {
+        m_vFrames.emplace_back(id, isText ? JoinedAtZeros(WithoutEmpty(m_vTexts.back().m_vTexts))
+                                          : std::string(plain.begin(), plain.end()));
+    }
 }
 
 std::vector<std::string> CTagReading::Texts(std::string_view id) const {

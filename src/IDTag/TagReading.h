@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 /// An ID3v2 tag read as the standards have it, for showing to people: every encoding, every form of
@@ -16,7 +17,14 @@
 class CTagReading {
 public:
     /// `tag`: header and body of a tag of version 2.2, 2.3 or 2.4. Anything else has no texts.
-    explicit CTagReading(std::span<std::uint8_t const> tag);
+    explicit CTagReading(std::span<std::uint8_t const> tag) : CTagReading(tag, false) {}
+
+    /// Every frame's id, and its texts with zeros between or its body, whatever form it has in the
+    /// tag.
+    static std::vector<std::pair<std::string, std::string>>
+    Frames(std::span<std::uint8_t const> tag) {
+        return CTagReading(tag, true).m_vFrames;
+    }
 
     /// The texts of the first frame with this version 2.3 id, as UTF-8, without empty ones.
     [[nodiscard]] std::vector<std::string> Texts(std::string_view id) const;
@@ -34,11 +42,14 @@ private:
         std::vector<std::string> m_vTexts; // UTF-8, empty ones too
     };
 
+    CTagReading(std::span<std::uint8_t const> tag, bool keepsFrames);
     void Walk(std::uint8_t version, std::span<std::uint8_t const> body);
     void Take(std::uint8_t version, std::string_view id, unsigned flags,
               std::span<std::uint8_t const> body);
 
+    bool m_bKeepsFrames;
     std::vector<CText> m_vTexts;
+    std::vector<std::pair<std::string, std::string>> m_vFrames;
     std::uint8_t m_nEveryForm = 0; // form flags that every frame has
     bool m_bPlain = true;
 };

@@ -135,6 +135,7 @@ private:
         m_rules.m_bEveryId = true;
         m_rules.m_bKeepMarked = m_options.m_bKeepMarked;
         m_rules.m_bKeepTime = m_options.m_bKeepTime;
+        m_rules.m_bKeepVersion = m_options.m_bKeepVersion;
         m_rules.m_expected = seen;
         m_tag.SetRules(m_rules);
         if (m_tag.OpenFile(m_sTarget) < 0) {
@@ -155,7 +156,7 @@ private:
         if (m_tag.HasUnreachedData() || m_tag.WouldDrop(m_pFrameId)) {
             return EWriteProblem::UnknownData;
         }
-        if (HasEncodedFrames(m_tag)) {
+        if (m_options.m_bKeepVersion ? IsFrameEncoded() : HasEncodedFrames(m_tag)) {
             return EWriteProblem::EncodedFrames;
         }
         CDescriptor const file(
@@ -170,6 +171,13 @@ private:
                                  ? HasMpegChain(file.Get(), m_tag.GetTagSize())
                                  : !HasOtherKind(file.Get(), m_tag.GetTagSize());
         return isSound ? EWriteProblem::None : EWriteProblem::NotMpegAudio;
+    }
+
+    /// True when the frame itself has a form that its new text wouldn't have.
+    bool IsFrameEncoded() const {
+        CID3Frame* frame = nullptr;
+        return m_tag.GetVersion() == kEncodingVersion &&
+               m_tag.GetExistingFrame(m_pFrameId, &frame) && IsEncoded(RawFrameOf(*frame));
     }
 
     EWriteProblem Write(std::optional<CString> const& text, CTagStoreReport& report) {

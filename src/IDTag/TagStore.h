@@ -32,6 +32,9 @@ struct CTagStoreOptions {
     /// Version 2.2 ids that only players know are converted too.
     bool m_bWiderIds = true;
 
+    /// A version 2.4 tag is written as version 2.4.
+    bool m_bKeepVersion = false;
+
     /// MPEG frames must follow the tag: for those who haven't decoded the file.
     bool m_bNeedsMpegChain = false;
 

@@ -11,6 +11,8 @@ enum class EWriteProblem {
     LinkTarget,      // the name is a link to a file of another extension
     OtherFormat,     // an MP4 file under an MP3's name: a tag before it would shift its samples
     NotMpegAudio,    // it wasn't read as MPEG audio, or has no MPEG frames behind its tag
+    OtherContent,    // what it holds isn't of its name's kind, or in a form that can't be written
+    NotProven,       // the new version's audio or further items would not be what they were
     Damaged,         // 1 % of its packets or more can't be decoded
     EndsEarly,       // more than 2 % of what its header promises is missing
     NotWritable,     // missing, no plain file, or no permission
