@@ -160,6 +160,11 @@ def tagged_seeds():
         exact = ["-bitexact", "-fflags", "+bitexact"]
         command = ["ffmpeg", "-v", "error", "-y", "-f", "wav", "-i", "-", *options, *words, *exact, str(out)]
         subprocess.run(command, input=source, check=True)
+        endings = [".flac", ".ogg", ".opus", ".m4a", ".wav", ".aiff", ".wv"]  # as LibraryStoreFuzz has them
+        if out.suffix in endings:
+            save("LibraryStoreFuzz", name, bytes([endings.index(out.suffix)]) + out.read_bytes())
+    silence = monkeys_audio(600, struct.pack("<IIII", 0x80000000, 3, 0, 0))
+    save("LibraryStoreFuzz", "silence.ape", bytes([len(endings)]) + silence)
 
 
 def engine_seeds():

@@ -16,18 +16,26 @@ _tactus() {
             mapfile -t COMPREPLY < <(compgen -W "table csv json jsonl" -- "$cur")
             return
             ;;
+        --round)
+            mapfile -t COMPREPLY < <(compgen -W "0 1 2" -- "$cur")
+            return
+            ;;
+        --id3)
+            mapfile -t COMPREPLY < <(compgen -W "keep 2.3" -- "$cur")
+            return
+            ;;
         --octave)
             mapfile -t COMPREPLY < <(compgen -W "likely heard" -- "$cur")
             return
             ;;
-        --only-if-off | --range | -j | --jobs | --types | -n | --number) return ;;
+        --only-if-off | --range | -j | --jobs | --types | --write-types | -n | --number) return ;;
     esac
     case $command in
         analyze)
             words="--write --force --recheck --jobs --format --follow --hidden --types --output"
             words+=" --overwrite-output --quiet --no-cache"
             words+=" --overwrite-hand --only-if-off --dry-run --log --candidates --octave --range --review"
-            words+=" --verbose --help"
+            words+=" --write-types --round --keep-mtime --id3 --write-key --verbose --help"
             ;;
         profile) words="--harmony --trace --verbose --help" ;;
         history) words="--number --json --clear --help" ;;

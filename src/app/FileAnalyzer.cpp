@@ -11,6 +11,7 @@
 #include "base/FileManager.h"
 #include "base/NotificationCenter.h"
 #include "engine/Profiler.h"
+#include "song/KeyText.h"
 #include "song/SongCandidates.h"
 #include "song/TempoText.h"
 
@@ -145,14 +146,23 @@ void CFileAnalyzer::ProcessFile(CBPMFile* file) {
          .m_progress = [&notifier](std::uint8_t percent) { notifier.SendProfileProgress(percent); },
          .m_bKeepEnvelopes = m_bCandidates});
     CTempoCandidates candidates = m_bCandidates ? CandidatesOf(profile) : CTempoCandidates();
+    std::uint16_t tonic = 0;
+    std::uint16_t mode = 0;
+    profile.m_results.GetKey(&tonic, &mode);
     {
         std::scoped_lock const guard(m_lock);
         m_candidates = std::move(candidates);
         m_outcome = profile.m_outcome;
+        m_sKey = profile.IsHeard() ? KeyText(tonic, mode) : std::string();
     }
     // What is there of a record that lacked memory isn't the song's.
     bool const isWhole = profile.m_outcome.m_problem != EAnalysisProblem::NoMemory;
     Tell(file, isWhole ? profile.m_results.GetBpm() : 0.0f);
+}
+
+std::string CFileAnalyzer::GetKey() const {
+    std::scoped_lock const guard(m_lock);
+    return m_sKey;
 }
 
 std::shared_ptr<CCancelFlag const> CFileAnalyzer::CancelOfRun() const {

@@ -12,6 +12,7 @@
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <string>
 
 class CBPMFile;
 class CString;
@@ -61,6 +62,9 @@ public:
     /// The readings of the last file's tempo; none unless they were wanted.
     [[nodiscard]] CTempoCandidates GetCandidates() const;
 
+    /// The last file's key as tags have it, "Am"; empty when none was found.
+    [[nodiscard]] std::string GetKey() const;
+
     /// What the worker does, in this order: the current file, if there is one, is decoded and
     /// processed; then the end is posted. `Analyze` is the way to have it done.
     void AnalyzeFile();
@@ -84,6 +88,7 @@ private:
     std::shared_ptr<CCancelFlag> m_pCancel;
     CAnalysisOutcome m_outcome;
     CTempoCandidates m_candidates;
+    std::string m_sKey;
     bool m_bClosing = false;
     std::deque<std::shared_ptr<MacThread>> m_vThreads; // Oldest first.
 

@@ -277,7 +277,7 @@ void CAnalysisJobs::OnComplete(CUserInfo const* info) {
         if (m_options.m_song.m_bCandidates) {
             heard.m_candidates = slot->m_analyzer.GetCandidates();
         }
-        isDone = isDone && slot->m_pWork->Conclude(heard);
+        isDone = isDone && slot->m_pWork->Conclude(heard, slot->m_analyzer.GetKey());
     } catch (std::bad_alloc const&) {
         hasMemory = false; // the main thread tells
     }

@@ -95,6 +95,20 @@ std::pair<double, double> RangeOf(std::string const& text) {
     return {slowest, fastest};
 }
 
+int DecimalsOf(std::string const& text) {
+    if (text != "0" && text != "1" && text != "2") {
+        throw CLI::ValidationError("--round", "'" + text + "' is none of 0, 1 and 2");
+    }
+    return text.front() - '0';
+}
+
+bool KeepsVersion(std::string const& word) {
+    if (word != "keep" && word != "2.3") {
+        throw CLI::ValidationError("--id3", "'" + word + "' is neither keep nor 2.3");
+    }
+    return word == "keep";
+}
+
 /// What a person is told of a file, in one line; empty when all went well.
 std::string ProblemOf(CReportRow const& row) {
     if (!row.m_bRefused) {
@@ -133,6 +147,7 @@ CLI::App* CAnalyzeCommand::AddTo(CLI::App& program) {
            "Search folders for these kinds only, such as mp3,m4a")
         ->type_name("LIST");
     app->add_flag("--no-cache", m_bNoCache, "Hear every file anew, and remember nothing of it");
+    AddWriteOptions(*app);
     AddOutputOptions(*app);
     AddCareOptions(*app);
     AddReadingOptions(*app);
@@ -142,6 +157,28 @@ CLI::App* CAnalyzeCommand::AddTo(CLI::App& program) {
         ->required();
     app->footer(kFooter);
     return app;
+}
+
+void CAnalyzeCommand::AddWriteOptions(CLI::App& app) {
+    CSongOptions& song = m_options.m_song;
+    app.add_option_function<std::string>(
+           "--write-types",
+           [&song](std::string const& names) {
+               song.m_writeTypes = KindsOf("--write-types", names);
+           },
+           "With --write, store tempos in these kinds too, such as flac,m4a, or all")
+        ->type_name("LIST");
+    app.add_option_function<std::string>(
+           "--round", [&song](std::string const& text) { song.m_nDecimals = DecimalsOf(text); },
+           "Decimals of a stored tempo: 0, 1 or 2 (if not said)")
+        ->type_name("N");
+    app.add_flag("--keep-mtime", song.m_bKeepTime,
+                 "Leave the time of a file's last write as it is");
+    app.add_option_function<std::string>(
+           "--id3", [&song](std::string const& word) { song.m_bKeepVersion = KeepsVersion(word); },
+           "keep: an ID3v2.4 tag stays one; 2.3 (if not said): it becomes 2.3")
+        ->type_name("VERSION");
+    app.add_flag("--write-key", song.m_bWriteKey, "Store the key with the tempo");
 }
 
 void CAnalyzeCommand::AddOutputOptions(CLI::App& app) {
@@ -276,6 +313,7 @@ std::string CAnalyzeCommand::RunJobs(CInputWalk& walk, COutput& output, COutput&
             ReportProblem(row.m_sPath, "the decoding library says: " + row.m_sDetail);
         }
         summary.Add(row);
+        m_nNewVersions += row.m_bNewVersion && !row.m_bFurtherName ? 1 : 0;
         bool const isLogged = m_sLog.empty() || logged->Add(row);
         return report->Add(row) && isLogged;
     });
@@ -293,6 +331,10 @@ void CAnalyzeCommand::ReportWalk(CInputWalk const& walk, CSummary& summary) cons
     for (std::string const& folder : walk.BarrenFolders()) {
         ReportProblem(folder, m_walk.m_types ? "holds no such audio file" : "holds no audio file");
         summary.Warn();
+    }
+    if (m_nNewVersions > 0 && !m_bQuiet) {
+        ReportProblem(std::to_string(m_nNewVersions) + (m_nNewVersions == 1 ? " tag" : " tags") +
+                      " of version 2.4 became version 2.3; --id3 keep keeps them");
     }
     std::size_t const linked = walk.LinkedFolders();
     if (linked > 0 && !m_bQuiet) {

@@ -22,6 +22,7 @@ public:
     int Run() override;
 
 private:
+    void AddWriteOptions(CLI::App& app);
     void AddOutputOptions(CLI::App& app);
     void AddCareOptions(CLI::App& app);
     void AddReadingOptions(CLI::App& app);
@@ -39,7 +40,8 @@ private:
     EReportFormat m_format = EReportFormat::Table;
     std::string m_sOutput;
     std::string m_sLog;
-    bool m_bOverwriting = false; // whatever the output file holds
+    bool m_bOverwriting = false;    // whatever the output file holds
+    std::size_t m_nNewVersions = 0; // tags of version 2.4 that became version 2.3
     bool m_bQuiet = false;
     bool m_bVerbose = false;
     std::vector<std::string> m_vPaths;

@@ -24,13 +24,22 @@ std::string AllKinds() {
     return text;
 }
 
+/// The extensions as an option takes them.
+std::string EveryName() {
+    std::string names;
+    for (CAudioKind const& kind : AudioKinds()) {
+        names.append(names.empty() ? "" : ",").append(kind.m_sExtension);
+    }
+    return names;
+}
+
 } // namespace
 
 CKindChoice KindsOf(char const* option, std::string const& names) {
     CKindChoice kinds;
-    std::string const unknown = kinds.Add(names);
+    std::string const unknown = kinds.Add(names == "all" ? EveryName() : names);
     if (!unknown.empty()) {
-        throw CLI::ValidationError(option, "'" + unknown + "' is none of " + AllKinds());
+        throw CLI::ValidationError(option, "'" + unknown + "' is none of all, " + AllKinds());
     }
     return kinds;
 }

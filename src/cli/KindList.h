@@ -9,4 +9,5 @@
 
 /// The kinds that the value of `option` names: extensions or types, separated by commas. A word
 /// that names none is the parser's error.
+/// "all" names all of them.
 CKindChoice KindsOf(char const* option, std::string const& names);

@@ -55,6 +55,7 @@ struct CReportRow {
     std::string m_sNote = {};    // what was done to the tag beside what was asked for
     bool m_bRefused = false;     // not stored, and a person would expect otherwise
     bool m_bTitleIsName = false; // the title is the file's name, for want of another
+    bool m_bNewVersion = false;  // its version 2.4 tag became version 2.3
     bool m_bFurtherName = false; // of a file that has a row already
 };
 
@@ -89,6 +90,9 @@ char const* PlanName(EPlan plan);
 /// "174.08 (2:1) 0.43": a reading, its ratio to the reported tempo if it is a simple one, and its
 /// score.
 std::string ReadingText(CTempoCandidate const& reading);
+
+/// The tempo with 0 to 2 decimals, halves upwards, from the tempo with two.
+std::string RoundedTempo(double tempo, int decimals);
 
 /// The tempo with two decimals. Nothing for infinity and NaN, which are no tempo.
 std::optional<std::string> TempoText(std::optional<double> tempo);

@@ -17,7 +17,8 @@
 
 namespace {
 
-constexpr char kTempoFrameId[] = "TBPM"; // Standard: ID3v2.3.0, section 4.2.1.
+constexpr char kTempoFrameId[] = "TBPM";   // Standard: ID3v2.3.0, section 4.2.1.
+constexpr std::uint8_t kRecentVersion = 4; // Standard: ID3v2.4.0, which is written as 2.3.
 
 std::string FileNameOf(CInputFile const& input) {
     if (input.m_sName == kStandardInputName) {
@@ -50,8 +51,9 @@ bool CSongWork::Begin() {
     }
     // What was heard before need not be heard again.
     std::optional<CHeardSong> const heard = m_known.m_heard;
-    bool const isEnough = heard && (heard->m_candidates || !m_options.m_bCandidates);
-    return isEnough && Conclude(*heard);
+    bool const isEnough = heard && (heard->m_candidates || !m_options.m_bCandidates) &&
+                          !m_options.m_bWriteKey; // which isn't remembered
+    return isEnough && Conclude(*heard, "");
 }
 
 /// Takes what is known of the file in its present state. Standard input lies in a file that is
@@ -87,15 +89,16 @@ void CSongWork::Learn(CHeardSong const& heard) {
 /// Fills the row from the tags. Returns: true when there is a tempo that needs no second look.
 bool CSongWork::ReadTag() {
     m_pFile = std::make_unique<CBPMFile>(m_input.m_sPath);
+    CAudioKind const* const kind = FindAudioKind(m_input.m_sPath);
+    bool const isMp3 = kind != nullptr && kind->m_writing == ETagWriting::Id3;
     if (!m_known.m_tags) {
         m_known.m_tags = {.m_shown = ReadShownTags(m_input.m_sPath),
-                          .m_sTempoFrame = IsWritable(m_input)
-                                               ? ReadSongTags(m_input.m_sPath).m_sTempoFrame
-                                               : CString()};
+                          .m_sTempoFrame =
+                              isMp3 ? ReadSongTags(m_input.m_sPath).m_sTempoFrame : CString()};
         m_bNews = true;
     }
-    m_sTempoInTag = m_known.m_tags->m_sTempoFrame;
     CShownTags const& tags = m_known.m_tags->m_shown;
+    m_sTempoInTag = isMp3 ? m_known.m_tags->m_sTempoFrame : CString(tags.m_sTempo.c_str());
     m_row.m_bTitleIsName = tags.m_sTitle.empty();
     // Standard input lies in a file of another name.
     m_row.m_sTitle = !tags.m_sTitle.empty() ? tags.m_sTitle : FileNameOf(m_input);
@@ -150,8 +153,13 @@ std::string CSongWork::ReasonToKeep() const {
 
 /// Tells what would become of the file, as far as that can be told without a write.
 void CSongWork::Plan(CAnalysisOutcome const& outcome, std::string const& tempo) {
+    CAudioKind const* const kind = FindAudioKind(m_input.m_sPath);
+    bool const isWanted =
+        kind != nullptr && (kind->m_writing == ETagWriting::Id3 ||
+                            (kind->m_writing == ETagWriting::Library && m_options.m_writeTypes &&
+                             m_options.m_writeTypes->Has(*kind)));
     EWriteProblem const problem =
-        IsWritable(m_input) ? ProblemOfStoring(outcome) : EWriteProblem::OtherExtension;
+        isWanted ? ProblemOfStoring(outcome, kind->m_container) : EWriteProblem::OtherExtension;
     bool const isThere = m_sTempoInTag == tempo.c_str();
     m_row.m_plan = m_row.m_bKept                    ? EPlan::Differ
                    : isThere                        ? EPlan::Keep
@@ -172,7 +180,7 @@ double CSongWork::ReportedTempo(CHeardSong const& heard) const {
                                       : bpm;
 }
 
-bool CSongWork::Conclude(CHeardSong const& heard) {
+bool CSongWork::Conclude(CHeardSong const& heard, std::string const& key) {
     CAnalysisOutcome const& outcome = heard.m_outcome;
     bool const isHeard = outcome.m_problem == EAnalysisProblem::None;
     if ((!isHeard || m_options.m_bWrite) && HasChanged() && m_retries.AfterChange()) {
@@ -192,44 +200,56 @@ bool CSongWork::Conclude(CHeardSong const& heard) {
     if (m_options.m_bCandidates && heard.m_candidates) {
         m_row.m_candidates = *heard.m_candidates;
     }
-    std::string const text = TempoText(m_row.m_dTempo).value_or("");
-    return !isHeard || !m_options.m_bWrite || Store(outcome, text);
+    return !isHeard || !m_options.m_bWrite || Store(outcome, key);
 }
 
-/// Stores the tempo in the tag as the window does, but never one of 0.
+/// How the tempo is to be stored.
+CStoreTempoOptions CSongWork::WishesFor(std::string const& key, ITagWitness* witness) const {
+    CStoreTempoOptions options;
+    if (!m_options.m_bForce || !m_options.m_bOverwriteHand) {
+        options.m_tempoBefore = m_sTempoInTag;
+    }
+    options.m_bKeepTime = m_options.m_bKeepTime;
+    options.m_bKeepVersion = m_options.m_bKeepVersion;
+    options.m_types = m_options.m_writeTypes;
+    options.m_sKey = m_options.m_bWriteKey ? key : std::string();
+    options.m_pWitness = witness;
+    return options;
+}
+
+/// Stores the tempo in the tag, as the window does unless more is asked for, but never one of 0.
 /// Returns: false when somebody else was at the file and there is another attempt to be made.
-bool CSongWork::Store(CAnalysisOutcome const& outcome, std::string const& tempo) {
+bool CSongWork::Store(CAnalysisOutcome const& outcome, std::string const& key) {
     m_row.m_writing = EWriting::NotStored;
     if (m_row.m_bNoBeat) {
         m_row.m_sNotStored = "no beat was found";
         return true;
     }
+    std::string const text = RoundedTempo(*m_row.m_dTempo, m_options.m_nDecimals);
     m_row.m_sNotStored = ReasonToKeep();
     m_row.m_bKept = !m_row.m_sNotStored.empty();
     if (m_options.m_bDryRun) {
-        Plan(outcome, tempo);
+        Plan(outcome, text);
     }
     if (m_row.m_bKept || m_options.m_bDryRun) {
         return true;
     }
-    CStoreTempoOptions options;
-    if (!m_options.m_bForce || !m_options.m_bOverwriteHand) {
-        options.m_tempoBefore = m_sTempoInTag;
-    }
     std::unique_ptr<ITagWitness> witness;
     if (m_options.m_pJournal != nullptr) {
         witness = m_options.m_pJournal->Witness(EJournalWriter::Analyze, ETextOrigin::Heard);
-        options.m_pWitness = witness.get();
     }
+    CStoreTempoOptions const options = WishesFor(key, witness.get());
     CTagStoreReport report;
     EWriteProblem const problem =
-        StoreTempo(m_input.m_sPath, outcome, CString(tempo.c_str()), options, &report);
+        StoreTempo(m_input.m_sPath, outcome, CString(text.c_str()), options, &report);
     if (m_retries.After(problem)) {
         return false;
     }
     m_row.m_writing = problem == EWriteProblem::None ? EWriting::Stored : EWriting::NotStored;
     m_row.m_sNotStored = NotWrittenReason(problem);
     m_row.m_sNote = ConversionNote(report.m_vConverted);
+    m_row.m_bNewVersion =
+        report.m_bWritten && report.m_nVersionBefore == kRecentVersion && !options.m_bKeepVersion;
     // That other kinds are never written is no news.
     m_row.m_bRefused = problem != EWriteProblem::None && problem != EWriteProblem::OtherExtension;
     return true;

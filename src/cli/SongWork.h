@@ -10,7 +10,9 @@
 #include "records/Journal.h"
 #include "records/RecordStore.h"
 #include "song/AnalysisProblem.h"
+#include "song/AudioKinds.h"
 #include "song/Retries.h"
+#include "song/StoreTempo.h"
 
 #include <memory>
 #include <optional>
@@ -26,10 +28,15 @@ struct CSongOptions {
     bool m_bLikely = false;        // report the likeliest of them
     double m_dSlowest = 0.0;       // fold tempos into this range; 0: don't
     double m_dFastest = 0.0;
-    bool m_bDryRun = false;           // only plan it
-    double m_dLeastOff = 0.0;         // store only what is off by more than this share
-    CJournal* m_pJournal = nullptr;   // where writes are entered; null: nowhere
-    CRecordStore* m_pStore = nullptr; // what was heard and read before; null: nothing
+    std::optional<CKindChoice> m_writeTypes = {}; // kinds beside MP3 that are written too
+    int m_nDecimals = 2;                          // of a tempo that is stored
+    bool m_bKeepTime = false;                     // the time of a file's last write stays
+    bool m_bKeepVersion = false;                  // a version 2.4 tag stays one
+    bool m_bWriteKey = false;                     // the key too
+    bool m_bDryRun = false;                       // only plan it
+    double m_dLeastOff = 0.0;                     // store only what is off by more than this share
+    CJournal* m_pJournal = nullptr;               // where writes are entered; null: nowhere
+    CRecordStore* m_pStore = nullptr;             // what was heard and read before; null: nothing
 };
 
 /// The work on one file but for the listening: its tag is read, then a tempo that was heard is
@@ -45,7 +52,7 @@ public:
 
     /// Completes the row by what was heard, and stores the tempo if that is wanted.
     /// Returns: false when the file changed since `Begin`, which is to be called again.
-    bool Conclude(CHeardSong const& heard);
+    bool Conclude(CHeardSong const& heard, std::string const& key);
 
     /// The file that `Begin` found; null when it can't be looked at.
     [[nodiscard]] CBPMFile* File() { return m_pFile.get(); }
@@ -64,7 +71,8 @@ private:
     [[nodiscard]] ESetBy FindSetBy() const;
     [[nodiscard]] std::string ReasonToKeep() const;
     void Plan(CAnalysisOutcome const& outcome, std::string const& tempo);
-    bool Store(CAnalysisOutcome const& outcome, std::string const& tempo);
+    [[nodiscard]] CStoreTempoOptions WishesFor(std::string const& key, ITagWitness* witness) const;
+    bool Store(CAnalysisOutcome const& outcome, std::string const& key);
     [[nodiscard]] bool HasChanged() const;
 
     CInputFile m_input;

@@ -20,13 +20,17 @@ std::string NotWrittenReason(EWriteProblem problem) {
     case EWriteProblem::None:
         return {};
     case EWriteProblem::OtherExtension:
-        return "only .mp3 files are written";
+        return "only .mp3 files are written, and what --write-types names";
     case EWriteProblem::LinkTarget:
         return "it is a link to a file of another kind";
     case EWriteProblem::OtherFormat:
         return "it is an MP4 file under an MP3's name";
     case EWriteProblem::NotMpegAudio:
         return "it isn't MPEG audio";
+    case EWriteProblem::OtherContent:
+        return "it is in a form whose tag can't be written";
+    case EWriteProblem::NotProven:
+        return "something else than its tempo would have changed";
     case EWriteProblem::Damaged:
         return "too much of it is damaged";
     case EWriteProblem::EndsEarly:

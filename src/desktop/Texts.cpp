@@ -161,6 +161,10 @@ QString WriteProblemText(EWriteProblem problem) {
         return CTexts::tr("its tag has got another tempo meanwhile");
     case EWriteProblem::NoTemporaryFile:
         return CTexts::tr("no file can be made in its folder");
+    case EWriteProblem::OtherContent:
+        return CTexts::tr("it is in a form whose tag can't be written");
+    case EWriteProblem::NotProven:
+        return CTexts::tr("something else would have changed with it");
     case EWriteProblem::MayNotReplace:
         return CTexts::tr("it may not be replaced in its folder");
     case EWriteProblem::DiskFull:

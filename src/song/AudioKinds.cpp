@@ -12,22 +12,35 @@
 
 namespace {
 
-// Fixed: the kinds that are read. Only MP3 files are written.
+// Fixed: the kinds that are read. Only MP3 files are written unless more is asked for.
 constexpr auto kKinds = std::to_array<CAudioKind>({
-    {"wav", "wav", true, ETagWriting::None},    {"mp3", "mp3", true, ETagWriting::Id3},
-    {"aiff", "aiff", true, ETagWriting::None},  {"aif", "aiff", true, ETagWriting::None},
-    {"caf", "caf", true, ETagWriting::None},    {"m4a", "m4a", true, ETagWriting::None},
-    {"aac", "aac", false, ETagWriting::None},   {"aifc", "aiff", false, ETagWriting::None},
-    {"ape", "ape", false, ETagWriting::None},   {"au", "au", false, ETagWriting::None},
-    {"flac", "flac", false, ETagWriting::None}, {"m4b", "m4a", false, ETagWriting::None},
-    {"mka", "mka", false, ETagWriting::None},   {"mov", "mov", false, ETagWriting::None},
-    {"mp2", "mp2", false, ETagWriting::None},   {"mp4", "mp4", false, ETagWriting::None},
-    {"oga", "ogg", false, ETagWriting::None},   {"ogg", "ogg", false, ETagWriting::None},
-    {"opus", "opus", false, ETagWriting::None}, {"rf64", "wav", false, ETagWriting::None},
-    {"snd", "au", false, ETagWriting::None},    {"tta", "tta", false, ETagWriting::None},
-    {"w64", "w64", false, ETagWriting::None},   {"weba", "webm", false, ETagWriting::None},
-    {"webm", "webm", false, ETagWriting::None}, {"wma", "wma", false, ETagWriting::None},
-    {"wv", "wv", false, ETagWriting::None},
+    {"wav", "wav", true, ETagWriting::Library, EContainer::Wav},
+    {"mp3", "mp3", true, ETagWriting::Id3, EContainer::MpegAudio},
+    {"aiff", "aiff", true, ETagWriting::Library, EContainer::Aiff},
+    {"aif", "aiff", true, ETagWriting::Library, EContainer::Aiff},
+    {"caf", "caf", true, ETagWriting::None},
+    {"m4a", "m4a", true, ETagWriting::Library, EContainer::Mp4},
+    {"aac", "aac", false, ETagWriting::None},
+    {"aifc", "aiff", false, ETagWriting::Library, EContainer::Aiff},
+    {"ape", "ape", false, ETagWriting::Library, EContainer::MonkeysAudio},
+    {"au", "au", false, ETagWriting::None},
+    {"flac", "flac", false, ETagWriting::Library, EContainer::Flac},
+    {"m4b", "m4a", false, ETagWriting::Library, EContainer::Mp4},
+    {"mka", "mka", false, ETagWriting::None},
+    {"mov", "mov", false, ETagWriting::None},
+    {"mp2", "mp2", false, ETagWriting::None},
+    {"mp4", "mp4", false, ETagWriting::Library, EContainer::Mp4},
+    {"oga", "ogg", false, ETagWriting::Library, EContainer::Ogg},
+    {"ogg", "ogg", false, ETagWriting::Library, EContainer::Ogg},
+    {"opus", "opus", false, ETagWriting::Library, EContainer::Ogg},
+    {"rf64", "wav", false, ETagWriting::None},
+    {"snd", "au", false, ETagWriting::None},
+    {"tta", "tta", false, ETagWriting::None},
+    {"w64", "w64", false, ETagWriting::None},
+    {"weba", "webm", false, ETagWriting::None},
+    {"webm", "webm", false, ETagWriting::None},
+    {"wma", "wma", false, ETagWriting::None},
+    {"wv", "wv", false, ETagWriting::Library, EContainer::WavPack},
 });
 
 /// Takes the next word off the front of a list.

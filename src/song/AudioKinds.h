@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "platform/DecodeProblem.h"
+
 #include <bitset>
 #include <cstddef>
 #include <span>
@@ -12,7 +14,11 @@
 class CString;
 
 /// How the tag of a kind of file is written.
-enum class ETagWriting { None, Id3 };
+enum class ETagWriting {
+    None,
+    Id3,     // by our own writer, always
+    Library, // by TagLib, on request
+};
 
 /// One kind of music file, by the extension of its name.
 struct CAudioKind {
@@ -20,6 +26,8 @@ struct CAudioKind {
     std::string_view m_sType;      // what it has in common with others: "aiff" of aif and aifc
     bool m_bListed = false;        // in the window's list of supported extensions
     ETagWriting m_writing = ETagWriting::None;
+    EContainer m_container =
+        EContainer::Unknown; // what a file must have been read as to be written
 };
 
 /// Every kind that is read. Those of the window's list come first, in its order.

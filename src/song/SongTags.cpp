@@ -113,7 +113,10 @@ CSongTags ReadSongTags(CString const& path) {
 }
 
 CShownTags ReadShownTags(CString const& path) {
-    COtherTags const other = ReadOtherTags(path.ToPath());
+    return ShownTagsOf(ReadOtherTags(path.ToPath()));
+}
+
+CShownTags ShownTagsOf(COtherTags const& other) {
     CShownTags tags;
     std::vector<std::string> tempos;
     if (other.m_bOwnFirst) {

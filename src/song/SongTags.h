@@ -4,6 +4,7 @@
 #pragma once
 
 #include "base/CString.h"
+#include "platform/OtherTags.h"
 #include "song/TagTempo.h"
 
 #include <string>
@@ -41,3 +42,6 @@ struct CShownTags {
 /// counts.
 /// Thread: any.
 CShownTags ReadShownTags(CString const& path);
+
+/// The same of what has been read.
+CShownTags ShownTagsOf(COtherTags const& other);

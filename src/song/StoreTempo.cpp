@@ -4,23 +4,66 @@
 #include "song/StoreTempo.h"
 
 #include "song/AudioKinds.h"
+#include "song/LibraryStore.h"
+
+#include <algorithm>
 
 namespace {
 
 constexpr char kTempoFrameId[] = "TBPM";     // Standard: ID3v2.3.0, section 4.2.1.
+constexpr char kKeyFrameId[] = "TKEY";       // Standard: likewise.
 constexpr std::int64_t kPacketsPerBad = 100; // Fixed: one bad packet in as many is too much.
+
+/// Writes the key, unless the tempo isn't what `options` expect of it.
+EWriteProblem StoreKey(CString const& path, CTagStoreOptions options, std::string const& key,
+                       CTagStoreReport& report) {
+    CString tempo;
+    (void)ReadTagText(path, kTempoFrameId, tempo);
+    if (options.m_expectedText && !(*options.m_expectedText == tempo)) {
+        return EWriteProblem::TempoChanged;
+    }
+    options.m_expectedText = std::nullopt;
+    return StoreTagText(path, kKeyFrameId, CString(key.c_str()), options, &report);
+}
+
+EWriteProblem StoreInMp3(CString const& path, CFileIdentity const& heard, CString const& tempo,
+                         CStoreTempoOptions const& wishes, CTagStoreReport* report) {
+    CTagStoreReport ignored;
+    CTagStoreReport& told = report != nullptr ? *report : ignored;
+    CTagStoreOptions options;
+    options.m_expected = heard;
+    options.m_expectedText = wishes.m_tempoBefore;
+    options.m_bKeepTime = wishes.m_bKeepTime;
+    options.m_bKeepVersion = wishes.m_bKeepVersion;
+    if (!wishes.m_sKey.empty()) {
+        // The key goes first: with the tempo the song is done, and can be gone back from.
+        CTagStoreReport keyTold;
+        EWriteProblem const problem = StoreKey(path, options, wishes.m_sKey, keyTold);
+        if (problem != EWriteProblem::None) {
+            return problem;
+        }
+        options.m_expected = keyTold.m_bWritten ? keyTold.m_after : heard;
+        told.m_nVersionBefore = keyTold.m_nVersionBefore;
+    }
+    std::uint8_t const version = told.m_nVersionBefore;
+    options.m_pWitness = wishes.m_pWitness;
+    EWriteProblem const problem = StoreTagText(path, kTempoFrameId, tempo, options, &told);
+    told.m_nVersionBefore = std::max(version, told.m_nVersionBefore);
+    return problem;
+}
 
 } // namespace
 
-EWriteProblem ProblemOfStoring(CAnalysisOutcome const& outcome) {
+EWriteProblem ProblemOfStoring(CAnalysisOutcome const& outcome, EContainer container) {
     CDecodeReport const& report = outcome.m_report;
     bool const isHeard = outcome.m_problem == EAnalysisProblem::None ||
                          outcome.m_problem == EAnalysisProblem::NoBeat;
     if (outcome.m_problem == EAnalysisProblem::NoMemory) {
         return EWriteProblem::NoMemory;
     }
-    if (!isHeard || report.m_container != EContainer::MpegAudio) {
-        return EWriteProblem::NotMpegAudio;
+    if (!isHeard || report.m_container != container) {
+        return container == EContainer::MpegAudio ? EWriteProblem::NotMpegAudio
+                                                  : EWriteProblem::OtherContent;
     }
     if (report.EndsEarly()) {
         return EWriteProblem::EndsEarly;
@@ -35,17 +78,22 @@ EWriteProblem ProblemOfStoring(CAnalysisOutcome const& outcome) {
 EWriteProblem StoreTempo(CString const& path, CAnalysisOutcome const& outcome, CString const& tempo,
                          CStoreTempoOptions const& wishes, CTagStoreReport* report) {
     CAudioKind const* const kind = FindAudioKind(path);
-    if (kind == nullptr || kind->m_writing == ETagWriting::None) {
+    bool const isLibrarys = kind != nullptr && kind->m_writing == ETagWriting::Library &&
+                            wishes.m_types && wishes.m_types->Has(*kind);
+    if (!isLibrarys && (kind == nullptr || kind->m_writing != ETagWriting::Id3)) {
         return EWriteProblem::OtherExtension;
     }
-    EWriteProblem const problem = ProblemOfStoring(outcome);
+    EWriteProblem const problem = ProblemOfStoring(outcome, kind->m_container);
     if (problem != EWriteProblem::None) {
         return problem;
     }
-    CTagStoreOptions options;
-    options.m_expected = outcome.m_report.m_identity;
-    options.m_expectedText = wishes.m_tempoBefore;
-    options.m_bKeepTime = wishes.m_bKeepTime;
-    options.m_pWitness = wishes.m_pWitness;
-    return StoreTagText(path, kTempoFrameId, tempo, options, report);
+    if (isLibrarys) {
+        std::optional<std::string> before;
+        if (wishes.m_tempoBefore) {
+            before = wishes.m_tempoBefore->ToUtf8();
+        }
+        return StoreByLibrary(path, *kind, {tempo.ToUtf8(), wishes.m_sKey},
+                              {outcome.m_report.m_identity, before, wishes.m_bKeepTime});
+    }
+    return StoreInMp3(path, outcome.m_report.m_identity, tempo, wishes, report);
 }

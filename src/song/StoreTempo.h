@@ -8,14 +8,17 @@
 #include "IDTag/WriteProblem.h"
 #include "base/CString.h"
 #include "song/AnalysisProblem.h"
+#include "song/AudioKinds.h"
 
 #include <optional>
+#include <string>
 
 /// Whether a song may have its tempo written, by what is known of it from hearing it: only what
-/// was read as MPEG audio, with less than 1 % of its packets bad and at most 2 % of its promised
-/// length missing. A song without a beat must have been heard whole.
-/// Returns: why not; `None` when nothing of this speaks against it.
-EWriteProblem ProblemOfStoring(CAnalysisOutcome const& outcome);
+/// was read as what its name says (`container`), with less than 1 % of its packets bad and at most
+/// 2 % of its promised length missing. A song without a beat must have been heard whole. Returns:
+/// why not; `None` when nothing of this speaks against it.
+EWriteProblem ProblemOfStoring(CAnalysisOutcome const& outcome,
+                               EContainer container = EContainer::MpegAudio);
 
 /// How a tempo is written.
 struct CStoreTempoOptions {
@@ -26,14 +29,24 @@ struct CStoreTempoOptions {
     /// The file's time of the last write stays.
     bool m_bKeepTime = false;
 
-    /// Told of the write; null for nobody.
+    /// The kinds beside MP3 whose tags are written too; nothing: none.
+    std::optional<CKindChoice> m_types = {};
+
+    /// The key in the standard's three letters ("Am", "Ebm"), which is written with the tempo;
+    /// empty: none is.
+    std::string m_sKey = {};
+
+    /// A version 2.4 tag stays one, instead of becoming version 2.3.
+    bool m_bKeepVersion = false;
+
+    /// Told of the write of an MP3 file; null for nobody.
     ITagWitness* m_pWitness = nullptr;
 };
 
-/// Writes `tempo` as the "TBPM" text of the MP3 file at `path`, when `ProblemOfStoring` has nothing
-/// against it, and into no other file than the one that was heard: device, inode, size and both
-/// times are compared again under the writer's lock.
-/// `report`: what there is to tell of the write; may be null.
+/// Writes `tempo` as the "TBPM" text of the MP3 file at `path`, or into the tag of one of the
+/// further kinds that are wished for, when `ProblemOfStoring` has nothing against it, and into no
+/// other file than the one that was heard: device, inode, size and both times are compared again
+/// under the writer's lock. `report`, which may be null, tells of the write of an MP3 file's tempo.
 /// Returns: `None` also when the text stands there already.
 /// Thread: any.
 EWriteProblem StoreTempo(CString const& path, CAnalysisOutcome const& outcome, CString const& tempo,

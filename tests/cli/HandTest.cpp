@@ -93,10 +93,13 @@ TEST_F(HandTest, DryRunTellsWhatWouldBeDone) {
     std::string const before = ReadText(m_folder / "write.mp3");
     CProcessResult const plain =
         Tactus({"analyze", "--dry-run", "write.mp3", "keep.mp3", "skip.wav", "none.mp3"});
-    EXPECT_THAT(plain.m_sOut, ContainsRegex("^write\tnothing -> 9[0-9.]+\twrite.mp3\n"
-                                            "keep\t174\tkeep.mp3\n"
-                                            "skip\t96.00\tskip.wav\tonly .mp3 files are written\n"
-                                            "skip\tnothing\tnone.mp3\t[^\n]+\n$"));
+    EXPECT_THAT(
+        plain.m_sOut,
+        ContainsRegex(
+            "^write\tnothing -> 9[0-9.]+\twrite.mp3\n"
+            "keep\t174\tkeep.mp3\n"
+            "skip\t96.00\tskip.wav\tonly .mp3 files are written, and what --write-types names\n"
+            "skip\tnothing\tnone.mp3\t[^\n]+\n$"));
     EXPECT_THAT(plain.m_sErr,
                 HasSubstr("tactus: 1 to write, 1 to keep, 0 to keep that differ, 2 to skip in "));
     CProcessResult const forced = Tactus({"analyze", "--dry-run", "-f", "keep.mp3"});

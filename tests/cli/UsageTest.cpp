@@ -136,7 +136,7 @@ TEST_F(UsageTest, AnUnknownTypeOfFileIsRefused) {
     CProcessResult const result = Tactus({"analyze", "--types", "mp3,jpg", "."});
     EXPECT_EQ(result.m_nExit, 2);
     EXPECT_EQ(result.m_sOut, "");
-    EXPECT_THAT(result.m_sErr, StartsWith("tactus: --types: 'jpg' is none of aac, aif, "));
+    EXPECT_THAT(result.m_sErr, StartsWith("tactus: --types: 'jpg' is none of all, aac, aif, "));
     EXPECT_THAT(result.m_sErr, HasSubstr(" wma and wv\n"));
 }
 

@@ -49,7 +49,7 @@ TEST(AudioKindsTest, AChoiceTellsTheFirstWordThatIsNone) {
     }
 }
 
-TEST(AudioKindsTest, OnlyMp3FilesAreWritten) {
+TEST(AudioKindsTest, OnlyMp3FilesAreWrittenUnasked) {
     for (CAudioKind const& kind : AudioKinds()) {
         EXPECT_EQ(kind.m_writing == ETagWriting::Id3, kind.m_sExtension == "mp3");
     }

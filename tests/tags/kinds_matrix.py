@@ -11,17 +11,22 @@ kinds_matrix.py TACTUS
 """
 
 import array
+import hashlib
 import json
+import os
 import pathlib
+import re
 import shutil
 import struct
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 TACTUS = ""
 MISSING = []
+os.environ["TACTUS_NO_RECORDS"] = "1"
 try:
     import mutagen
     import mutagen.aiff
@@ -49,7 +54,7 @@ KINDS = [
     ("a.mp3", ["-c:a", "libmp3lame"], "id3"),
     ("a.mp2", ["-c:a", "mp2"], "id3"),
     ("a.aac", ["-c:a", "aac"], "id3"),
-    ("a.wav", [], "wav"),
+    ("a.wav", ["-fflags", "+bitexact"], "wav"),  # no texts of its own, for which ffprobe hides the ID3 chunk
     ("a.aiff", [], "aiff"),
     ("a.tta", ["-c:a", "tta"], "tta"),
     ("a.flac", ["-c:a", "flac"], "flac"),
@@ -139,6 +144,10 @@ def write_fields(song, tempo, names):
     song.save()
 
 
+# What is written on request.
+WRITTEN = ["a.wav", "a.aiff", "a.flac", "a.ogg", "a.oga", "a.opus", "a.m4a", "b.m4a", "a.m4b", "a.mp4", "a.wv", "a.ape"]
+ALL_KINDS = [*KINDS, ("a.ape", [], "ape")]
+COVER = b"\xff\xd8\xff\xe0" + bytes(range(256)) * 20
 COMMENT = ("TITLE", "ARTIST", "ALBUM", "INITIALKEY", "BPM")
 
 
@@ -182,6 +191,78 @@ def copy_with_texts(source, path, tempo):
     options = [word for name, value in texts.items() if value for word in ("-metadata", f"{name}={value}")]
     extra = ["-movflags", "use_metadata_tags"] if path.suffix == ".mov" else []
     run("ffmpeg", "-v", "error", "-y", "-i", str(source), "-c", "copy", *options, *extra, str(path))
+
+
+def add_picture_and_comment(path):
+    """What a write must leave alone, in the form of each kind."""
+    song = mutagen.File(path)
+    if isinstance(song.tags, id3.ID3):
+        song.tags.add(id3.APIC(encoding=0, mime="image/jpeg", type=3, desc="", data=COVER))
+        song.tags.add(id3.COMM(encoding=3, lang="eng", desc="", text=["ein Kommentar"]))
+        song.tags.add(id3.TXXX(encoding=1, desc="mood", text=["calm"]))
+        song.tags.add(id3.GEOB(encoding=0, mime="x/y", filename="", desc="marks", data=bytes(range(99))))
+    elif isinstance(song, mutagen.mp4.MP4):
+        song["covr"] = [mutagen.mp4.MP4Cover(COVER, mutagen.mp4.MP4Cover.FORMAT_JPEG)]
+        song["\xa9cmt"], song["trkn"], song["cpil"] = "ein Kommentar", [(3, 12)], True
+        song["----:com.example:mood"] = b"calm"
+    elif isinstance(song, mutagen.apev2.APEv2File):
+        song["Comment"] = "ein Kommentar"
+        song["Cover Art (Front)"] = mutagen.apev2.APEValue(b"cover.jpg\0" + COVER, mutagen.apev2.BINARY)
+    else:
+        song["COMMENT"] = ["ein Kommentar", "noch einer"]
+        picture = mutagen.flac.Picture()
+        picture.type, picture.mime, picture.data = 3, "image/jpeg", COVER
+        if isinstance(song, mutagen.flac.FLAC):
+            song.add_picture(picture)
+    song.save()
+
+
+def seen_by_mutagen(path):
+    """Everything but the tempo."""
+    song = mutagen.File(path)
+    items = {key: repr(song.tags[key]) for key in song.tags.keys()}
+    pictures = [repr(picture.data) for picture in getattr(song, "pictures", [])]
+    tempo = re.compile(r"(?i)^(TBPM|bpm|tmpo|----:com.apple.iTunes:BPM)$")
+    return {key.lower(): value for key, value in items.items() if not tempo.match(key)}, pictures
+
+
+def tempo_by_mutagen(path):
+    tags = mutagen.File(path).tags
+    for key in ("----:com.apple.iTunes:BPM", "tmpo", "TBPM", "BPM", "bpm"):
+        if key in tags:
+            value = tags[key]
+            value = value.text[0] if hasattr(value, "text") else value[0] if isinstance(value, list) else value
+            return float(value.decode() if isinstance(value, bytes) else str(value))
+    return None
+
+
+def seen_by_taglib(path):
+    song = taglib.File(str(path))
+    items = {key: value for key, value in song.tags.items() if key != "BPM"}
+    tempo = song.tags.get("BPM")
+    song.close()
+    return items, float(tempo[0]) if tempo else None
+
+
+def seen_by_ffprobe(path):
+    out = json.loads(run("ffprobe", "-v", "error", "-of", "json", "-show_format", "-show_streams", str(path)))
+    texts = dict(out["format"].get("tags", {}))
+    for stream in out["streams"]:
+        texts.update(stream.get("tags", {}))
+    tempo = [value for key, value in texts.items() if key.lower() in ("bpm", "tbpm", "tmpo")]
+    # The names of comments may be written in any letters, and TagLib writes capital ones.
+    others = {key.lower(): value for key, value in texts.items() if key.lower() not in ("bpm", "tbpm", "tmpo")}
+    return others, float(tempo[0]) if tempo else None
+
+
+def sound_of(path):
+    if path.suffix == ".ape":  # ffmpeg takes a tag behind it for a part of the last packet
+        return run("ffmpeg", "-v", "error", "-i", str(path), "-map", "0:a", "-f", "hash", "-")
+    return run("ffmpeg", "-v", "error", "-i", str(path), "-map", "0:a", "-c", "copy", "-f", "streamhash", "-")
+
+
+def write(*arguments, status=0):
+    return rows_of("--write", "--force", "--write-types", "all", *arguments, status=status)
 
 
 class Matrix(unittest.TestCase):
@@ -276,6 +357,142 @@ class Matrix(unittest.TestCase):
         for name, row in rows_of(self.folder, "--recheck").items():
             text = pathlib.Path(name).stem
             self.assertEqual(row["source"], "analysis" if cases[text][1] == "unlikely" else "tag", text)
+
+
+    def make_full(self, name):
+        path = self.make(name, {kind: writer for kind, _, writer in ALL_KINDS}[name], None)
+        add_picture_and_comment(path)
+        return path
+
+    def test_a_written_tempo_is_read_by_everybody_and_nothing_else_changes(self):
+        for name in WRITTEN:
+            with self.subTest(name):
+                path = self.make_full(name)
+                before = seen_by_mutagen(path), seen_by_taglib(path)[0], seen_by_ffprobe(path)[0], sound_of(path)
+                row = write(path)[name]
+                self.assertEqual((row["written"], row["notWritten"]), (True, None))
+                after = seen_by_mutagen(path), seen_by_taglib(path)[0], seen_by_ffprobe(path)[0], sound_of(path)
+                self.assertEqual(after, before)
+                tempo = row["tempo"]
+                self.assertAlmostEqual(tempo_by_mutagen(path), tempo, places=3)
+                # TagLib and ffprobe read the whole number of MP4 files.
+                tolerance = 0.51 if isinstance(mutagen.File(path), mutagen.mp4.MP4) else 0.001
+                self.assertLess(abs(seen_by_taglib(path)[1] - tempo), tolerance)
+                self.assertLess(abs(seen_by_ffprobe(path)[1] - tempo), tolerance)
+                again = rows_of(path)[name]
+                self.assertEqual((again["tempo"], again["source"]), (tempo, "tag"))
+                self.assertEqual((again["title"], again["artist"], again["album"]), (TITLE, ARTIST, ALBUM))
+
+    def test_a_second_write_changes_no_byte(self):
+        paths = [self.make_full(name) for name in WRITTEN]
+        write(self.folder)
+        before = {path: (path.read_bytes(), path.stat().st_ino, path.stat().st_mtime_ns) for path in paths}
+        write(self.folder)
+        for path in paths:
+            self.assertEqual((path.read_bytes(), path.stat().st_ino, path.stat().st_mtime_ns), before[path], path)
+        self.assertEqual(len(list(self.folder.iterdir())), len(paths))
+
+    def test_other_kinds_are_written_only_when_asked_for(self):
+        paths = [self.make_full(name) for name in WRITTEN]
+        before = [path.read_bytes() for path in paths]
+        rows = rows_of("--write", "--force", "--write-types", "mka", self.folder)
+        self.assertTrue(all(row["written"] is False for row in rows.values()))
+        self.assertEqual([path.read_bytes() for path in paths], before)
+        rows = rows_of("--write", "--force", "--write-types", "flac,ogg", self.folder)
+        written = sorted(name for name, row in rows.items() if row["written"])
+        self.assertEqual(written, ["a.flac", "a.oga", "a.ogg"])
+
+    def test_attributes_are_carried_over_and_the_time_on_request(self):
+        for name in WRITTEN:
+            path = self.make_full(name)
+            path.chmod(0o640)
+            os.setxattr(path, "user.mood", b"calm")
+            os.utime(path, ns=(1_000_000_000, 1_234_567_890_123_456_789))
+        write("--keep-mtime", self.folder)
+        for name in WRITTEN:
+            status = (self.folder / name).stat()
+            self.assertEqual((status.st_mode & 0o777, status.st_mtime_ns), (0o640, 1_234_567_890_123_456_789), name)
+            self.assertEqual(os.getxattr(self.folder / name, "user.mood"), b"calm")
+
+    def test_rounding_and_the_key(self):
+        for name in WRITTEN:
+            self.make_full(name)
+        rows = write("--round", "0", "--write-key", self.folder)
+        for name, row in rows.items():
+            with self.subTest(name):
+                self.assertEqual(tempo_by_mutagen(self.folder / name), float(round(row["tempo"])))
+                key = rows_of(self.folder / name)[name]["tagKey"]
+                self.assertRegex(key, "^[A-G][b#]?m?$")
+
+    def test_a_read_only_file_stays(self):
+        for name in WRITTEN:
+            self.make_full(name).chmod(0o444)
+        self.folder.chmod(0o777)
+        pathlib.Path(self.room.name).chmod(0o755)
+        before = {path: path.read_bytes() for path in self.folder.iterdir()}
+        command = [TACTUS, "analyze", "-q", "-w", "-f", "--write-types", "all", "--format", "jsonl", str(self.folder)]
+        user = 65534 if os.geteuid() == 0 else None
+        done = subprocess.run(command, capture_output=True, check=False, user=user)
+        self.assertEqual(done.returncode, 1, done.stderr)
+        for line in done.stdout.splitlines():
+            self.assertEqual(json.loads(line)["notWritten"], "it can't be opened for writing")
+        self.assertEqual({path: path.read_bytes() for path in self.folder.iterdir()}, before)
+
+    def test_a_full_disk_leaves_every_kind_as_it_was(self):
+        for name in WRITTEN:
+            if name == "a.ape":
+                continue  # smaller than a page of the disk
+            mount = self.folder / "small"
+            mount.mkdir(exist_ok=True)
+            path = self.make_full(name)
+            size = path.stat().st_size * 3 // 2
+            done = subprocess.run(
+                ["mount", "-t", "tmpfs", "-o", f"size={size}", "tmpfs", str(mount)], capture_output=True, check=False
+            )
+            if done.returncode != 0:
+                self.skipTest("a small disk can't be mounted: " + done.stderr.decode().strip())
+            try:
+                song = mount / name
+                shutil.copy(path, song)
+                before = song.read_bytes()
+                row = write(song, status=1)[name]
+                self.assertEqual(row["notWritten"], "no space left on the disk", name)
+                self.assertEqual(song.read_bytes(), before)
+                self.assertEqual(os.listdir(mount), [name])
+            finally:
+                subprocess.run(["umount", str(mount)], check=True)
+
+    def test_a_kill_leaves_the_old_song_or_the_new_one(self):
+        for name in WRITTEN:
+            path = self.make_full(name)
+            old = path.read_bytes()
+            write(path)
+            allowed = {hashlib.sha256(old).digest(), hashlib.sha256(path.read_bytes()).digest()}
+            for pause in (0.02, 0.04, 0.06):
+                path.write_bytes(old)
+                command = [TACTUS, "analyze", "-q", "-w", "-f", "--write-types", "all", str(path)]
+                with subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as process:
+                    time.sleep(pause)
+                    process.kill()
+                self.assertIn(hashlib.sha256(path.read_bytes()).digest(), allowed, name)
+            # What was left half-made is no obstacle.
+            path.write_bytes(old)
+            write(path)
+            self.assertIn(hashlib.sha256(path.read_bytes()).digest(), allowed, name)
+            self.assertFalse(path.with_name(name + ".MP~").exists())
+
+    def test_a_tag_of_version_24_stays_one_on_request(self):
+        path = self.folder / "a.mp3"
+        shutil.copy(self.plain / "a.mp3", path)
+        write_id3(path, 3, 4, None)
+        add_picture_and_comment(path)
+        before = seen_by_mutagen(path)
+        self.assertEqual(write("--id3", "keep", path)["a.mp3"]["written"], True)
+        self.assertEqual(id3.ID3(path).version, (2, 4, 0))
+        self.assertEqual(seen_by_mutagen(path), before)
+        self.assertAlmostEqual(tempo_by_mutagen(path), TEMPO, places=1)
+        run(TACTUS, "tag", "set", str(path), "TBPM", "99")
+        self.assertEqual(id3.ID3(path, translate=False).version, (2, 3, 0))
 
 
 if __name__ == "__main__":

@@ -791,6 +791,14 @@
         <translation>in ihrem Ordner kann keine Datei angelegt werden</translation>
     </message>
     <message>
+        <source>it is in a form whose tag can&apos;t be written</source>
+        <translation>so wie sie aufgebaut ist, kann ihr Tag nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>something else would have changed with it</source>
+        <translation>etwas anderes hätte sich mitgeändert</translation>
+    </message>
+    <message>
         <source>the disk is full</source>
         <translation>der Datenträger ist voll</translation>
     </message>
