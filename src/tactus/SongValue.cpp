@@ -134,6 +134,7 @@ Refusal RefusalOf(EWriteProblem problem) {
     case EWriteProblem::LinkTarget:
     case EWriteProblem::OtherFormat:
     case EWriteProblem::NotMpegAudio:
+    case EWriteProblem::OtherContent:
         return Refusal::NotMp3;
     case EWriteProblem::Damaged:
     case EWriteProblem::EndsEarly:
@@ -151,6 +152,7 @@ Refusal RefusalOf(EWriteProblem problem) {
     case EWriteProblem::UnknownData:
     case EWriteProblem::UnknownFrameId:
     case EWriteProblem::EncodedFrames:
+    case EWriteProblem::NotProven:
         return Refusal::Tag;
     case EWriteProblem::FileTooLarge:
     case EWriteProblem::FileSizeLimit:
