@@ -120,7 +120,8 @@ class Journal(unittest.TestCase):
             known = {json.loads(line)["path"]
                      for line in self.tactus("history", "--json", str(batch)).splitlines()}
             self.assertLessEqual({str(path) for path in written}, known)
-            self.assertLessEqual(len(known), len(written) + 1)
+            # Each job may have entered a write that it didn't come to make.
+            self.assertLessEqual(len(known), len(written) + os.cpu_count())
             for path in written:
                 # The sound behind the tag is whole.
                 content = self.before[path][0]
