@@ -189,8 +189,8 @@ void CItems::TakeCommentBlock(std::span<std::uint8_t const> block) {
         if (block.size() < 4) {
             return false;
         }
-        std::size_t const size =
-            block[0] | block[1] << 8U | block[2] << 16U | std::size_t{block[3]} << 24U;
+        std::size_t const size = std::size_t{block[0]} | std::size_t{block[1]} << 8U |
+                                 std::size_t{block[2]} << 16U | std::size_t{block[3]} << 24U;
         block = block.subspan(4);
         text = Text(block.first(std::min(size, block.size())));
         block = block.subspan(text.size());
