@@ -46,7 +46,7 @@ constexpr auto kKinds = std::to_array<CAudioKind>({
 /// Takes the next word off the front of a list.
 std::string TakeWord(std::string_view& list) {
     std::size_t const comma = std::min(list.find(','), list.size());
-    std::string const word(list.substr(0, comma));
+    std::string word(list.substr(0, comma));
     list.remove_prefix(std::min(comma + 1, list.size()));
     return word;
 }

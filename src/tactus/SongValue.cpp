@@ -30,6 +30,7 @@ std::vector<double> SecondsOf(CProfileResults::CPositions const& positions) {
 
 std::vector<float> WeightsOf(CPfBeatPattern const& pattern) {
     std::vector<float> weights;
+    weights.reserve(static_cast<std::size_t>(std::max(pattern.GetCount(), 0)));
     for (std::int32_t i = 0; i < pattern.GetCount(); ++i) {
         weights.push_back(pattern.GetValue(i));
     }

@@ -9,7 +9,11 @@
 #ifndef TACTUS_C_H
 #define TACTUS_C_H
 
+#ifdef __cplusplus
+#include <cstddef>
+#else
 #include <stddef.h>
+#endif
 
 #ifdef __cplusplus
 extern "C" {
