@@ -21,7 +21,8 @@ constexpr std::uint8_t kWrittenVersion[] = {'I', 'D', '3', 3, 0, 0}; // Fixed: 2
 constexpr std::uint8_t kRecentVersion = 4;         // Standard: ID3v2.4.0, the last one.
 constexpr std::size_t kVersionOffset = 3;          // Standard: ID3v2.3.0, section 3.1.
 constexpr std::size_t kSizeOffset = 6;             // Standard: ID3v2.3.0, section 3.1.
-constexpr std::uint8_t kDiscardWhenAltered = 0x40; // Standard: ID3v2.3.0, section 3.3.1.
+// Standard: ID3v2.3.0, section 3.3.1, flag b, "file alter preservation", which speaks of the audio.
+constexpr std::uint8_t kDiscardWhenAltered = 0x40;
 
 using Bytes = std::vector<std::uint8_t>;
 
