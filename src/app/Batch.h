@@ -76,6 +76,7 @@ private:
     void DecideAnew(CListRow& row);
     void TakeTagAgain(CListRow& row, CBPMFile const& fresh, CString const& tempoInTag);
     void GiveToOtherNames(CListRow const& row);
+    [[nodiscard]] CString PathAt(std::size_t index) const;
     void TakeOver(CListRow& other, CListRow const& row);
 
     CFileList& m_list;

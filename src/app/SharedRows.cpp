@@ -18,10 +18,17 @@ bool IsWritten(CString const& path) {
 
 } // namespace
 
+// A copy for this worker's own use: a text keeps its wide form with it, so that two threads may
+// not read one and the same.
+CString CBatch::PathAt(std::size_t index) const {
+    auto const guard = m_list.Lock();
+    return m_list.Row(index).m_file.GetPath();
+}
+
 // All is decided by the tag that stands there now: either it has a tempo, or the row is to do
 // again, and next.
 void CBatch::DecideAnew(CListRow& row) {
-    CBPMFile fresh(row.m_file.GetPath());
+    CBPMFile fresh(PathAt(row.m_nIndex));
     CString const tempoInTag = ReadRowTags(fresh);
     bool isDone = false;
     {
@@ -61,7 +68,7 @@ void CBatch::TakeTagAgain(CListRow& row, CBPMFile const& fresh, CString const& t
 // Of the rows that were made of the same file, those that still are get what this one got. A new
 // version that took the place of this name alone is none of theirs.
 void CBatch::GiveToOtherNames(CListRow const& row) {
-    CString const& path = row.m_file.GetPath();
+    CString const path = PathAt(row.m_nIndex);
     std::vector<std::size_t> others;
     {
         auto const guard = m_list.Lock();
@@ -72,7 +79,7 @@ void CBatch::GiveToOtherNames(CListRow const& row) {
     }
     std::optional<CFileIdentity> const now = IdentityAt(path.ToPath());
     std::erase_if(others, [&](std::size_t index) {
-        CString const& other = m_list.FileAt(index)->GetPath();
+        CString const other = PathAt(index);
         std::optional<CFileIdentity> const identity = IdentityAt(other.ToPath());
         return !now || !identity || !identity->IsSameFile(*now) ||
                IsWritten(other) != IsWritten(path);
