@@ -14,13 +14,6 @@ namespace {
 /// Keeps the beat grid of a run.
 class CGridKeeper final : public IProfileObserver {
 public:
-    void OnNotes(std::int32_t, std::int32_t) override {}
-    void OnThumbnails(CPfPcmThumbnail const&, CPfPcmThumbnail const&) override {}
-    void OnImpactPoints(CPfImpactPoints const&) override {}
-    void OnBaseBpm(float) override {}
-    void OnClassicPoints(CPfImpactPoints const&) override {}
-    void OnFoldedBpm(float) override {}
-    void OnShortClipBpm(float) override {}
     void OnBeats(CPfImpactPoints const& beats) override { m_grid = beats; }
 
     CPfImpactPoints m_grid{0, 0};
