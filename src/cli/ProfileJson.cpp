@@ -64,15 +64,6 @@ std::string HarmonyJson(CHarmony const& harmony) {
         .Close();
 }
 
-std::string PatternJson(CPfBeatPattern const& pattern) {
-    std::vector<float> weights;
-    weights.reserve(static_cast<std::size_t>(pattern.GetCount()));
-    for (std::int32_t i = 0; i < pattern.GetCount(); ++i) {
-        weights.push_back(pattern.GetValue(i));
-    }
-    return Floats(weights);
-}
-
 std::string PrintJson(CFingerprint const& print) {
     return CJsonObject()
         .Add("time", JsonNumber(print.GetTime()))
@@ -98,8 +89,8 @@ void AddResults(CJsonObject& object, CProfileResults const& results) {
         .Add("introSprockets", Integers(results.GetIntroSprockets()))
         .Add("outroSprockets", Integers(results.GetOutroSprockets()))
         .Add("measureMarks", Integers(results.GetMeasMarks()))
-        .Add("beatPatternA", PatternJson(patternA))
-        .Add("beatPatternB", PatternJson(patternB));
+        .Add("beatPatternA", Floats(patternA.GetWeights()))
+        .Add("beatPatternB", Floats(patternB.GetWeights()));
 }
 
 void AddTrace(CJsonObject& object, CProfileTrace const& trace) {

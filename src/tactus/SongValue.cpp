@@ -28,15 +28,6 @@ std::vector<double> SecondsOf(CProfileResults::CPositions const& positions) {
     return seconds;
 }
 
-std::vector<float> WeightsOf(CPfBeatPattern const& pattern) {
-    std::vector<float> weights;
-    weights.reserve(static_cast<std::size_t>(std::max(pattern.GetCount(), 0)));
-    for (std::int32_t i = 0; i < pattern.GetCount(); ++i) {
-        weights.push_back(pattern.GetValue(i));
-    }
-    return weights;
-}
-
 std::optional<Key> KeyOf(CProfileResults const& results) {
     std::uint16_t tonic = 0;
     std::uint16_t mode = 0;
@@ -192,8 +183,8 @@ Song SongOf(CSongProfile profile) {
     CPfBeatPattern energyPattern;
     CPfBeatPattern bassPattern;
     results.GetBeatPatterns(&energyPattern, &bassPattern);
-    song.energyAccents = WeightsOf(energyPattern);
-    song.bassAccents = WeightsOf(bassPattern);
+    song.energyAccents = energyPattern.GetWeights();
+    song.bassAccents = bassPattern.GetWeights();
     song.mixPoints = {.introEnd = SecondsOf(results.GetIntroEnd()),
                       .outroStart = SecondsOf(results.GetOutroStart()),
                       .fade = SecondsOf(results.GetIntroFadePoints()),

@@ -24,6 +24,7 @@ public:
     void SetBeatWeight(std::int32_t i, float weight);
 
     [[nodiscard]] std::int32_t GetCount() const;
+    [[nodiscard]] std::vector<float> const& GetWeights() const { return m_vWeights; }
 
     /// Same length and exactly equal weights.
     [[nodiscard]] bool operator==(CPfBeatPattern const& other) const;
