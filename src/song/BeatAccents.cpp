@@ -9,12 +9,14 @@
 
 #include "song/BeatFeatures.h"
 
+#include "engine/envelope/Tempo.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
-constexpr double kRate = 44100.0; // Fixed: samples per second.
+constexpr double kRate = kEngineRateHz;
 constexpr double kAttackRate = kRate / static_cast<double>(kAttackHopSamples);
 constexpr double kBandRate = kRate / static_cast<double>(kBandHopSamples);
 constexpr double kPitchRate = kRate / static_cast<double>(kPitchHopSamples);

@@ -14,6 +14,7 @@
 
 #include "song/BeatGridFit.h"
 
+#include "engine/envelope/Tempo.h"
 #include "song/BeatListener.h"
 #include "song/EvenGrid.h"
 
@@ -28,7 +29,7 @@ namespace {
 using Seconds = std::vector<double>;
 using Counts = std::vector<std::int64_t>;
 
-constexpr double kRate = 44100.0; // Fixed: of the engine's positions.
+constexpr double kRate = kEngineRateHz; // of the engine's positions
 constexpr double kHopsPerSecond = kRate / static_cast<double>(kAttackHopSamples);
 
 constexpr double kLeastStepSeconds = 0.05; // Fixed: half a beat at 600 BPM.

@@ -10,6 +10,8 @@
 
 #include "song/BeatListener.h"
 
+#include "engine/envelope/Tempo.h"
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -17,7 +19,7 @@
 
 namespace {
 
-constexpr double kRate = 44100.0;                // Fixed: samples per second.
+constexpr double kRate = kEngineRateHz;
 constexpr double kTwoPi = 6.2831853071796;       // Standard: ISO 80000-2.
 constexpr double kSemitone = 1.0594630943592953; // Derived: the twelfth root of 2.
 constexpr double kLowestPitchHz = 55.0;          // Fixed: A1, near a bass guitar's E1.

@@ -11,6 +11,7 @@
 
 #include "song/BeatTimes.h"
 
+#include "engine/envelope/Tempo.h"
 #include "song/AttackRises.h"
 #include "song/BeatFeatures.h"
 #include "song/BeatGridFit.h"
@@ -99,9 +100,8 @@ void Continue(CFittedGrid const& grid, CBeatReading reading, double songSeconds,
 /// A mark that lies half a step or more from any half beat has none.
 void FlagMarks(std::vector<std::int64_t> const& marks, double step,
                std::vector<CBeatTime>* halfBeats) {
-    constexpr double kRate = 44100.0; // Fixed: of the engine's positions.
     for (std::int64_t const mark : marks) {
-        double const seconds = static_cast<double>(mark) / kRate;
+        double const seconds = static_cast<double>(mark) / kEngineRateHz;
         auto const nearest = std::ranges::min_element(*halfBeats, {}, [&](CBeatTime const& beat) {
             return std::abs(beat.m_dSeconds - seconds);
         });

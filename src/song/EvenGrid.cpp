@@ -9,6 +9,7 @@
 
 #include "song/EvenGrid.h"
 
+#include "engine/envelope/Tempo.h"
 #include "song/BeatListener.h"
 
 #include <algorithm>
@@ -19,7 +20,7 @@
 namespace {
 
 constexpr std::size_t kThinning = 4; // Fixed: 2.9 ms, half of what players differ by.
-constexpr double kBinSeconds = static_cast<double>(kThinning * kAttackHopSamples) / 44100.0;
+constexpr double kBinSeconds = static_cast<double>(kThinning * kAttackHopSamples) / kEngineRateHz;
 constexpr double kFirstSeconds = 60.0;  // Tuned: beat_model; the length that is searched in full.
 constexpr double kMostSeconds = 900.0;  // Fixed: the search takes as long as the song.
 constexpr double kLeastSteps = 16.0;    // Fixed: two measures.

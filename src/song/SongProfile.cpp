@@ -7,6 +7,7 @@
 #include "engine/ProfileBuilder.h"
 #include "engine/ProfileObserver.h"
 #include "engine/envelope/ImpactPoints.h"
+#include "engine/envelope/Tempo.h"
 #include "platform/AudioDecoder.h"
 #include "song/BeatListener.h"
 #include "song/ListeningReader.h"
@@ -75,7 +76,6 @@ bool IsCancelled(CProfileOptions const& options) {
 
 /// Finds the beats of a song that was heard, whose grid is in the source already.
 void FindBeats(CBeatListener& listener, CSongProfile& profile) {
-    constexpr std::uint32_t kEngineRate = 44100; // Fixed: of a song that has no rate of its own.
     CBeatSource& source = profile.m_beatSource;
     source.m_curves = listener.Take();
     std::int64_t mark = 0;
@@ -86,7 +86,7 @@ void FindBeats(CBeatListener& listener, CSongProfile& profile) {
     // The count is of the file's own frames.
     std::uint32_t const rate = profile.m_outcome.m_report.m_nFileRate;
     source.m_dSeconds = static_cast<double>(profile.m_results.GetSampleCount()) /
-                        static_cast<double>(rate > 0 ? rate : kEngineRate);
+                        static_cast<double>(rate > 0 ? rate : kEngineRateHz);
     profile.m_beats = FindBeatTimes(source);
 }
 

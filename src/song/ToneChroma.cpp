@@ -11,6 +11,7 @@
 #include "song/ToneChroma.h"
 
 #include "base/Rounding.h"
+#include "engine/envelope/Tempo.h"
 #include "song/PlainMath.h"
 
 #include <algorithm>
@@ -18,7 +19,7 @@
 
 namespace {
 
-constexpr float kBinHz = 44100.0f / static_cast<float>(kToneFrameSamples);
+constexpr float kBinHz = float{kEngineRateHz} / static_cast<float>(kToneFrameSamples);
 constexpr float kLowestHz = 55.0f;        // Derived: A1, three octaves below 440 Hz.
 constexpr std::size_t kLowestClass = 9;   // Derived: A, when C is 0.
 constexpr std::size_t kFirstBin = 38;     // Derived: 51 Hz, more than a semitone below 55.
