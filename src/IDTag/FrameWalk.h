@@ -4,10 +4,10 @@
 #pragma once
 
 #include "IDTag/ID3Frame.h"
-#include "IDTag/TagImage.h"
+#include "IDTag/RawTag.h"
 
 /// One frame found in a tag, its header already in the form of version 2.3. The body belongs to
-/// the tag's image.
+/// the tag.
 struct CFoundFrame {
     ID3V2_3_FRAMEHEADER m_header = {};
     std::uint8_t const* m_pBody = nullptr;
@@ -18,12 +18,12 @@ struct CFoundFrame {
     char m_sOldId[4] = {};      // the version 2.2 id, terminated; empty in other versions
 };
 
-/// The way through a tag's body from frame to frame. `image` must outlive it.
+/// The way through a tag's body from frame to frame. `tag` must outlive it.
 class CFrameWalk {
 public:
     /// With `everyId`, version 2.2 ids are looked up in the wider table, and a frame whose id isn't
     /// there either is handed out like any other, under its own three characters and a 0.
-    explicit CFrameWalk(CTagImage const& image, bool everyId = false);
+    explicit CFrameWalk(CRawTag const& tag, bool everyId = false);
 
     /// Finds the next frame. Without `everyId`, a version 2.2 frame whose id is unknown is handed
     /// out before its size is looked at, without a body; the walk ends there.
@@ -43,7 +43,7 @@ private:
     [[nodiscard]] std::uint32_t PastEmptyFrames() const;
     [[nodiscard]] bool HasData(std::uint32_t begin, std::uint32_t end) const;
 
-    CTagImage const& m_image;
+    CRawTag const& m_tag;
     bool m_bEveryId;
     std::uint32_t m_nOffset;
 };

@@ -24,8 +24,8 @@ constexpr std::uint8_t kUnsynchronized = 0x02; // Standard: ID3v2.4.0 structure,
 
 /// True for a frame that was encoded once and is decoded twice, first with its tag: its size, which
 /// counts the encoded bytes, is then too large, and zeros of its own go.
-bool IsDecodedTwice(CTagImage const& image, CFoundFrame const& found) {
-    bool const isTagShorter = image.m_nBodyBytes + kTagHeaderBytes < image.m_nTagBytes;
+bool IsDecodedTwice(CRawTag const& tag, CFoundFrame const& found) {
+    bool const isTagShorter = tag.m_nBodyBytes + kTagHeaderBytes < tag.m_nTagBytes;
     return isTagShorter && (found.m_header.m_nFormatFlags & kUnsynchronized) != 0;
 }
 
@@ -63,16 +63,16 @@ CStatus CID3Tag::OpenFile(wchar_t const* path) {
     m_vWiderIds.clear();
     m_bUnreachedData = false;
     m_bUnknownIds = false;
-    CTagImage image;
-    CStatus status = image.Load(m_sPath);
-    m_digest = image.m_digest;
-    m_nTagBytes = image.m_nTagBytes;
-    m_nVersion = image.m_bMarked ? image.Version() : std::uint8_t{0};
-    m_nRevision = image.m_bMarked ? image.Revision() : std::uint8_t{0};
-    m_bNoMemory = image.m_bNoMemory;
+    CRawTag tag;
+    CStatus status = tag.Load(m_sPath);
+    m_digest = tag.m_digest;
+    m_nTagBytes = tag.m_nTagBytes;
+    m_nVersion = tag.m_bMarked ? tag.Version() : std::uint8_t{0};
+    m_nRevision = tag.m_bMarked ? tag.Revision() : std::uint8_t{0};
+    m_bNoMemory = tag.m_bNoMemory;
     if (status == kStatusOk) {
         try {
-            status = TakeFrames(image);
+            status = TakeFrames(tag);
         } catch (std::bad_alloc const&) {
             m_bNoMemory = true;
             status = kStatusFailure;
@@ -85,8 +85,8 @@ CStatus CID3Tag::OpenFile(wchar_t const* path) {
     return status;
 }
 
-CStatus CID3Tag::TakeFrames(CTagImage const& image) {
-    CFrameWalk walk(image, m_rules.m_bEveryId);
+CStatus CID3Tag::TakeFrames(CRawTag const& tag) {
+    CFrameWalk walk(tag, m_rules.m_bEveryId);
     CFoundFrame found;
     for (std::uint32_t count = 0; walk.Next(&found); ++count) {
         // Deliberate: a version 2.2 tag with an unknown frame isn't tolerated. Those who must go on
@@ -96,7 +96,7 @@ CStatus CID3Tag::TakeFrames(CTagImage const& image) {
         if (count == kMostFrames) {
             return kStatusFailure;
         }
-        if (!TakeFrame(image, found)) {
+        if (!TakeFrame(tag, found)) {
             m_bNoMemory = true;
             return kStatusFailure;
         }
@@ -106,7 +106,7 @@ CStatus CID3Tag::TakeFrames(CTagImage const& image) {
 }
 
 /// Returns: false when there is no memory for the frame.
-bool CID3Tag::TakeFrame(CTagImage const& image, CFoundFrame const& found) {
+bool CID3Tag::TakeFrame(CRawTag const& tag, CFoundFrame const& found) {
     auto frame = std::make_unique<CID3Frame>();
     if (frame->SetData(&found.m_header, found.m_pBody, found.m_nBodyBytes) < 0) {
         return false;
@@ -114,7 +114,7 @@ bool CID3Tag::TakeFrame(CTagImage const& image, CFoundFrame const& found) {
     if (found.m_bOldPicture) {
         (void)frame->ConvertPicToApic();
     }
-    m_bUnreachedData = m_bUnreachedData || IsDecodedTwice(image, found);
+    m_bUnreachedData = m_bUnreachedData || IsDecodedTwice(tag, found);
     m_bUnknownIds = m_bUnknownIds || !found.m_bKnownId;
     bool const isListed =
         std::ranges::find(m_vWiderIds, found.m_sOldId, &CWiderId::m_sOld) != m_vWiderIds.end();
@@ -126,11 +126,11 @@ bool CID3Tag::TakeFrame(CTagImage const& image, CFoundFrame const& found) {
 }
 
 CStatus CID3Tag::AreFrameIdsKnown(wchar_t const* path) {
-    CTagImage image;
-    if (image.Load(path) != kStatusOk || image.Version() != 2) {
+    CRawTag tag;
+    if (tag.Load(path) != kStatusOk || tag.Version() != 2) {
         return kStatusOk;
     }
-    CFrameWalk walk(image);
+    CFrameWalk walk(tag);
     CFoundFrame found;
     while (walk.Next(&found)) {
         if (!found.m_bKnownId) {

@@ -4,8 +4,8 @@
 #pragma once
 
 #include "IDTag/ID3Frame.h"
+#include "IDTag/RawTag.h"
 #include "IDTag/TagBytes.h"
-#include "IDTag/TagImage.h"
 #include "IDTag/WriteProblem.h"
 #include "base/CString.h"
 #include "base/FileIdentity.h"
@@ -174,8 +174,8 @@ public:
     }
 
 private:
-    CStatus TakeFrames(CTagImage const& image);
-    bool TakeFrame(CTagImage const& image, CFoundFrame const& found);
+    CStatus TakeFrames(CRawTag const& tag);
+    bool TakeFrame(CRawTag const& tag, CFoundFrame const& found);
     CID3Frame* AppendFrame(char const* id);
     CID3Frame* FindPrivateFrame(char const* owner) const;
     [[nodiscard]] bool IsDropped(ID3V2_3_FRAMEHEADER const& header) const;

@@ -8,8 +8,8 @@
 
 #include "IDTag/OtherKind.h"
 #include "IDTag/PosixFile.h"
+#include "IDTag/RawTag.h"
 #include "IDTag/TagBytes.h"
-#include "IDTag/TagImage.h"
 
 #include <algorithm>
 #include <array>

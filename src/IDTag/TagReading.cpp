@@ -7,8 +7,8 @@
 #include "IDTag/TagReading.h"
 
 #include "IDTag/FrameIds.h"
+#include "IDTag/RawTag.h"
 #include "IDTag/TagBytes.h"
-#include "IDTag/TagImage.h"
 #include "base/Utf16.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 
 #include "records/Journal.h"
 
-#include "IDTag/TagImage.h"
+#include "IDTag/RawTag.h"
 #include "records/Database.h"
 #include "records/JournalRows.h"
 #include "records/RealPath.h"

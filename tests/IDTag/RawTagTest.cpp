@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
-#include "IDTag/TagImage.h"
+#include "IDTag/RawTag.h"
 
 #include "support/TagFile.h"
 #include "support/TempFolder.h"
@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(TagImageTest, DigestTellsEveryChangedByte) {
+TEST(RawTagTest, DigestTellsEveryChangedByte) {
     for (std::size_t const size : {3U, 10U, 11U, 18U, 26U, 100U}) {
         TagBytes const bytes = FakeAudio(size);
         CDigest const digest = DigestOf(bytes);
@@ -28,16 +28,16 @@ TEST(TagImageTest, DigestTellsEveryChangedByte) {
     }
 }
 
-TEST(TagImageTest, LoadTakesTheDigestOfWhatStandsOnDisk) {
+TEST(RawTagTest, LoadTakesTheDigestOfWhatStandsOnDisk) {
     CTempFolder folder;
     std::string const path = folder / "song.mp3";
     // Unsynchronised: the digest is of the bytes before decoding.
     TagBytes const tag = TagOf(3, {0xFF, 0x00, 0xE0, 0x01, 0x02, 0x03, 0x04, 0x05, 0x06}, 0x80);
     for (TagBytes const& first : {tag, FakeAudio(10), FakeAudio(4), TagBytes()}) {
         WriteBytes(path, first.size() < 10 ? first : Joined({first, FakeAudio(30)}));
-        CTagImage image;
-        ASSERT_GE(image.Load(CString::FromPath(path)), 0);
-        EXPECT_EQ(image.m_digest, DigestOf(first));
-        EXPECT_EQ(DigestedBytes(image.m_nTagBytes, ReadBytes(path).size()), first.size());
+        CRawTag tag;
+        ASSERT_GE(tag.Load(CString::FromPath(path)), 0);
+        EXPECT_EQ(tag.m_digest, DigestOf(first));
+        EXPECT_EQ(DigestedBytes(tag.m_nTagBytes, ReadBytes(path).size()), first.size());
     }
 }

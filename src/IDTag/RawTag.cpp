@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
-#include "IDTag/TagImage.h"
+#include "IDTag/RawTag.h"
 
 #include "IDTag/MacCFile.h"
 #include "IDTag/TagBytes.h"
@@ -47,8 +47,8 @@ std::uint64_t DigestedBytes(std::uint64_t tagBytes, std::uint64_t fileBytes) {
     return std::min(std::max<std::uint64_t>(tagBytes, kTagHeaderBytes), fileBytes);
 }
 
-CStatus CTagImage::Load(wchar_t const* path) {
-    *this = CTagImage();
+CStatus CRawTag::Load(wchar_t const* path) {
+    *this = CRawTag();
     CFile file;
     if (!file.Open(path, CFile::modeRead, nullptr)) {
         return kStatusFailure;

@@ -28,7 +28,7 @@ private:
 
 /// The tag at a file's start as bytes: header and body, the body decoded when the whole tag is
 /// unsynchronised.
-struct CTagImage {
+struct CRawTag {
     std::array<std::uint8_t, kTagHeaderBytes> m_header = {};
     bool m_bMarked = false; // the header is one of a tag, be its version known or not
     std::unique_ptr<std::uint8_t[]> m_pBody;
@@ -48,7 +48,7 @@ struct CTagImage {
     CStatus Load(wchar_t const* path);
 };
 
-/// Digest of a file's first bytes as `CTagImage::Load` takes it: header and body apart.
+/// Digest of a file's first bytes as `CRawTag::Load` takes it: header and body apart.
 CDigest DigestOf(std::span<std::uint8_t const> firstBytes);
 
 /// Number of a file's first bytes that its digest covers.
