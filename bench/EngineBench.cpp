@@ -7,12 +7,7 @@
 
 #include "BenchKernels.h"
 #include "BenchSignal.h"
-#include "base/SmartPtr.h"
-#include "engine/PcmReader.h"
-#include "engine/ProfileBuilder.h"
-#include "engine/ProfileResults.h"
-#include "engine/Profiler.h"
-#include "engine/print/Fingerprint.h"
+#include "song/SongProfile.h"
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
@@ -26,24 +21,11 @@ constexpr std::size_t kSongSamples = kRate * 240;
 constexpr std::size_t kTwoHours = kRate * 7200;
 constexpr std::size_t kDenseSpacing = 1280; // samples: five elements, the densest that is found
 
-float ProfileOnce(std::vector<float> const& pcm) {
-    CPcmReader reader(pcm.data(), static_cast<std::int32_t>(pcm.size()));
-    CProfiler profiler(nullptr);
-    CProfileResults results;
-    CSmartPtr<CFingerprint> print;
-    CSmartPtr<CFingerprint> largePrint;
-    print.Create();
-    largePrint.Create();
-    CProfileBuilder builder;
-    (void)builder.BuildProfile(&profiler, &reader, &results, print.Get(), largePrint.Get());
-    return results.GetBpm();
-}
-
 void RunEngine(benchmark::State& state, std::vector<float> const& pcm) {
     CBenchKernels const kernels(state);
     float bpm = 0.0f;
     for (auto _ : state) {
-        bpm = ProfileOnce(pcm);
+        bpm = ProfileSamples(pcm, {}).m_results.GetBpm();
         benchmark::DoNotOptimize(bpm);
     }
     double const seconds = static_cast<double>(pcm.size()) / static_cast<double>(kRate);
