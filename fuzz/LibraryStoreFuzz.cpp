@@ -15,7 +15,6 @@
 #include "song/SongTags.h"
 
 #include <array>
-#include <ctime>
 #include <fcntl.h>
 #include <mutex>
 #include <unistd.h>
@@ -33,16 +32,6 @@ std::optional<CAudioHash> HashOf(std::string const& path) {
 }
 
 } // namespace
-
-extern "C" {
-[[gnu::weak]] int __real_nanosleep(timespec const* time, timespec* rest); // missing in the replay
-
-/// Every file here has just been made, and nobody else changes it: no waiting for the clock.
-int __wrap_nanosleep(timespec const* time, timespec* rest) {
-    constexpr long kClockStep = 10'000'000;
-    return time->tv_sec == 0 && time->tv_nsec <= kClockStep ? 0 : __real_nanosleep(time, rest);
-}
-}
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     static CFuzzFolder const folder;

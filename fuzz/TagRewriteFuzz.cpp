@@ -14,7 +14,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <ctime>
 
 namespace {
 
@@ -118,16 +117,6 @@ EWriteProblem Write(CString const& name, char const* id, std::wstring const& tex
 }
 
 } // namespace
-
-extern "C" {
-[[gnu::weak]] int __real_nanosleep(timespec const* time, timespec* rest); // missing in the replay
-
-/// Every file here has just been made, and nobody else changes it: no waiting for the clock.
-int __wrap_nanosleep(timespec const* time, timespec* rest) {
-    constexpr long kClockStep = 10'000'000;
-    return time->tv_sec == 0 && time->tv_nsec <= kClockStep ? 0 : __real_nanosleep(time, rest);
-}
-}
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     static CFuzzFolder const folder;
