@@ -16,6 +16,7 @@
 #include "records/Places.h"
 #include "records/RecordStore.h"
 #include "song/SongTags.h"
+#include "song/TempoText.h"
 
 #include <CLI/CLI.hpp>
 #include <array>
@@ -184,7 +185,7 @@ bool CFixCommand::Fix(CInputFile const& input, CJournal& journal, CRecordStore& 
     }
     double const bpm =
         m_fix.IsRatio() ? old.value_or(0.0) * m_fix.m_nTimes / m_fix.m_nOver : m_fix.m_dBpm;
-    std::string const text = TempoText(bpm).value_or("");
+    std::string const text = TempoText(bpm);
     if (!IsTempo(bpm)) {
         return refuse("isn't written: " + text + " is no tempo from 20 to 999");
     }
@@ -202,6 +203,6 @@ bool CFixCommand::Fix(CInputFile const& input, CJournal& journal, CRecordStore& 
         }
     }
     std::string const line =
-        input.m_sName + ": " + TempoText(old).value_or("nothing") + " -> " + text;
+        input.m_sName + ": " + FiniteTempoText(old).value_or("nothing") + " -> " + text;
     return output.Write((output.IsTerminal() ? Printable(line) : line) + "\n");
 }

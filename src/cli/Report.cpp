@@ -7,10 +7,9 @@
 #include "cli/Message.h"
 #include "cli/TableReport.h"
 #include "cli/Text.h"
+#include "song/TempoText.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <cstdint>
 
@@ -94,8 +93,9 @@ public:
     bool Add(CReportRow const& row) override {
         return Begin() &&
                m_output.Write(Field(row.m_sPath) + "," + Field(row.m_sTitle) + "," +
-                              Field(row.m_sArtist) + "," + TempoText(row.m_dTempo).value_or("") +
-                              "," + SourceName(row.m_source) + "," + Field(row.m_sError) + "," +
+                              Field(row.m_sArtist) + "," +
+                              FiniteTempoText(row.m_dTempo).value_or("") + "," +
+                              SourceName(row.m_source) + "," + Field(row.m_sError) + "," +
                               WrittenName(row.m_writing) + "," + Field(row.m_sNotStored) + "," +
                               Field(row.m_sAlbum) + "," + Field(row.m_sTagKey) + "," +
                               TempoNote(row) + "\n") &&
@@ -150,7 +150,7 @@ std::string JsonRow(CReportRow const& row) {
     std::string const written = WrittenName(row.m_writing);
     object.Add("title", JsonText(row.m_sTitle))
         .Add("artist", JsonText(row.m_sArtist))
-        .Add("tempo", TempoText(row.m_dTempo).value_or("null"))
+        .Add("tempo", FiniteTempoText(row.m_dTempo).value_or("null"))
         .Add("source", JsonTextOrNull(SourceName(row.m_source)))
         .Add("error", JsonTextOrNull(row.m_sError))
         .Add("written", written.empty() ? "null" : written)
@@ -203,7 +203,7 @@ public:
 private:
     static std::string Line(CReportRow const& row) {
         std::string const old = row.m_sBefore.empty() ? "nothing" : row.m_sBefore;
-        std::string const tempo = TempoText(row.m_dTempo).value_or("nothing");
+        std::string const tempo = FiniteTempoText(row.m_dTempo).value_or("nothing");
         std::string const change = row.m_plan == EPlan::Keep   ? old
                                    : row.m_plan == EPlan::Skip ? tempo
                                                                : old + " -> " + tempo;
@@ -235,9 +235,9 @@ char const* PlanName(EPlan plan) {
 
 std::string ReadingText(CTempoCandidate const& reading) {
     std::string const ratio = RatioText(reading);
-    return TempoText(static_cast<double>(reading.m_fBpm)).value_or("-") +
+    return FiniteTempoText(static_cast<double>(reading.m_fBpm)).value_or("-") +
            (ratio.empty() ? " " : " (" + ratio + ") ") +
-           TempoText(static_cast<double>(reading.m_fScore)).value_or("-");
+           FiniteTempoText(static_cast<double>(reading.m_fScore)).value_or("-");
 }
 
 std::string RoundedTempo(double tempo, int decimals) {
@@ -254,15 +254,9 @@ std::string RoundedTempo(double tempo, int decimals) {
     return text;
 }
 
-std::optional<std::string> TempoText(std::optional<double> tempo) {
-    if (!tempo || !std::isfinite(*tempo)) {
-        return std::nullopt;
-    }
-    constexpr int kDecimals = 2;
-    std::array<char, 320> text{}; // Derived: the largest double has 309 digits before the point.
-    auto const [end, error] = std::to_chars(text.data(), text.data() + text.size(), *tempo,
-                                            std::chars_format::fixed, kDecimals);
-    return std::string(text.data(), end);
+std::optional<std::string> FiniteTempoText(std::optional<double> tempo) {
+    bool const isTempo = tempo && std::isfinite(*tempo);
+    return isTempo ? std::optional(TempoText(*tempo)) : std::nullopt;
 }
 
 std::unique_ptr<IReport> MakeReport(EReportFormat format, COutput& output, bool showsOther) {

@@ -94,5 +94,5 @@ std::string ReadingText(CTempoCandidate const& reading);
 /// The tempo with 0 to 2 decimals, halves upwards, from the tempo with two.
 std::string RoundedTempo(double tempo, int decimals);
 
-/// The tempo with two decimals. Nothing for infinity and NaN, which are no tempo.
-std::optional<std::string> TempoText(std::optional<double> tempo);
+/// `TempoText` of a tempo. Nothing for infinity and NaN, which are none.
+std::optional<std::string> FiniteTempoText(std::optional<double> tempo);

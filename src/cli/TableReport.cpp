@@ -71,7 +71,7 @@ CTableReport::CTableReport(COutput& output, std::size_t width, bool isBold, bool
 bool CTableReport::Add(CReportRow const& row) {
     CTempoCandidate const* const other = OtherReading(row.m_candidates);
     m_vRows.push_back({Printable(row.m_sPath), Printable(row.m_sTitle), Printable(row.m_sArtist),
-                       TempoText(row.m_dTempo).value_or("-") + MarkOf(row), SourceText(row),
+                       FiniteTempoText(row.m_dTempo).value_or("-") + MarkOf(row), SourceText(row),
                        other != nullptr ? ReadingText(*other) : ""});
     return true;
 }

@@ -59,13 +59,14 @@ protected:
 };
 
 TEST_F(ReportTest, TempoHasTwoDecimals) {
-    EXPECT_EQ(TempoText(128.0), "128.00");
-    EXPECT_EQ(TempoText(99.999), "100.00");
-    EXPECT_EQ(TempoText(0.0), "0.00");
-    EXPECT_EQ(TempoText(std::nullopt), std::nullopt);
-    EXPECT_EQ(TempoText(std::numeric_limits<double>::infinity()), std::nullopt);
-    EXPECT_EQ(TempoText(std::numeric_limits<double>::quiet_NaN()), std::nullopt);
-    EXPECT_EQ(TempoText(std::numeric_limits<double>::max())->size(), 312U); // 309 digits, "." and 2
+    EXPECT_EQ(FiniteTempoText(128.0), "128.00");
+    EXPECT_EQ(FiniteTempoText(99.999), "100.00");
+    EXPECT_EQ(FiniteTempoText(0.0), "0.00");
+    EXPECT_EQ(FiniteTempoText(std::nullopt), std::nullopt);
+    EXPECT_EQ(FiniteTempoText(std::numeric_limits<double>::infinity()), std::nullopt);
+    EXPECT_EQ(FiniteTempoText(std::numeric_limits<double>::quiet_NaN()), std::nullopt);
+    EXPECT_EQ(FiniteTempoText(std::numeric_limits<double>::max())->size(),
+              312U); // 309 digits, "." and 2
 }
 
 TEST_F(ReportTest, TableAlignsItsColumns) {
