@@ -3,14 +3,12 @@
 
 #pragma once
 
-#include "song/AnalysisProblem.h"
+#include "song/HeardSong.h"
 #include "song/SongTags.h"
-#include "song/TempoCandidates.h"
 
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <string>
 #include <vector>
 
 /// What was read of a song's tags.
@@ -19,15 +17,6 @@ struct CReadTags {
     CString m_sTempoFrame; // the ID3v2 tag's tempo alone, which a write is held against
 
     bool operator==(CReadTags const&) const = default;
-};
-
-/// What one hearing of a song brought, as far as it is told of again.
-struct CHeardSong {
-    CAnalysisOutcome m_outcome;
-    std::string m_sTempo;                         // "%3.2f", as it goes into tags
-    std::optional<CTempoCandidates> m_candidates; // once they were asked for
-
-    bool operator==(CHeardSong const&) const = default;
 };
 
 /// All that is kept of a song. Parts that aren't known yet are nothing.

@@ -1,0 +1,19 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "song/AnalysisProblem.h"
+#include "song/TempoCandidates.h"
+
+#include <optional>
+#include <string>
+
+/// What one hearing of a song brought, as far as it is told of again.
+struct CHeardSong {
+    CAnalysisOutcome m_outcome;
+    std::string m_sTempo;                         // "%3.2f", as it goes into tags
+    std::optional<CTempoCandidates> m_candidates; // once they were asked for
+
+    bool operator==(CHeardSong const&) const = default;
+};
