@@ -81,6 +81,7 @@ struct CDecodeReport {
     double m_dHeardSeconds = 0.0;
 
     EContainer m_container = EContainer::Unknown;
+    std::string m_sCodec;          // how the sound is coded: "mp3", "aac", "pcm_s16le"
     std::string m_sDecoder;        // the decoding library's name for it: "mp3float", "pcm_s16le"
     std::uint32_t m_nFileRate = 0; // samples per second of the file itself
     int m_nChannels = 0;

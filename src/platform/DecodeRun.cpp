@@ -130,6 +130,7 @@ void CDecodeRun::Tell(CDecodeReport& report) const {
     report.m_startNote = StartNoteOf(m_container, m_nSkippedStart);
     // A decoder that would not open leaves its context behind, without a codec.
     if (m_codec != nullptr && m_codec->codec != nullptr) {
+        report.m_sCodec = avcodec_get_name(m_codec->codec_id);
         report.m_sDecoder = m_codec->codec->name;
         double const unit = av_q2d(m_codec->pkt_timebase);
         report.m_dPromisedSeconds = unit * static_cast<double>(m_nPromised);

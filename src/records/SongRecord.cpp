@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::uint8_t kForm = 2; // Fixed: of the fields below.
+constexpr std::uint8_t kForm = 3; // Fixed: of the fields below.
 constexpr unsigned kByteBits = 8;
 constexpr std::size_t kNumberBytes = 8;
 
@@ -140,9 +140,12 @@ void Reported(Archive& archive, Report& report) {
     archive.Real(report.m_dPromisedSeconds);
     archive.Real(report.m_dHeardSeconds);
     archive.Integer(report.m_container);
+    archive.Bytes(report.m_sCodec);
     archive.Bytes(report.m_sDecoder);
     archive.Integer(report.m_nFileRate);
     archive.Integer(report.m_nChannels);
+    archive.Integer(report.m_nSkippedFrames);
+    archive.Integer(report.m_startNote);
     archive.Integer(report.m_identity.m_nDevice);
     archive.Integer(report.m_identity.m_nInode);
     archive.Integer(report.m_identity.m_nSize);

@@ -31,9 +31,12 @@ CSongRecord FullRecord() {
                                 .m_dPromisedSeconds = 0.1,
                                 .m_dHeardSeconds = -0.0,
                                 .m_container = EContainer::Caf,
+                                .m_sCodec = "pcm_f32le",
                                 .m_sDecoder = "pcm",
                                 .m_nFileRate = 4'000'000'000U,
                                 .m_nChannels = 6,
+                                .m_nSkippedFrames = 1105,
+                                .m_startNote = EStartNote::EncoderTag,
                                 .m_identity = {1, 2, 3, -4, 5}};
     heard.m_sTempo = "127.99";
     heard.m_candidates = CTempoCandidates();
@@ -70,7 +73,7 @@ TEST(SongRecordTest, WhatIsCutShortOrTooLongIsNoRecord) {
 
 TEST(SongRecordTest, NoLengthIsBelieved) {
     // Form, tags there, and a title of 2^60 bytes.
-    std::vector<std::uint8_t> const bytes = {2, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0,
+    std::vector<std::uint8_t> const bytes = {3, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0,
                                              0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x10};
     EXPECT_FALSE(SongRecordOf(bytes));
     std::vector<std::uint8_t> otherForm = BytesOf({});
