@@ -13,11 +13,12 @@ ROOMS = {
     "engine": {"engine", "base"},
     "IDTag": {"IDTag", "base"},
     "song": {"song", "engine", "IDTag", "platform", "base"},
-    "tactus": {"tactus", "song", "engine", "IDTag", "platform", "base"},
+    "export": {"export", "song", "engine", "IDTag", "platform", "base"},
+    "tactus": {"tactus", "export", "song", "engine", "IDTag", "platform", "base"},
     "records": {"records", "song", "engine", "IDTag", "platform", "base"},
-    "app": {"app", "records", "song", "engine", "IDTag", "platform", "base"},
-    "desktop": {"desktop", "app", "records", "song", "engine", "IDTag", "platform", "base"},
-    "cli": {"cli", "app", "records", "song", "engine", "IDTag", "platform", "base"},
+    "app": {"app", "records", "export", "song", "engine", "IDTag", "platform", "base"},
+    "desktop": {"desktop", "app", "records", "export", "song", "engine", "IDTag", "platform", "base"},
+    "cli": {"cli", "app", "records", "export", "song", "engine", "IDTag", "platform", "base"},
 }
 # The rooms of the engine, each with those that it reaches besides itself. A name with a slash is a
 # family that stands apart from its room.

@@ -4,14 +4,13 @@
 #pragma once
 
 #include "cli/Output.h"
+#include "export/TakenSong.h"
 #include "song/TagTempo.h"
 #include "song/TempoCandidates.h"
 
 #include <memory>
 #include <optional>
 #include <string>
-
-enum class ETempoSource { None, Tag, Analysis };
 
 /// What became of storing a tempo that was heard.
 enum class EWriting { NotAsked, Stored, NotStored };

@@ -23,6 +23,8 @@ struct CBeatTime {
     double m_dSeconds = 0.0;   // from the first sample
     std::uint8_t m_nPlace = 0; // among the beats of its measure: 1 for a downbeat, 0 between beats
     bool m_bMarked = false;    // the engine set a measure mark here
+
+    bool operator==(CBeatTime const&) const = default;
 };
 
 /// A second opinion about the engine's grid: where its beats lie to the millisecond, which of its
@@ -33,6 +35,8 @@ struct CBeatTimes {
     bool m_bSteady = false;              // one tempo throughout: all beats are equally far apart
     float m_fBeatConfidence = 0.0f; // 0 to 1: that the beats are, rather than the points between
     float m_fDownbeatConfidence = 0.0f; // 0 to 1: that measures begin where they do
+
+    bool operator==(CBeatTimes const&) const = default;
 
     /// Seconds of the beats, and of those that begin a measure.
     [[nodiscard]] std::vector<double> Beats() const;

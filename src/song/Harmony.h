@@ -18,6 +18,8 @@ struct CHarmony {
     std::int32_t m_nTonic = 0;         // pitch class, 0 for C up to 11 for B
     float m_fConfidence = 0.0f;        // how likely it is the song's key, 0 to 1
     float m_fTuningCents = 0.0f;       // above A = 440 Hz, from -50 to 50
+
+    bool operator==(CHarmony const&) const = default;
 };
 
 /// Listens to a song as it goes by and names its key. Holds less than a second of sound,

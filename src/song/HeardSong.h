@@ -4,6 +4,7 @@
 #pragma once
 
 #include "song/AnalysisProblem.h"
+#include "song/SongFacts.h"
 #include "song/TempoCandidates.h"
 
 #include <optional>
@@ -14,6 +15,7 @@ struct CHeardSong {
     CAnalysisOutcome m_outcome;
     std::string m_sTempo;                         // "%3.2f", as it goes into tags
     std::optional<CTempoCandidates> m_candidates; // once they were asked for
+    std::optional<CSongFacts> m_facts = {};       // likewise
 
     bool operator==(CHeardSong const&) const = default;
 };
