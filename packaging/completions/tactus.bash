@@ -24,16 +24,21 @@ _tactus() {
             mapfile -t COMPREPLY < <(compgen -W "keep 2.3" -- "$cur")
             return
             ;;
+        --progress)
+            mapfile -t COMPREPLY < <(compgen -W "line json none" -- "$cur")
+            return
+            ;;
         --octave)
             mapfile -t COMPREPLY < <(compgen -W "likely heard" -- "$cur")
             return
             ;;
-        --only-if-off | --range | -j | --jobs | --types | --write-types | -n | --number) return ;;
+        --only-if-off | --range | --exclude | --max-errors | -j | --jobs | --types | --write-types | -n | --number) return ;;
     esac
     case $command in
         analyze)
             words="--write --force --recheck --jobs --format --follow --hidden --types --output"
             words+=" --overwrite-output --quiet --no-cache"
+            words+=" --files-from --null --exclude --max-errors --lock --progress"
             words+=" --overwrite-hand --only-if-off --dry-run --log --candidates --octave --range --review"
             words+=" --write-types --round --keep-mtime --id3 --write-key --verbose --help"
             ;;

@@ -56,6 +56,12 @@ complete -c tactus -n $analyze -l octave -x -a "likely heard" -d "Which reading 
 complete -c tactus -n $analyze -l range -x -d "Fold tempos into a range"
 complete -c tactus -n $analyze -l review -d "Show only doubtful tempos"
 complete -c tactus -n $analyze -l no-cache -d "Hear every file anew"
+complete -c tactus -n $analyze -l files-from -r -d "Take further paths from a file"
+complete -c tactus -n $analyze -s 0 -l null -d "A zero byte ends each path in it"
+complete -c tactus -n $analyze -l exclude -x -d "Leave out what a pattern matches"
+complete -c tactus -n $analyze -l max-errors -x -d "Stop once as many files have failed"
+complete -c tactus -n $analyze -l lock -d "Do nothing while another such run works"
+complete -c tactus -n $analyze -l progress -x -a "line json none" -d "How to tell how far it is"
 
 set -l tag "__fish_seen_subcommand_from tag; and not __fish_seen_subcommand_from get set list"
 complete -c tactus -n $tag -f -a get -d "Print the text of a frame"

@@ -21,6 +21,7 @@
 namespace {
 
 constexpr std::chrono::milliseconds kLongestWait(50); // Fixed: until a request to stop is seen.
+constexpr double kWholePercent = 100.0;
 constexpr int kFilesARound = 64; // Fixed: found before the workers are looked after again.
 
 } // namespace
@@ -121,7 +122,10 @@ void CAnalysisJobs::BeginWork(CSlot& slot) {
     }
     if (isDone) {
         TakeRow(slot);
-    } else if (!slot.m_analyzer.Analyze(slot.m_pWork->File())) {
+        return;
+    }
+    m_firstHeard = m_firstHeard.value_or(std::chrono::steady_clock::now());
+    if (!slot.m_analyzer.Analyze(slot.m_pWork->File())) {
         slot.m_pWork->Row().m_sError = AnalysisReason({.m_problem = EAnalysisProblem::NoThread});
         TakeRow(slot);
     }
@@ -218,10 +222,15 @@ void CAnalysisJobs::CollectFinished() {
 }
 
 void CAnalysisJobs::ShowProgress() {
+    if (!m_progress.IsDue()) {
+        return;
+    }
     int percents = 0;
+    double heard = 0.0;
     std::string_view name;
     {
         std::scoped_lock const guard(m_lock);
+        heard = m_dHeardSeconds;
         for (auto const& slot : m_vSlots) {
             if (slot->m_pWork != nullptr) {
                 percents += slot->m_nPercent;
@@ -229,13 +238,19 @@ void CAnalysisJobs::ShowProgress() {
             }
         }
     }
-    double const whole = 100.0 * static_cast<double>(m_nDone) + percents;
-    m_progress.Show(
-        {.m_nDone = m_nDone,
-         .m_nTotal = m_nFound,
-         .m_bTotalKnown = m_walk.IsAtEnd(),
-         .m_nPercent = m_nFound == 0 ? 0 : static_cast<int>(whole / static_cast<double>(m_nFound)),
-         .m_sName = name});
+    double const whole = kWholePercent * static_cast<double>(m_nDone) + percents;
+    auto const found = static_cast<double>(m_nFound);
+    auto const now = std::chrono::steady_clock::now();
+    std::chrono::duration<double> const sinceEver = now.time_since_epoch();
+    std::chrono::duration<double> const listening = now - m_firstHeard.value_or(now);
+    m_pace.Note(sinceEver.count(), whole);
+    m_progress.Show({.m_nDone = m_nDone,
+                     .m_nTotal = m_nFound,
+                     .m_bTotalKnown = m_walk.IsAtEnd(),
+                     .m_nPercent = m_nFound == 0 ? 0 : static_cast<int>(whole / found),
+                     .m_dRate = listening.count() > 0.0 ? heard / listening.count() : 0.0,
+                     .m_left = m_walk.IsAtEnd() ? m_pace.Left(kWholePercent * found) : std::nullopt,
+                     .m_sName = name});
 }
 
 /// The slot whose file the notification speaks of; null when it is none of these. Call it with the
@@ -270,6 +285,7 @@ void CAnalysisJobs::OnComplete(CUserInfo const* info) {
     bool const isCancelled = slot->m_analyzer.WasCancelled();
     bool isDone = !isCancelled;
     bool hasMemory = true;
+    double seconds = 0.0;
     try {
         CHeardSong heard = {.m_outcome = slot->m_analyzer.GetOutcome(),
                             .m_sTempo = UserInfoText(info, kBpmKey),
@@ -278,10 +294,13 @@ void CAnalysisJobs::OnComplete(CUserInfo const* info) {
             heard.m_candidates = slot->m_analyzer.GetCandidates();
         }
         isDone = isDone && slot->m_pWork->Conclude(heard, slot->m_analyzer.GetKey());
+        seconds = heard.m_outcome.m_report.m_dHeardSeconds;
+        slot->m_pWork->Row().m_dHeardSeconds = seconds;
     } catch (std::bad_alloc const&) {
         hasMemory = false; // the main thread tells
     }
     std::scoped_lock const guard(m_lock);
+    m_dHeardSeconds += isCancelled ? 0.0 : seconds;
     slot->m_bHadMemory = hasMemory;
     slot->m_bCancelled = isCancelled;
     slot->m_bAgain = !isCancelled && !isDone;

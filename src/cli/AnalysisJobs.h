@@ -5,15 +5,18 @@
 
 #include "base/NotificationCenter.h"
 #include "cli/InputWalk.h"
+#include "cli/Pace.h"
 #include "cli/RowQueue.h"
 #include "cli/SongNames.h"
 #include "cli/SongWork.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -38,6 +41,9 @@ public:
 
     void Run(RowSink const& sink);
 
+    /// Ends the run as a request to stop does; for the sink.
+    void Stop();
+
     /// Files done, and files found so far.
     [[nodiscard]] std::size_t Done() const { return m_nDone; }
     [[nodiscard]] std::size_t Found() const { return m_nFound; }
@@ -51,7 +57,6 @@ private:
     void TakeRow(CSlot& slot);
     void PutRow(std::size_t index, CReportRow row);
     void Free(CSlot& slot);
-    void Stop();
     void LookAround();
     bool WalkOn();
     void CollectFinished();
@@ -72,8 +77,11 @@ private:
     CSongNames m_names;
     CRowQueue m_rows; // done and not handed on
     bool m_bStopping = false;
+    CPace m_pace;
+    std::optional<std::chrono::steady_clock::time_point> m_firstHeard; // when listening began
 
-    std::mutex m_lock; // guards what workers write into the slots
+    double m_dHeardSeconds = 0.0; // of music; guarded by the lock
+    std::mutex m_lock;            // guards what workers write into the slots
     std::condition_variable m_changed;
     std::vector<std::unique_ptr<CSlot>> m_vSlots;
 };

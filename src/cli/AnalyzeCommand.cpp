@@ -7,6 +7,7 @@
 #include "cli/Interrupt.h"
 #include "cli/KindList.h"
 #include "cli/Message.h"
+#include "cli/NameList.h"
 #include "cli/OptionValues.h"
 #include "cli/OutputGuard.h"
 #include "cli/Progress.h"
@@ -18,6 +19,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <thread>
 #include <tuple>
 #include <unistd.h>
@@ -29,8 +31,8 @@ constexpr std::size_t kManyFiles = 100; // Fixed: as many are worth a closing li
 constexpr char kFooter[] =
     "A path of - is standard input. What follows -- is a path, whatever it looks\n"
     "like.\n\nExit status: 0 all done; 1 a file failed; 2 wrong usage; 4 "
-    "warnings only;\n5 the results can't be written; 128 and the signal's "
-    "number when stopped.\n";
+    "warnings only;\n5 the results can't be written; 75 another run is at work; 128 and the\n"
+    "signal's number when stopped.\n";
 
 /// What a person is told of a file, in one line; empty when all went well.
 std::string ProblemOf(CReportRow const& row) {
@@ -70,16 +72,45 @@ CLI::App* CAnalyzeCommand::AddTo(CLI::App& program) {
            "Search folders for these kinds only, such as mp3,m4a")
         ->type_name("LIST");
     app->add_flag("--no-cache", m_bNoCache, "Hear every file anew, and remember nothing of it");
+    AddBatchOptions(*app);
     AddWriteOptions(*app);
     AddOutputOptions(*app);
     AddCareOptions(*app);
     AddReadingOptions(*app);
     app->option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::Throw);
-    app->add_option("PATH", m_vPaths, "Files, and folders to be searched")
-        ->type_name("")
-        ->required();
+    app->add_option("--exclude", m_walk.m_vExcluded,
+                    "Leave out what GLOB matches in folders: a name, or with a slash a path below "
+                    "the folder; may be repeated")
+        ->type_name("GLOB")
+        ->allow_extra_args(false);
+    app->add_option("PATH", m_vPaths, "Files, and folders to be searched")->type_name("");
+    app->parse_complete_callback([this] {
+        if (m_vPaths.empty() && m_sNameList.empty()) {
+            throw CLI::RequiredError("PATH");
+        }
+    });
     app->footer(kFooter);
     return app;
+}
+
+/// What runs want that nobody looks at.
+void CAnalyzeCommand::AddBatchOptions(CLI::App& app) {
+    app.add_option("--files-from", m_sNameList,
+                   "Take further paths from FILE, one a line; - is standard input")
+        ->type_name("FILE");
+    app.add_flag("-0,--null", m_bNamesEndInZero,
+                 "In --files-from, a zero byte ends each path, as 'find -print0' has it");
+    app.add_option_function<std::string>(
+           "--max-errors",
+           [this](std::string const& text) { m_nMostErrors = CountOf("--max-errors", text); },
+           "Stop once N files have failed")
+        ->type_name("N");
+    app.add_flag("--lock", m_bLocks, "Do nothing, and exit with 75, while another such run works");
+    app.add_option_function<std::string>(
+           "--progress", [this](std::string const& word) { m_progress = ProgressOf(word); },
+           "line (if not said): on a terminal; json: an object a line on standard error, wherever "
+           "that goes; none")
+        ->type_name("FORM");
 }
 
 void CAnalyzeCommand::AddWriteOptions(CLI::App& app) {
@@ -176,7 +207,41 @@ void CAnalyzeCommand::Settle() {
 int CAnalyzeCommand::Run() {
     CInterrupt::Install();
     Settle();
-    auto const begin = std::chrono::steady_clock::now();
+    m_begin = std::chrono::steady_clock::now();
+    int const code = Begin();
+    return code != kExitDone ? code : Analyze();
+}
+
+/// What must hold before anything is touched. Returns: 0, or what to exit with.
+int CAnalyzeCommand::Begin() {
+    if (m_bLocks) {
+        ERunLock const lock = m_lock.Take(LockFolder());
+        if (lock == ERunLock::Held) {
+            ReportProblem("another run is at work (--lock)");
+            return kExitBusy;
+        }
+        if (lock == ERunLock::NoFile) {
+            ReportProblem("--lock", m_lock.Reason());
+            return kExitFailed;
+        }
+    }
+    if (m_sNameList.empty()) {
+        return kExitDone;
+    }
+    if (m_sNameList == kStandardInputName &&
+        std::ranges::find(m_vPaths, kStandardInputName) != m_vPaths.end()) {
+        ReportProblem("--files-from", "standard input can't be a song as well");
+        return kExitUsage;
+    }
+    std::string const problem = ReadNameList(m_sNameList, m_bNamesEndInZero, m_vPaths);
+    if (!problem.empty()) {
+        ReportProblem(m_sNameList, problem);
+        return kExitFailed;
+    }
+    return kExitDone;
+}
+
+int CAnalyzeCommand::Analyze() {
     COutput output;
     COutputGuard const guard(m_vPaths, m_walk, m_bOverwriting);
     auto const check = [&](auto const& path, int file) { return guard.Problem(path, file); };
@@ -197,18 +262,27 @@ int CAnalyzeCommand::Run() {
     } else {
         ReportProblem(interruption);
     }
-    bool const isLineWanted = m_options.m_song.m_bWrite ||
-                              summary.Rows() >= (isatty(STDERR_FILENO) == 1 ? 2 : kManyFiles);
     ReportJournal(m_journal);
     ReportStore(m_store);
-    if (isLineWanted && !m_bQuiet) {
-        ReportProblem(
-            summary.Line(m_options.m_song.m_bWrite, std::chrono::steady_clock::now() - begin));
+    bool const isInterrupted = !interruption.empty() && CInterrupt::IsSet();
+    int const code = !isWritten      ? kExitOutput
+                     : isInterrupted ? CInterrupt::ExitCode()
+                                     : summary.ExitCode();
+    ReportEnd(summary, code);
+    return code;
+}
+
+/// Sums the run up, for whoever reads along.
+void CAnalyzeCommand::ReportEnd(CSummary const& summary, int exitCode) const {
+    std::chrono::duration<double> const time = std::chrono::steady_clock::now() - m_begin;
+    bool const isLineWanted = m_options.m_song.m_bWrite ||
+                              summary.Rows() >= (isatty(STDERR_FILENO) == 1 ? 2 : kManyFiles);
+    if (m_progress == EProgress::Json) {
+        std::string const end = summary.Json(time, exitCode) + "\n";
+        (void)std::fwrite(end.data(), 1, end.size(), stderr);
+    } else if (isLineWanted && !m_bQuiet) {
+        ReportProblem(summary.Line(m_options.m_song.m_bWrite, time));
     }
-    if (!isWritten) {
-        return kExitOutput;
-    }
-    return interruption.empty() ? summary.ExitCode() : CInterrupt::ExitCode();
 }
 
 /// Returns: what a person is told when the run was stopped before its end, else an empty text.
@@ -219,8 +293,9 @@ std::string CAnalyzeCommand::RunJobs(CInputWalk& walk, COutput& output, COutput&
         report = std::make_unique<CReviewReport>(std::move(report));
     }
     std::unique_ptr<IReport> const logged = MakeReport(EReportFormat::JsonLines, log);
-    CProgress progress(!m_bQuiet);
+    CProgress progress(m_progress.value_or(m_bQuiet ? EProgress::None : EProgress::Line));
     CAnalysisJobs jobs(walk, m_options, progress);
+    bool hadTooManyErrors = false;
     jobs.Run([&](CReportRow const& row) {
         std::string const problem = ProblemOf(row);
         if (!problem.empty() || !row.m_sNote.empty() || output.IsTerminal()) {
@@ -237,15 +312,21 @@ std::string CAnalyzeCommand::RunJobs(CInputWalk& walk, COutput& output, COutput&
         }
         summary.Add(row);
         m_nNewVersions += row.m_bNewVersion && !row.m_bFurtherName ? 1 : 0;
+        if (m_nMostErrors > 0 && summary.Failures() >= m_nMostErrors) {
+            hadTooManyErrors = true;
+            jobs.Stop();
+        }
         bool const isLogged = m_sLog.empty() || logged->Add(row);
         return report->Add(row) && isLogged;
     });
     progress.Clear();
     (void)report->End();
-    if (!CInterrupt::IsSet() || (walk.IsAtEnd() && jobs.Done() == jobs.Found())) {
+    bool const isStopped = hadTooManyErrors || CInterrupt::IsSet();
+    if (!isStopped || (walk.IsAtEnd() && jobs.Done() == jobs.Found())) {
         return {};
     }
-    return "interrupted: " + std::to_string(jobs.Done()) + " of " + std::to_string(jobs.Found()) +
+    std::string const why = CInterrupt::IsSet() ? "interrupted: " : "stopped by --max-errors: ";
+    return why + std::to_string(jobs.Done()) + " of " + std::to_string(jobs.Found()) +
            (walk.IsAtEnd() ? " files done" : " files found so far done");
 }
 

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <fnmatch.h>
 #include <sys/stat.h>
 
 namespace {
@@ -18,6 +19,12 @@ constexpr std::array<std::string_view, 2> kLeftOutPrefixes = {"._", ".Trash"};
 // Fixed: folders of network storage and file systems.
 constexpr std::array<std::string_view, 4> kLeftOutNames = {"#recycle", ".snapshots", "@eaDir",
                                                            "lost+found"};
+
+/// `folder` with one slash at its end.
+std::string WithSlash(std::string folder) {
+    folder.resize(folder.find_last_not_of('/') + 1);
+    return folder + '/';
+}
 
 } // namespace
 
@@ -36,8 +43,21 @@ bool CFolderWalk::IsWanted(std::string_view name) const {
     return kind != nullptr && (!m_options.m_types || m_options.m_types->Has(*kind));
 }
 
+bool CFolderWalk::IsExcluded(std::string const& path, bool isFolder) const {
+    std::string const below = path.substr(m_nRootBytes);
+    std::string const name = path.substr(path.rfind('/') + 1);
+    return std::ranges::any_of(m_options.m_vExcluded, [&](std::string pattern) {
+        bool const isForFolders = pattern.size() > 1 && pattern.ends_with('/');
+        pattern.resize(pattern.size() - (isForFolders ? 1 : 0));
+        bool const isPath = pattern.find('/') != std::string::npos;
+        pattern.erase(0, isPath && pattern.front() == '/' ? 1 : 0);
+        return (isFolder || !isForFolders) &&
+               ::fnmatch(pattern.c_str(), (isPath ? below : name).c_str(), 0) == 0;
+    });
+}
+
 CFolderWalk::CFolderWalk(std::string const& folder, CWalkOptions const& options)
-    : m_options(options) {
+    : m_options(options), m_nRootBytes(WithSlash(folder).size()) {
     Enter(folder);
 }
 
@@ -79,9 +99,7 @@ bool CFolderWalk::IsFirstVisit(std::string const& folder) {
 }
 
 std::error_code CFolderWalk::ReadFolder(std::string const& folder, std::vector<CFound>& found) {
-    std::string prefix = folder;
-    prefix.resize(prefix.find_last_not_of('/') + 1);
-    prefix += '/';
+    std::string const prefix = WithSlash(folder);
     std::error_code error;
     std::filesystem::directory_iterator entry(folder, error);
     std::filesystem::directory_iterator const end;
@@ -90,7 +108,9 @@ std::error_code CFolderWalk::ReadFolder(std::string const& folder, std::vector<C
         std::error_code vanished; // What is gone meanwhile is no folder.
         bool const isFolder = entry->is_directory(vanished);
         bool const isLinked = isFolder && entry->is_symlink(vanished);
-        if (!m_options.m_bHidden && IsLeftOut(name)) {
+        bool const isLeftOut =
+            (!m_options.m_bHidden && IsLeftOut(name)) || IsExcluded(prefix + name, isFolder);
+        if (isLeftOut) {
             // Left out, and not worth a word.
         } else if (isLinked && !m_options.m_bFollows) {
             ++m_nLinkedFolders;

@@ -21,6 +21,11 @@ struct CWalkOptions {
     bool m_bHidden = false;                  // also what systems put beside music: see `IsLeftOut`
     bool m_bFollows = false;                 // also folders behind links
     std::optional<CKindChoice> m_types = {}; // only these kinds; nothing: all that are read
+
+    /// Patterns of the shell for what is left out. One without a slash is held against names, any
+    /// other against paths below the folder that is searched, where * stands for slashes too. One
+    /// with a slash at its end is for folders alone.
+    std::vector<std::string> m_vExcluded = {};
 };
 
 /// An audio file that was found, or a folder that can't be read.
@@ -52,8 +57,10 @@ private:
     std::error_code ReadFolder(std::string const& folder, std::vector<CFound>& found);
     bool IsFirstVisit(std::string const& folder);
     [[nodiscard]] bool IsWanted(std::string_view name) const;
+    [[nodiscard]] bool IsExcluded(std::string const& path, bool isFolder) const;
 
     CWalkOptions m_options;
+    std::size_t m_nRootBytes; // of the searched folder's path with a slash behind it
     std::size_t m_nLinkedFolders = 0;
     std::optional<CWalkItem> m_failure;
     std::vector<CFound> m_vPending;                              // the next one is at the back

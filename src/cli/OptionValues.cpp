@@ -38,6 +38,22 @@ std::size_t JobsOf(std::string const& text) {
     return jobs;
 }
 
+std::size_t CountOf(std::string const& option, std::string const& text) {
+    std::size_t count = 0;
+    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
+    if (error != std::errc() || end != text.data() + text.size() || count < 1) {
+        throw CLI::ValidationError(option, "'" + text + "' is no whole number from 1");
+    }
+    return count;
+}
+
+EProgress ProgressOf(std::string const& word) {
+    if (word != "line" && word != "json" && word != "none") {
+        throw CLI::ValidationError("--progress", "'" + word + "' is none of line, json and none");
+    }
+    return word == "line" ? EProgress::Line : word == "json" ? EProgress::Json : EProgress::None;
+}
+
 double ShareOf(std::string const& text) {
     constexpr double kPercent = 100.0;
     double percent = 0.0;

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "cli/Progress.h"
 #include "cli/Report.h"
 
 #include <cstddef>
@@ -18,6 +19,11 @@ EReportFormat FormatOf(std::string const& name);
 
 /// From 1 to `kMostJobs`.
 std::size_t JobsOf(std::string const& text);
+
+/// The value of `option`, a whole number from 1.
+std::size_t CountOf(std::string const& option, std::string const& text);
+
+EProgress ProgressOf(std::string const& word);
 
 /// "1%" as 0.01.
 double ShareOf(std::string const& text);

@@ -49,13 +49,14 @@ struct CReportRow {
     bool m_bNoBeat = false; // it was heard, and none was found
 
     // Not part of the report:
-    bool m_bKept = false;        // a tempo in the tag stays although another one was heard
-    std::string m_sDetail = {};  // what the decoding library said
-    std::string m_sNote = {};    // what was done to the tag beside what was asked for
-    bool m_bRefused = false;     // not stored, and a person would expect otherwise
-    bool m_bTitleIsName = false; // the title is the file's name, for want of another
-    bool m_bNewVersion = false;  // its version 2.4 tag became version 2.3
-    bool m_bFurtherName = false; // of a file that has a row already
+    double m_dHeardSeconds = 0.0; // of music, that this run listened to
+    bool m_bKept = false;         // a tempo in the tag stays although another one was heard
+    std::string m_sDetail = {};   // what the decoding library said
+    std::string m_sNote = {};     // what was done to the tag beside what was asked for
+    bool m_bRefused = false;      // not stored, and a person would expect otherwise
+    bool m_bTitleIsName = false;  // the title is the file's name, for want of another
+    bool m_bNewVersion = false;   // its version 2.4 tag became version 2.3
+    bool m_bFurtherName = false;  // of a file that has a row already
 };
 
 enum class EReportFormat { Table, Csv, Json, JsonLines, Plan };

@@ -4,6 +4,7 @@
 #include "cli/Summary.h"
 
 #include "cli/ExitCode.h"
+#include "cli/Json.h"
 
 #include <algorithm>
 #include <array>
@@ -14,6 +15,15 @@ namespace {
 
 constexpr double kMinuteSeconds = 60.0;
 constexpr std::int64_t kHourMinutes = 60;
+
+/// `value`, which is positive, with `decimals`.
+std::string Fixed(double value, int decimals) {
+    std::array<char, 400> text{}; // Derived: the largest double has 309 digits before the point.
+    char* const end = std::to_chars(text.data(), text.data() + text.size(), value,
+                                    std::chars_format::fixed, decimals)
+                          .ptr;
+    return {text.data(), end};
+}
 
 /// ", N word" unless `count` is 0.
 std::string Also(std::size_t count, char const* word) {
@@ -28,12 +38,15 @@ void CSummary::Add(CReportRow const& row) {
     // A damaged file has its answer, and that it isn't stored follows from the damage.
     bool const isDamaged = !isFailed && !row.m_sError.empty();
     m_bWarned = m_bWarned || isDamaged;
-    m_bFailed = m_bFailed || isFailed || (row.m_bRefused && !isDamaged);
+    bool const isFailure = isFailed || (row.m_bRefused && !isDamaged);
+    m_bFailed = m_bFailed || isFailure;
     // Every file counts once, under its first name.
     if (row.m_bFurtherName) {
         ++m_nFurtherNames;
         return;
     }
+    m_nFailures += isFailure ? 1 : 0;
+    m_dHeardSeconds += row.m_dHeardSeconds;
     m_bPlan = m_bPlan || row.m_plan != EPlan::None;
     m_nToWrite += row.m_plan == EPlan::Write ? 1 : 0;
     m_nDiffering += row.m_plan == EPlan::Differ ? 1 : 0;
@@ -44,6 +57,11 @@ void CSummary::Add(CReportRow const& row) {
     m_nKept += isKept && row.m_plan != EPlan::Differ ? 1 : 0;
     m_nStored += row.m_writing == EWriting::Stored ? 1 : 0;
     m_nRefused += row.m_bRefused ? 1 : 0;
+}
+
+/// Seconds heard in a second; 0 when nothing was listened to.
+double CSummary::Rate(std::chrono::duration<double> time) const {
+    return time.count() > 0.0 ? m_dHeardSeconds / time.count() : 0.0;
 }
 
 std::string CSummary::Line(bool isWriting, std::chrono::duration<double> time) const {
@@ -58,7 +76,22 @@ std::string CSummary::Line(bool isWriting, std::chrono::duration<double> time) c
     return std::to_string(m_nHeard) + " heard" + stored + Also(m_nRefused, "not stored") +
            Also(m_nKept, isWriting ? "kept" : "known from tags") + Also(m_nFailed, "failed") +
            Also(m_nFurtherNames, m_nFurtherNames == 1 ? "further name" : "further names") + " in " +
-           TimeText(time);
+           TimeText(time) + (m_dHeardSeconds > 0.0 ? ", " + RateText(Rate(time)) : "");
+}
+
+std::string CSummary::Json(std::chrono::duration<double> time, int exitCode) const {
+    return CJsonObject()
+        .Add("event", JsonText("end"))
+        .Add("rows", std::to_string(m_nRows))
+        .Add("heard", std::to_string(m_nHeard))
+        .Add("stored", std::to_string(m_nStored))
+        .Add("notStored", std::to_string(m_nRefused))
+        .Add("kept", std::to_string(m_nKept))
+        .Add("failed", std::to_string(m_nFailed))
+        .Add("seconds", Fixed(time.count(), 3))
+        .Add("rate", RateJson(Rate(time)))
+        .Add("exit", std::to_string(exitCode))
+        .Close();
 }
 
 int CSummary::ExitCode() const {
@@ -71,11 +104,7 @@ int CSummary::ExitCode() const {
 std::string TimeText(std::chrono::duration<double> time) {
     double const seconds = time.count();
     if (seconds + 0.05 < kMinuteSeconds) { // as it is rounded below
-        std::array<char, 32> text{};
-        char* const end = std::to_chars(text.data(), text.data() + text.size(), seconds,
-                                        std::chars_format::fixed, 1)
-                              .ptr;
-        return std::string(text.data(), end) + " s";
+        return Fixed(seconds, 1) + " s";
     }
     auto const whole = static_cast<std::int64_t>(std::max(seconds, kMinuteSeconds));
     std::int64_t const minutes = whole / 60;
@@ -84,4 +113,13 @@ std::string TimeText(std::chrono::duration<double> time) {
     }
     return std::to_string(minutes / kHourMinutes) + " h " + std::to_string(minutes % kHourMinutes) +
            " min";
+}
+
+std::string RateText(double rate) {
+    constexpr double kWholeFrom = 9.95; // Derived: what is 10.0 with a decimal.
+    return Fixed(rate, rate < kWholeFrom ? 1 : 0) + " times real time";
+}
+
+std::string RateJson(double rate) {
+    return rate > 0.0 ? Fixed(rate, 1) : "null";
 }

@@ -19,14 +19,25 @@ public:
 
     [[nodiscard]] std::size_t Rows() const { return m_nRows; }
 
-    /// "25 heard, 14 stored, 3 kept, 1 failed in 12.3 s"; `isWriting`: tempos were to be stored.
+    /// Files that make the run a failed one, so far.
+    [[nodiscard]] std::size_t Failures() const { return m_nFailures; }
+
+    /// "25 heard, 14 stored, 3 kept, 1 failed in 12.3 s, 480 times real time"; `isWriting`: tempos
+    /// were to be stored. Without the end when nothing was listened to.
     [[nodiscard]] std::string Line(bool isWriting, std::chrono::duration<double> time) const;
+
+    /// The same as a JSON object for programs; `exitCode`: what the run exits with.
+    [[nodiscard]] std::string Json(std::chrono::duration<double> time, int exitCode) const;
 
     /// One of `cli/ExitCode.h`.
     [[nodiscard]] int ExitCode() const;
 
 private:
+    [[nodiscard]] double Rate(std::chrono::duration<double> time) const;
+
     std::size_t m_nRows = 0;
+    std::size_t m_nFailures = 0;
+    double m_dHeardSeconds = 0.0; // of music
     std::size_t m_nHeard = 0;
     std::size_t m_nStored = 0;
     std::size_t m_nRefused = 0;
@@ -43,3 +54,9 @@ private:
 
 /// "12.3 s", "4 min 5 s" or "2 h 10 min".
 std::string TimeText(std::chrono::duration<double> time);
+
+/// "480 times real time", with a decimal below 10.
+std::string RateText(double rate);
+
+/// A rate as a JSON number with one decimal; null for none.
+std::string RateJson(double rate);

@@ -8,6 +8,7 @@
 #include "records/Database.h"
 
 #include "base/FileIdentity.h"
+#include "records/Places.h"
 
 #include <SQLiteCpp/Statement.h>
 #include <SQLiteCpp/Transaction.h>
@@ -21,22 +22,10 @@
 namespace {
 
 constexpr int kBusyMilliseconds = 5000;            // Fixed: others are done long before.
-constexpr mode_t kPrivateFolder = S_IRWXU;         // Standard: XDG Base Directory, mode 0700.
 constexpr int kMostAside = 100;                    // Fixed: then a damaged file stays in the way.
 constexpr int kWalAttempts = 200;                  // Fixed: with the pause below, 2 seconds.
 constexpr std::chrono::milliseconds kWalPause(10); // Fixed: likewise.
 constexpr int kPrimaryCode = 0xFF;                 // Standard: SQLite's extended result codes.
-
-bool MakeFolder(std::string const& folder) {
-    std::error_code error;
-    std::filesystem::path const path(folder);
-    if (std::filesystem::is_directory(path, error)) {
-        return true;
-    }
-    std::filesystem::create_directories(path.parent_path(), error);
-    return ::mkdir(folder.c_str(), kPrivateFolder) == 0 ||
-           std::filesystem::is_directory(path, error);
-}
 
 /// Lets readers go on while one process writes. Where that can't be had, locks do.
 void UseWriteAheadLog(SQLite::Database& database) {
@@ -150,7 +139,7 @@ COpenDatabase OpenDatabase(std::string const& folder, CDatabaseKind const& kind,
         opened.m_eProblem = ERecordProblem::NoFolder;
     } else if (isReading && !there) {
         opened.m_eProblem = ERecordProblem::NotThere;
-    } else if (!isReading && !MakeFolder(folder)) {
+    } else if (!isReading && !MakePrivateFolder(folder)) {
         opened.m_eProblem = ERecordProblem::NotOpened;
     } else {
         opened = OpenAt(path, kind, isReading);

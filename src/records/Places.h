@@ -16,3 +16,11 @@ std::string StateFolder();
 
 /// For what can be had again: `$XDG_CACHE_HOME/tactus`, else `~/.cache/tactus`.
 std::string CacheFolder();
+
+/// For a lock, which tells nothing of anybody's music: as `StateFolder`, also where nothing is to
+/// be kept.
+std::string LockFolder();
+
+/// Makes `folder` and what is above it; others may not look into it.
+/// Returns: whether it is there.
+bool MakePrivateFolder(std::string const& folder);

@@ -233,8 +233,8 @@ TEST_F(AnalyzeTagsTest, RowsAndAClosingLineTellWhatWasStored) {
     EXPECT_EQ(table.m_nExit, 1);
     EXPECT_THAT(table.m_sOut, HasSubstr("  96.00  analysis, stored\n"));
     EXPECT_THAT(table.m_sOut, HasSubstr(" 120.00  tag\n"));
-    EXPECT_THAT(table.m_sErr,
-                ContainsRegex("\ntactus: 1 heard, 1 stored, 1 kept, 1 failed in [0-9.]+ s\n$"));
+    EXPECT_THAT(table.m_sErr, ContainsRegex("\ntactus: 1 heard, 1 stored, 1 kept, 1 failed in "
+                                            "[0-9.]+ s, [0-9.]+ times real time\n$"));
     CProcessResult const json =
         Tactus({"analyze", "-w", "-f", "--format", "jsonl", "a.mp3", "none.mp3"});
     EXPECT_THAT(json.m_sOut, HasSubstr("\"error\":null,\"written\":true,\"notWritten\":null,"

@@ -39,6 +39,34 @@ TEST(SummaryTest, LineOfNothing) {
     EXPECT_EQ(CSummary().Line(false, 0s), "0 heard in 0.0 s");
 }
 
+TEST(SummaryTest, RateIsTheMusicHeardInTheTime) {
+    CSummary summary;
+    CReportRow row = Row(ETempoSource::Analysis);
+    row.m_dHeardSeconds = 240.0;
+    summary.Add(row);
+    summary.Add(row);
+    // Another name of the same file is not heard again.
+    row.m_bFurtherName = true;
+    summary.Add(row);
+    EXPECT_EQ(summary.Line(false, 4s), "2 heard, 1 further name in 4.0 s, 120 times real time");
+    EXPECT_EQ(summary.Json(4s, 0),
+              R"({"event":"end","rows":3,"heard":2,"stored":0,"notStored":0,"kept":0,"failed":0,)"
+              R"("seconds":4.000,"rate":120.0,"exit":0})");
+    EXPECT_EQ(RateText(9.94), "9.9 times real time");
+    EXPECT_EQ(RateText(9.96), "10 times real time");
+}
+
+TEST(SummaryTest, FailuresAreThoseThatFailTheRun) {
+    CSummary summary;
+    summary.Add(Row(ETempoSource::None));
+    CReportRow row = Row(ETempoSource::Analysis);
+    row.m_bRefused = true;
+    summary.Add(row);
+    row.m_sError = "breaks off in the middle of a frame";
+    summary.Add(row);
+    EXPECT_EQ(summary.Failures(), 2U);
+}
+
 TEST(SummaryTest, FurtherNamesAreNoFurtherWork) {
     CSummary summary;
     CReportRow row = Row(ETempoSource::Analysis, EWriting::Stored);

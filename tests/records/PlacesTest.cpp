@@ -46,6 +46,14 @@ TEST_F(PlacesTest, NamedFoldersComeFirst) {
     EXPECT_EQ(CacheFolder(), "/c/tactus");
 }
 
+TEST_F(PlacesTest, LockLiesWithTheStateAlsoWhereNothingIsKept) {
+    (void)::setenv("XDG_STATE_HOME", "/s", 1);
+    EXPECT_EQ(LockFolder(), "/s/tactus");
+    (void)::setenv("TACTUS_NO_RECORDS", "1", 1);
+    EXPECT_EQ(LockFolder(), "/s/tactus");
+    EXPECT_EQ(StateFolder(), "");
+}
+
 TEST_F(PlacesTest, RelativeFoldersDoNotCount) {
     // The specification has them ignored.
     (void)::setenv("HOME", "/home/x", 1);
