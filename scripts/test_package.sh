@@ -83,6 +83,19 @@ inside env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-rec
     libavformat-dev libavcodec-dev libswresample-dev libavutil-dev libutf8proc-dev libhwy-dev \
     libtag1-dev libsqlitecpp-dev libsqlite3-dev >/dev/null 2>&1
 
+say "the service and its timer"
+if command -v systemd-analyze >/dev/null; then
+    units=$(mktemp -d)
+    dpkg-deb --fsys-tarfile build-package/tactus_*.deb | tar -x -C "$units" ./usr/lib/systemd
+    # The program is where this system has it, if at all: any other will do for a look.
+    sed -i 's|^ExecStart=/usr/bin/tactus |ExecStart=/bin/true |' "$units"/usr/lib/systemd/user/tactus.service
+    XDG_RUNTIME_DIR=$units systemd-analyze --user --man=no verify "$units"/usr/lib/systemd/user/tactus.*
+    rm -r "$units"
+else
+    say "left out: no systemd-analyze here"
+fi
+grep -q '^ExecStart=/usr/bin/tactus analyze ' "$root/usr/lib/systemd/user/tactus.service"
+
 say "analysing a file of 124 BPM"
 build-package/scripts/tactus-demo-track "$root/srv/track.wav" 124
 inside tactus --version
