@@ -21,6 +21,12 @@ PACKAGES_DESKTOP=(
     qt6-wayland fonts-dejavu-core
 )
 
+# To build the Python package and the plug-in for beets, and to run and check them.
+PACKAGES_PYTHON=(
+    pybind11-dev python3-dev python3-numpy
+    python3-pytest python3-matplotlib python3-distributed beets mypy
+)
+
 # To run the tests: frameworks, encoders of other makers, independent tag readers, a display, and
 # what a locale with a decimal comma is made from.
 PACKAGES_TEST=(
