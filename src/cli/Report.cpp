@@ -240,20 +240,6 @@ std::string ReadingText(CTempoCandidate const& reading) {
            FiniteTempoText(static_cast<double>(reading.m_fScore)).value_or("-");
 }
 
-std::string RoundedTempo(double tempo, int decimals) {
-    constexpr std::int64_t kUnits[] = {100, 10, 1}; // hundredths in a last decimal
-    constexpr std::int64_t kScales[] = {1, 10, 100};
-    auto const index = static_cast<std::size_t>(std::clamp(decimals, 0, 2));
-    std::int64_t const units = (std::llround(tempo * 100.0) + kUnits[index] / 2) / kUnits[index];
-    std::string text = std::to_string(units / kScales[index]);
-    if (index > 0) {
-        std::string const fraction = std::to_string(units % kScales[index] + kScales[index]);
-        text += '.';
-        text.append(fraction, 1); // behind the 1 that keeps its zeros
-    }
-    return text;
-}
-
 std::optional<std::string> FiniteTempoText(std::optional<double> tempo) {
     bool const isTempo = tempo && std::isfinite(*tempo);
     return isTempo ? std::optional(TempoText(*tempo)) : std::nullopt;

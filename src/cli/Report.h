@@ -91,8 +91,5 @@ char const* PlanName(EPlan plan);
 /// score.
 std::string ReadingText(CTempoCandidate const& reading);
 
-/// The tempo with 0 to 2 decimals, halves upwards, from the tempo with two.
-std::string RoundedTempo(double tempo, int decimals);
-
 /// `TempoText` of a tempo. Nothing for infinity and NaN, which are none.
 std::optional<std::string> FiniteTempoText(std::optional<double> tempo);

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
+#include <cstdint>
 #include <string_view>
 
 std::string TempoText(double bpm) {
@@ -15,6 +17,20 @@ std::string TempoText(double bpm) {
                                     std::chars_format::fixed, kDecimals)
                           .ptr;
     return {text.data(), end};
+}
+
+std::string RoundedTempo(double bpm, int decimals) {
+    constexpr std::int64_t kUnits[] = {100, 10, 1}; // hundredths in a last decimal
+    constexpr std::int64_t kScales[] = {1, 10, 100};
+    auto const index = static_cast<std::size_t>(std::clamp(decimals, 0, 2));
+    std::int64_t const units = (std::llround(bpm * 100.0) + kUnits[index] / 2) / kUnits[index];
+    std::string text = std::to_string(units / kScales[index]);
+    if (index > 0) {
+        std::string const fraction = std::to_string(units % kScales[index] + kScales[index]);
+        text += '.';
+        text.append(fraction, 1); // behind the 1 that keeps its zeros
+    }
+    return text;
 }
 
 double LeadingNumber(CString const& text) {

@@ -134,15 +134,6 @@ TEST_F(ReportTest, ATempoFromATagThatIsNoPlainOneIsMarked) {
                 testing::HasSubstr(R"("album":"X, Y","tagKey":"Am","tempoNote":"times10",)"));
 }
 
-TEST_F(ReportTest, ATempoIsRoundedFromItsTwoDecimalsHalvesUpwards) {
-    EXPECT_EQ(RoundedTempo(128.0, 2), "128.00");
-    EXPECT_EQ(RoundedTempo(97.05, 2), "97.05");
-    EXPECT_EQ(RoundedTempo(127.95, 1), "128.0");
-    EXPECT_EQ(RoundedTempo(127.94, 1), "127.9");
-    EXPECT_EQ(RoundedTempo(128.5, 0), "129");
-    EXPECT_EQ(RoundedTempo(128.49, 0), "128");
-}
-
 TEST_F(ReportTest, TableShowsNoControlCharacters) {
     std::string const table = WriteTable(0, false, {Analysed("a\x1B[2J\n", "t\r", "", 1.0)});
     EXPECT_EQ(table.find('\x1B'), std::string::npos);

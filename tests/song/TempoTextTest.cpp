@@ -39,3 +39,12 @@ TEST(TempoTextTest, LeadingNumbersAreReadInEveryLocale) {
     EXPECT_EQ(LeadingNumber("inf"), 0.0);
     EXPECT_EQ(LeadingNumber("0x10"), 0.0);
 }
+
+TEST(TempoTextTest, ATempoIsRoundedFromItsTwoDecimalsHalvesUpwards) {
+    EXPECT_EQ(RoundedTempo(128.0, 2), "128.00");
+    EXPECT_EQ(RoundedTempo(97.05, 2), "97.05");
+    EXPECT_EQ(RoundedTempo(127.95, 1), "128.0");
+    EXPECT_EQ(RoundedTempo(127.94, 1), "127.9");
+    EXPECT_EQ(RoundedTempo(128.5, 0), "129");
+    EXPECT_EQ(RoundedTempo(128.49, 0), "128");
+}
