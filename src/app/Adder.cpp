@@ -18,10 +18,23 @@ namespace {
 
 constexpr std::array<char const*, 3> kChoosableTypes{"wav", "mp3", "aiff"}; // Fixed: open panel.
 
+/// A file that can be heard, by its name. What systems put beside music ("._song.flac") is none.
+bool IsOtherKind(CFileEntry const& entry) {
+    CString name;
+    CFileUtil::ExtractFileName(entry.m_sPath, name);
+    return !entry.m_bIsDirectory && !name.ToUtf8().starts_with('.') &&
+           FindAudioKind(entry.m_sPath) != nullptr;
+}
+
 } // namespace
 
 CAdder::CAdder(CFileList& list, CBatch& batch, IBpmView& view)
     : m_list(list), m_batch(batch), m_view(view), m_sSupportedExts(ListedExtensions()) {
+}
+
+CWishes CAdder::Wishes() const {
+    auto const guard = m_list.Lock();
+    return m_list.Wishes();
 }
 
 // Deliberate: an extension is looked for anywhere in the joined list, so that "if" and "m4" pass
@@ -35,12 +48,16 @@ bool CAdder::IsSupported(CString const& path) const {
 }
 
 bool CAdder::ShouldShow(CString const& path) const {
-    return CFileManager::IsDirectory(path) || IsSupported(path);
+    return CFileManager::IsDirectory(path) || IsSupported(path) ||
+           (Wishes().m_bOtherKinds && FindAudioKind(path) != nullptr);
 }
 
-bool CAdder::CanChoose(CString const& path) {
+bool CAdder::CanChoose(CString const& path) const {
     if (CFileManager::IsDirectory(path)) {
         return true;
+    }
+    if (Wishes().m_bOtherKinds) {
+        return FindAudioKind(path) != nullptr;
     }
     CString extension;
     return CFileUtil::GetLowerCaseFileExt(path, extension) == kStatusOk &&
@@ -82,15 +99,34 @@ void CAdder::AddPath(CString const& path, CCancelFlag const& unwanted) {
 
 void CAdder::ListFiles(std::vector<CString>& list, CString const& directory,
                        CCancelFlag const& unwanted) {
+    bool const takesOthers = Wishes().m_bOtherKinds;
     CFileManager::Enumerate(
         directory,
         [&](CFileEntry const& entry) {
-            if (IsSupported(entry.m_sPath)) {
+            bool const isOther = !IsSupported(entry.m_sPath);
+            if (!isOther || (takesOthers && IsOtherKind(entry))) {
                 list.push_back(entry.m_sPath);
+            } else if (IsOtherKind(entry)) {
+                NoteLeftOut(entry.m_sPath);
             }
             return !unwanted.IsSet();
         },
         [this](CString const& folder, std::error_code) { NoteUnreadFolder(folder); });
+}
+
+void CAdder::NoteLeftOut(CString const& path) {
+    auto const guard = m_list.Lock();
+    if (m_vLeftOutPaths.emplace(path.Units()).second) {
+        m_vLeftOut.push_back(path);
+        ++m_list.Counts().m_nLeftOut;
+    }
+}
+
+std::vector<CString> CAdder::TakeLeftOut() {
+    auto const guard = m_list.Lock();
+    m_vLeftOutPaths.clear();
+    m_list.Counts().m_nLeftOut = 0;
+    return std::exchange(m_vLeftOut, {});
 }
 
 void CAdder::NoteUnreadFolder(CString const& folder) {
@@ -128,7 +164,7 @@ void CAdder::AddFile(CString const& path, CCancelFlag const& unwanted) {
 void CAdder::AppendRow(CString const& path) {
     auto row = std::make_unique<CListRow>(path);
     row->m_identity = IdentityAt(path.ToPath());
-    row->m_sTempoInTag = ReadRowTags(row->m_file);
+    row->m_sTempoInTag = ReadRowTags(row->m_file, Wishes());
     row->m_bFromTag = row->m_file.IsDone();
     auto const guard = m_list.Lock();
     m_batch.Append(std::move(row));
@@ -191,6 +227,9 @@ void CAdder::Stop() {
 void CAdder::Renew() {
     m_pToken->Set();
     m_pToken = std::make_shared<CCancelFlag>();
+    m_vLeftOut.clear();
+    m_vLeftOutPaths.clear();
+    m_list.Counts().m_nLeftOut = 0;
 }
 
 void CAdder::End() {

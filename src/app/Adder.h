@@ -8,6 +8,8 @@
 #include "base/CancelFlag.h"
 
 #include <memory>
+#include <string>
+#include <unordered_set>
 #include <vector>
 
 /// Brings files into the list. Folders are walked and tags read on a worker of its own, one path
@@ -38,8 +40,13 @@ public:
     /// the joined list of supported extensions, ignoring case.
     [[nodiscard]] bool ShouldShow(CString const& path) const;
 
-    /// May this entry be chosen in the open panel? Folders always; files of three types.
-    [[nodiscard]] static bool CanChoose(CString const& path);
+    /// May this entry be chosen in the open panel? Folders always; files of three types, or of any
+    /// when all are wished for.
+    [[nodiscard]] bool CanChoose(CString const& path) const;
+
+    /// Files of other kinds that were found below folders and left out, in the order found, each
+    /// once. A stop forgets them. They are handed over.
+    [[nodiscard]] std::vector<CString> TakeLeftOut();
 
     void Stop();
 
@@ -63,7 +70,9 @@ private:
     void TryToAdd(CString const& path, CCancelFlag const& unwanted);
     void EndJob(CCancelFlag const& unwanted);
     void NoteUnreadFolder(CString const& folder);
+    void NoteLeftOut(CString const& path);
     [[nodiscard]] bool IsSupported(CString const& path) const;
+    [[nodiscard]] CWishes Wishes() const;
 
     CFileList& m_list;
     CBatch& m_batch;
@@ -73,6 +82,8 @@ private:
     // Guarded by the list's lock.
     CToken m_pToken = std::make_shared<CCancelFlag>(); // of what is added from now on
     std::size_t m_nJobs = 0;
+    std::vector<CString> m_vLeftOut;
+    std::unordered_set<std::u16string> m_vLeftOutPaths; // the same, to be found
     bool m_bEnded = false;
 
     CWorkQueue m_queue;

@@ -26,7 +26,7 @@ bool BPMController::panelShouldShowFilename(CString const& path) const {
 }
 
 bool BPMController::panelCanChooseFilename(CString const& path) const {
-    return CAdder::CanChoose(path);
+    return m_adder.CanChoose(path);
 }
 
 void BPMController::add(CString const& path) {
@@ -47,6 +47,19 @@ void BPMController::analyze() {
 
 void BPMController::reScan() {
     m_batch.StartOver();
+}
+
+std::size_t BPMController::countForeignTempos() {
+    return m_batch.CountForeign();
+}
+
+void BPMController::setWishes(CWishes const& wishes) {
+    auto const guard = m_list.Lock();
+    m_list.Wishes() = wishes;
+}
+
+std::vector<CString> BPMController::takeLeftOut() {
+    return m_adder.TakeLeftOut();
 }
 
 void BPMController::setHidden(std::vector<std::size_t> const& rows, bool isHidden) {

@@ -46,7 +46,8 @@ public:
     /// the joined list of supported extensions, ignoring case.
     [[nodiscard]] bool panelShouldShowFilename(CString const& path) const;
 
-    /// May this entry be chosen in the open panel? Folders always; files of three types.
+    /// May this entry be chosen in the open panel? Folders always; files of three types, or of any
+    /// when all are wished for.
     [[nodiscard]] bool panelCanChooseFilename(CString const& path) const;
 
     /// Adds one file, or every matching file below a folder, reading tags as it goes.
@@ -64,6 +65,16 @@ public:
 
     /// Takes every row as not done and analyses.
     void reScan();
+
+    /// How many tempos would be lost by `reScan` that this system didn't find: by its journal, and
+    /// where that knows nothing, all that came with the files.
+    [[nodiscard]] std::size_t countForeignTempos();
+
+    /// What is to be otherwise than the list has it by itself; counts from now on.
+    void setWishes(CWishes const& wishes);
+
+    /// Files of other kinds that were left out of folders, in the order found, handed over.
+    [[nodiscard]] std::vector<CString> takeLeftOut();
 
     /// Hides rows, or brings them back: hidden ones are neither shown nor analysed, the running one
     /// is given up. They stay in the list, and no file is touched.

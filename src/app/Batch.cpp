@@ -88,6 +88,7 @@ void CBatch::StartNext() {
     m_view.setCanClose(false);
     m_view.reloadRow(next);
     m_bInProgress = true;
+    m_pFileAnalyzer->WantCandidates(m_list.Wishes().m_bLikelyOctave);
     if (!m_pFileAnalyzer->Analyze(&row.m_file)) {
         GiveUpRunningRow();
     }
@@ -222,7 +223,9 @@ void CBatch::Conclude(CUserInfo const* userInfo) {
         isAgain =
             HasChangedMeanwhile(m_pFileAnalyzer->GetOutcome()) && row->m_retries.AfterChange();
         if (!isAgain) {
-            row->m_file.SetTempo(CString(UserInfoText(userInfo, kBpmKey).c_str()));
+            row->m_file.SetTempo(WishedTempo(m_list.Wishes(),
+                                             CString(UserInfoText(userInfo, kBpmKey).c_str()),
+                                             m_pFileAnalyzer->GetCandidates()));
             row->m_nPercent = -1;
             row->m_bFromTag = false;
             m_list.SetDone(*row);
@@ -286,19 +289,22 @@ void CBatch::StoreTempo(CListRow& row) {
     CString tempo;
     CStoreTempoOptions options;
     CAnalysisOutcome outcome;
+    bool isWished = false;
     {
         auto const guard = m_list.Lock();
         path = row.m_file.GetPath();
         tempo = row.m_file.GetTempo();
         options.m_tempoBefore = row.m_sTempoInTag;
         outcome = row.m_outcome;
+        isWished = IsStoringWished(m_list.Wishes(), outcome.m_problem);
+        ApplyWishes(m_list.Wishes(), options);
     }
     // What could not be heard is left alone, and its row says already why.
     CTagStoreReport report;
     EWriteProblem problem = EWriteProblem::None;
     bool const isHeard = outcome.m_problem == EAnalysisProblem::None ||
                          outcome.m_problem == EAnalysisProblem::NoBeat;
-    if (isHeard) {
+    if (isHeard && isWished) {
         auto const witness = m_journal.Witness(EJournalWriter::Window, ETextOrigin::Heard);
         options.m_pWitness = witness.get();
         problem = ::StoreTempo(path, outcome, tempo, options, &report);
@@ -310,7 +316,7 @@ void CBatch::StoreTempo(CListRow& row) {
     row.m_retries = {};
     {
         auto const guard = m_list.Lock();
-        if (isHeard && problem == EWriteProblem::None) {
+        if (isHeard && isWished && problem == EWriteProblem::None) {
             row.m_sTempoInTag = tempo;
         }
         row.m_vConverted = std::move(report.m_vConverted);

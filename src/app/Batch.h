@@ -41,6 +41,10 @@ public:
     /// behind it.
     void SetHidden(std::vector<std::size_t> const& rows, bool isHidden);
 
+    /// Rows whose tempo came with the file and isn't known to be of our own hearing. Hidden ones
+    /// don't count.
+    [[nodiscard]] std::size_t CountForeign();
+
     void OnProgress(CUserInfo const* userInfo);
     void OnFileComplete(CUserInfo const* userInfo);
     void OnAnalysisComplete(CUserInfo const* userInfo);
@@ -76,6 +80,7 @@ private:
     void DecideAnew(CListRow& row);
     void TakeTagAgain(CListRow& row, CBPMFile const& fresh, CString const& tempoInTag);
     void GiveToOtherNames(CListRow const& row);
+    [[nodiscard]] CWishes Wishes() const;
     [[nodiscard]] CString PathAt(std::size_t index) const;
     void TakeOver(CListRow& other, CListRow const& row);
 

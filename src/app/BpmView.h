@@ -47,6 +47,7 @@ struct CBatchStatus {
     std::size_t m_nHidden = 0;   ///< Of these, rows that are hidden now.
     std::size_t m_nReturned = 0; ///< Hidden rows so far that came back by being added again.
     std::size_t m_nKnown = 0;    ///< Paths met so far that were in the list already.
+    std::size_t m_nLeftOut = 0;  ///< Files of other kinds that were left out of folders.
     std::size_t m_nUndone = 0; ///< Rows without a tempo, the running one included, hidden ones not.
     std::size_t m_nBatchFiles = 0;    ///< Files of this batch, done and still to come.
     std::size_t m_nBatchPlace = 0;    ///< Which of them is running, from 1; 0 when none is.

@@ -55,9 +55,9 @@ public:
     /// What came of the last file. A tempo of 0 says by itself that no beat was found.
     [[nodiscard]] CAnalysisOutcome GetOutcome() const;
 
-    /// Has the readings of the tempo found too, from the next run on. That keeps two floats for
-    /// each 256 samples of the song.
-    void WantCandidates() { m_bCandidates = true; }
+    /// Has the readings of the tempo found too, or no longer, from the next run on. That keeps two
+    /// floats for each 256 samples of the song.
+    void WantCandidates(bool isWanted = true) { m_bCandidates = isWanted; }
 
     /// The readings of the last file's tempo; none unless they were wanted.
     [[nodiscard]] CTempoCandidates GetCandidates() const;

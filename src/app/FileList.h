@@ -5,6 +5,7 @@
 
 #include "app/BpmView.h"
 #include "app/ListRow.h"
+#include "app/Wishes.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -48,6 +49,10 @@ public:
     [[nodiscard]] CBatchStatus& Counts() { return m_counts; }
     [[nodiscard]] CBatchStatus const& Counts() const { return m_counts; }
 
+    /// What a person wants otherwise; whoever works on the list goes by it.
+    [[nodiscard]] CWishes& Wishes() { return m_wishes; }
+    [[nodiscard]] CWishes const& Wishes() const { return m_wishes; }
+
     /// Takes a path, so that it comes in once. Returns: whether it is new.
     bool TakePath(CString const& path);
 
@@ -90,4 +95,5 @@ private:
     std::unordered_multimap<std::uint64_t, std::size_t> m_vInodes; // Numbers of files, to rows.
     std::size_t m_nFirstUndone = 0; // No row in front of it is undone.
     CBatchStatus m_counts;
+    CWishes m_wishes;
 };

@@ -4,10 +4,42 @@
 #include "app/RowTags.h"
 
 #include "base/FileUtil.h"
+#include "song/AudioKinds.h"
 #include "song/SongTags.h"
 #include "song/TempoText.h"
 
-CString ReadRowTags(CBPMFile& row) {
+namespace {
+
+bool IsMp3(CString const& path) {
+    CAudioKind const* const kind = FindAudioKind(path);
+    return kind != nullptr && kind->m_writing == ETagWriting::Id3;
+}
+
+CString TextOf(std::string const& utf8) {
+    return CString::FromUtf8(utf8);
+}
+
+/// Fills the row with what people mean by its texts.
+CString ReadShownRowTags(CBPMFile& row) {
+    CShownTags const tags = ReadShownTags(row.GetPath());
+    bool const hasTempo = tags.m_tempo.m_worth != ETagTempo::None;
+    if (hasTempo) {
+        row.SetTempo(CString(TempoText(tags.m_tempo.m_dBpm).c_str()));
+        row.SetDone(true);
+    }
+    CString name;
+    CFileUtil::ExtractFileName(row.GetPath(), name);
+    row.SetTitle(tags.m_sTitle.empty() ? name : TextOf(tags.m_sTitle));
+    row.SetArtist(TextOf(tags.m_sArtist));
+    return TextOf(tags.m_sTempo);
+}
+
+} // namespace
+
+CString ReadRowTags(CBPMFile& row, CWishes const& wishes) {
+    if ((wishes.m_bOtherKinds || wishes.m_bWriteOtherKinds) && !IsMp3(row.GetPath())) {
+        return ReadShownRowTags(row);
+    }
     CSongTags const tags = ReadSongTags(row.GetPath());
     if (LeadingNumber(tags.m_sTempo) > 0.0) {
         row.SetTempo(tags.m_sTempo);

@@ -25,11 +25,16 @@ CString CBatch::PathAt(std::size_t index) const {
     return m_list.Row(index).m_file.GetPath();
 }
 
+CWishes CBatch::Wishes() const {
+    auto const guard = m_list.Lock();
+    return m_list.Wishes();
+}
+
 // All is decided by the tag that stands there now: either it has a tempo, or the row is to do
 // again, and next.
 void CBatch::DecideAnew(CListRow& row) {
     CBPMFile fresh(PathAt(row.m_nIndex));
-    CString const tempoInTag = ReadRowTags(fresh);
+    CString const tempoInTag = ReadRowTags(fresh, Wishes());
     bool isDone = false;
     {
         auto const guard = m_list.Lock();

@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+//
+// Rows whose tempo somebody else has set: it came with the file, and the journal knows of no
+// hearing that gave it.
+
+#include "app/Batch.h"
+
+#include <utility>
+
+namespace {
+
+constexpr char kTempoFrameId[] = "TBPM"; // Standard: ID3v2.3.0, section 4.2.1.
+
+} // namespace
+
+// The journal is asked without the lock: it may lie on a slow disk.
+std::size_t CBatch::CountForeign() {
+    std::vector<std::pair<std::string, std::string>> found; // paths and texts
+    {
+        auto const guard = m_list.Lock();
+        for (std::size_t index = 0; index < m_list.Size(); ++index) {
+            CListRow const& row = m_list.Row(index);
+            if (row.m_bFromTag && !row.m_bHidden) {
+                found.emplace_back(row.m_file.GetPath().ToPath(), row.m_file.GetTempo().ToUtf8());
+            }
+        }
+    }
+    std::size_t count = 0;
+    for (auto const& [path, text] : found) {
+        bool const isOurs = m_journal.OriginOf(path, kTempoFrameId, text) == ETextOrigin::Heard;
+        count += static_cast<std::size_t>(!isOurs);
+    }
+    return count;
+}
