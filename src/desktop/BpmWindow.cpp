@@ -148,10 +148,7 @@ void BpmWindow::endAddition(CBatchStatus const& status) {
 }
 
 void BpmWindow::analyzeAgain() {
-    std::size_t replaced = 0;
-    for (std::size_t row = 0; row < m_controller.numberOfRowsInTableView(); ++row) {
-        replaced += static_cast<std::size_t>(m_controller.rowState(row).m_bFromTag);
-    }
+    std::size_t const replaced = m_controller.countForeignTempos();
     if (replaced == 0 || askBeforeReplacing(replaced)) {
         m_bCloseWhenIdle = false;
         m_controller.reScan();
@@ -166,8 +163,8 @@ bool BpmWindow::askBeforeReplacing(std::size_t count) {
     question.setTextFormat(Qt::PlainText);
     question.setText(
         tr("%Ln tempo(s) came with the files. Replace them?", nullptr, static_cast<int>(count)));
-    question.setInformativeText(tr("Tactus did not find them in this session; they may have been "
-                                   "set by hand. MP3 files get the new tempo in their tags."));
+    question.setInformativeText(tr("Tactus did not find them; they may have been set by hand. "
+                                   "MP3 files get the new tempo in their tags."));
     QPushButton* replace = question.addButton(tr("Analyze all again"), QMessageBox::AcceptRole);
     question.setDefaultButton(question.addButton(QMessageBox::Cancel));
     question.exec();

@@ -99,8 +99,8 @@
         </translation>
     </message>
     <message>
-        <source>Tactus did not find them in this session; they may have been set by hand. MP3 files get the new tempo in their tags.</source>
-        <translation>Tactus hat sie in dieser Sitzung nicht gefunden; vielleicht wurden sie von Hand gesetzt. MP3-Dateien bekommen das neue Tempo in ihren Tag.</translation>
+        <source>Tactus did not find them; they may have been set by hand. MP3 files get the new tempo in their tags.</source>
+        <translation>Tactus hat sie nicht gefunden; vielleicht wurden sie von Hand gesetzt. MP3-Dateien bekommen das neue Tempo in ihren Tag.</translation>
     </message>
     <message>
         <source>Analyze all again</source>
