@@ -3,7 +3,10 @@
 
 #include "app/Wishes.h"
 
+#include "base/CString.h"
+#include "song/AnalysisProblem.h"
 #include "song/SongCandidates.h"
+#include "song/StoreTempo.h"
 #include "song/TempoText.h"
 
 namespace {

@@ -3,9 +3,10 @@
 
 #pragma once
 
-#include "base/CString.h"
-#include "song/StoreTempo.h"
-#include "song/TempoCandidates.h"
+class CString;
+struct CStoreTempoOptions;
+struct CTempoCandidates;
+enum class EAnalysisProblem;
 
 /// What a person may have otherwise than the list has it by itself. Made without a word, it is the
 /// factory state: every rule of the list as it always was.

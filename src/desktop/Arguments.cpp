@@ -20,6 +20,8 @@ CArguments ReadArguments(int argc, char const* const* argv) {
             arguments.m_bHelp = true;
         } else if (argument == "--version") {
             arguments.m_bVersion = true;
+        } else if (argument == "--factory") {
+            arguments.m_bFactory = true;
         } else if (arguments.m_sUnknown.empty()) {
             arguments.m_sUnknown = argument;
         }

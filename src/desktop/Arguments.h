@@ -11,6 +11,7 @@ struct CArguments {
     std::vector<std::string> m_vPaths; ///< Files and folders, absolute, as bytes.
     std::string m_sUnknown;            ///< The first option that nobody knows, or empty.
     bool m_bHelp = false;
+    bool m_bFactory = false; ///< Neither read settings nor keep any.
     bool m_bVersion = false;
 };
 

@@ -36,8 +36,8 @@ constexpr QSize kSmallestSize(420, 220); // Fixed: pixels; the toolbar still fit
 
 } // namespace
 
-BpmWindow::BpmWindow(BPMController& controller, QWidget* parent)
-    : QMainWindow(parent), m_controller(controller), m_model(controller) {
+BpmWindow::BpmWindow(BPMController& controller, CSettings settings)
+    : m_controller(controller), m_settings(settings), m_model(controller) {
     setObjectName("mainWindow");
     setWindowTitle(tr("Tactus"));
     setAccessibleName(windowTitle());
@@ -53,6 +53,7 @@ BpmWindow::BpmWindow(BPMController& controller, QWidget* parent)
     m_pStatusLine = new CStatusLine(this);
     setStatusBar(m_pStatusLine);
     connectAll();
+    applyWishes(m_settings.Wishes());
     showCounts();
     showStatus();
     m_pTable->setFocus();
@@ -89,6 +90,7 @@ void BpmWindow::connectAll() {
     connect(&m_model, &CFileTableModel::countsChanged, this, &BpmWindow::showCounts);
     connect(&m_model, &QAbstractItemModel::modelReset, this, &BpmWindow::showReason);
     connect(m_pTable, &CFileTableView::addRequested, this, &BpmWindow::openFile);
+    connect(m_pTable, &CFileTableView::onlyLookRequested, this, &BpmWindow::onlyLook);
     connect(m_pTable->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &BpmWindow::showReason);
     connect(m_pTable->selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -130,7 +132,7 @@ void BpmWindow::beginAddition(std::vector<CString> const& paths) {
     }
 }
 
-// Of a folder that can't be read, another notice tells.
+// Of a folder that can't be read, and of files that were left out, other notices tell.
 void BpmWindow::endAddition(CBatchStatus const& status) {
     if (m_addition.m_vNames.isEmpty() || status.m_bAdding) {
         return;
@@ -138,13 +140,16 @@ void BpmWindow::endAddition(CBatchStatus const& status) {
     CAddition const before = std::exchange(m_addition, {});
     std::size_t const added = status.m_nRows + status.m_nReturned - before.m_nRows;
     std::size_t const known = status.m_nKnown - before.m_nKnown;
-    bool const isTold = status.m_nUnreadFolders > before.m_nUnreadFolders && added + known == 0;
+    bool const isTold =
+        (status.m_nUnreadFolders > before.m_nUnreadFolders || status.m_nLeftOut > 0) &&
+        added + known == 0;
     QString const text = AddedText(added, known, before.m_vNames);
     if (text.isEmpty() || isTold) {
         m_pNotices->withdraw(ENotice::Added);
     } else {
         m_pNotices->post({ENotice::Added, text, {{tr("Close"), {}}}});
     }
+    tellLeftOut();
 }
 
 void BpmWindow::analyzeAgain() {
@@ -291,6 +296,7 @@ void BpmWindow::showReason() {
 
 void BpmWindow::closeEvent(QCloseEvent* event) {
     if (m_bCanClose || m_bEnding) {
+        keepSize();
         event->accept();
         return;
     }

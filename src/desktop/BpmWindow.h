@@ -4,12 +4,16 @@
 #pragma once
 
 #include "app/PictureSource.h"
+#include "app/Wishes.h"
+#include "base/CString.h"
 #include "desktop/FileTableModel.h"
+#include "desktop/Settings.h"
 
 #include <QMainWindow>
 #include <QStringList>
 #include <atomic>
 #include <cstddef>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -20,7 +24,6 @@ class CNoticeBar;
 class CReasonLine;
 class CSongPane;
 class CStatusLine;
-class CString;
 class QAction;
 class QSplitter;
 class QToolBar;
@@ -32,7 +35,8 @@ class BpmWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    explicit BpmWindow(BPMController& controller, QWidget* parent = nullptr);
+    /// Takes over what `settings` remember, and tells the controller.
+    explicit BpmWindow(BPMController& controller, CSettings settings = {});
 
     /// Thread: any.
     void setCanClose(bool canClose) { m_bCanClose = canClose; }
@@ -45,7 +49,7 @@ public:
     }
 
     /// Shows the pane with the selected song as the user left it; the first time, when the screen
-    /// has room for it.
+    /// has room for it. The window gets the size that the user gave it.
     void openPaneAtStart();
 
     /// Adds files and folders, then analyses, and tells what came of it; returns at once.
@@ -96,6 +100,12 @@ private:
     void hideRows();
     void bringBack();
     void showHidden(CBatchStatus const& status);
+    void applyWishes(CWishes const& wishes);
+    void onlyLook();
+    void openPreferences();
+    void keepSize();
+    void tellLeftOut();
+    void addLeftOut();
     void beginAddition(std::vector<CString> const& paths);
     void endAddition(CBatchStatus const& status);
     void showCounts();
@@ -107,6 +117,8 @@ private:
     void endClosing();
 
     BPMController& m_controller;
+    CSettings m_settings;
+    CWishes m_wishes;
     CFileTableModel m_model;
     CHeardPictures m_pictures;
     CFileTableView* m_pTable = nullptr;
@@ -126,13 +138,16 @@ private:
     QAction* m_pBringBack = nullptr;
     QAction* m_pClose = nullptr;
     QAction* m_pMenu = nullptr;
+    QAction* m_pPreferences = nullptr;
     QAction* m_pQuit = nullptr;
     QAction* m_pTogglePane = nullptr;
     QAction* m_pSwitchPane = nullptr;
+    QSize m_sizeAtStart;
     CAddition m_addition;
-    std::size_t m_nUnreadFolders = 0;                   // Told so far.
-    std::size_t m_nReadFolders = 0;                     // Of those, in notices that were read.
-    std::size_t m_nHidden = 0;                          // Rows that the last notice told of.
+    std::set<CString> m_vLeftOut;     // Files of other kinds that the notice tells of.
+    std::size_t m_nUnreadFolders = 0; // Told so far.
+    std::size_t m_nReadFolders = 0;   // Of those, in notices that were read.
+    std::size_t m_nHidden = 0;        // Rows that the last notice told of.
     std::vector<std::vector<std::size_t>> m_vHideSteps; // The latest comes last.
     std::atomic<bool> m_bCanClose{true};
     bool m_bCloseWhenIdle = false; // The user has chosen to stop and close.

@@ -82,6 +82,10 @@ void BpmWindow::setUpMoreActions() {
     connect(m_pHide, &QAction::triggered, this, &BpmWindow::hideRows);
     connect(m_pBringBack, &QAction::triggered, this, &BpmWindow::bringBack);
     m_pTable->addActions({m_pHide});
+    m_pPreferences = makeAction("actionPreferences", tr("Preferences …"),
+                                tr("What is to be otherwise than at first"),
+                                {QKeySequence(Qt::CTRL | Qt::Key_Comma)});
+    connect(m_pPreferences, &QAction::triggered, this, &BpmWindow::openPreferences);
     m_pMenu =
         makeAction("actionMenu", tr("Menu"), tr("Everything else"), {QKeySequence(Qt::Key_F10)});
 }
@@ -129,6 +133,8 @@ void BpmWindow::setUpMenu(QToolBar& toolbar) {
     menu->addActions({m_pCopy, m_pSelectAll, m_pHide, m_pBringBack});
     menu->addSeparator();
     menu->addActions({m_pTogglePane, m_pSwitchPane});
+    menu->addSeparator();
+    menu->addAction(m_pPreferences);
     menu->addSeparator();
     menu->addActions({m_pHelp, m_pClose, m_pQuit});
     auto* button = qobject_cast<QToolButton*>(toolbar.widgetForAction(m_pMenu));

@@ -7,7 +7,6 @@
 
 #include "app/BPMController.h"
 #include "desktop/FileTableView.h"
-#include "desktop/PaneMemory.h"
 #include "desktop/SongPane.h"
 
 #include <QAction>
@@ -36,7 +35,7 @@ void BpmWindow::setUpPaneActions() {
     m_pTogglePane->setCheckable(true);
     connect(m_pTogglePane, &QAction::triggered, this, [this](bool isOpen) {
         showPane(isOpen);
-        RememberPane(isOpen);
+        m_settings.SetPaneOpen(isOpen);
     });
     m_pSwitchPane =
         makeAction("actionSwitch", tr("Table or song"),
@@ -58,10 +57,14 @@ void BpmWindow::openPaneAtStart() {
     QSize const room = screen()->availableSize();
     bool const hasRoom =
         room.width() >= kSizeWithPane.width() && room.height() >= kSizeWithPane.height();
-    if (RememberedPane().value_or(hasRoom)) {
+    if (m_settings.PaneOpen().value_or(hasRoom)) {
         resize(kSizeWithPane.boundedTo(room));
         showPane(true);
     }
+    if (std::optional<QSize> const size = m_settings.WindowSize()) {
+        resize(size->boundedTo(room));
+    }
+    m_sizeAtStart = size();
 }
 
 void BpmWindow::showPane(bool isOpen) {

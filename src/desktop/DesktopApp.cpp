@@ -50,11 +50,13 @@ private:
 
 constexpr int kWrongUsage = 2; // Fixed: exit code, as of the command line.
 
-constexpr char kUsage[] = "Usage: tactus-desktop [OPTION...] [--] [PATH...]\n"
-                          "Opens the window and finds the tempo of the files and folders PATH.\n\n"
-                          "  -h, --help     this text\n"
-                          "      --version  the program's version\n\n"
-                          "Options of Qt programs, such as -style, work as well.\n";
+constexpr char kUsage[] =
+    "Usage: tactus-desktop [OPTION...] [--] [PATH...]\n"
+    "Opens the window and finds the tempo of the files and folders PATH.\n\n"
+    "      --factory  as at the first start: settings are neither read nor kept\n"
+    "  -h, --help     this text\n"
+    "      --version  the program's version\n\n"
+    "Options of Qt programs, such as -style, work as well.\n";
 
 /// Answers what needs no window. Returns: the exit code; -1 when a window is wanted.
 int AnswerWithoutWindow(CArguments const& arguments) {
@@ -91,7 +93,7 @@ int RunDesktop(int argc, char** argv) {
     std::atexit(OnExit);
 
     CQuitSignals quitSignals;
-    BpmWindow window(controller);
+    BpmWindow window(controller, arguments.m_bFactory ? CSettings::Factory() : CSettings());
     view.setWindow(&window);
     CQuitWatcher watcher(window);
     app.installEventFilter(&watcher);

@@ -20,20 +20,24 @@ CEmptyHint::CEmptyHint(QWidget* parent)
     : QWidget(parent),
       m_pTitle(new QLabel(this)),
       m_pWay(new QLabel(tr("Drop files and folders here, or"), this)),
-      m_pKinds(
-          new QLabel(tr("wav, mp3, aiff, aif, caf and m4a; only mp3 files are written"), this)),
-      m_pAdd(new QPushButton(tr("Add music …"), this)) {
+      m_pKinds(new QLabel(this)),
+      m_pAdd(new QPushButton(tr("Add music …"), this)),
+      m_pOnlyLook(new QPushButton(tr("Only look, write nothing …"), this)) {
     m_pTitle->setObjectName("emptyHint");
     m_pWay->setObjectName("emptyWay");
     m_pAdd->setObjectName("emptyAdd");
     QString const keys = QKeySequence(QKeySequence::Open).toString(QKeySequence::NativeText);
     m_pAdd->setToolTip(keys);
+    m_pOnlyLook->setObjectName("emptyOnlyLook");
+    m_pOnlyLook->setToolTip(tr("Add music, and change no file until the window is closed"));
+    m_pOnlyLook->setFlat(true);
     auto* layout = new QVBoxLayout(this);
     layout->addStretch();
     for (QLabel* label : {m_pTitle, m_pWay}) {
         layout->addWidget(label);
     }
     layout->addWidget(m_pAdd, 0, Qt::AlignHCenter);
+    layout->addWidget(m_pOnlyLook, 0, Qt::AlignHCenter);
     layout->addWidget(m_pKinds);
     layout->addStretch();
     for (QLabel* label : {m_pTitle, m_pWay, m_pKinds}) {
@@ -45,7 +49,8 @@ CEmptyHint::CEmptyHint(QWidget* parent)
     font.setPointSizeF(font.pointSizeF() * kTitleScale);
     m_pTitle->setFont(font);
     connect(m_pAdd, &QPushButton::clicked, this, &CEmptyHint::addRequested);
-    setFiltered(false);
+    connect(m_pOnlyLook, &QPushButton::clicked, this, &CEmptyHint::onlyLookRequested);
+    showTexts();
 }
 
 void CEmptyHint::setColors(QPalette const& palette) {
@@ -62,11 +67,33 @@ void CEmptyHint::setColors(QPalette const& palette) {
 }
 
 void CEmptyHint::setFiltered(bool isFiltered) {
-    m_pTitle->setText(isFiltered ? tr("Nothing here")
-                                 : tr("Finds the tempo of music and writes it into MP3 tags"));
-    for (QWidget* part : std::initializer_list<QWidget*>{m_pWay, m_pAdd, m_pKinds}) {
-        part->setVisible(!isFiltered);
+    m_bFiltered = isFiltered;
+    showTexts();
+}
+
+void CEmptyHint::setWishes(CWishes const& wishes) {
+    m_wishes = wishes;
+    showTexts();
+}
+
+void CEmptyHint::showTexts() {
+    QString const kinds = m_wishes.m_bOtherKinds ? tr("every kind of music file")
+                                                 : tr("wav, mp3, aiff, aif, caf and m4a");
+    QString title = tr("Finds the tempo of music and writes it into MP3 tags");
+    QString written = tr("only mp3 files are written");
+    if (m_wishes.m_bOnlyLook) {
+        title = tr("Finds the tempo of music");
+        written = tr("nothing is written");
+    } else if (m_wishes.m_bWriteOtherKinds) {
+        title = tr("Finds the tempo of music and writes it into the tags");
+        written = tr("other kinds than mp3 are written too");
     }
+    m_pTitle->setText(m_bFiltered ? tr("Nothing here") : title);
+    m_pKinds->setText(QString("%1; %2").arg(kinds, written));
+    for (QWidget* part : std::initializer_list<QWidget*>{m_pWay, m_pAdd, m_pKinds}) {
+        part->setVisible(!m_bFiltered);
+    }
+    m_pOnlyLook->setVisible(!m_bFiltered && !m_wishes.m_bOnlyLook);
 }
 
 QString CEmptyHint::text() const {

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "app/Wishes.h"
+
 #include <QWidget>
 
 class QLabel;
@@ -22,15 +24,24 @@ public:
     /// Says whether the list has rows that a filter keeps away.
     void setFiltered(bool isFiltered);
 
+    /// What is found and written depends on them.
+    void setWishes(CWishes const& wishes);
+
     /// All of it as one text, for a screen reader.
     [[nodiscard]] QString text() const;
 
 signals:
     void addRequested();
+    void onlyLookRequested();
 
 private:
+    void showTexts();
+
     QLabel* m_pTitle;
     QLabel* m_pWay;
     QLabel* m_pKinds;
     QPushButton* m_pAdd;
+    QPushButton* m_pOnlyLook;
+    CWishes m_wishes;
+    bool m_bFiltered = false;
 };

@@ -74,6 +74,7 @@ CFileTableView::CFileTableView(CFileTableModel& model, QWidget* parent)
     setUpHeader();
     m_pHint = new CEmptyHint(viewport());
     connect(m_pHint, &CEmptyHint::addRequested, this, &CFileTableView::addRequested);
+    connect(m_pHint, &CEmptyHint::onlyLookRequested, this, &CFileTableView::onlyLookRequested);
     setColors();
     m_stripeTimer.setInterval(kStripeStepMs);
     connect(&m_stripeTimer, &QTimer::timeout, this, &CFileTableView::moveStripes);
@@ -193,6 +194,11 @@ void CFileTableView::sortByNext(int column) {
     } else {
         header->setSortIndicator(column, isSorted ? Qt::DescendingOrder : Qt::AscendingOrder);
     }
+}
+
+void CFileTableView::setWishes(CWishes const& wishes) {
+    m_pHint->setWishes(wishes);
+    onRowsChanged();
 }
 
 // Where the desktop wants nothing to move, the stripe stands still.

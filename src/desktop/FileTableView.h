@@ -10,6 +10,7 @@
 
 class CEmptyHint;
 class CFileTableModel;
+struct CWishes;
 
 /// The table of files: whole rows are selected, columns sort and resize, and a drop that would be
 /// taken is announced by a frame. An empty table says what the program does and how to begin.
@@ -33,12 +34,18 @@ public:
     /// Sorts as a click on the column's head does: upwards, downwards, then as added.
     void sortByNext(int column);
 
+    /// The empty table says what is found and written.
+    void setWishes(CWishes const& wishes);
+
     /// Says that a file is being read: the stripe in its row moves.
     void setReading(bool isReading);
 
 signals:
     /// The button of the empty table was pressed.
     void addRequested();
+
+    /// So was its other one: nothing is to be written.
+    void onlyLookRequested();
 
 protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;

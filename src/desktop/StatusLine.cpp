@@ -6,6 +6,7 @@
 #include "desktop/ElidedLabel.h"
 #include "desktop/StatusTexts.h"
 
+#include <QLabel>
 #include <QProgressBar>
 
 namespace {
@@ -18,7 +19,8 @@ constexpr int kProgressWidth = 180; // Fixed: pixels.
 CStatusLine::CStatusLine(QWidget* parent)
     : QStatusBar(parent),
       m_pActivity(new CElidedLabel(Qt::ElideMiddle, this)),
-      m_pProgress(new QProgressBar(this)) {
+      m_pProgress(new QProgressBar(this)),
+      m_pOnlyLook(new QLabel(tr("Only looking: nothing is written"), this)) {
     setObjectName("statusBar");
     setAccessibleName(tr("Status bar"));
     setSizeGripEnabled(false);
@@ -30,6 +32,13 @@ CStatusLine::CStatusLine(QWidget* parent)
     m_pProgress->hide();
     addWidget(m_pActivity, 1);
     addPermanentWidget(m_pProgress);
+    m_pOnlyLook->setObjectName("onlyLook");
+    addPermanentWidget(m_pOnlyLook);
+    setOnlyLook(false);
+}
+
+void CStatusLine::setOnlyLook(bool isOnlyLook) {
+    m_pOnlyLook->setVisible(isOnlyLook);
 }
 
 // A single file that is being read, and folders that are being searched, have no percentage yet.

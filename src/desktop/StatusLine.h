@@ -9,6 +9,7 @@
 #include <cstddef>
 
 class CElidedLabel;
+class QLabel;
 class QProgressBar;
 
 /// The status bar: what is going on, and the overall progress while there is any.
@@ -19,10 +20,14 @@ class CStatusLine : public QStatusBar {
 public:
     explicit CStatusLine(QWidget* parent = nullptr);
 
+    /// Says, beside all else, that nothing is written.
+    void setOnlyLook(bool isOnlyLook);
+
     /// `problems` counts the rows that have one.
     void setStatus(CBatchStatus const& status, std::size_t problems);
 
 private:
     CElidedLabel* m_pActivity;
     QProgressBar* m_pProgress;
+    QLabel* m_pOnlyLook;
 };

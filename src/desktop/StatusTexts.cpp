@@ -3,10 +3,15 @@
 
 #include "desktop/StatusTexts.h"
 
+#include "base/FileUtil.h"
 #include "desktop/Numbers.h"
 #include "desktop/Texts.h"
 
 #include <QCoreApplication>
+#include <algorithm>
+#include <map>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -80,6 +85,25 @@ QString AddedText(std::size_t added, std::size_t known, QStringList const& names
     return names.size() == 1
                ? CStatusTexts::tr("Nothing added: no music in “%1” (%2).").arg(names.front(), kinds)
                : CStatusTexts::tr("Nothing added: no music in these folders (%1).").arg(kinds);
+}
+
+QString LeftOutText(std::set<CString> const& files) {
+    std::map<QString, std::size_t> counts;
+    for (CString const& file : files) {
+        CString extension;
+        CFileUtil::GetLowerCaseFileExt(file, extension);
+        ++counts[ReadableText(std::u16string(extension.Units()))];
+    }
+    std::vector<std::pair<QString, std::size_t>> kinds(counts.begin(), counts.end());
+    std::stable_sort(kinds.begin(), kinds.end(),
+                     [](auto const& a, auto const& b) { return a.second > b.second; });
+    QStringList texts;
+    for (auto const& [kind, count] : kinds) {
+        texts << QString("%1 %2").arg(kind, CountText(count));
+    }
+    return CStatusTexts::tr("%Ln file(s) of other kinds were left out (%1).", nullptr,
+                            AsCount(files.size()))
+        .arg(texts.join(QStringLiteral(", ")));
 }
 
 QString ClosingText(CBatchStatus const& status) {

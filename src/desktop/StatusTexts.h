@@ -4,10 +4,12 @@
 #pragma once
 
 #include "app/BpmView.h"
+#include "base/CString.h"
 
 #include <QString>
 #include <QStringList>
 #include <cstddef>
+#include <set>
 
 /// What the window tells about the list as a whole. Everything is translated and follows the
 /// user's locale.
@@ -22,6 +24,9 @@ int OverallPercent(CBatchStatus const& status);
 /// What came of an addition: `added` rows, `known` paths that were in the list already. Empty when
 /// all went as everybody expects.
 QString AddedText(std::size_t added, std::size_t known, QStringList const& names);
+
+/// How many files were left out for their kind, the kinds with the most first.
+QString LeftOutText(std::set<CString> const& files);
 
 /// Why the window stays open.
 QString ClosingText(CBatchStatus const& status);

@@ -5,6 +5,7 @@
 
 #include "ControllerFixture.h"
 #include "song/SongTags.h"
+#include "song/TempoCandidates.h"
 
 #include <filesystem>
 

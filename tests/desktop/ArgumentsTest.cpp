@@ -36,6 +36,7 @@ TEST(ArgumentsTest, HelpAndVersionAreOptions) {
     EXPECT_TRUE(Read({"--help"}).m_bHelp);
     EXPECT_TRUE(Read({"-h"}).m_bHelp);
     EXPECT_TRUE(Read({"--version"}).m_bVersion);
+    EXPECT_TRUE(Read({"--factory"}).m_bFactory);
 }
 
 TEST(ArgumentsTest, TheFirstUnknownOptionIsNamed) {

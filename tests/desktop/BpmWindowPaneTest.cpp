@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "WindowFixture.h"
-#include "desktop/PaneMemory.h"
 #include "desktop/PictureView.h"
+#include "desktop/Settings.h"
 #include "desktop/SongPane.h"
 #include "support/Process.h"
 
@@ -106,14 +106,14 @@ CSession Work(CTempFolder const& originals, bool withPane) {
 
 TEST_F(BpmWindowPaneTest, F9OpensAndShutsItAndIsRemembered) {
     EXPECT_FALSE(pane->isVisible());
-    EXPECT_EQ(RememberedPane(), std::nullopt);
+    EXPECT_EQ(CSettings().PaneOpen(), std::nullopt);
     QTest::keyClick(&window, Qt::Key_F9);
     EXPECT_TRUE(pane->isVisible());
     EXPECT_TRUE(action("actionPane")->isChecked());
-    EXPECT_EQ(RememberedPane(), true);
+    EXPECT_EQ(CSettings().PaneOpen(), true);
     QTest::keyClick(&window, Qt::Key_F9);
     EXPECT_FALSE(pane->isVisible());
-    EXPECT_EQ(RememberedPane(), false);
+    EXPECT_EQ(CSettings().PaneOpen(), false);
     window.openPaneAtStart();
     EXPECT_FALSE(pane->isVisible());
 }
@@ -122,7 +122,7 @@ TEST_F(BpmWindowPaneTest, TheFirstStartOpensItAndStoresNothing) {
     window.openPaneAtStart();
     EXPECT_TRUE(pane->isVisible());
     EXPECT_EQ(window.size(), QSize(760, 620));
-    EXPECT_EQ(RememberedPane(), std::nullopt);
+    EXPECT_EQ(CSettings().PaneOpen(), std::nullopt);
 }
 
 TEST_F(BpmWindowPaneTest, EnterOpensIt) {

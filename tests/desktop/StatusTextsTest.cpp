@@ -121,3 +121,10 @@ TEST(StatusTextsTest, UnreadableFoldersAreCountedAndTheLastIsNamed) {
     EXPECT_EQ(FoldersText(3, "/c").toStdString(),
               "3 folders could not be read, the last of them “/c”.");
 }
+
+TEST(StatusTextsTest, FilesThatWereLeftOutAreCountedByKindTheMostFirst) {
+    CLanguage const english(QLocale(QLocale::English, QLocale::UnitedStates));
+    EXPECT_EQ(LeftOutText({"/m/a.ogg", "/m/b.FLAC", "/m/c.flac"}),
+              "3 files of other kinds were left out (flac 2, ogg 1).");
+    EXPECT_EQ(LeftOutText({"/m/a.ogg"}), "1 file of another kind was left out (ogg 1).");
+}

@@ -174,6 +174,18 @@
         <source>Go from the table to the song and back</source>
         <translation>Von der Tabelle zum Lied und zurück gehen</translation>
     </message>
+    <message>
+        <source>Preferences …</source>
+        <translation>Einstellungen …</translation>
+    </message>
+    <message>
+        <source>What is to be otherwise than at first</source>
+        <translation>Was anders sein soll als zu Anfang</translation>
+    </message>
+    <message>
+        <source>Add them</source>
+        <translation>Hinzufügen</translation>
+    </message>
 </context>
 <context>
     <name>CAccentsView</name>
@@ -208,10 +220,6 @@
         <translation>Dateien und Ordner hierher ziehen oder</translation>
     </message>
     <message>
-        <source>wav, mp3, aiff, aif, caf and m4a; only mp3 files are written</source>
-        <translation>wav, mp3, aiff, aif, caf und m4a; nur in mp3-Dateien wird geschrieben</translation>
-    </message>
-    <message>
         <source>Add music …</source>
         <translation>Musik hinzufügen …</translation>
     </message>
@@ -222,6 +230,42 @@
     <message>
         <source>Finds the tempo of music and writes it into MP3 tags</source>
         <translation>Findet das Tempo von Musik und schreibt es in die Tags von MP3-Dateien</translation>
+    </message>
+    <message>
+        <source>Only look, write nothing …</source>
+        <translation>Nur ansehen, nichts schreiben …</translation>
+    </message>
+    <message>
+        <source>Add music, and change no file until the window is closed</source>
+        <translation>Musik hinzufügen und keine Datei ändern, bis das Fenster geschlossen wird</translation>
+    </message>
+    <message>
+        <source>every kind of music file</source>
+        <translation>alle Arten von Musikdateien</translation>
+    </message>
+    <message>
+        <source>wav, mp3, aiff, aif, caf and m4a</source>
+        <translation>wav, mp3, aiff, aif, caf und m4a</translation>
+    </message>
+    <message>
+        <source>only mp3 files are written</source>
+        <translation>nur mp3-Dateien werden geschrieben</translation>
+    </message>
+    <message>
+        <source>Finds the tempo of music</source>
+        <translation>Findet das Tempo von Musik</translation>
+    </message>
+    <message>
+        <source>nothing is written</source>
+        <translation>nichts wird geschrieben</translation>
+    </message>
+    <message>
+        <source>Finds the tempo of music and writes it into the tags</source>
+        <translation>Findet das Tempo von Musik und schreibt es in die Tags</translation>
+    </message>
+    <message>
+        <source>other kinds than mp3 are written too</source>
+        <translation>auch andere Arten als mp3 werden geschrieben</translation>
     </message>
 </context>
 <context>
@@ -276,6 +320,81 @@
     <message>
         <source>“%1” can&apos;t be chosen here, only wav, mp3 and aiff files and folders. Other kinds come in with their folder, or when they are dropped on the window.</source>
         <translation>„%1“ lässt sich hier nicht wählen, nur wav-, mp3- und aiff-Dateien und Ordner. Andere Arten kommen mit ihrem Ordner herein, oder wenn sie auf das Fenster gezogen werden.</translation>
+    </message>
+</context>
+<context>
+    <name>CPreferencesDialog</name>
+    <message>
+        <source>Preferences</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation>Dateien</translation>
+    </message>
+    <message>
+        <source>Add &amp;other kinds too: flac, ogg, opus, wma and all that can be read</source>
+        <translation>Auch &amp;andere Arten hinzufügen: flac, ogg, opus, wma und alle lesbaren</translation>
+    </message>
+    <message>
+        <source>Tempo, from the next analysis on</source>
+        <translation>Tempo, ab der nächsten Analyse</translation>
+    </message>
+    <message>
+        <source>&amp;Decimals, in the table and in tags:</source>
+        <translation>&amp;Nachkommastellen, in der Tabelle und im Tag:</translation>
+    </message>
+    <message>
+        <source>Take the &amp;likeliest reading, such as half or double</source>
+        <translation>Die &amp;wahrscheinlichste Lesart nehmen, etwa halb oder doppelt</translation>
+    </message>
+    <message>
+        <source>Where there is no tempo, show &amp;zero, and store it when there is no beat</source>
+        <translation>Wo kein Tempo ist, N&amp;ull anzeigen, und speichern, wenn es keinen Schlag gibt</translation>
+    </message>
+    <message>
+        <source>Halve or double into this &amp;range:</source>
+        <translation>In diesen &amp;Bereich halbieren oder verdoppeln:</translation>
+    </message>
+    <message>
+        <source>Slowest tempo</source>
+        <translation>Langsamstes Tempo</translation>
+    </message>
+    <message>
+        <source>Fastest tempo</source>
+        <translation>Schnellstes Tempo</translation>
+    </message>
+    <message>
+        <source>Tags</source>
+        <translation>Tags</translation>
+    </message>
+    <message>
+        <source>Only &amp;look, write nothing</source>
+        <translation>Nur an&amp;sehen, nichts schreiben</translation>
+    </message>
+    <message>
+        <source>&amp;Write other kinds than MP3 too, where that can be done</source>
+        <translation>Auch andere Arten als MP3 s&amp;chreiben, wo das geht</translation>
+    </message>
+    <message>
+        <source>&amp;Keep the time of a file&apos;s last change</source>
+        <translation>Die &amp;Zeit der letzten Änderung einer Datei behalten</translation>
+    </message>
+    <message>
+        <source>Window</source>
+        <translation>Fenster</translation>
+    </message>
+    <message>
+        <source>Re&amp;member its size</source>
+        <translation>Größe &amp;merken</translation>
+    </message>
+    <message>
+        <source>Nothing is stored: everything is as it came.</source>
+        <translation>Nichts ist gespeichert: Alles ist wie am Anfang.</translation>
+    </message>
+    <message>
+        <source>Stored in %1:</source>
+        <translation>Gespeichert in %1:</translation>
     </message>
 </context>
 <context>
@@ -380,6 +499,10 @@
     <message>
         <source>Overall progress</source>
         <translation>Gesamtfortschritt</translation>
+    </message>
+    <message>
+        <source>Only looking: nothing is written</source>
+        <translation>Nur ansehen: nichts wird geschrieben</translation>
     </message>
 </context>
 <context>
@@ -633,6 +756,13 @@
         <translation>
             <numerusform>%Ln Datei ausgeblendet und ausgelassen. Gelöscht wurde nichts.</numerusform>
             <numerusform>%Ln Dateien ausgeblendet und ausgelassen. Gelöscht wurde nichts.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln file(s) of other kinds were left out (%1).</source>
+        <translation>
+            <numerusform>%Ln Datei einer anderen Art wurde ausgelassen (%1).</numerusform>
+            <numerusform>%Ln Dateien anderer Arten wurden ausgelassen (%1).</numerusform>
         </translation>
     </message>
 </context>

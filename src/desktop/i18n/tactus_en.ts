@@ -110,5 +110,12 @@
             <numerusform>%Ln files hidden and left out. Nothing was deleted.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln file(s) of other kinds were left out (%1).</source>
+        <translation>
+            <numerusform>%Ln file of another kind was left out (%1).</numerusform>
+            <numerusform>%Ln files of other kinds were left out (%1).</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>
