@@ -9,9 +9,7 @@
 #include "cli/Text.h"
 #include "song/TempoText.h"
 
-#include <algorithm>
 #include <cmath>
-#include <cstdint>
 
 namespace {
 
