@@ -35,9 +35,9 @@ TEST(RawTagTest, LoadTakesTheDigestOfWhatStandsOnDisk) {
     TagBytes const tag = TagOf(3, {0xFF, 0x00, 0xE0, 0x01, 0x02, 0x03, 0x04, 0x05, 0x06}, 0x80);
     for (TagBytes const& first : {tag, FakeAudio(10), FakeAudio(4), TagBytes()}) {
         WriteBytes(path, first.size() < 10 ? first : Joined({first, FakeAudio(30)}));
-        CRawTag tag;
-        ASSERT_GE(tag.Load(CString::FromPath(path)), 0);
-        EXPECT_EQ(tag.m_digest, DigestOf(first));
-        EXPECT_EQ(DigestedBytes(tag.m_nTagBytes, ReadBytes(path).size()), first.size());
+        CRawTag loaded;
+        ASSERT_GE(loaded.Load(CString::FromPath(path)), 0);
+        EXPECT_EQ(loaded.m_digest, DigestOf(first));
+        EXPECT_EQ(DigestedBytes(loaded.m_nTagBytes, ReadBytes(path).size()), first.size());
     }
 }
