@@ -77,6 +77,10 @@ void AppendUtf8(std::string& out, char32_t codePoint) {
 
 } // namespace
 
+bool IsUtf8(std::string_view text) {
+    return DecodeUtf8(text).has_value();
+}
+
 std::optional<std::u16string> DecodeUtf8(std::string_view utf8) {
     std::u16string units;
     units.reserve(utf8.size());

@@ -12,6 +12,9 @@
 /// Decodes UTF-8; nothing when it is not valid.
 [[nodiscard]] std::optional<std::u16string> DecodeUtf8(std::string_view utf8);
 
+/// True when every byte belongs to a valid character.
+[[nodiscard]] bool IsUtf8(std::string_view text);
+
 /// Encodes UTF-8; every lone surrogate becomes U+FFFD.
 [[nodiscard]] std::string EncodeUtf8(std::u16string_view units);
 

@@ -3,11 +3,12 @@
 
 #include "cli/HistoryCommand.h"
 
+#include "base/Utf16.h"
 #include "cli/ExitCode.h"
-#include "cli/Json.h"
 #include "cli/Message.h"
 #include "cli/RecordReason.h"
-#include "cli/Text.h"
+#include "export/FileUri.h"
+#include "export/Json.h"
 #include "records/Places.h"
 
 #include <CLI/CLI.hpp>

@@ -3,12 +3,13 @@
 
 #include "cli/ProfileJson.h"
 
-#include "cli/Json.h"
+#include "base/Utf16.h"
 #include "cli/ProfileTrace.h"
-#include "cli/Text.h"
 #include "engine/ProfileResults.h"
 #include "engine/notes/KeyDetector.h"
 #include "engine/print/Fingerprint.h"
+#include "export/FileUri.h"
+#include "export/Json.h"
 #include "song/KeyCodes.h"
 
 #include <array>

@@ -3,11 +3,11 @@
 
 #include "cli/Progress.h"
 
-#include "cli/Json.h"
 #include "cli/Message.h"
 #include "cli/Output.h"
 #include "cli/Summary.h"
 #include "cli/Text.h"
+#include "export/Json.h"
 
 #include <cmath>
 #include <cstdint>

@@ -3,10 +3,11 @@
 
 #include "cli/Report.h"
 
-#include "cli/Json.h"
+#include "base/Utf16.h"
 #include "cli/Message.h"
 #include "cli/TableReport.h"
-#include "cli/Text.h"
+#include "export/FileUri.h"
+#include "export/Json.h"
 #include "song/TempoText.h"
 
 #include <cmath>

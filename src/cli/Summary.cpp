@@ -4,7 +4,7 @@
 #include "cli/Summary.h"
 
 #include "cli/ExitCode.h"
-#include "cli/Json.h"
+#include "export/Json.h"
 
 #include <algorithm>
 #include <array>

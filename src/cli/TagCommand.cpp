@@ -5,6 +5,7 @@
 
 #include "IDTag/ID3Reader.h"
 #include "IDTag/TagStore.h"
+#include "base/Utf16.h"
 #include "cli/ExitCode.h"
 #include "cli/InputList.h"
 #include "cli/Interrupt.h"
@@ -12,7 +13,6 @@
 #include "cli/Output.h"
 #include "cli/RecordReason.h"
 #include "cli/TagListing.h"
-#include "cli/Text.h"
 #include "cli/WriteReason.h"
 #include "records/Journal.h"
 #include "records/Places.h"

@@ -4,8 +4,8 @@
 #include "cli/TagListing.h"
 
 #include "IDTag/TagStore.h"
-#include "cli/Json.h"
 #include "cli/Message.h"
+#include "export/Json.h"
 
 #include <algorithm>
 #include <cstdio>

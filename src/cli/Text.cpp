@@ -4,7 +4,6 @@
 #include "cli/Text.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <utf8proc.h>
 
 CCharacter FirstCharacter(std::string_view text) {
@@ -30,17 +29,6 @@ bool IsControl(std::int32_t codePoint) {
     // Standard: Unicode Bidirectional Algorithm (UAX #9), section 2: embeddings and isolates.
     return (codePoint >= 0x202A && codePoint <= 0x202E) ||
            (codePoint >= 0x2066 && codePoint <= 0x2069);
-}
-
-bool IsUtf8(std::string_view text) {
-    while (!text.empty()) {
-        CCharacter const character = FirstCharacter(text);
-        if (!character.m_bValid) {
-            return false;
-        }
-        text.remove_prefix(character.m_nBytes);
-    }
-    return true;
 }
 
 namespace {
@@ -95,22 +83,4 @@ std::string CutStartToWidth(std::string_view text, std::size_t width) {
         text.remove_prefix(character.m_nBytes);
     }
     return width == 0 ? std::string() : std::string(kEllipsis) + std::string(text);
-}
-
-std::string FileUri(std::string const& path) {
-    constexpr std::string_view kHexDigits = "0123456789ABCDEF";
-    constexpr std::string_view kKept =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
-    std::error_code error;
-    std::filesystem::path const absolute = std::filesystem::absolute(path, error);
-    std::string uri = "file://";
-    for (char const c : error ? path : absolute.native()) {
-        if (kKept.find(c) != std::string_view::npos) {
-            uri += c;
-        } else {
-            auto const byte = static_cast<unsigned char>(c);
-            uri += {'%', kHexDigits[byte >> 4U], kHexDigits[byte & 15U]};
-        }
-    }
-    return uri;
 }

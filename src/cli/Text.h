@@ -25,9 +25,6 @@ CCharacter FirstCharacter(std::string_view text);
 /// turn the direction of writing.
 bool IsControl(std::int32_t codePoint);
 
-/// True when every byte belongs to a valid character.
-bool IsUtf8(std::string_view text);
-
 /// Terminal cells that a printable text takes: two for wide characters, none for combining ones.
 std::size_t DisplayWidth(std::string_view text);
 
@@ -36,7 +33,3 @@ std::string CutToWidth(std::string_view text, std::size_t width);
 
 /// The same with the end of `text` kept: an ellipsis comes first when something was cut.
 std::string CutStartToWidth(std::string_view text, std::size_t width);
-
-/// The file URI of `path`, made absolute by the working folder, which spells every name exactly:
-/// every byte outside the unreserved set of RFC 3986 and "/" is percent-encoded.
-std::string FileUri(std::string const& path);

@@ -9,15 +9,6 @@
 
 namespace {
 
-TEST(TextTest, TellsUtf8FromOtherBytes) {
-    EXPECT_TRUE(IsUtf8(""));
-    EXPECT_TRUE(IsUtf8("na\xC3\xAFve \xF0\x9F\x8E\xB5"));
-    EXPECT_FALSE(IsUtf8("na\xEFve"));
-    EXPECT_FALSE(IsUtf8("\xC3"));
-    EXPECT_FALSE(IsUtf8("\xED\xA0\x80")); // a surrogate
-    EXPECT_FALSE(IsUtf8("\xC0\x80"));     // an overlong zero
-}
-
 TEST(TextTest, WidthCountsCells) {
     EXPECT_EQ(DisplayWidth("abc"), 3U);
     EXPECT_EQ(DisplayWidth("\xC3\xA9"), 1U);                 // e with acute
@@ -51,11 +42,6 @@ TEST(TextTest, NothingPrintableMovesTheCursor) {
                         "b"),
               "a" + mark + "b"); // right-to-left override
     EXPECT_EQ(Printable("a\xFF\xC3"), "a" + mark + mark);
-}
-
-TEST(TextTest, UriSpellsEveryByte) {
-    EXPECT_EQ(FileUri("/m/a b%\xFF\xC3\xA9.mp3"), "file:///m/a%20b%25%FF%C3%A9.mp3");
-    EXPECT_EQ(FileUri("/A-z_0.~"), "file:///A-z_0.~");
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
-#include "cli/Json.h"
+#include "export/Json.h"
 
 #include <bit>
 #include <charconv>
