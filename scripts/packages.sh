@@ -30,7 +30,7 @@ PACKAGES_PYTHON=(
 # To run the tests: frameworks, encoders of other makers, independent tag readers, a display, and
 # what a locale with a decimal comma is made from.
 PACKAGES_TEST=(
-    libgtest-dev libgmock-dev ffmpeg python3 python3-mutagen python3-taglib eyed3 id3v2 jq attr
+    libgtest-dev libgmock-dev ffmpeg python3 python3-mutagen python3-taglib python3-jsonschema eyed3 id3v2 jq attr
     xvfb openbox xdotool x11-utils procps locales mpg123 sndfile-programs
 )
 

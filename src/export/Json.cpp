@@ -29,6 +29,28 @@ std::string JsonNumber(std::int64_t value) {
     return std::to_string(value);
 }
 
+std::string JsonShortest(float value) {
+    if (!std::isfinite(value)) {
+        return "null";
+    }
+    std::array<char, 32> text{};
+    auto const [end, error] = std::to_chars(text.data(), text.data() + text.size(), value);
+    return {text.data(), end};
+}
+
+std::string JsonSeconds(double seconds) {
+    constexpr int kDecimals = 6;
+    if (!std::isfinite(seconds)) {
+        return "null";
+    }
+    std::array<char, 320> text{}; // Derived: the largest double has 309 digits before the point.
+    auto const [end, error] = std::to_chars(text.data(), text.data() + text.size(), seconds,
+                                            std::chars_format::fixed, kDecimals);
+    std::string number(text.data(), end);
+    number.resize(number.find_last_not_of('0') + 1);
+    return number.ends_with('.') ? number.substr(0, number.size() - 1) : number;
+}
+
 CJsonObject& CJsonObject::Add(std::string_view key, std::string_view json) {
     m_sMembers += m_sMembers.size() > 1 ? "," : "";
     m_sMembers += JsonText(key);

@@ -18,6 +18,12 @@ std::string JsonNumber(float value);
 
 std::string JsonNumber(std::int64_t value);
 
+/// A float with the fewest digits that restore it: 128.1; null when it is not finite.
+std::string JsonShortest(float value);
+
+/// Seconds to the nearest microsecond, with no more decimals than it takes; null when not finite.
+std::string JsonSeconds(double seconds);
+
 /// One object, member by member in the order of the calls.
 class CJsonObject {
 public:

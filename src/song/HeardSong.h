@@ -19,3 +19,7 @@ struct CHeardSong {
 
     bool operator==(CHeardSong const&) const = default;
 };
+
+/// All that `profile` brought, for which beats, harmony and envelopes were asked for.
+/// `keepsEnvelopes`: they are among its facts. Of a run that was cancelled it says just that.
+[[nodiscard]] CHeardSong HeardSongOf(CSongProfile const& profile, bool keepsEnvelopes);

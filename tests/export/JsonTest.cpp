@@ -36,6 +36,23 @@ TEST(JsonTest, NineDigitsRestoreEveryFloat) {
     }
 }
 
+TEST(JsonTest, FewestDigitsRestoreAFloat) {
+    EXPECT_EQ(JsonShortest(128.1f), "128.1");
+    EXPECT_EQ(JsonShortest(-0.5f), "-0.5");
+    EXPECT_EQ(JsonShortest(120.0f), "120");
+    EXPECT_EQ(JsonShortest(std::numeric_limits<float>::quiet_NaN()), "null");
+}
+
+TEST(JsonTest, SecondsGoToTheMicrosecond) {
+    EXPECT_EQ(JsonSeconds(0.0), "0");
+    EXPECT_EQ(JsonSeconds(100.0), "100");
+    EXPECT_EQ(JsonSeconds(0.1), "0.1");
+    EXPECT_EQ(JsonSeconds(1.0 / 3.0), "0.333333");
+    EXPECT_EQ(JsonSeconds(2.0 / 3.0), "0.666667");
+    EXPECT_EQ(JsonSeconds(3599.9999999), "3600");
+    EXPECT_EQ(JsonSeconds(std::numeric_limits<double>::infinity()), "null");
+}
+
 TEST(JsonTest, WhatIsNoNumberIsNull) {
     EXPECT_EQ(JsonNumber(std::numeric_limits<float>::quiet_NaN()), "null");
     EXPECT_EQ(JsonNumber(std::numeric_limits<float>::infinity()), "null");
