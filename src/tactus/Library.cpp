@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "engine/envelope/Tempo.h"
+#include "export/SongJson.h"
+#include "export/TakenSong.h"
 #include "platform/Resampler.h"
 #include "song/SongTags.h"
 #include "song/StoreTempo.h"
@@ -36,47 +38,71 @@ private:
 CProfileOptions OptionsOf(Options const& options, CStopFlag const& stop) {
     CProfileOptions house;
     house.m_pCancel = stop.Flag();
-    house.m_bKeepEnvelopes = options.keepEnvelopes;
+    house.m_bKeepEnvelopes = true;
+    house.m_bHearBeats = true;
+    house.m_bHarmony = true;
     if (options.progress) {
         house.m_progress = [&options](std::uint8_t percent) { options.progress(percent); };
     }
     return house;
 }
 
-Song Failed(Problem problem) {
-    Song song;
-    song.problem = problem;
-    return song;
+/// Samples that can't be heard.
+Song Failed(EDecodeProblem problem) {
+    CAnalysisOutcome outcome{.m_problem = EAnalysisProblem::NotDecoded};
+    outcome.m_report.m_problem = problem;
+    return SongOf(outcome);
+}
+
+CShownTags ShownOf(Tags const& tags) {
+    CShownTags shown;
+    shown.m_sTitle = tags.title;
+    shown.m_sArtist = tags.artist;
+    shown.m_sAlbum = tags.album;
+    shown.m_sKey = tags.key;
+    shown.m_sTempo = tags.tempoText;
+    shown.m_tempo = JudgeTagTempo(tags.tempoText);
+    return shown;
+}
+
+/// What is told on request, and is there.
+CSongJsonWishes WishesFor(CHeardSong const& heard) {
+    CSongJsonWishes wishes{.m_vMore = {"halfBeats", "fingerprint", "samples"}};
+    if (heard.m_facts && !heard.m_facts->m_energy.m_vLevels.empty()) {
+        wishes.m_vMore.emplace_back("envelopes");
+    }
+    return wishes;
 }
 
 } // namespace
 
 Song analyze(std::filesystem::path const& path, Options const& options) {
     CStopFlag const stop(options.stop);
-    return SongOf(ProfileSong(path.native(), OptionsOf(options, stop)));
+    return SongOf(ProfileSong(path.native(), OptionsOf(options, stop)), options.keepEnvelopes);
 }
 
 Song analyze(std::span<float const> samples, unsigned rate, Options const& options) {
     if (samples.empty()) {
-        return Failed(Problem::Empty);
+        return Failed(EDecodeProblem::Empty);
     }
     if (samples.size() > std::size_t{std::numeric_limits<std::int32_t>::max()}) {
-        return Failed(Problem::TooLong);
+        return Failed(EDecodeProblem::TooLong);
     }
     if (!std::ranges::all_of(samples, [](float sample) { return std::isfinite(sample); })) {
-        return Failed(Problem::BadSamples);
+        Song song = Failed(EDecodeProblem::Undecodable);
+        song.problem = Problem::BadSamples;
+        return song;
     }
     CStopFlag const stop(options.stop);
     CDecodedAudio audio;
     if (rate != kEngineRateHz) {
-        CAnalysisOutcome outcome{.m_problem = EAnalysisProblem::NotDecoded};
-        outcome.m_report.m_problem = Resample(samples, rate, audio);
-        if (outcome.m_report.m_problem != EDecodeProblem::None) {
-            return Failed(ProblemOf(outcome));
+        EDecodeProblem const problem = Resample(samples, rate, audio);
+        if (problem != EDecodeProblem::None) {
+            return Failed(problem);
         }
         samples = audio.Samples();
     }
-    return SongOf(ProfileSamples(samples, OptionsOf(options, stop)));
+    return SongOf(ProfileSamples(samples, OptionsOf(options, stop)), options.keepEnvelopes);
 }
 
 Tags readTags(std::filesystem::path const& path) {
@@ -97,7 +123,15 @@ Refusal storeTempo(std::filesystem::path const& path, Song const& song,
     }
     CString const text(TempoText(bpm).c_str());
     return RefusalOf(
-        StoreTempo(CString::FromPath(path.native()), song.evidence->outcome, text, {}));
+        StoreTempo(CString::FromPath(path.native()), song.evidence->heard.m_outcome, text, {}));
+}
+
+std::string toJson(Song const& song, std::filesystem::path const& path, Tags const& tags) {
+    if (song.evidence == nullptr) {
+        return {};
+    }
+    CHeardSong const& heard = song.evidence->heard;
+    return SongJson(TakenSongOf(path.native(), ShownOf(tags), heard), WishesFor(heard));
 }
 
 } // namespace tactus

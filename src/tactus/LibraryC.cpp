@@ -4,6 +4,8 @@
 #include "tactus/tactus.h"
 #include "tactus/tactus_c.h"
 
+#include <cstdlib>
+#include <cstring>
 #include <new>
 #include <utility>
 
@@ -16,6 +18,7 @@ static_assert(static_cast<int>(tactus::Refusal::Disk) == TACTUS_REFUSAL_DISK);
 struct CSongForC {
     tactus_song m_face{};
     tactus::Song m_song;
+    std::vector<tactus_candidate> m_candidates;
 };
 
 struct CTagsForC {
@@ -32,8 +35,11 @@ tactus_weights WeightsOf(std::vector<float> const& values) {
 }
 
 tactus_song* FaceOf(tactus::Song song) {
-    auto* const held = new CSongForC{{}, std::move(song)};
+    auto* const held = new CSongForC{{}, std::move(song), {}};
     tactus::Song const& from = held->m_song;
+    for (tactus::Candidate const& reading : from.candidates) {
+        held->m_candidates.push_back({reading.tempo, reading.times, reading.over, reading.score});
+    }
     held->m_face = {
         .problem = static_cast<tactus_problem>(from.problem),
         .system_error = from.systemError,
@@ -53,6 +59,17 @@ tactus_song* FaceOf(tactus::Song song) {
         .outro_mix_points = TimesOf(from.mixPoints.outro),
         .fingerprint_start = from.fingerprint.start,
         .fingerprint = WeightsOf(from.fingerprint.values),
+        .confidence = from.confidence,
+        .beats_per_measure = from.beatsPerMeasure,
+        .beat_confidence = from.beatConfidence,
+        .downbeat_confidence = from.downbeatConfidence,
+        .beats = TimesOf(from.beats),
+        .downbeats = TimesOf(from.downbeats),
+        .harmony_tonic = from.harmony ? from.harmony->key.tonic : -1,
+        .harmony_is_minor = from.harmony && from.harmony->key.isMinor ? 1 : 0,
+        .harmony_confidence = from.harmony ? from.harmony->confidence : 0.0,
+        .candidates = held->m_candidates.empty() ? nullptr : held->m_candidates.data(),
+        .candidate_count = held->m_candidates.size(),
     };
     return &held->m_face;
 }
@@ -98,6 +115,20 @@ tactus_song* tactus_analyze_samples(float const* samples, size_t count, unsigned
 void tactus_free_song(tactus_song* song) {
     // The face is the first member, so both have one address.
     delete reinterpret_cast<CSongForC*>(song);
+}
+
+char* tactus_to_json(tactus_song const* song, char const* path, tactus_tags const* tags) try {
+    auto const* const held = reinterpret_cast<CSongForC const*>(song);
+    auto const* const read = reinterpret_cast<CTagsForC const*>(tags);
+    std::string const json = tactus::toJson(held->m_song, path != nullptr ? path : "",
+                                            read != nullptr ? read->m_tags : tactus::Tags());
+    return strdup(json.c_str());
+} catch (std::bad_alloc const&) {
+    return nullptr;
+}
+
+void tactus_free_text(char* text) {
+    std::free(text);
 }
 
 tactus_tags* tactus_read_tags(char const* path) try {

@@ -4,9 +4,9 @@
 #include "tactus/SongValue.h"
 
 #include "engine/envelope/Tempo.h"
-#include "engine/notes/KeyDetector.h"
+#include "export/TakenSong.h"
+#include "song/KeyCodes.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace tactus {
@@ -15,34 +15,42 @@ namespace {
 
 constexpr double kMicroseconds = 1e6; // Standard: in a second.
 
-double SecondsOf(std::int64_t position) {
-    return static_cast<double>(position) / kEngineRateHz;
-}
-
-std::vector<double> SecondsOf(CProfileResults::CPositions const& positions) {
-    std::vector<double> seconds;
-    seconds.reserve(positions.GetCount());
-    for (std::int64_t const position : positions) {
-        seconds.push_back(SecondsOf(position));
-    }
-    return seconds;
-}
-
-std::optional<Key> KeyOf(CProfileResults const& results) {
-    std::uint16_t tonic = 0;
-    std::uint16_t mode = 0;
-    results.GetKey(&tonic, &mode);
-    if (mode != CPfKeyDetector::kMinor && mode != CPfKeyDetector::kMajor) {
+std::optional<Key> KeyOf(CHarmony const& key) {
+    if (key.m_eMode == EKeyMode::None) {
         return {};
     }
-    return Key{.tonic = tonic, .isMinor = mode == CPfKeyDetector::kMinor};
+    return Key{.tonic = key.m_nTonic, .isMinor = key.m_eMode == EKeyMode::Minor};
+}
+
+std::optional<Harmony> HarmonyOf(CHarmony const& harmony) {
+    std::optional<Key> const key = KeyOf(harmony);
+    if (!key) {
+        return {};
+    }
+    return Harmony{.key = *key,
+                   .plain = PlainKey(harmony),
+                   .camelot = CamelotCode(harmony),
+                   .openKey = OpenKeyCode(harmony),
+                   .confidence = static_cast<double>(harmony.m_fConfidence),
+                   .tuning = static_cast<double>(harmony.m_fTuningCents)};
+}
+
+std::vector<Candidate> CandidatesOf(CTempoCandidates const& readings) {
+    std::vector<Candidate> candidates;
+    for (CTempoCandidate const& reading : readings.m_vCandidates) {
+        candidates.push_back({.tempo = static_cast<double>(reading.m_fBpm),
+                              .times = reading.m_nTimes,
+                              .over = reading.m_nOver,
+                              .score = static_cast<double>(reading.m_fScore)});
+    }
+    return candidates;
 }
 
 Envelope EnvelopeOf(CPfPcmThumbnail const& thumbnail) {
     Envelope envelope;
     std::span<float const> const elements = thumbnail.Elements();
     if (!elements.empty()) {
-        envelope.step = SecondsOf(thumbnail.GetSamplesPerElement());
+        envelope.step = static_cast<double>(thumbnail.GetSamplesPerElement()) / kEngineRateHz;
         envelope.values.assign(elements.begin(), elements.end());
     }
     return envelope;
@@ -160,40 +168,71 @@ Refusal RefusalOf(EWriteProblem problem) {
     return Refusal::Disk;
 }
 
-Song SongOf(CSongProfile profile) {
-    CProfileResults const& results = profile.m_results;
-    bool const hasTempo = results.GetBpm() > 0.0f;
-    if (profile.IsHeard() && !hasTempo) {
-        profile.m_outcome.m_problem = EAnalysisProblem::NoBeat;
+namespace {
+
+void TakeBeats(CTakenSong const& taken, Song& song) {
+    song.beatsPerMeasure = taken.m_beats.m_nBeatsPerMeasure;
+    song.beatConfidence = static_cast<double>(taken.m_beats.m_fBeatConfidence);
+    song.downbeatConfidence = static_cast<double>(taken.m_beats.m_fDownbeatConfidence);
+    song.beats = taken.m_beats.Beats();
+    song.downbeats = taken.m_beats.Downbeats();
+    for (std::int64_t const mark : taken.m_positions.m_vMarks) {
+        double const seconds = static_cast<double>(mark) / kEngineRateHz;
+        if (seconds <= taken.m_dSeconds) {
+            song.measures.push_back(seconds);
+        }
     }
+}
+
+void Take(CTakenSong const& taken, Song& song) {
+    song.seconds = taken.m_dSeconds;
+    song.tempo = taken.m_dTempo;
+    song.confidence = static_cast<double>(taken.m_candidates.m_fConfidence);
+    song.candidates = CandidatesOf(taken.m_candidates);
+    song.key = KeyOf(taken.m_key);
+    song.harmony = HarmonyOf(taken.m_harmony);
+    TakeBeats(taken, song);
+    song.energyAccents = taken.m_vEnergyAccents;
+    song.bassAccents = taken.m_vBassAccents;
+    song.mixPoints = {.introEnd = taken.m_dIntroEnd,
+                      .outroStart = taken.m_dOutroStart,
+                      .fade = taken.m_vFades,
+                      .intro = taken.m_vIntroMixes,
+                      .outro = taken.m_vOutroMixes};
+    song.fingerprint = {.start = static_cast<double>(taken.m_print.m_nMicroseconds) / kMicroseconds,
+                        .values = taken.m_print.m_vValues};
+}
+
+/// What is told of every song, heard or not.
+Song Told(CAnalysisOutcome const& outcome, CHeardSong heard) {
     Song song;
-    song.problem = profile.m_bCancelled ? Problem::Cancelled : ProblemOf(profile.m_outcome);
-    song.systemError = profile.m_outcome.m_report.m_nError;
-    song.source = SourceOf(profile.m_outcome.m_report);
-    song.evidence = std::make_shared<Evidence const>(Evidence{profile.m_outcome});
-    if (song.problem != Problem::None && song.problem != Problem::NoBeat) {
-        return song;
+    song.problem = tactus::ProblemOf(outcome);
+    song.systemError = outcome.m_report.m_nError;
+    song.source = SourceOf(outcome.m_report);
+    song.evidence = std::make_shared<Evidence const>(Evidence{std::move(heard)});
+    return song;
+}
+
+} // namespace
+
+Song SongOf(CAnalysisOutcome const& outcome) {
+    CHeardSong heard;
+    heard.m_outcome = outcome;
+    return Told(outcome, std::move(heard));
+}
+
+Song SongOf(CSongProfile const& profile, bool keepEnvelopes) {
+    CHeardSong const heard = HeardSongOf(profile, keepEnvelopes);
+    CTakenSong const taken = TakenSongOf({}, {}, heard);
+    Song song = Told(taken.m_outcome, heard);
+    if (heard.m_facts) {
+        Take(taken, song);
+        song.heardTempo = static_cast<double>(heard.m_facts->m_fHeardBpm);
     }
-    unsigned const rate = song.source.rate != 0 ? song.source.rate : kEngineRateHz;
-    song.seconds = static_cast<double>(results.GetSampleCount()) / rate;
-    song.tempo = hasTempo ? static_cast<double>(results.GetBpm()) : 0.0;
-    song.heardTempo = static_cast<double>(std::max(profile.m_fHeardBpm, 0.0f));
-    song.key = KeyOf(results);
-    song.measures = SecondsOf(results.GetMeasMarks());
-    CPfBeatPattern energyPattern;
-    CPfBeatPattern bassPattern;
-    results.GetBeatPatterns(&energyPattern, &bassPattern);
-    song.energyAccents = energyPattern.GetWeights();
-    song.bassAccents = bassPattern.GetWeights();
-    song.mixPoints = {.introEnd = SecondsOf(results.GetIntroEnd()),
-                      .outroStart = SecondsOf(results.GetOutroStart()),
-                      .fade = SecondsOf(results.GetIntroFadePoints()),
-                      .intro = SecondsOf(results.GetIntroSprockets()),
-                      .outro = SecondsOf(results.GetOutroSprockets())};
-    song.fingerprint = {.start = static_cast<double>(profile.m_pPrint->GetTime()) / kMicroseconds,
-                        .values = profile.m_pPrint->GetValues()};
-    song.energy = EnvelopeOf(profile.m_energy);
-    song.bass = EnvelopeOf(profile.m_bass);
+    if (heard.m_facts && keepEnvelopes) {
+        song.energy = EnvelopeOf(profile.m_energy);
+        song.bass = EnvelopeOf(profile.m_bass);
+    }
     return song;
 }
 

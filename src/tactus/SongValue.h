@@ -4,17 +4,21 @@
 #pragma once
 
 #include "IDTag/WriteProblem.h"
+#include "song/HeardSong.h"
 #include "song/SongProfile.h"
 #include "tactus/tactus.h"
 
 namespace tactus {
 
 struct Evidence {
-    CAnalysisOutcome outcome;
+    CHeardSong heard;
 };
 
-/// The public value of a profile.
-Song SongOf(CSongProfile profile);
+/// The public value of a profile for which beats, harmony and envelopes were asked for.
+Song SongOf(CSongProfile const& profile, bool keepEnvelopes);
+
+/// A song that was not heard.
+Song SongOf(CAnalysisOutcome const& outcome);
 
 Problem ProblemOf(CAnalysisOutcome const& outcome);
 

@@ -15,10 +15,10 @@
 
 #define TACTUS_API __attribute__((visibility("default")))
 
-/// The tempo of music, in four functions: `analyze` for a file and for samples, `readTags` and
-/// `storeTempo`. Every answer is a plain value. No function throws, but for `std::bad_alloc`, and
-/// none changes the state of the process.
-/// Thread: every function from any thread, several at once.
+/// The tempo of music, in five functions: `analyze` for a file and for samples, `toJson`,
+/// `readTags` and `storeTempo`. Every answer is a plain value. No function throws, but for
+/// `std::bad_alloc`, and none changes the state of the process. Thread: every function from any
+/// thread, several at once.
 namespace tactus {
 
 /// Why a song has no tempo.
@@ -66,6 +66,24 @@ struct Key {
     bool operator==(Key const&) const = default;
 };
 
+/// The key of chords and melody.
+struct Harmony {
+    Key key;
+    std::string plain;       // "Am", as tags have it
+    std::string camelot;     // "8A"
+    std::string openKey;     // "1m"
+    double confidence = 0.0; // how likely it is the song's key, 0 to 1
+    double tuning = 0.0;     // cents above A = 440 Hz, from -50 to 50
+};
+
+/// One reading of the tempo.
+struct Candidate {
+    double tempo = 0.0; // beats a minute
+    int times = 0;      // the song's tempo times `times` over `over`; both 0: no such ratio
+    int over = 0;
+    double score = 0.0; // share in the belief; those of a song add up to 1
+};
+
 /// What the sound was read from.
 struct Source {
     std::string decoder;      // "mp3float", "pcm_s16le"; empty for samples
@@ -110,9 +128,17 @@ struct Song {
     double seconds = 0.0;    // length
     std::optional<Key> key;  // of the bass notes
     Source source;
-    std::vector<double> measures;     // starts that stand out, in seconds
-    std::vector<float> energyAccents; // weights of the eight half beats of a measure
-    std::vector<float> bassAccents;   // likewise, below 120 Hz
+    double confidence = 0.0;           // that there is a steady beat at all, 0 to 1
+    std::vector<Candidate> candidates; // the likeliest first
+    std::optional<Harmony> harmony;    // of chords and melody
+    int beatsPerMeasure = 0;           // 3 or 4; 0 without beats
+    double beatConfidence = 0.0;       // that these are the beats, not the points between
+    double downbeatConfidence = 0.0;   // that measures begin where they do
+    std::vector<double> beats;         // every one, in seconds
+    std::vector<double> downbeats;     // those that begin a measure
+    std::vector<double> measures;      // starts that stand out, in seconds
+    std::vector<float> energyAccents;  // weights of the eight half beats of a measure
+    std::vector<float> bassAccents;    // likewise, below 120 Hz
     MixPoints mixPoints;
     Fingerprint fingerprint;
     Envelope energy; // loudness over all frequencies; empty unless asked for
@@ -146,6 +172,12 @@ TACTUS_API Song analyze(std::filesystem::path const& path, Options const& option
 /// Hears `samples` in [-1, 1], one channel, `rate` of them a second. Other rates than 44100 are
 /// resampled in 16 bits.
 TACTUS_API Song analyze(std::span<float const> samples, unsigned rate, Options const& options = {});
+
+/// What was heard as one JSON object on one line: the record "tactus-song-1" with all its fields,
+/// envelopes if they were kept. `path` and `tags` stand in it as they are given. Empty for a song
+/// that no analysis made.
+TACTUS_API std::string toJson(Song const& song, std::filesystem::path const& path = {},
+                              Tags const& tags = {});
 
 /// Reads the tags of the file at `path`. What isn't there, or can't be read, is empty.
 TACTUS_API Tags readTags(std::filesystem::path const& path);

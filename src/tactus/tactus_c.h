@@ -1,7 +1,7 @@
 /* SPDX-FileCopyrightText: 2026 The Tactus authors
  * SPDX-License-Identifier: MIT
  *
- * The four functions of <tactus/tactus.h> for C. Texts are UTF-8, paths are bytes; no pointer that
+ * The functions of <tactus/tactus.h> for C. Texts are UTF-8, paths are bytes; no pointer that
  * is handed in may be null unless it is said so. Fields are only ever added, at the end of a
  * structure. Thread: every function from any thread, several at once; one song from one thread at a
  * time.
@@ -74,6 +74,14 @@ typedef struct {
     size_t count;
 } tactus_weights; /* without a unit */
 
+/* One reading of the tempo. */
+typedef struct {
+    double tempo; /* beats a minute */
+    int times;    /* the song's tempo times `times` over `over`; both 0: no such ratio */
+    int over;
+    double score; /* share in the belief; those of a song add up to 1 */
+} tactus_candidate;
+
 /* What one hearing brings. */
 typedef struct {
     tactus_problem problem;
@@ -94,6 +102,17 @@ typedef struct {
     tactus_times outro_mix_points;
     double fingerprint_start; /* seconds */
     tactus_weights fingerprint;
+    double confidence;          /* that there is a steady beat at all, 0 to 1 */
+    int beats_per_measure;      /* 3 or 4; 0 without beats */
+    double beat_confidence;     /* that these are the beats, not the points between */
+    double downbeat_confidence; /* that measures begin where they do */
+    tactus_times beats;         /* every one */
+    tactus_times downbeats;     /* those that begin a measure */
+    int harmony_tonic;          /* as tonic, of the key of chords and melody */
+    int harmony_is_minor;
+    double harmony_confidence;          /* how likely it is the song's key, 0 to 1 */
+    tactus_candidate const* candidates; /* the likeliest first; null when there is none */
+    size_t candidate_count;
 } tactus_song;
 
 typedef struct {
@@ -111,6 +130,11 @@ TACTUS_API tactus_song* tactus_analyze_file(char const* path, tactus_progress pr
 TACTUS_API tactus_song* tactus_analyze_samples(float const* samples, size_t count, unsigned rate,
                                                tactus_progress progress, void* user);
 TACTUS_API void tactus_free_song(tactus_song* song); /* may be null */
+
+/* The record of a song, as tactus::toJson makes it. `path` and `tags` may be null. To be freed by
+ * tactus_free_text. Returns: null when there is no memory. */
+TACTUS_API char* tactus_to_json(tactus_song const* song, char const* path, tactus_tags const* tags);
+TACTUS_API void tactus_free_text(char* text); /* may be null */
 
 /* To be freed by tactus_free_tags. Returns: null when there is no memory. */
 TACTUS_API tactus_tags* tactus_read_tags(char const* path);

@@ -39,6 +39,29 @@ TEST(LibraryCTest, SaysWhatTheOtherFaceSays) {
     EXPECT_EQ(song->fade_points.count, 12U);
 }
 
+TEST(LibraryCTest, BeatsReadingsAndTheRecordAreTold) {
+    CTempFolder const folder;
+    WriteWav(folder / "song.wav", MakeSong(125.0, 60.0));
+    tactus::Song const expected = tactus::analyze(folder / "song.wav");
+    CSongPtr const song = AnalyzeFile(folder / "song.wav");
+    ASSERT_NE(song, nullptr);
+    ASSERT_EQ(song->beats.count, expected.beats.size());
+    EXPECT_TRUE(std::equal(expected.beats.begin(), expected.beats.end(), song->beats.values));
+    EXPECT_EQ(song->downbeats.count, expected.downbeats.size());
+    EXPECT_EQ(song->beats_per_measure, expected.beatsPerMeasure);
+    EXPECT_EQ(song->harmony_tonic, expected.harmony ? expected.harmony->key.tonic : -1);
+    ASSERT_EQ(song->candidate_count, expected.candidates.size());
+    ASSERT_GT(song->candidate_count, 0U);
+    EXPECT_EQ(song->candidates[0].tempo, expected.candidates[0].tempo);
+    EXPECT_EQ(song->confidence, expected.confidence);
+
+    using CTextPtr = std::unique_ptr<char, decltype(&tactus_free_text)>;
+    CTextPtr const json(tactus_to_json(song.get(), "b.wav", nullptr), tactus_free_text);
+    ASSERT_NE(json, nullptr);
+    EXPECT_EQ(json.get(), tactus::toJson(expected, "b.wav"));
+    tactus_free_text(nullptr);
+}
+
 TEST(LibraryCTest, SamplesAreHeard) {
     std::vector<float> const samples = MakeClickTrack(125.0, 60.0);
     CSongPtr const song(

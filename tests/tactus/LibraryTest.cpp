@@ -57,6 +57,66 @@ TEST_F(LibraryTest, AFileHasItsTempoAndItsLength) {
     EXPECT_TRUE(std::ranges::all_of(song.measures, [](double at) { return at >= 0 && at <= 60; }));
 }
 
+TEST_F(LibraryTest, EveryBeatIsTold) {
+    // Two clicks a second from 0.25 s on.
+    CClickTrack const track{.m_dBpm = 120.0,
+                            .m_dSeconds = 60.0,
+                            .m_dStartSeconds = 0.25,
+                            .m_nAccentEvery = 0,
+                            .m_fAccentGain = 1.0f,
+                            .m_shape = {}};
+    WriteWav(m_folder / "song.wav", MakeClickTrack(track));
+    tactus::Song const song = tactus::analyze(m_folder / "song.wav");
+    ASSERT_EQ(song.beats.size(), 120U);
+    double sum = 0.0;
+    for (std::size_t i = 0; i < song.beats.size(); ++i) {
+        double const error = song.beats[i] - 0.25 - 0.5 * static_cast<double>(i);
+        sum += error;
+        EXPECT_NEAR(error, 0.0, 0.003) << i;
+    }
+    EXPECT_NEAR(sum / 120.0, 0.0, 0.0005);
+    EXPECT_EQ(song.beatsPerMeasure, 4);
+    ASSERT_EQ(song.downbeats.size(), 30U);
+    for (std::size_t i = 0; i < song.downbeats.size(); ++i) {
+        EXPECT_EQ(std::ranges::count(song.beats, song.downbeats[i]), 1);
+        EXPECT_NEAR(song.downbeats[i] - song.downbeats[0], 2.0 * static_cast<double>(i), 0.006);
+    }
+    ASSERT_FALSE(song.candidates.empty());
+    EXPECT_GT(song.confidence, 0.5);
+}
+
+TEST_F(LibraryTest, HarmonyIsThatOfTheChords) {
+    tactus::Song const song = tactus::analyze(MakeSong(125.0, 60.0), 44100);
+    ASSERT_TRUE(song.harmony);
+    EXPECT_EQ(song.harmony->plain, "Am"); // the song's chord and bass
+    EXPECT_EQ(song.harmony->camelot, "8A");
+    EXPECT_EQ(song.harmony->openKey, "1m");
+}
+
+TEST_F(LibraryTest, RecordTellsTheSongAsItIs) {
+    tactus::Song const song = tactus::analyze(WriteTrack(125.0, 60.0), {.keepEnvelopes = true});
+    tactus::Tags tags;
+    tags.title = "Clicks";
+    tags.tempoText = "1250";
+    std::string const json = tactus::toJson(song, "a/song.wav", tags);
+    EXPECT_TRUE(json.starts_with(R"({"schema":"tactus-song-1",)")) << json.substr(0, 80);
+    for (char const* const part :
+         {R"("path":"a/song.wav")", R"("title":"Clicks")", R"("tagTempo":125,)", R"("error":null)",
+          R"("duration":60,)", R"("codec":"pcm_s16le")", R"("beats":[)", R"("envelopes":{)"}) {
+        EXPECT_NE(json.find(part), std::string::npos) << part;
+    }
+    EXPECT_EQ(tactus::toJson(tactus::analyze(m_folder / "song.wav")).find("envelopes"),
+              std::string::npos);
+}
+
+TEST_F(LibraryTest, RecordOfAFailureHasItsReason) {
+    std::string const json = tactus::toJson(tactus::analyze(m_folder / "missing.wav"), "x");
+    EXPECT_NE(json.find(R"("error":{"code":"cannotOpen","message":null})"), std::string::npos);
+    EXPECT_NE(tactus::toJson(tactus::analyze({}, 44100)).find(R"("code":"empty")"),
+              std::string::npos);
+    EXPECT_EQ(tactus::toJson({}), "");
+}
+
 TEST_F(LibraryTest, AFileOfAnotherRateKeepsItsLength) {
     std::vector<float> const samples = MakeClickTrack(125.0, 60.0);
     WriteWav(m_folder / "song.wav", {.m_nRate = 48000}, samples);
