@@ -6,14 +6,18 @@
 #include "records/SongRecord.h"
 
 #include <bit>
+#include <cmath>
 #include <type_traits>
 #include <utility>
 
 namespace {
 
-constexpr std::uint8_t kForm = 3; // Fixed: of the fields below.
+constexpr std::uint8_t kForm = 4; // Fixed: of the fields below.
 constexpr unsigned kByteBits = 8;
 constexpr std::size_t kNumberBytes = 8;
+constexpr unsigned kStepBits = 7;
+constexpr unsigned kMoreFollow = 0x80;
+constexpr double kMicroseconds = 1e6; // Standard: in a second.
 
 /// Appends fields.
 class CStoring {
@@ -45,6 +49,26 @@ public:
     void Count(std::vector<Item> const& list) {
         Number(list.size());
     }
+    void Levels(std::vector<std::uint8_t> const& levels) {
+        Number(levels.size());
+        m_vBytes.insert(m_vBytes.end(), levels.begin(), levels.end());
+    }
+    void Rising(std::vector<std::int64_t> const& list) {
+        Number(list.size());
+        std::int64_t last = 0;
+        for (std::int64_t const number : list) {
+            Step(number, last);
+        }
+    }
+    void Beats(std::vector<CBeatTime> const& list) {
+        Number(list.size());
+        std::int64_t last = 0;
+        for (CBeatTime const& beat : list) {
+            Step(std::llround(beat.m_dSeconds * kMicroseconds), last);
+            m_vBytes.push_back(static_cast<std::uint8_t>(beat.m_nPlace << 1U) |
+                               static_cast<std::uint8_t>(beat.m_bMarked));
+        }
+    }
     template <typename Part>
     bool IsThere(std::optional<Part> const& part) {
         Number(part.has_value() ? 1 : 0);
@@ -52,6 +76,19 @@ public:
     }
 
     std::vector<std::uint8_t> m_vBytes;
+
+private:
+    /// The step from the number before, low bits first, seven a byte; the top bit says that more
+    /// follow. Numbers that rise by little take little room.
+    void Step(std::int64_t number, std::int64_t& last) {
+        auto rest = static_cast<std::uint64_t>(number) - static_cast<std::uint64_t>(last);
+        last = number;
+        while (rest >= kMoreFollow) {
+            m_vBytes.push_back(static_cast<std::uint8_t>(rest | kMoreFollow));
+            rest >>= kStepBits;
+        }
+        m_vBytes.push_back(static_cast<std::uint8_t>(rest));
+    }
 };
 
 /// Takes fields. Once something is missing, everything is.
@@ -69,12 +106,8 @@ public:
         return number;
     }
     void Bytes(std::string& bytes) {
-        std::uint64_t const size = Number();
-        m_bGood = m_bGood && size <= m_bytes.size();
-        if (m_bGood) {
-            bytes.assign(m_bytes.begin(), m_bytes.begin() + static_cast<std::ptrdiff_t>(size));
-            m_bytes = m_bytes.subspan(size);
-        }
+        std::span<std::uint8_t const> const taken = Take(Number());
+        bytes.assign(taken.begin(), taken.end());
     }
 
     template <typename Whole>
@@ -98,9 +131,28 @@ public:
     }
     template <typename Item>
     void Count(std::vector<Item>& list) {
-        std::uint64_t const count = Number();
-        m_bGood = m_bGood && count <= m_bytes.size() / kNumberBytes;
-        list.resize(m_bGood ? count : 0);
+        list.resize(CountOf(kNumberBytes));
+    }
+    void Levels(std::vector<std::uint8_t>& levels) {
+        std::span<std::uint8_t const> const bytes = Take(Number());
+        levels.assign(bytes.begin(), bytes.end());
+    }
+    void Rising(std::vector<std::int64_t>& list) {
+        list.resize(CountOf(1));
+        std::uint64_t last = 0;
+        for (std::int64_t& number : list) {
+            number = Step(last);
+        }
+    }
+    void Beats(std::vector<CBeatTime>& list) {
+        list.resize(CountOf(2));
+        std::uint64_t last = 0;
+        for (CBeatTime& beat : list) {
+            beat.m_dSeconds = static_cast<double>(Step(last)) / kMicroseconds;
+            std::uint8_t const place = Byte();
+            beat.m_nPlace = static_cast<std::uint8_t>(place >> 1U);
+            beat.m_bMarked = (place & 1U) != 0;
+        }
     }
     template <typename Part>
     bool IsThere(std::optional<Part>& part) {
@@ -113,6 +165,39 @@ public:
     [[nodiscard]] bool IsWhole() const { return m_bGood && m_bytes.empty(); }
 
 private:
+    /// The next `size` bytes; none when there aren't as many.
+    std::span<std::uint8_t const> Take(std::uint64_t size) {
+        m_bGood = m_bGood && size <= m_bytes.size();
+        std::size_t const taken = m_bGood ? static_cast<std::size_t>(size) : 0;
+        std::span<std::uint8_t const> const bytes = m_bytes.first(taken);
+        m_bytes = m_bytes.subspan(taken);
+        return bytes;
+    }
+
+    std::uint8_t Byte() {
+        std::span<std::uint8_t const> const byte = Take(1);
+        return byte.empty() ? std::uint8_t{0} : byte.front();
+    }
+
+    /// A count of things that take `leastBytes` each at least; 0 when there can't be as many.
+    std::size_t CountOf(std::size_t leastBytes) {
+        std::uint64_t const count = Number();
+        m_bGood = m_bGood && count <= m_bytes.size() / leastBytes;
+        return m_bGood ? static_cast<std::size_t>(count) : 0;
+    }
+
+    std::int64_t Step(std::uint64_t& last) {
+        std::uint64_t step = 0;
+        std::uint8_t byte = kMoreFollow;
+        for (unsigned bits = 0; byte >= kMoreFollow && bits < kByteBits * kNumberBytes;
+             bits += kStepBits) {
+            byte = Byte();
+            step |= static_cast<std::uint64_t>(byte & (kMoreFollow - 1U)) << bits;
+        }
+        last += step;
+        return static_cast<std::int64_t>(last);
+    }
+
     std::span<std::uint8_t const> m_bytes;
     bool m_bGood = true;
 };
@@ -165,6 +250,67 @@ void Listed(Archive& archive, Candidates& candidates) {
     }
 }
 
+template <typename Archive, typename Harmony>
+void Keyed(Archive& archive, Harmony& harmony) {
+    archive.Integer(harmony.m_eMode);
+    archive.Integer(harmony.m_nTonic);
+    archive.Real(harmony.m_fConfidence);
+    archive.Real(harmony.m_fTuningCents);
+}
+
+template <typename Archive, typename Beats>
+void Beaten(Archive& archive, Beats& beats) {
+    archive.Beats(beats.m_vHalfBeats);
+    archive.Integer(beats.m_nBeatsPerMeasure);
+    archive.Integer(beats.m_bSteady);
+    archive.Real(beats.m_fBeatConfidence);
+    archive.Real(beats.m_fDownbeatConfidence);
+}
+
+template <typename Archive, typename Positions>
+void Placed(Archive& archive, Positions& positions) {
+    archive.Rising(positions.m_vGrid);
+    archive.Rising(positions.m_vMarks);
+    archive.Integer(positions.m_nIntroEnd);
+    archive.Integer(positions.m_nOutroStart);
+    archive.Rising(positions.m_vFades);
+    archive.Rising(positions.m_vIntroMixes);
+    archive.Rising(positions.m_vOutroMixes);
+}
+
+template <typename Archive, typename Values>
+void Weighed(Archive& archive, Values& values) {
+    archive.Count(values);
+    for (auto& value : values) {
+        archive.Real(value);
+    }
+}
+
+template <typename Archive, typename Levels>
+void Levelled(Archive& archive, Levels& levels) {
+    archive.Real(levels.m_fTop);
+    archive.Integer(levels.m_nSamples);
+    archive.Levels(levels.m_vLevels);
+}
+
+template <typename Archive, typename Facts>
+void Found(Archive& archive, Facts& facts) {
+    archive.Integer(facts.m_nFrames);
+    archive.Real(facts.m_fBpm);
+    archive.Real(facts.m_fHeardBpm);
+    Keyed(archive, facts.m_key);
+    Keyed(archive, facts.m_harmony);
+    Beaten(archive, facts.m_beats);
+    Weighed(archive, facts.m_vEnergyAccents);
+    Weighed(archive, facts.m_vBassAccents);
+    Placed(archive, facts.m_positions);
+    archive.Integer(facts.m_print.m_nMicroseconds);
+    Weighed(archive, facts.m_print.m_vValues);
+    Levelled(archive, facts.m_opening);
+    Levelled(archive, facts.m_energy);
+    Levelled(archive, facts.m_bass);
+}
+
 template <typename Archive, typename Heard>
 void Told(Archive& archive, Heard& heard) {
     archive.Integer(heard.m_outcome.m_problem);
@@ -172,6 +318,9 @@ void Told(Archive& archive, Heard& heard) {
     archive.Bytes(heard.m_sTempo);
     if (archive.IsThere(heard.m_candidates)) {
         Listed(archive, *heard.m_candidates);
+    }
+    if (archive.IsThere(heard.m_facts)) {
+        Found(archive, *heard.m_facts);
     }
 }
 

@@ -12,6 +12,7 @@
 namespace {
 
 constexpr float kTopLevel = 255.0f;              // Fixed: the largest of a byte.
+constexpr double kMicroseconds = 1e6;            // Standard: in a second.
 constexpr std::int64_t kSamplesPerElement = 256; // Fixed: of an envelope.
 
 std::vector<std::int64_t> ListOf(CProfileResults::CPositions const& positions) {
@@ -70,6 +71,9 @@ CSongFacts FactsOf(CSongProfile const& profile, bool keepsEnvelopes) {
     facts.m_key = KeyOf(results);
     facts.m_harmony = profile.m_harmony.value_or(CHarmony());
     facts.m_beats = profile.m_beats;
+    for (CBeatTime& beat : facts.m_beats.m_vHalfBeats) {
+        beat.m_dSeconds = std::round(beat.m_dSeconds * kMicroseconds) / kMicroseconds;
+    }
     CPfBeatPattern energyPattern;
     CPfBeatPattern bassPattern;
     (void)results.GetBeatPatterns(&energyPattern, &bassPattern);

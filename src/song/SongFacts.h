@@ -46,12 +46,12 @@ struct CLevels {
 /// What one hearing finds in a song, without its sound: all that is told of it and kept. A plain
 /// value.
 struct CSongFacts {
-    std::int64_t m_nFrames = 0; // of the song, at the file's own rate
-    float m_fBpm = 0.0f;        // 0 for none
-    float m_fHeardBpm = 0.0f;   // before the rule for short clips; 0 for none
-    CHarmony m_key;             // by the bass notes: without confidence and tuning
-    CHarmony m_harmony;         // by chords and melody
-    CBeatTimes m_beats;
+    std::int64_t m_nFrames = 0;          // of the song, at the file's own rate
+    float m_fBpm = 0.0f;                 // 0 for none
+    float m_fHeardBpm = 0.0f;            // before the rule for short clips; 0 for none
+    CHarmony m_key;                      // by the bass notes: without confidence and tuning
+    CHarmony m_harmony;                  // by chords and melody
+    CBeatTimes m_beats;                  // in whole microseconds
     std::vector<float> m_vEnergyAccents; // weights of the half beats of a measure
     std::vector<float> m_vBassAccents;   // likewise, below 120 Hz
     CEnginePositions m_positions;

@@ -8,6 +8,36 @@
 
 namespace {
 
+CSongFacts FullFacts() {
+    CSongFacts facts;
+    facts.m_nFrames = 5'000'000'000;
+    facts.m_fBpm = 127.5f;
+    facts.m_fHeardBpm = 63.75f;
+    facts.m_key = {.m_eMode = EKeyMode::Minor, .m_nTonic = 11};
+    facts.m_harmony = {
+        .m_eMode = EKeyMode::Major, .m_nTonic = 3, .m_fConfidence = 0.5f, .m_fTuningCents = -9.0f};
+    facts.m_beats.m_vHalfBeats = {{0.0, 0, true}, {0.234567, 1, false}, {3600.000001, 4, true}};
+    facts.m_beats.m_nBeatsPerMeasure = 4;
+    facts.m_beats.m_bSteady = true;
+    facts.m_beats.m_fBeatConfidence = 0.75f;
+    facts.m_beats.m_fDownbeatConfidence = 0.125f;
+    facts.m_vEnergyAccents = {1.0f, -2.0f};
+    facts.m_vBassAccents = {3.0f};
+    facts.m_positions = {.m_vGrid = {0, 127, 128, 20'000, 5'000'000'000},
+                         .m_vMarks = {-1, 7, 3}, // falling as well
+                         .m_nIntroEnd = 21,
+                         .m_nOutroStart = -22,
+                         .m_vFades = {23},
+                         .m_vIntroMixes = {std::numeric_limits<std::int64_t>::min(),
+                                           std::numeric_limits<std::int64_t>::max()},
+                         .m_vOutroMixes = {}};
+    facts.m_print = {.m_nMicroseconds = 77, .m_vValues = {0.5f, 0.25f}};
+    facts.m_opening = {.m_fTop = 2.0f, .m_nSamples = 256, .m_vLevels = {0, 255}};
+    facts.m_energy = {.m_fTop = 3.0f, .m_nSamples = 257, .m_vLevels = {1, 2, 3}};
+    facts.m_bass = {.m_fTop = 4.0f, .m_nSamples = 258, .m_vLevels = {4}};
+    return facts;
+}
+
 /// A record in which no two fields are alike.
 CSongRecord FullRecord() {
     CSongRecord record;
@@ -42,6 +72,7 @@ CSongRecord FullRecord() {
     heard.m_candidates = CTempoCandidates();
     heard.m_candidates->m_fConfidence = std::numeric_limits<float>::denorm_min();
     heard.m_candidates->m_vCandidates = {{120.0f, 1, 1, 0.75f}, {77.5f, 0, 0, 0.25f}};
+    heard.m_facts = FullFacts();
     record.m_heard = heard;
     return record;
 }
@@ -73,7 +104,7 @@ TEST(SongRecordTest, WhatIsCutShortOrTooLongIsNoRecord) {
 
 TEST(SongRecordTest, NoLengthIsBelieved) {
     // Form, tags there, and a title of 2^60 bytes.
-    std::vector<std::uint8_t> const bytes = {3, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0,
+    std::vector<std::uint8_t> const bytes = {4, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0,
                                              0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x10};
     EXPECT_FALSE(SongRecordOf(bytes));
     std::vector<std::uint8_t> otherForm = BytesOf({});

@@ -40,8 +40,13 @@ TEST(SongFactsTest, SongIsHeardWithAllThatWasAskedFor) {
     EXPECT_EQ(facts.m_nFrames, 40 * 44'100);
     EXPECT_EQ(facts.m_fBpm, profile.m_results.GetBpm());
     EXPECT_EQ(facts.m_positions.m_vGrid, profile.m_beatSource.m_vPoints);
-    EXPECT_EQ(facts.m_beats, profile.m_beats);
-    EXPECT_FALSE(facts.m_beats.m_vHalfBeats.empty());
+    ASSERT_EQ(facts.m_beats.m_vHalfBeats.size(), profile.m_beats.m_vHalfBeats.size());
+    ASSERT_FALSE(facts.m_beats.m_vHalfBeats.empty());
+    for (std::size_t i = 0; i < facts.m_beats.m_vHalfBeats.size(); ++i) {
+        double const exact = profile.m_beats.m_vHalfBeats[i].m_dSeconds;
+        // Half a microsecond, and the roundings of doubles.
+        EXPECT_NEAR(facts.m_beats.m_vHalfBeats[i].m_dSeconds, exact, 0.500001e-6) << i;
+    }
     EXPECT_EQ(facts.m_print.m_vValues, profile.m_pPrint->GetValues());
     EXPECT_EQ(facts.m_opening.m_vLevels.size(), 4096);
     EXPECT_EQ(facts.m_energy.m_vLevels.size(), profile.m_energy.Elements().size());
