@@ -144,7 +144,13 @@ void CFileAnalyzer::ProcessFile(CBPMFile* file) {
         std::exchange(m_audio, {}),
         {.m_pCancel = cancel.get(),
          .m_progress = [&notifier](std::uint8_t percent) { notifier.SendProfileProgress(percent); },
-         .m_bKeepEnvelopes = m_bCandidates});
+         .m_bKeepEnvelopes = m_bCandidates,
+         .m_bHearBeats = m_bFacts,
+         .m_bHarmony = m_bFacts});
+    std::optional<CSongFacts> facts;
+    if (m_bFacts && profile.IsHeard() && !profile.m_bCancelled) {
+        facts = FactsOf(profile, m_bEnvelopes);
+    }
     CTempoCandidates candidates = m_bCandidates ? CandidatesOf(profile) : CTempoCandidates();
     std::uint16_t tonic = 0;
     std::uint16_t mode = 0;
@@ -152,6 +158,7 @@ void CFileAnalyzer::ProcessFile(CBPMFile* file) {
     {
         std::scoped_lock const guard(m_lock);
         m_candidates = std::move(candidates);
+        m_facts = std::move(facts);
         m_outcome = profile.m_outcome;
         m_sKey = profile.IsHeard() ? KeyText(tonic, mode) : std::string();
     }
@@ -197,6 +204,11 @@ bool CFileAnalyzer::WasCancelled() const {
 CTempoCandidates CFileAnalyzer::GetCandidates() const {
     std::scoped_lock const guard(m_lock);
     return m_candidates;
+}
+
+std::optional<CSongFacts> CFileAnalyzer::GetFacts() const {
+    std::scoped_lock const guard(m_lock);
+    return m_facts;
 }
 
 CAnalysisOutcome CFileAnalyzer::GetOutcome() const {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "base/CancelFlag.h"
+#include "song/SongFacts.h"
 #include "song/SongProfile.h"
 #include "song/TempoCandidates.h"
 
@@ -12,6 +13,7 @@
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
 class CBPMFile;
@@ -62,6 +64,16 @@ public:
     /// The readings of the last file's tempo; none unless they were wanted.
     [[nodiscard]] CTempoCandidates GetCandidates() const;
 
+    /// Has all else found too, from the next run on; `withEnvelopes`: 2 bytes for each 256 samples
+    /// are kept. Candidates must be wanted as well.
+    void WantFacts(bool withEnvelopes) {
+        m_bFacts = true;
+        m_bEnvelopes = withEnvelopes;
+    }
+
+    /// What was found in the last file; nothing unless it was wanted, and of one that wasn't heard.
+    [[nodiscard]] std::optional<CSongFacts> GetFacts() const;
+
     /// The last file's key as tags have it, "Am"; empty when none was found.
     [[nodiscard]] std::string GetKey() const;
 
@@ -88,12 +100,15 @@ private:
     std::shared_ptr<CCancelFlag> m_pCancel;
     CAnalysisOutcome m_outcome;
     CTempoCandidates m_candidates;
+    std::optional<CSongFacts> m_facts;
     std::string m_sKey;
     bool m_bClosing = false;
     std::deque<std::shared_ptr<MacThread>> m_vThreads; // Oldest first.
 
     CSongAudio m_audio;
     std::atomic<bool> m_bCandidates = false;
+    std::atomic<bool> m_bFacts = false;
+    std::atomic<bool> m_bEnvelopes = false;
     bool m_bTold = false; // The file's end was posted; the worker's, as the audio.
 };
 

@@ -8,7 +8,6 @@
 #include "cli/AnalysisJobs.h"
 
 #include "app/FileAnalyzer.h"
-#include "cli/DecodeReason.h"
 #include "cli/Interrupt.h"
 #include "cli/Progress.h"
 
@@ -46,6 +45,9 @@ CAnalysisJobs::CAnalysisJobs(CInputWalk& walk, CAnalysisOptions const& options, 
         m_vSlots.push_back(std::make_unique<CSlot>());
         if (options.m_song.m_bCandidates) {
             m_vSlots.back()->m_analyzer.WantCandidates();
+        }
+        if (options.m_song.m_bFacts) {
+            m_vSlots.back()->m_analyzer.WantFacts(options.m_song.m_bEnvelopes);
         }
     }
     CNotificationCenter& centre = CNotificationCenter::Default();
@@ -126,7 +128,7 @@ void CAnalysisJobs::BeginWork(CSlot& slot) {
     }
     m_firstHeard = m_firstHeard.value_or(std::chrono::steady_clock::now());
     if (!slot.m_analyzer.Analyze(slot.m_pWork->File())) {
-        slot.m_pWork->Row().m_sError = AnalysisReason({.m_problem = EAnalysisProblem::NoThread});
+        slot.m_pWork->Fail(EAnalysisProblem::NoThread);
         TakeRow(slot);
     }
 }
@@ -208,10 +210,7 @@ void CAnalysisJobs::CollectFinished() {
         if (slot->m_bCancelled || (slot->m_bAgain && m_bStopping)) {
             Free(*slot);
         } else if (!slot->m_bHadMemory) {
-            slot->m_pWork->Row().m_source = ETempoSource::None;
-            slot->m_pWork->Row().m_dTempo.reset();
-            slot->m_pWork->Row().m_sError =
-                AnalysisReason({.m_problem = EAnalysisProblem::NoMemory});
+            slot->m_pWork->Fail(EAnalysisProblem::NoMemory);
             TakeRow(*slot);
         } else if (slot->m_bAgain) {
             BeginWork(*slot);
@@ -293,6 +292,7 @@ void CAnalysisJobs::OnComplete(CUserInfo const* info) {
         if (m_options.m_song.m_bCandidates) {
             heard.m_candidates = slot->m_analyzer.GetCandidates();
         }
+        heard.m_facts = slot->m_analyzer.GetFacts();
         isDone = isDone && slot->m_pWork->Conclude(heard, slot->m_analyzer.GetKey());
         seconds = heard.m_outcome.m_report.m_dHeardSeconds;
         slot->m_pWork->Row().m_dHeardSeconds = seconds;

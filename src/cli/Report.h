@@ -45,6 +45,8 @@ struct CReportRow {
     std::string m_sBefore = {};         // the tempo in an MP3 file's tag, UTF-8
     EPlan m_plan = EPlan::None;         // of a dry run
     CTempoCandidates m_candidates = {}; // none unless they were asked for
+    std::shared_ptr<CTakenSong const> m_pSong =
+        {}; // the whole record; null unless it was asked for
 
     bool m_bNoBeat = false; // it was heard, and none was found
 

@@ -22,6 +22,12 @@ CReportRow RowUnder(std::string const& name, CReportRow row) {
     }
     row.m_sPath = name;
     row.m_bFurtherName = true;
+    if (row.m_pSong != nullptr) {
+        auto song = std::make_shared<CTakenSong>(*row.m_pSong);
+        song->m_sPath = name;
+        song->m_sFolder = FolderOf(name);
+        row.m_pSong = std::move(song);
+    }
     return row;
 }
 
@@ -62,6 +68,9 @@ std::shared_ptr<CSong> CSongNames::Enter(CPlacedFile const& file,
             continue;
         }
         CSong& song = *place->second;
+        if (song.m_bForgotten) {
+            continue;
+        }
         if (!song.m_row) {
             song.m_vWaiting.push_back(file);
             return nullptr;
@@ -89,6 +98,9 @@ std::vector<CPlacedRow> CSongNames::Answer(CSong& song, CReportRow const& row,
             released.push_back(std::move(file));
         }
     }
-    song.m_row = row;
+    song.m_bForgotten = row.m_pSong != nullptr;
+    if (!song.m_bForgotten) {
+        song.m_row = row;
+    }
     return rows;
 }

@@ -27,12 +27,14 @@ using CPlacedRow = std::pair<std::size_t, CReportRow>;
 struct CSong {
     std::string m_sPath;             // the first name
     std::optional<CReportRow> m_row; // nothing while it is worked on
+    bool m_bForgotten = false;       // its row was too large to be kept
     std::vector<CPlacedFile> m_vWaiting;
 };
 
 /// Keeps the work on one file to once, however many names of it are met: the first name does it,
 /// the others get its row. A name that has become another file meanwhile, as when a new version
-/// took the place of the first name alone, is worked on itself.
+/// took the place of the first name alone, is worked on itself. Rows with whole records aren't kept
+/// for names that are met later: they are worked on too.
 /// Thread: one thread at a time.
 class CSongNames {
 public:

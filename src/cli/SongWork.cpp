@@ -37,10 +37,15 @@ CSongWork::CSongWork(CInputFile input, CSongOptions const& options)
 
 bool CSongWork::Begin() {
     m_row = {};
+    m_bTagStands = false;
     m_row.m_sPath = m_input.m_sName;
     m_row.m_sTitle = m_input.m_sName;
     m_row.m_sError = m_input.m_sError;
     if (!m_input.m_sError.empty()) {
+        CHeardSong unheard;
+        unheard.m_outcome.m_problem = EAnalysisProblem::NotDecoded;
+        unheard.m_outcome.m_report.m_problem = EDecodeProblem::SystemError;
+        TakeSong(unheard);
         return true;
     }
     m_identity = IdentityAt(m_input.m_sPath.ToPath());
@@ -50,10 +55,18 @@ bool CSongWork::Begin() {
         return true;
     }
     // What was heard before need not be heard again.
-    std::optional<CHeardSong> const heard = m_known.m_heard;
-    bool const isEnough = heard && (heard->m_candidates || !m_options.m_bCandidates) &&
-                          !m_options.m_bWriteKey; // which isn't remembered
-    return isEnough && Conclude(*heard, "");
+    return IsKnown() && Conclude(CHeardSong(*m_known.m_heard), "");
+}
+
+/// True when all that is asked for is remembered.
+bool CSongWork::IsKnown() const {
+    std::optional<CHeardSong> const& heard = m_known.m_heard;
+    if (!heard || m_options.m_bWriteKey) { // which isn't remembered
+        return false;
+    }
+    bool const hasEnvelopes = heard->m_facts && !heard->m_facts->m_energy.m_vLevels.empty();
+    return (heard->m_candidates || !m_options.m_bCandidates) &&
+           (heard->m_facts || !m_options.m_bFacts) && (hasEnvelopes || !m_options.m_bEnvelopes);
 }
 
 /// Takes what is known of the file in its present state. Standard input lies in a file that is
@@ -75,12 +88,18 @@ void CSongWork::Remember() const {
     }
 }
 
-/// Keeps what was heard, if it was this file in this state.
-void CSongWork::Learn(CHeardSong const& heard) {
+/// Keeps what was heard, if it was this file in this state, beside what was heard before.
+void CSongWork::Learn(CHeardSong heard) {
     bool const isHeard = heard.m_outcome.m_problem == EAnalysisProblem::None;
+    if (m_known.m_heard && !heard.m_candidates) {
+        heard.m_candidates = m_known.m_heard->m_candidates;
+    }
+    if (m_known.m_heard && !heard.m_facts) {
+        heard.m_facts = m_known.m_heard->m_facts;
+    }
     bool const isNews = !m_known.m_heard || !(*m_known.m_heard == heard);
     if (isHeard && isNews && m_identity == heard.m_outcome.m_report.m_identity) {
-        m_known.m_heard = heard;
+        m_known.m_heard = std::move(heard);
         m_bNews = true;
     }
     Remember();
@@ -116,7 +135,8 @@ bool CSongWork::ReadTag() {
     m_row.m_dTempo = tags.m_tempo.m_dBpm;
     m_row.m_source = ETempoSource::Tag;
     m_row.m_plan = m_options.m_bDryRun ? EPlan::Keep : EPlan::None;
-    return true;
+    m_bTagStands = m_options.m_bFacts;
+    return !m_bTagStands;
 }
 
 /// Who set the tempo in the tag of an MP3 file, by the journal.
@@ -189,7 +209,7 @@ bool CSongWork::Conclude(CHeardSong const& heard, std::string const& key) {
     Learn(heard);
     m_row.m_sError = isHeard ? DamageReason(outcome.m_report) : AnalysisReason(outcome);
     m_row.m_sDetail = outcome.m_report.m_sDetail;
-    if (isHeard) {
+    if (isHeard && !m_bTagStands) {
         m_row.m_dTempo = ReportedTempo(heard);
         m_row.m_source = ETempoSource::Analysis;
         m_row.m_bNoBeat = !(m_row.m_dTempo > 0.0);
@@ -200,7 +220,37 @@ bool CSongWork::Conclude(CHeardSong const& heard, std::string const& key) {
     if (m_options.m_bCandidates && heard.m_candidates) {
         m_row.m_candidates = *heard.m_candidates;
     }
-    return !isHeard || !m_options.m_bWrite || Store(outcome, key);
+    TakeSong(heard);
+    return !isHeard || !m_options.m_bWrite || m_bTagStands || Store(outcome, key);
+}
+
+/// Puts the record into the row, which has its tempo and what a person is told.
+void CSongWork::TakeSong(CHeardSong const& heard) {
+    if (!m_options.m_bFacts) {
+        return;
+    }
+    CShownTags const tags = m_known.m_tags ? m_known.m_tags->m_shown : CShownTags();
+    auto song = std::make_shared<CTakenSong>(TakenSongOf(m_row.m_sPath, tags, heard));
+    song->m_sMessage = m_row.m_sError;
+    if (m_row.m_bNoBeat) {
+        song->m_sMessage = AnalysisReason({.m_problem = EAnalysisProblem::NoBeat});
+    }
+    if (m_row.m_dTempo && *m_row.m_dTempo > 0.0) {
+        song->m_tempoSource = m_row.m_source;
+        bool const isReported = m_row.m_source == ETempoSource::Tag || m_options.m_bLikely ||
+                                m_options.m_dSlowest > 0.0;
+        song->m_dTempo = isReported ? *m_row.m_dTempo : song->m_dTempo;
+    }
+    m_row.m_pSong = std::move(song);
+}
+
+void CSongWork::Fail(EAnalysisProblem problem) {
+    m_row.m_source = ETempoSource::None;
+    m_row.m_dTempo.reset();
+    CHeardSong unheard;
+    unheard.m_outcome.m_problem = problem;
+    m_row.m_sError = AnalysisReason(unheard.m_outcome);
+    TakeSong(unheard);
 }
 
 /// How the tempo is to be stored.

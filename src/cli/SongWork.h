@@ -26,6 +26,8 @@ struct CSongOptions {
     bool m_bOverwriteHand = false; // also a tempo that Tactus didn't write
     bool m_bCandidates = false;    // find the readings of each tempo
     bool m_bLikely = false;        // report the likeliest of them
+    bool m_bFacts = false;         // find all that the record of a song has; needs candidates
+    bool m_bEnvelopes = false;     // with its envelopes
     double m_dSlowest = 0.0;       // fold tempos into this range; 0: don't
     double m_dFastest = 0.0;
     std::optional<CKindChoice> m_writeTypes = {}; // kinds beside MP3 that are written too
@@ -54,6 +56,9 @@ public:
     /// Returns: false when the file changed since `Begin`, which is to be called again.
     bool Conclude(CHeardSong const& heard, std::string const& key);
 
+    /// Completes the row of a file that nothing came of.
+    void Fail(EAnalysisProblem problem);
+
     /// The file that `Begin` found; null when it can't be looked at.
     [[nodiscard]] CBPMFile* File() { return m_pFile.get(); }
 
@@ -66,7 +71,9 @@ private:
     bool ReadTag();
     void Recall();
     void Remember() const;
-    void Learn(CHeardSong const& heard);
+    void Learn(CHeardSong heard);
+    [[nodiscard]] bool IsKnown() const;
+    void TakeSong(CHeardSong const& heard);
     [[nodiscard]] double ReportedTempo(CHeardSong const& heard) const;
     [[nodiscard]] ESetBy FindSetBy() const;
     [[nodiscard]] std::string ReasonToKeep() const;
@@ -80,9 +87,10 @@ private:
     CRetries m_retries;
     std::optional<CFileIdentity> m_identity; // before the tag was read
     std::unique_ptr<CBPMFile> m_pFile;
-    CString m_sTempoInTag;  // when it was read
-    CSongRecord m_known;    // of the file in this state
-    bool m_bNews = false;   // something is known that the store doesn't have
-    bool m_bRested = false; // a change since would show in the identity
+    CString m_sTempoInTag;     // when it was read
+    CSongRecord m_known;       // of the file in this state
+    bool m_bNews = false;      // something is known that the store doesn't have
+    bool m_bTagStands = false; // the tag's tempo is told, whatever is heard
+    bool m_bRested = false;    // a change since would show in the identity
     CReportRow m_row;
 };

@@ -73,7 +73,7 @@ void TakeFacts(CSongFacts const& facts, CTakenSong& song) {
 
 CTakenSong TakenSongOf(std::string path, CShownTags const& tags, CHeardSong const& heard) {
     CTakenSong song;
-    song.m_sFolder = std::filesystem::path(path).parent_path().native();
+    song.m_sFolder = FolderOf(path);
     song.m_sPath = std::move(path);
     TakeTags(tags, song);
     song.m_outcome = heard.m_outcome;
@@ -91,6 +91,10 @@ CTakenSong TakenSongOf(std::string path, CShownTags const& tags, CHeardSong cons
         song.m_outcome.m_problem = EAnalysisProblem::NoBeat;
     }
     return song;
+}
+
+std::string FolderOf(std::string const& path) {
+    return std::filesystem::path(path).parent_path().native();
 }
 
 std::string PlainKey(CHarmony const& key) {

@@ -60,5 +60,8 @@ struct CTakenSong {
 [[nodiscard]] CTakenSong TakenSongOf(std::string path, CShownTags const& tags,
                                      CHeardSong const& heard);
 
+/// The folder that `path` lies in, as the path has it; empty when it has none.
+[[nodiscard]] std::string FolderOf(std::string const& path);
+
 /// "Am", "F#", "Eb": a key as tags have it; empty for none.
 [[nodiscard]] std::string PlainKey(CHarmony const& key);
