@@ -13,6 +13,7 @@
 #include "cli/Progress.h"
 #include "cli/RecordReason.h"
 #include "cli/ReviewReport.h"
+#include "cli/SongReport.h"
 #include "cli/Summary.h"
 #include "cli/WriteReason.h"
 
@@ -75,6 +76,7 @@ CLI::App* CAnalyzeCommand::AddTo(CLI::App& program) {
     AddBatchOptions(*app);
     AddWriteOptions(*app);
     AddOutputOptions(*app);
+    AddRecordOptions(*app);
     AddCareOptions(*app);
     AddReadingOptions(*app);
     app->option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::Throw);
@@ -85,6 +87,10 @@ CLI::App* CAnalyzeCommand::AddTo(CLI::App& program) {
         ->allow_extra_args(false);
     app->add_option("PATH", m_vPaths, "Files, and folders to be searched")->type_name("");
     app->parse_complete_callback([this] {
+        bool const isJson = m_format == EReportFormat::Json || m_format == EReportFormat::JsonLines;
+        if (m_bFull && !isJson) {
+            throw CLI::ValidationError("--full", "and --fields want --format json or jsonl");
+        }
         if (m_vPaths.empty() && m_sNameList.empty()) {
             throw CLI::RequiredError("PATH");
         }
@@ -147,6 +153,21 @@ void CAnalyzeCommand::AddOutputOptions(CLI::App& app) {
     app.add_flag("-v,--verbose", m_bVerbose, "Add what the decoding library says of a failure");
 }
 
+/// Whole records of songs instead of rows.
+void CAnalyzeCommand::AddRecordOptions(CLI::App& app) {
+    app.add_flag("--full", m_bFull,
+                 "With --format json or jsonl, write all that is known of each file, as 'tactus "
+                 "profile' does");
+    app.add_option_function<std::string>(
+           "--fields",
+           [this](std::string const& names) {
+               m_wishes.m_vOnly = FieldsOf(names);
+               m_bFull = true;
+           },
+           "Likewise, but these fields alone, such as tempo,key,beats")
+        ->type_name("LIST");
+}
+
 /// What keeps tempos in tags from being replaced, and tells of it.
 void CAnalyzeCommand::AddCareOptions(CLI::App& app) {
     CSongOptions& song = m_options.m_song;
@@ -197,7 +218,9 @@ void CAnalyzeCommand::Settle() {
     song.m_pJournal = &m_journal;
     song.m_pStore = m_bNoCache ? nullptr : &m_store;
     m_journal.SetStore(song.m_pStore);
-    song.m_bCandidates = m_bShowsOther || m_bReview || song.m_bLikely;
+    song.m_bFacts = m_bFull && !song.m_bDryRun;
+    song.m_bEnvelopes = song.m_bFacts && m_wishes.Names("envelopes");
+    song.m_bCandidates = m_bShowsOther || m_bReview || song.m_bLikely || song.m_bFacts;
     if (song.m_bDryRun) {
         song.m_bWrite = true;
         m_format = EReportFormat::Plan;
@@ -285,13 +308,18 @@ void CAnalyzeCommand::ReportEnd(CSummary const& summary, int exitCode) const {
     }
 }
 
+std::unique_ptr<IReport> CAnalyzeCommand::Report(COutput& output) const {
+    bool const isArray = m_format == EReportFormat::Json;
+    std::unique_ptr<IReport> report =
+        m_options.m_song.m_bFacts ? std::make_unique<CSongReport>(output, m_wishes, isArray)
+                                  : MakeReport(m_format, output, m_bShowsOther || m_bReview);
+    return m_bReview ? std::make_unique<CReviewReport>(std::move(report)) : std::move(report);
+}
+
 /// Returns: what a person is told when the run was stopped before its end, else an empty text.
 std::string CAnalyzeCommand::RunJobs(CInputWalk& walk, COutput& output, COutput& log,
                                      CSummary& summary) {
-    std::unique_ptr<IReport> report = MakeReport(m_format, output, m_bShowsOther || m_bReview);
-    if (m_bReview) {
-        report = std::make_unique<CReviewReport>(std::move(report));
-    }
+    std::unique_ptr<IReport> const report = Report(output);
     std::unique_ptr<IReport> const logged = MakeReport(EReportFormat::JsonLines, log);
     CProgress progress(m_progress.value_or(m_bQuiet ? EProgress::None : EProgress::Line));
     CAnalysisJobs jobs(walk, m_options, progress);

@@ -8,6 +8,7 @@
 #include "cli/Progress.h"
 #include "cli/Report.h"
 #include "cli/RunLock.h"
+#include "export/SongJson.h"
 #include "records/Journal.h"
 #include "records/Places.h"
 #include "records/RecordStore.h"
@@ -30,6 +31,8 @@ private:
     void AddWriteOptions(CLI::App& app);
     void AddOutputOptions(CLI::App& app);
     void AddCareOptions(CLI::App& app);
+    void AddRecordOptions(CLI::App& app);
+    [[nodiscard]] std::unique_ptr<IReport> Report(COutput& output) const;
     void AddReadingOptions(CLI::App& app);
     void AddBatchOptions(CLI::App& app);
     int Begin();
@@ -47,6 +50,8 @@ private:
     CAnalysisOptions m_options;
     CWalkOptions m_walk;
     EReportFormat m_format = EReportFormat::Table;
+    bool m_bFull = false; // rows are whole records, or some of their fields
+    CSongJsonWishes m_wishes;
     std::string m_sOutput;
     std::string m_sLog;
     bool m_bOverwriting = false;    // whatever the output file holds

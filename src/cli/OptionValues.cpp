@@ -3,7 +3,10 @@
 
 #include "cli/OptionValues.h"
 
+#include "export/SongJson.h"
+
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <string_view>
@@ -83,6 +86,19 @@ std::pair<double, double> RangeOf(std::string const& text) {
                                                   "least twice its beginning");
     }
     return {slowest, fastest};
+}
+
+std::vector<std::string> FieldsOf(std::string const& names) {
+    std::vector<std::string_view> const known = SongJsonFields();
+    std::vector<std::string> fields;
+    for (std::string const& name : CLI::detail::split(names, ',')) {
+        if (std::ranges::find(known, name) == known.end()) {
+            throw CLI::ValidationError("--fields",
+                                       "'" + name + "' is none of " + CLI::detail::join(known));
+        }
+        fields.push_back(name);
+    }
+    return fields;
 }
 
 int DecimalsOf(std::string const& text) {

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <string>
 #include <utility>
+#include <vector>
 
 constexpr std::size_t kMostJobs = 256; // Fixed: more only cost memory.
 
@@ -30,6 +31,9 @@ double ShareOf(std::string const& text);
 
 /// "70:180" as its ends.
 std::pair<double, double> RangeOf(std::string const& text);
+
+/// Names of the fields of a song's record, with commas between them.
+std::vector<std::string> FieldsOf(std::string const& names);
 
 /// Of a stored tempo: 0, 1 or 2.
 int DecimalsOf(std::string const& text);

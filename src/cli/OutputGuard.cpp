@@ -36,8 +36,10 @@ bool IsTableHead(std::string_view line) {
 }
 
 bool IsJsonRow(std::string_view line) {
-    return line.starts_with(R"({"path":")") && line.find(R"(","title":")") != line.npos &&
-           line.find(R"(,"tempo":)") != line.npos;
+    bool const isRow = line.starts_with(R"({"path":")") &&
+                       line.find(R"(","title":")") != line.npos &&
+                       line.find(R"(,"tempo":)") != line.npos;
+    return isRow || line.starts_with(R"({"schema":"tactus-song-)");
 }
 
 bool IsSame(struct stat const& a, struct stat const& b) {

@@ -9,22 +9,44 @@
 #include "cli/InputList.h"
 #include "cli/Interrupt.h"
 #include "cli/Message.h"
-#include "cli/Output.h"
+#include "cli/OptionValues.h"
 #include "cli/ProfileJson.h"
 #include "cli/ProfileTrace.h"
 #include "song/SongProfile.h"
 
 #include <CLI/CLI.hpp>
 
+namespace {
+
+constexpr char kFooter[] =
+    "A path of - is standard input. What follows -- is a path, whatever it looks\n"
+    "like.\n\nExit status: 0 all done; 1 a file failed; 2 wrong usage; 4 "
+    "warnings only;\n5 the results can't be written; 128 and the signal's "
+    "number when stopped.\n";
+
+} // namespace
+
 CLI::App* CProfileCommand::AddTo(CLI::App& program) {
     CLI::App* const app = program.add_subcommand(
-        "profile", "Print everything that an analysis finds, one JSON object a file");
-    app->add_flag("--trace", m_bTrace, "Print what the stages hand on as well");
-    app->add_flag("--harmony", m_bHarmony, "Print the key of chords and melody as well");
-    app->add_flag("-v,--verbose", m_bVerbose, "Add what the decoding library says of a failure");
-    app->add_option("FILE", m_vFiles, "Audio files; - is standard input")
-        ->type_name("")
-        ->required();
+        "profile", "Print everything that is known of files, one JSON object each");
+    auto const addField = [&](char const* option, char const* field, char const* help) {
+        app->add_flag_callback(
+            option, [this, field] { m_wishes.m_vMore.emplace_back(field); }, help);
+    };
+    addField("--half-beats", "halfBeats", "Add the points between the beats");
+    addField("--fingerprint", "fingerprint", "Add what the song is found again by");
+    addField("--envelopes", "envelopes", "Add the levels of the sound and of its bass");
+    addField("--samples", "samples", "Add the engine's own positions in samples at 44100 Hz");
+    app->add_option_function<std::string>(
+           "--fields", [this](std::string const& names) { m_wishes.m_vOnly = FieldsOf(names); },
+           "Print these fields alone, such as tempo,key,beats")
+        ->type_name("LIST");
+    app->add_flag("--trace", m_bTrace,
+                  "Print what the stages of the engine hand on instead, of files alone");
+    app->add_flag("--harmony", m_bHarmony,
+                  "With --trace, print the key of chords and melody as well");
+    m_run.AddOptions(*app);
+    app->footer(kFooter);
     return app;
 }
 
@@ -34,18 +56,18 @@ void CProfileCommand::ReportTrouble(std::string const& name, std::string const& 
         return;
     }
     ReportProblem(name, reason);
-    if (m_bVerbose && !report.m_sDetail.empty()) {
+    if (m_run.IsVerbose() && !report.m_sDetail.empty()) {
         ReportProblem(name, "the decoding library says: " + report.m_sDetail);
     }
 }
 
-std::string CProfileCommand::ProfileFile(std::string const& name, CString const& path) {
+std::string CProfileCommand::TraceFile(std::string const& name, CString const& path) {
     std::vector<int> percents;
     CProfileTrace trace;
     CSongProfile const profile = ProfileSong(
         path.ToPath(), {.m_pCancel = &CInterrupt::Flag(),
                         .m_progress = [&](std::uint8_t percent) { percents.push_back(percent); },
-                        .m_pObserver = m_bTrace ? &trace : nullptr,
+                        .m_pObserver = &trace,
                         .m_bHarmony = m_bHarmony});
     if (CInterrupt::IsSet()) {
         return {};
@@ -60,17 +82,29 @@ std::string CProfileCommand::ProfileFile(std::string const& name, CString const&
     ReportTrouble(name, damage, report);
     m_bWarned = m_bWarned || !damage.empty();
     return ProfileJson({name, &profile.m_results, profile.m_pPrint.Get(),
-                        profile.m_pLargePrint.Get(), percents, m_bTrace ? &trace : nullptr,
-                        profile.m_harmony});
+                        profile.m_pLargePrint.Get(), percents, &trace, profile.m_harmony});
 }
 
 int CProfileCommand::Run() {
+    if (m_bTrace) {
+        return RunTrace();
+    }
+    CSongSink const sink = {.m_add = [this](CTakenSong const& song, COutput& output) {
+        return output.Write(SongJson(song, m_wishes) + "\n");
+    }};
+    return m_run.Run(sink, m_wishes.Names("envelopes"));
+}
+
+int CProfileCommand::RunTrace() {
     CInterrupt::Install();
     COutput output;
-    CInputList const inputs(m_vFiles);
+    if (int const code = m_run.Open(output); code != kExitDone) {
+        return code;
+    }
+    CInputList const inputs(m_run.Paths());
     std::size_t done = 0;
     for (CInputFile const& input : inputs.Files()) {
-        std::string const json = ProfileFile(input.m_sName, input.m_sPath);
+        std::string const json = TraceFile(input.m_sName, input.m_sPath);
         if (CInterrupt::IsSet() || (!json.empty() && !output.Write(json + "\n"))) {
             break;
         }

@@ -125,8 +125,6 @@ std::string ProfileJson(CProfile const& profile) {
     if (profile.m_harmony) {
         object.Add("harmony", HarmonyJson(*profile.m_harmony));
     }
-    if (profile.m_pTrace != nullptr) {
-        AddTrace(object, *profile.m_pTrace);
-    }
+    AddTrace(object, *profile.m_pTrace);
     return object.Close();
 }

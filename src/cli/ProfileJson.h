@@ -19,8 +19,8 @@ struct CProfile {
     CProfileResults const* m_pResults;
     CFingerprint const* m_pPrint;
     CFingerprint const* m_pLargePrint;
-    std::vector<int> m_vProgress;                     // percents in the order sent
-    CProfileTrace const* m_pTrace;                    // null: none is asked for
+    std::vector<int> m_vProgress; // percents in the order sent
+    CProfileTrace const* m_pTrace;
     std::optional<CHarmony> m_harmony = std::nullopt; // empty: not asked for
 };
 
