@@ -17,7 +17,7 @@ done
 cd "$work"
 printf '%8s %8s %8s %6s\n' truth found error ratio
 for bpm in "$@"; do
-    found=$("$OLDPWD/build/src/cli/tactus" profile "$bpm.wav" | jq .bpm)
+    found=$("$OLDPWD/build/src/cli/tactus" profile --trace "$bpm.wav" | jq .bpm)
     awk -v truth="$bpm" -v found="$found" 'BEGIN {
         ratio = found / truth
         far = ratio < 0.9 || ratio > 1.1

@@ -20,7 +20,7 @@ for tactus in "$@"; do
     echo "$tactus, $file:"
     valgrind --quiet --tool=callgrind --callgrind-out-file="$work/counts" --collect-atstart=no \
         --toggle-collect='CProfileBuilder::BuildProfile*' \
-        "$tactus" profile "$file" >"$work/profile" 2>"$work/messages" || {
+        "$tactus" profile --trace "$file" >"$work/profile" 2>"$work/messages" || {
         cat "$work/messages" >&2
         exit 1
     }

@@ -32,17 +32,21 @@ _tactus() {
             mapfile -t COMPREPLY < <(compgen -W "likely heard" -- "$cur")
             return
             ;;
-        --only-if-off | --range | --exclude | --max-errors | -j | --jobs | --types | --write-types | -n | --number) return ;;
+        --only-if-off | --range | --exclude | --max-errors | --fields | -j | --jobs | --types | --write-types | -n | --number) return ;;
     esac
     case $command in
         analyze)
             words="--write --force --recheck --jobs --format --follow --hidden --types --output"
-            words+=" --overwrite-output --quiet --no-cache"
+            words+=" --overwrite-output --quiet --no-cache --full --fields"
             words+=" --files-from --null --exclude --max-errors --lock --progress"
             words+=" --overwrite-hand --only-if-off --dry-run --log --candidates --octave --range --review"
             words+=" --write-types --round --keep-mtime --id3 --write-key --verbose --help"
             ;;
-        profile) words="--harmony --trace --verbose --help" ;;
+        profile)
+            words="--half-beats --fingerprint --envelopes --samples --fields --trace --harmony"
+            words+=" --jobs --follow --hidden --types --exclude --no-cache --output"
+            words+=" --overwrite-output --quiet --verbose --help"
+            ;;
         history) words="--number --json --clear --help" ;;
         undo) words="--force --keep-mtime --help" ;;
         fix)
