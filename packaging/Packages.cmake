@@ -56,7 +56,7 @@ set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libtactus0)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
 set(CPACK_COMPONENT_LIBRARY_DESCRIPTION
 "Tactus finds the tempo, the measures, the key and mix points of music. Its
-library has four functions, for C++ and for C.
+library has a few functions, for C++ and for C.
 
 This package has the shared library.")
 
