@@ -329,6 +329,7 @@ std::string SongJson(CTakenSong const& song, CSongJsonWishes const& wishes) {
 
 std::vector<std::string_view> SongJsonFields() {
     std::vector<std::string_view> names;
+    names.reserve(kFields.size());
     for (CField const& field : kFields) {
         names.push_back(field.m_sName);
     }

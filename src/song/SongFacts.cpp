@@ -3,6 +3,7 @@
 
 #include "song/SongFacts.h"
 
+#include "base/Rounding.h"
 #include "engine/notes/KeyDetector.h"
 #include "song/SongProfile.h"
 
@@ -11,7 +12,7 @@
 
 namespace {
 
-constexpr float kTopLevel = 255.0f;              // Fixed: the largest of a byte.
+constexpr double kTopLevel = 255.0;              // Fixed: the largest of a byte.
 constexpr double kMicroseconds = 1e6;            // Standard: in a second.
 constexpr std::int64_t kSamplesPerElement = 256; // Fixed: of an envelope.
 
@@ -57,7 +58,8 @@ CLevels LevelsOf(std::span<float const> values, std::int64_t samplesEach) {
     }
     for (float const value : values) {
         float const share = levels.m_fTop > 0.0f ? Finite(value) / levels.m_fTop : 0.0f;
-        levels.m_vLevels.push_back(static_cast<std::uint8_t>(share * kTopLevel + 0.5f));
+        double const level = static_cast<double>(share) * kTopLevel;
+        levels.m_vLevels.push_back(static_cast<std::uint8_t>(RoundHalfUpToUint32(level)));
     }
     return levels;
 }

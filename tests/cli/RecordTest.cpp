@@ -99,7 +99,8 @@ TEST_F(RecordTest, BeatsOfAClickTrackLieOnItsClicksAtEveryRate) {
         // Measures of four beats, whichever begins one.
         EXPECT_NEAR(downbeats.back() - downbeats.front(), 58.0, 0.006) << rate;
         EXPECT_EQ(record["meter"]["beatsPerMeasure"], 4);
-        EXPECT_EQ(record["halfBeats"].size(), 120U) << rate; // 0, 0.5, ... lie between
+        // 0.5 to 59.5; those at both ends may lie a millisecond outside.
+        EXPECT_NEAR(static_cast<double>(record["halfBeats"].size()), 120.0, 1.0) << rate;
         EXPECT_LE(record["outro"]["start"], 60.0);
     }
 }
@@ -132,7 +133,7 @@ TEST_F(RecordTest, EveryRecordKeepsToTheSchema) {
     EXPECT_EQ(whole.m_nExit, 1);
     ExpectValid(whole.m_sOut, 5);
     arguments = {"analyze", "--format", "jsonl", "--full", "."};
-    ExpectValid(Tactus(arguments).m_sOut, 4);
+    ExpectValid(Tactus(arguments).m_sOut, 5); // the clip's source is there as well
 }
 
 TEST_F(RecordTest, SchemaRefusesWhatIsNoRecord) {
