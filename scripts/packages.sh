@@ -31,7 +31,7 @@ PACKAGES_PYTHON=(
 # what a locale with a decimal comma is made from.
 PACKAGES_TEST=(
     libgtest-dev libgmock-dev ffmpeg python3 python3-mutagen python3-taglib python3-jsonschema eyed3 id3v2 jq attr
-    xvfb openbox xdotool x11-utils procps locales mpg123 sndfile-programs
+    xvfb openbox xdotool x11-utils dbus-daemon procps locales mpg123 sndfile-programs
 )
 
 # To check the code: another compiler, its sanitizers and fuzzer, formatting, static analysis.

@@ -129,9 +129,15 @@ std::vector<CString> CAdder::TakeLeftOut() {
     return std::exchange(m_vLeftOut, {});
 }
 
+std::vector<CString> CAdder::UnreadFolders() const {
+    auto const guard = m_list.Lock();
+    return m_vUnreadFolders;
+}
+
 void CAdder::NoteUnreadFolder(CString const& folder) {
     {
         auto const guard = m_list.Lock();
+        m_vUnreadFolders.push_back(folder);
         ++m_list.Counts().m_nUnreadFolders;
         m_list.Counts().m_sUnreadFolder = folder.Units();
     }

@@ -48,6 +48,9 @@ public:
     /// once. A stop forgets them. They are handed over.
     [[nodiscard]] std::vector<CString> TakeLeftOut();
 
+    /// Folders that could not be read so far, in the order met.
+    [[nodiscard]] std::vector<CString> UnreadFolders() const;
+
     void Stop();
 
     /// Ends what runs and takes nothing more. May be called twice. Thread: not a worker.
@@ -82,6 +85,7 @@ private:
     // Guarded by the list's lock.
     CToken m_pToken = std::make_shared<CCancelFlag>(); // of what is added from now on
     std::size_t m_nJobs = 0;
+    std::vector<CString> m_vUnreadFolders;
     std::vector<CString> m_vLeftOut;
     std::unordered_set<std::u16string> m_vLeftOutPaths; // the same, to be found
     bool m_bEnded = false;

@@ -62,6 +62,10 @@ std::vector<CString> BPMController::takeLeftOut() {
     return m_adder.TakeLeftOut();
 }
 
+std::vector<CString> BPMController::unreadFolders() const {
+    return m_adder.UnreadFolders();
+}
+
 void BPMController::setHidden(std::vector<std::size_t> const& rows, bool isHidden) {
     m_batch.SetHidden(rows, isHidden);
 }

@@ -76,6 +76,9 @@ public:
     /// Files of other kinds that were left out of folders, in the order found, handed over.
     [[nodiscard]] std::vector<CString> takeLeftOut();
 
+    /// Folders that could not be read so far, in the order met.
+    [[nodiscard]] std::vector<CString> unreadFolders() const;
+
     /// Hides rows, or brings them back: hidden ones are neither shown nor analysed, the running one
     /// is given up. They stay in the list, and no file is touched.
     void setHidden(std::vector<std::size_t> const& rows, bool isHidden);

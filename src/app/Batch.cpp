@@ -230,6 +230,7 @@ void CBatch::Conclude(CUserInfo const* userInfo) {
             row->m_bFromTag = false;
             m_list.SetDone(*row);
             m_list.SetOutcome(*row, OutcomeOf(*row));
+            ++m_list.Counts().m_nHeard;
         }
     }
     if (isAgain) {
@@ -318,6 +319,7 @@ void CBatch::StoreTempo(CListRow& row) {
         auto const guard = m_list.Lock();
         if (isHeard && isWished && problem == EWriteProblem::None) {
             row.m_sTempoInTag = tempo;
+            ++m_list.Counts().m_nStored;
         }
         row.m_vConverted = std::move(report.m_vConverted);
         m_list.SetWriteProblem(row, problem);

@@ -53,6 +53,8 @@ struct CBatchStatus {
     std::size_t m_nBatchPlace = 0;    ///< Which of them is running, from 1; 0 when none is.
     int m_nPercent = -1;              ///< Progress of the running file; -1 when there is none.
     std::u16string m_sRunningName;    ///< File name of the running file.
+    std::size_t m_nHeard = 0;         ///< Analyses so far that came to an end.
+    std::size_t m_nStored = 0;        ///< Of these, tempos that were stored in the file.
     std::size_t m_nFailed = 0;        ///< Rows whose analysis failed.
     std::size_t m_nNotStored = 0;     ///< Rows whose tempo could not be stored in the file.
     std::size_t m_nProblems = 0;      ///< Problems met so far; grows by one with each.

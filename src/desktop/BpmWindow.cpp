@@ -249,6 +249,7 @@ void BpmWindow::showStatus() {
     m_pAnalyze->setEnabled(isIdle && status.m_nUndone > 0);
     m_pRescan->setEnabled(status.m_nRows > status.m_nHidden);
     m_pStop->setEnabled((status.m_bRunning || status.m_bAdding) && !status.m_bStopping);
+    followRun(status);
     showUnreadFolders(status);
     showHidden(status);
     endAddition(status);
@@ -272,17 +273,6 @@ void BpmWindow::showCounts() {
     if (m_pStatusLine != nullptr) {
         m_pStatusLine->setStatus(m_controller.status(), m_model.counts().m_nProblems);
     }
-}
-
-void BpmWindow::showUnreadFolders(CBatchStatus const& status) {
-    if (status.m_nUnreadFolders == m_nUnreadFolders) {
-        return;
-    }
-    m_nUnreadFolders = status.m_nUnreadFolders;
-    m_pNotices->post(
-        {ENotice::Folders,
-         FoldersText(m_nUnreadFolders - m_nReadFolders, ReadableText(status.m_sUnreadFolder)),
-         {{tr("Close"), [this] { m_nReadFolders = m_nUnreadFolders; }}}});
 }
 
 void BpmWindow::showReason() {

@@ -9,6 +9,7 @@
 #include "desktop/FileTableModel.h"
 #include "desktop/Settings.h"
 
+#include <QElapsedTimer>
 #include <QMainWindow>
 #include <QStringList>
 #include <atomic>
@@ -63,6 +64,9 @@ public:
     void openHomePage();
 
 signals:
+    /// A long run is over, and the window isn't the one in front.
+    void noteWanted(QString const& title, QString const& text);
+
     /// The user wants the program to end, whether or not a file is being analysed.
     void quitRequested();
 
@@ -80,6 +84,15 @@ private:
         std::size_t m_nRows = 0; // With those that had come back.
         std::size_t m_nKnown = 0;
         std::size_t m_nUnreadFolders = 0;
+    };
+
+    /// A run that is under way: what had come of files before it.
+    struct CRun {
+        bool m_bRunning = false;
+        QElapsedTimer m_time;
+        std::size_t m_nHeard = 0;
+        std::size_t m_nStored = 0;
+        std::size_t m_nProblems = 0;
     };
 
     void setUpActions();
@@ -114,6 +127,10 @@ private:
     void switchPane();
     void showSong();
     void showUnreadFolders(CBatchStatus const& status);
+    void listUnreadFolders();
+    void followRun(CBatchStatus const& status);
+    void endRun(CBatchStatus const& status, qint64 milliseconds);
+    void showKeys();
     void endClosing();
 
     BPMController& m_controller;
@@ -139,10 +156,12 @@ private:
     QAction* m_pClose = nullptr;
     QAction* m_pMenu = nullptr;
     QAction* m_pPreferences = nullptr;
+    QAction* m_pKeys = nullptr;
     QAction* m_pQuit = nullptr;
     QAction* m_pTogglePane = nullptr;
     QAction* m_pSwitchPane = nullptr;
     QSize m_sizeAtStart;
+    CRun m_run;
     CAddition m_addition;
     std::set<CString> m_vLeftOut;     // Files of other kinds that the notice tells of.
     std::size_t m_nUnreadFolders = 0; // Told so far.

@@ -47,8 +47,10 @@ void BpmWindow::setUpActions() {
         makeAction("actionCopy", tr("Copy"), tr("Copy the selected rows"), {QKeySequence::Copy});
     m_pSelectAll = makeAction("actionSelectAll", tr("Select all"), tr("Select all rows"),
                               {QKeySequence::SelectAll});
-    m_pHelp =
-        makeAction("actionHelp", tr("Help"), tr("Open the guide"), {QKeySequence(Qt::Key_F1)});
+    m_pHelp = makeAction("actionHelp", tr("Guide"), tr("Open the guide"), {});
+    m_pKeys =
+        makeAction("actionKeys", tr("Keys …"), tr("Show every key"), {QKeySequence(Qt::Key_F1)});
+    connect(m_pKeys, &QAction::triggered, this, &BpmWindow::showKeys);
     m_pClose = makeAction("actionClose", tr("Close window"), tr("Close the window"),
                           {QKeySequence(Qt::CTRL | Qt::Key_W)});
     m_pQuit = makeAction("actionQuit", tr("Quit"), tr("Quit Tactus"),
@@ -136,7 +138,7 @@ void BpmWindow::setUpMenu(QToolBar& toolbar) {
     menu->addSeparator();
     menu->addAction(m_pPreferences);
     menu->addSeparator();
-    menu->addActions({m_pHelp, m_pClose, m_pQuit});
+    menu->addActions({m_pKeys, m_pHelp, m_pClose, m_pQuit});
     auto* button = qobject_cast<QToolButton*>(toolbar.widgetForAction(m_pMenu));
     button->setObjectName("menuButton");
     button->setMenu(menu);

@@ -9,6 +9,7 @@
 #include "app/BPMController.h"
 #include "desktop/Arguments.h"
 #include "desktop/BpmWindow.h"
+#include "desktop/DesktopNote.h"
 #include "desktop/QtBpmView.h"
 #include "desktop/QuitSignals.h"
 #include "desktop/Translation.h"
@@ -100,6 +101,10 @@ int RunDesktop(int argc, char** argv) {
     auto const quit = [] { QCoreApplication::exit(0); };
     QObject::connect(&quitSignals, &CQuitSignals::quitRequested, &app, quit);
     QObject::connect(&window, &BpmWindow::quitRequested, &app, quit);
+
+    QObject::connect(
+        &window, &BpmWindow::noteWanted, &window,
+        [](QString const& title, QString const& text) { ShowDesktopNote(title, text); });
 
     window.openPaneAtStart();
     window.show();

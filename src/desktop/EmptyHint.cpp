@@ -30,7 +30,6 @@ CEmptyHint::CEmptyHint(QWidget* parent)
     m_pAdd->setToolTip(keys);
     m_pOnlyLook->setObjectName("emptyOnlyLook");
     m_pOnlyLook->setToolTip(tr("Add music, and change no file until the window is closed"));
-    m_pOnlyLook->setFlat(true);
     auto* layout = new QVBoxLayout(this);
     layout->addStretch();
     for (QLabel* label : {m_pTitle, m_pWay}) {

@@ -19,6 +19,7 @@ constexpr int kProgressWidth = 180; // Fixed: pixels.
 CStatusLine::CStatusLine(QWidget* parent)
     : QStatusBar(parent),
       m_pActivity(new CElidedLabel(Qt::ElideMiddle, this)),
+      m_pSummary(new CElidedLabel(Qt::ElideRight, this)),
       m_pProgress(new QProgressBar(this)),
       m_pOnlyLook(new QLabel(tr("Only looking: nothing is written"), this)) {
     setObjectName("statusBar");
@@ -31,10 +32,18 @@ CStatusLine::CStatusLine(QWidget* parent)
     m_pProgress->setFixedWidth(kProgressWidth);
     m_pProgress->hide();
     addWidget(m_pActivity, 1);
+    m_pSummary->setObjectName("summary");
+    m_pSummary->hide();
+    addPermanentWidget(m_pSummary);
     addPermanentWidget(m_pProgress);
     m_pOnlyLook->setObjectName("onlyLook");
     addPermanentWidget(m_pOnlyLook);
     setOnlyLook(false);
+}
+
+void CStatusLine::setSummary(QString const& summary) {
+    m_pSummary->setText(summary);
+    m_pSummary->setVisible(!summary.isEmpty());
 }
 
 void CStatusLine::setOnlyLook(bool isOnlyLook) {

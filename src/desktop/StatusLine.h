@@ -20,6 +20,9 @@ class CStatusLine : public QStatusBar {
 public:
     explicit CStatusLine(QWidget* parent = nullptr);
 
+    /// What came of the last run; empty for nothing.
+    void setSummary(QString const& summary);
+
     /// Says, beside all else, that nothing is written.
     void setOnlyLook(bool isOnlyLook);
 
@@ -28,6 +31,7 @@ public:
 
 private:
     CElidedLabel* m_pActivity;
+    CElidedLabel* m_pSummary;
     QProgressBar* m_pProgress;
     QLabel* m_pOnlyLook;
 };

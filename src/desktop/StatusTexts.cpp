@@ -8,6 +8,7 @@
 #include "desktop/Texts.h"
 
 #include <QCoreApplication>
+#include <QLocale>
 #include <algorithm>
 #include <map>
 #include <utility>
@@ -27,6 +28,22 @@ int AsCount(std::size_t count) {
 
 QString Joined(QStringList const& parts) {
     return parts.join(QStringLiteral(" · "));
+}
+
+/// "1 h 2 min", "1 min 9 s", "12 s"; less than a second is one.
+QString DurationText(std::int64_t milliseconds) {
+    constexpr std::int64_t kPerSecond = 1000;
+    constexpr std::int64_t kSixty = 60; // seconds in a minute, minutes in an hour
+    std::int64_t const seconds = std::max<std::int64_t>(1, milliseconds / kPerSecond);
+    std::int64_t const minutes = seconds / kSixty;
+    auto const text = [](std::int64_t number) { return QLocale().toString(number); };
+    if (minutes == 0) {
+        return CStatusTexts::tr("%1 s").arg(text(seconds));
+    }
+    return minutes < kSixty
+               ? CStatusTexts::tr("%1 min %2 s").arg(text(minutes), text(seconds % kSixty))
+               : CStatusTexts::tr("%1 h %2 min")
+                     .arg(text(minutes / kSixty), text(minutes % kSixty));
 }
 
 QString RunningText(CBatchStatus const& status) {
@@ -104,6 +121,16 @@ QString LeftOutText(std::set<CString> const& files) {
     return CStatusTexts::tr("%Ln file(s) of other kinds were left out (%1).", nullptr,
                             AsCount(files.size()))
         .arg(texts.join(QStringLiteral(", ")));
+}
+
+QString SummaryText(CRunSummary const& summary) {
+    QStringList parts{CStatusTexts::tr("%Ln analyzed in %1", nullptr, AsCount(summary.m_nHeard))
+                          .arg(DurationText(summary.m_nMilliseconds)),
+                      CStatusTexts::tr("%Ln stored", nullptr, AsCount(summary.m_nStored))};
+    if (summary.m_nProblems > 0) {
+        parts << CStatusTexts::tr("%Ln problem(s)", nullptr, AsCount(summary.m_nProblems));
+    }
+    return parts.join(QStringLiteral(", "));
 }
 
 QString ClosingText(CBatchStatus const& status) {

@@ -9,6 +9,7 @@
 #include <QString>
 #include <QStringList>
 #include <cstddef>
+#include <cstdint>
 #include <set>
 
 /// What the window tells about the list as a whole. Everything is translated and follows the
@@ -27,6 +28,17 @@ QString AddedText(std::size_t added, std::size_t known, QStringList const& names
 
 /// How many files were left out for their kind, the kinds with the most first.
 QString LeftOutText(std::set<CString> const& files);
+
+/// What came of a run.
+struct CRunSummary {
+    std::size_t m_nHeard = 0;    ///< Files whose analysis came to an end.
+    std::size_t m_nStored = 0;   ///< Of these, files that got the tempo in their tag.
+    std::size_t m_nProblems = 0; ///< Things that went wrong.
+    std::int64_t m_nMilliseconds = 0;
+};
+
+/// "301 analyzed in 1 min 9 s, 298 stored, 3 problems".
+QString SummaryText(CRunSummary const& summary);
 
 /// Why the window stays open.
 QString ClosingText(CBatchStatus const& status);

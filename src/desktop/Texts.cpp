@@ -3,6 +3,7 @@
 
 #include "desktop/Texts.h"
 
+#include <QAction>
 #include <QCoreApplication>
 #include <QLocale>
 #include <QStringList>
@@ -232,6 +233,12 @@ QString ProblemText(CRowState const& row) {
         sentences << NoteText(row);
     }
     return sentences.join("; ");
+}
+
+QString PlainActionText(QAction const& action) {
+    QString text = action.text().remove(QLatin1Char('&'));
+    text.remove(QStringLiteral("…"));
+    return text.trimmed();
 }
 
 QString FileNameOf(QString const& path) {

@@ -8,6 +8,8 @@
 #include <QString>
 #include <string>
 
+class QAction;
+
 /// Sentences that the window shows, made from what the list tells. Everything is translated and
 /// follows the user's locale.
 /// Thread: main.
@@ -26,6 +28,9 @@ QString NoteText(CRowState const& row);
 /// What went wrong with a row; empty when nothing did. That a file of its kind takes no tag is
 /// nothing wrong.
 QString ProblemText(CRowState const& row);
+
+/// What an action's menu entry says, without marks for its key and without the dots of a question.
+QString PlainActionText(QAction const& action);
 
 /// The last component of a path.
 QString FileNameOf(QString const& path);

@@ -128,3 +128,12 @@ TEST(StatusTextsTest, FilesThatWereLeftOutAreCountedByKindTheMostFirst) {
               "3 files of other kinds were left out (flac 2, ogg 1).");
     EXPECT_EQ(LeftOutText({"/m/a.ogg"}), "1 file of another kind was left out (ogg 1).");
 }
+
+TEST(StatusTextsTest, ARunIsSummedUpWithItsTime) {
+    CLanguage const english(QLocale(QLocale::English, QLocale::UnitedStates));
+    EXPECT_EQ(SummaryText({301, 298, 3, 69'400}),
+              "301 analyzed in 1 min 9 s, 298 stored, 3 problems");
+    EXPECT_EQ(SummaryText({1, 0, 0, 20}), "1 analyzed in 1 s, 0 stored");
+    EXPECT_EQ(SummaryText({2000, 2000, 1, 3'720'000}),
+              "2,000 analyzed in 1 h 2 min, 2,000 stored, 1 problem");
+}

@@ -133,7 +133,7 @@ class EndToEnd(unittest.TestCase):
     def start(self, *paths):
         process = subprocess.Popen([PROGRAM, *map(str, paths)], env=self.display.environment)
         self.addCleanup(end, process)
-        return process, self.display.window("^Tactus")
+        return process, self.display.window("Tactus$")
 
     def make_batch(self, count=60):
         """Files that keep the program busy for longer than a test looks at it."""
@@ -203,7 +203,7 @@ class EndToEnd(unittest.TestCase):
         self.display.press("alt+F4")
         time.sleep(0.7)
         self.assertIsNone(process.poll())
-        self.assertEqual(self.display.windows("^Tactus")[-1], window)
+        self.assertEqual(self.display.windows("Tactus$")[-1], window)
         self.display.press("Escape")
         wait_for(lambda: self.display.press("alt+F4") or process.poll() is not None, "the end")
         self.assertEqual(process.returncode, 0)

@@ -40,10 +40,6 @@
         <translation>Die Analyse anhalten</translation>
     </message>
     <message>
-        <source>Help</source>
-        <translation>Hilfe</translation>
-    </message>
-    <message>
         <source>Open the guide</source>
         <translation>Die Anleitung öffnen</translation>
     </message>
@@ -186,6 +182,70 @@
         <source>Add them</source>
         <translation>Hinzufügen</translation>
     </message>
+    <message>
+        <source>Guide</source>
+        <translation>Anleitung</translation>
+    </message>
+    <message>
+        <source>Keys …</source>
+        <translation>Tasten …</translation>
+    </message>
+    <message>
+        <source>Show every key</source>
+        <translation>Alle Tasten zeigen</translation>
+    </message>
+    <message>
+        <source>%1 – Tactus</source>
+        <translation>%1 – Tactus</translation>
+    </message>
+    <message>
+        <source>Tactus is done</source>
+        <translation>Tactus ist fertig</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>Zeigen</translation>
+    </message>
+    <message>
+        <source>Folders that could not be read</source>
+        <translation>Ordner, die nicht gelesen werden konnten</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>First and last row</source>
+        <translation>Erste und letzte Zeile</translation>
+    </message>
+    <message>
+        <source>Filters</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>In the song: beat by beat</source>
+        <translation>Im Lied: Schlag für Schlag</translation>
+    </message>
+    <message>
+        <source>In the song: measure by measure</source>
+        <translation>Im Lied: Takt für Takt</translation>
+    </message>
+    <message>
+        <source>In the song: play and pause</source>
+        <translation>Im Lied: abspielen und anhalten</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Taste</translation>
+    </message>
+    <message>
+        <source>Does</source>
+        <translation>Wirkung</translation>
+    </message>
 </context>
 <context>
     <name>CAccentsView</name>
@@ -296,6 +356,13 @@
     </message>
 </context>
 <context>
+    <name>CListDialog</name>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+</context>
+<context>
     <name>COpenPanel</name>
     <message>
         <source>Add files and folders</source>
@@ -395,6 +462,14 @@
     <message>
         <source>Stored in %1:</source>
         <translation>Gespeichert in %1:</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Restore defaults</source>
+        <translation>Zurücksetzen</translation>
     </message>
 </context>
 <context>
@@ -763,6 +838,32 @@
         <translation>
             <numerusform>%Ln Datei einer anderen Art wurde ausgelassen (%1).</numerusform>
             <numerusform>%Ln Dateien anderer Arten wurden ausgelassen (%1).</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s</source>
+        <translation>%1 min %2 s</translation>
+    </message>
+    <message>
+        <source>%1 h %2 min</source>
+        <translation>%1 h %2 min</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln analyzed in %1</source>
+        <translation>
+            <numerusform>%Ln in %1 analysiert</numerusform>
+            <numerusform>%Ln in %1 analysiert</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln stored</source>
+        <translation>
+            <numerusform>%Ln gespeichert</numerusform>
+            <numerusform>%Ln gespeichert</numerusform>
         </translation>
     </message>
 </context>

@@ -117,5 +117,19 @@
             <numerusform>%Ln files of other kinds were left out (%1).</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln analyzed in %1</source>
+        <translation>
+            <numerusform>%Ln analyzed in %1</numerusform>
+            <numerusform>%Ln analyzed in %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln stored</source>
+        <translation>
+            <numerusform>%Ln stored</numerusform>
+            <numerusform>%Ln stored</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>
