@@ -6,11 +6,9 @@
 # at 124 BPM, repeated to each length, and prints for each
 #   cpu      seconds of CPU (user and system), median of the runs
 #   peak     largest resident memory, in MiB, largest of the runs
-#   samples  the sample buffer, four bytes a sample, in MiB
-#   rest     peak without the samples
-#   own      rest without what `tactus analyze` of one second of sound takes, which is the
-#            program's and its libraries' code and data
-# EXTENSION is wav (the default), mp3 or m4a.
+#   own      peak without what `tactus analyze` of one second of sound takes, which is the program's
+#            and its libraries' code and data
+# EXTENSION is wav (the default), aiff, caf, mp3 or m4a.
 set -euo pipefail
 export TACTUS_NO_RECORDS=1 # nothing that was heard before, nothing to be remembered
 
@@ -46,10 +44,9 @@ measure() {
 }
 
 base=$(measure 1 | cut -d ' ' -f 2)
-printf '%8s %8s %10s %8s %9s %7s %7s\n' minutes cpu cpu/minute peak samples rest own
+printf '%8s %8s %10s %8s %7s\n' minutes cpu cpu/minute peak own
 for minutes in "$@"; do
     measure $((minutes * 60)) | awk -v minutes="$minutes" -v base="$base" '{
-        samples = minutes * 60 * 44100 * 4 / 1048576
-        printf "%8d %8.2f %10.4f %8.1f %9.1f %7.1f %7.1f\n", minutes, $1, $1 / minutes, $2 / 1024,
-            samples, $2 / 1024 - samples, ($2 - base) / 1024 - samples }'
+        printf "%8d %8.2f %10.4f %8.1f %7.1f\n", minutes, $1, $1 / minutes, $2 / 1024,
+            ($2 - base) / 1024 }'
 done

@@ -8,7 +8,7 @@
 # To build the program: compiler, decoder, tag, text and command-line libraries, the guide.
 PACKAGES_BUILD=(
     ca-certificates cmake g++ ninja-build pkg-config
-    libavcodec-dev libavformat-dev libavutil-dev libswresample-dev libtag1-dev
+    libavcodec-dev libavformat-dev libavutil-dev libswresample-dev libbz2-dev libtag1-dev zlib1g-dev
     libhwy-dev libutf8proc-dev libsqlitecpp-dev libsqlite3-dev
     libcli11-dev nlohmann-json3-dev cmark-gfm
 )

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
-// The steps of a run, on its worker: wait for the workers before it; decode the file; profile the
-// samples and post the tempo; post the end.
+// The steps of a run, on its worker: wait for the workers before it; open the file; profile the
+// samples as they are decoded and post the tempo; post the end.
 
 #include "app/FileAnalyzer.h"
 
@@ -132,7 +132,9 @@ void CFileAnalyzer::Await(std::shared_ptr<MacThread> const& oldest) {
 }
 
 void CFileAnalyzer::loadAudioWithFilename(CBPMFile const* file) {
-    m_audio = LoadSong(file->GetPath().ToPath(), CancelOfRun().get());
+    m_audio = {};
+    m_pAudioCancel = CancelOfRun();
+    m_audio = LoadSong(file->GetPath().ToPath(), m_pAudioCancel.get());
     std::scoped_lock const guard(m_lock);
     m_outcome = m_audio.m_outcome;
 }
@@ -145,6 +147,7 @@ void CFileAnalyzer::ProcessFile(CBPMFile* file) {
         {.m_pCancel = cancel.get(),
          .m_progress = [&notifier](std::uint8_t percent) { notifier.SendProfileProgress(percent); },
          .m_bKeepEnvelopes = m_bCandidates,
+         .m_bReadAhead = m_bReadAhead,
          .m_bHearBeats = m_bFacts,
          .m_bHarmony = m_bFacts});
     std::optional<CSongFacts> facts;

@@ -40,6 +40,10 @@ public:
     /// Starts no further run, cancels the one in hand and waits for it.
     virtual ~CFileAnalyzer();
 
+    /// Whether the runs that are started from now on decode on a thread of their own, beside the
+    /// one that profiles; unless set, they do when there is a core to spare.
+    void SetReadAhead(bool isOn) { m_bReadAhead = isOn; }
+
     /// Starts the analysis of `file`, which stays the caller's and may be null, and returns.
     /// Returns: false when no worker could be started; nothing is posted then.
     bool Analyze(CBPMFile* file);
@@ -81,10 +85,10 @@ public:
     /// processed; then the end is posted. `Analyze` is the way to have it done.
     void AnalyzeFile();
 
-    /// Decodes `file` into the sample buffer, which is empty when that fails.
+    /// Opens `file` and counts its samples, of which there are none when that fails.
     void loadAudioWithFilename(CBPMFile const* file);
 
-    /// Profiles the samples at hand, posts the tempo with `file`, and frees the samples.
+    /// Decodes and profiles the samples at hand, posts the tempo with `file`, and closes the file.
     void ProcessFile(CBPMFile* file);
 
 private:
@@ -103,8 +107,10 @@ private:
     std::optional<CSongFacts> m_facts;
     std::string m_sKey;
     bool m_bClosing = false;
+    std::atomic<bool> m_bReadAhead = HasCoresToReadAhead(1);
     std::deque<std::shared_ptr<MacThread>> m_vThreads; // Oldest first.
 
+    std::shared_ptr<CCancelFlag const> m_pAudioCancel; // the audio's
     CSongAudio m_audio;
     std::atomic<bool> m_bCandidates = false;
     std::atomic<bool> m_bFacts = false;

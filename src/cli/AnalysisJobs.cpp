@@ -10,6 +10,7 @@
 #include "app/FileAnalyzer.h"
 #include "cli/Interrupt.h"
 #include "cli/Progress.h"
+#include "song/SongProfile.h"
 
 #include <algorithm>
 #include <chrono>
@@ -113,6 +114,13 @@ void CAnalysisJobs::Begin(CSlot& slot, CPlacedFile file) {
     BeginWork(slot);
 }
 
+/// How many songs are heard at once from now on, as far as that is known.
+std::size_t CAnalysisJobs::SongsAtOnce() const {
+    auto const busy = static_cast<std::size_t>(
+        std::ranges::count_if(m_vSlots, [](auto const& slot) { return slot->m_pWork != nullptr; }));
+    return m_walk.IsAtEnd() ? std::min(busy + m_vPending.size(), m_vSlots.size()) : m_vSlots.size();
+}
+
 void CAnalysisJobs::BeginWork(CSlot& slot) {
     bool const isDone = slot.m_pWork->Begin();
     {
@@ -122,6 +130,7 @@ void CAnalysisJobs::BeginWork(CSlot& slot) {
         slot.m_nPercent = 0;
         slot.m_bFinished = false;
     }
+    slot.m_analyzer.SetReadAhead(HasCoresToReadAhead(SongsAtOnce()));
     if (isDone) {
         TakeRow(slot);
         return;

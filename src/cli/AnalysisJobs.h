@@ -65,6 +65,7 @@ private:
     void OnComplete(CUserInfo const* info);
     CSlot* SlotOf(CUserInfo const* info);
     [[nodiscard]] bool IsIdle() const;
+    [[nodiscard]] std::size_t SongsAtOnce() const;
     [[nodiscard]] bool IsOver() const;
 
     CInputWalk& m_walk;

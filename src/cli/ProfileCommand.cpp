@@ -62,13 +62,11 @@ void CProfileCommand::ReportTrouble(std::string const& name, std::string const& 
 }
 
 std::string CProfileCommand::TraceFile(std::string const& name, CString const& path) {
-    std::vector<int> percents;
     CProfileTrace trace;
-    CSongProfile const profile = ProfileSong(
-        path.ToPath(), {.m_pCancel = &CInterrupt::Flag(),
-                        .m_progress = [&](std::uint8_t percent) { percents.push_back(percent); },
-                        .m_pObserver = &trace,
-                        .m_bHarmony = m_bHarmony});
+    CSongProfile const profile = ProfileSong(path.ToPath(), {.m_pCancel = &CInterrupt::Flag(),
+                                                             .m_pObserver = &trace,
+                                                             .m_bReadAhead = HasCoresToReadAhead(1),
+                                                             .m_bHarmony = m_bHarmony});
     if (CInterrupt::IsSet()) {
         return {};
     }
@@ -82,7 +80,8 @@ std::string CProfileCommand::TraceFile(std::string const& name, CString const& p
     ReportTrouble(name, damage, report);
     m_bWarned = m_bWarned || !damage.empty();
     return ProfileJson({name, &profile.m_results, profile.m_pPrint.Get(),
-                        profile.m_pLargePrint.Get(), percents, &trace, profile.m_harmony});
+                        profile.m_pLargePrint.Get(), profile.m_vPercents, &trace,
+                        profile.m_harmony});
 }
 
 int CProfileCommand::Run() {

@@ -140,9 +140,10 @@ bool CPcmThumbnailBuilder::BuildSpecEng(CProfiler* profiler, IPcmReader* reader,
     (void)reader->GetStreamLength(&streamBytes);
     for (std::int64_t offset = 0; offset < streamBytes && pass.IsReady();) {
         auto const chunk = static_cast<std::uint32_t>(std::min(streamBytes - offset, kReadBytes));
-        (void)reader->LoadPcm(reinterpret_cast<std::uint8_t*>(samples.get()), offset, chunk);
+        bool const isLoaded = reader->LoadPcm(reinterpret_cast<std::uint8_t*>(samples.get()),
+                                              offset, chunk) == kStatusOk;
         offset += chunk;
-        if (!pass.TakeChunk({samples.get(), chunk / sizeof(float)}, m_pCancel)) {
+        if (!isLoaded || !pass.TakeChunk({samples.get(), chunk / sizeof(float)}, m_pCancel)) {
             pass.StoreEnergies();
             return false;
         }

@@ -11,9 +11,8 @@
 #include <chrono>
 #include <string>
 
-/// Decodes an audio file to mono samples at 44100 Hz. The content decides about the format, not
-/// the name; only the file itself is ever opened. Channels are averaged, 16-bit samples divided by
-/// 32767. The buffer is as long as the file has frames at its own rate.
+/// Decodes an audio file to all of its samples at once, for those who need them so; they are what
+/// `CAudioStream` gives.
 /// Thread: one thread at a time; several decoders may run at once.
 class CAudioDecoder {
 public:

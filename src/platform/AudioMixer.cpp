@@ -126,8 +126,8 @@ int CAudioMixer::Convert(std::uint8_t const** data, int count) {
     m_vBlock.resize(static_cast<std::size_t>(std::max(room, 0)));
     auto* out = reinterpret_cast<std::uint8_t*>(m_vBlock.data());
     int const done = room > 0 ? swr_convert(m_resampler.get(), &out, room, data, count) : room;
-    if (done > 0 && !m_buffer.Append({m_vBlock.data(), static_cast<std::size_t>(done)})) {
-        throw std::bad_alloc();
+    if (done > 0) {
+        m_queue.Append({m_vBlock.data(), static_cast<std::size_t>(done)});
     }
     return done;
 }

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "platform/LibAv.h"
-#include "platform/SampleBuffer.h"
+#include "platform/SampleQueue.h"
 
 #include <cstdint>
 #include <tuple>
@@ -12,14 +12,14 @@
 
 inline constexpr int kOutputRate = 44100; // Fixed: rate of every analysis, samples per second.
 
-/// Mixes frames down to mono, resamples them to 44100 Hz and appends them to a buffer. The same
+/// Mixes frames down to mono, resamples them to 44100 Hz and appends them to a queue. The same
 /// frames give the same samples on every processor.
 /// Returns: 0 or more, or an error of libav's; ERANGE for a rate that can't be worked with.
 /// Thread: one thread at a time.
 class CAudioMixer {
 public:
-    /// `buffer` must outlive it.
-    explicit CAudioMixer(CSampleBuffer& buffer) : m_buffer(buffer) {}
+    /// `queue` must outlive it.
+    explicit CAudioMixer(CSampleQueue& queue) : m_queue(queue) {}
 
     int Push(AVFrame const& frame);
 
@@ -34,7 +34,7 @@ private:
     template <typename T>
     void MixPlanes(std::uint8_t const* const* planes, std::size_t count);
 
-    CSampleBuffer& m_buffer;
+    CSampleQueue& m_queue;
     AVSampleFormat m_eMixed = AV_SAMPLE_FMT_NONE; // what is mixed down here; none: nothing is
     std::vector<double> m_vShares;                // of each channel in that
     CResamplerPtr m_widened;                      // to what is mixed down; null where frames are

@@ -5,6 +5,7 @@
 
 #include "platform/FileKind.h"
 #include "platform/GaplessNote.h"
+#include "platform/PacketCount.h"
 #include "platform/ReadKinds.h"
 #include "platform/WavHeader.h"
 
@@ -115,6 +116,12 @@ EStartNote StartNoteOf(EContainer container, std::int64_t skipped) {
                                                 : EStartNote::StreamHeader;
 }
 
+/// True where a PCM stream's data lies in one piece from where the header ends.
+bool IsBareData(EContainer container) {
+    return container == EContainer::Wav || container == EContainer::Aiff ||
+           container == EContainer::Caf;
+}
+
 } // namespace
 
 bool IsFreeFormat(CSourceFile& source) {
@@ -147,6 +154,7 @@ EDecodeProblem CDecodeRun::Open() {
     }
     m_container = m_input.GetContainer();
     AVFormatContext* const format = m_input.Get();
+    m_nDataStart = avio_tell(format->pb);
     // Before the library fills in what it reckons.
     std::vector<std::int64_t> const promises = PromisedLengths(*format, m_container, wavFrames);
     if (avformat_find_stream_info(format, nullptr) < 0) {
@@ -201,7 +209,7 @@ int CDecodeRun::Decode(AVPacket* packet) {
         m_nFileRate = m_nFileRate == 0 ? m_frame->sample_rate : m_nFileRate;
         m_nChannels = m_nChannels == 0 ? m_frame->ch_layout.nb_channels : m_nChannels;
         m_nFrames += m_frame->nb_samples;
-        if (int const mixed = m_nWanted > 0 || !IsSlow() ? m_mixer.Push(*m_frame) : 0; mixed < 0) {
+        if (int const mixed = MustMix() ? m_mixer.Push(*m_frame) : 0; mixed < 0) {
             return mixed;
         }
     }
@@ -212,32 +220,58 @@ int CDecodeRun::Decode(AVPacket* packet) {
     return 0;
 }
 
-EDecodeProblem CDecodeRun::ReadAll() {
+bool CDecodeRun::MustMix() const {
+    return m_nWanted > 0 && (m_nFileRate >= kOutputRate || m_queue.GetTotal() < m_nWanted);
+}
+
+EDecodeProblem CDecodeRun::Step() {
     int status = 0;
-    while (status >= 0 && !IsFull() && !m_watch.MustEnd() &&
-           av_read_frame(m_input.Get(), m_packet.get()) >= 0) {
-        if (m_packet->stream_index == m_pStream->index) {
-            if (IsEncrypted(*m_packet)) {
-                return EDecodeProblem::Protected;
-            }
-            std::size_t size = 0;
-            std::uint8_t const* const skip =
-                av_packet_get_side_data(m_packet.get(), AV_PKT_DATA_SKIP_SAMPLES, &size);
-            m_nHeard += m_packet->duration;
-            m_nSkippedStart += size >= sizeof(std::uint32_t) ? AV_RL32(skip) : 0;
-            status = Decode(m_packet.get());
+    if (m_watch.MustEnd() || av_read_frame(m_input.Get(), m_packet.get()) < 0) {
+        status = Decode(nullptr);
+        status = status >= 0 && MustMix() ? m_mixer.Flush() : status;
+        m_bEnded = true;
+    } else if (m_packet->stream_index == m_pStream->index) {
+        if (IsEncrypted(*m_packet)) {
+            return EDecodeProblem::Protected;
         }
-        av_packet_unref(m_packet.get());
+        std::size_t size = 0;
+        std::uint8_t const* const skip =
+            av_packet_get_side_data(m_packet.get(), AV_PKT_DATA_SKIP_SAMPLES, &size);
+        m_nHeard += m_packet->duration;
+        m_nSkippedStart += size >= sizeof(std::uint32_t) ? AV_RL32(skip) : 0;
+        status = Decode(m_packet.get());
     }
-    status = status >= 0 ? Decode(nullptr) : status;
-    status = status >= 0 ? m_mixer.Flush() : status;
+    av_packet_unref(m_packet.get());
     return status == AVERROR(ERANGE) ? EDecodeProblem::BadRate
            : status < 0              ? EDecodeProblem::Unmixable
                                      : EDecodeProblem::None;
 }
 
+CSongLength CDecodeRun::Estimate() {
+    AVCodecParameters const& codec = *m_pStream->codecpar;
+    if (IsPlainPcm(codec) && IsBareData(m_container)) {
+        return {.m_nFrames = CountPcmFrames(codec, m_nDataStart, m_source.GetSize(), m_nPromised)};
+    }
+    m_bUsedUp = true;
+    auto const [frames, skippedStart] = CountPackets(*m_input.Get(), *m_pStream, m_watch);
+    return LengthOf(frames, skippedStart, codec.sample_rate);
+}
+
+CSongLength CDecodeRun::GetLength() {
+    return LengthOf(m_nFrames, m_nSkippedStart, m_nFileRate);
+}
+
+CSongLength CDecodeRun::LengthOf(std::int64_t frames, std::int64_t skippedStart, int rate) {
+    CSongLength length{.m_nFrames = CountWithoutTail(frames, skippedStart, rate)};
+    if (length.m_nFrames < frames) {
+        // What a tail became after resampling goes with it.
+        length.m_nMusicEnd = av_rescale_rnd(length.m_nFrames, kOutputRate, rate, AV_ROUND_UP);
+    }
+    return length;
+}
+
 /// Length of the track in frames by the container's table, edits left aside; 0 when unknown.
-std::int64_t CDecodeRun::TrackLength() {
+std::int64_t CDecodeRun::TrackLength(int rate) {
     auto const index = static_cast<unsigned>(m_pStream->index);
     m_input.Close(); // the table of a long file takes megabytes: one at a time
     CAudioInput table(m_source, m_watch);
@@ -245,19 +279,25 @@ std::int64_t CDecodeRun::TrackLength() {
         return 0;
     }
     AVStream const& stream = *table.Get()->streams[index];
-    return std::max(av_rescale_q(stream.duration, stream.time_base, {1, m_nFileRate}),
-                    std::int64_t{0});
+    return std::max(av_rescale_q(stream.duration, stream.time_base, {1, rate}), std::int64_t{0});
 }
 
-std::int64_t CDecodeRun::CountWithoutTail() {
-    if (m_nFrames == 0 || m_container != EContainer::Mp4 || m_codec->codec_id != AV_CODEC_ID_AAC) {
-        return m_nFrames;
+/// Frames without the tail that fills up the last AAC packet of an MP4 file: libav drops the
+/// padding at the start only.
+std::int64_t CDecodeRun::CountWithoutTail(std::int64_t frames, std::int64_t skippedStart,
+                                          int rate) {
+    if (frames <= 0 || rate <= 0 || m_container != EContainer::Mp4 ||
+        m_codec->codec_id != AV_CODEC_ID_AAC) {
+        return frames;
     }
     AVDictionaryEntry const* const note =
         av_dict_get(m_input.Get()->metadata, "iTunSMPB", nullptr, 0);
     if (auto const gapless = ParseGaplessNote(note != nullptr ? note->value : "")) {
-        return CountWithoutPadding(m_nFrames, m_nSkippedStart, *gapless);
+        return CountWithoutPadding(frames, skippedStart, *gapless);
     }
-    std::int64_t const length = TrackLength() - m_nSkippedStart;
-    return length > 0 ? std::min(m_nFrames, length) : m_nFrames;
+    if (!m_nTrackLength) {
+        m_nTrackLength = TrackLength(rate);
+    }
+    std::int64_t const length = *m_nTrackLength - skippedStart;
+    return length > 0 ? std::min(frames, length) : frames;
 }

@@ -14,21 +14,3 @@ std::optional<std::int32_t> SampleCountOf(std::int64_t frames) {
     }
     return static_cast<std::int32_t>(low);
 }
-
-EDecodeProblem TakeSamples(CSampleBuffer& buffer, std::int64_t frames, std::int64_t musicEnd,
-                           CDecodedAudio& audio) {
-    if (frames <= 0) {
-        return EDecodeProblem::NoAudio;
-    }
-    std::optional<std::int32_t> const count = SampleCountOf(frames);
-    if (!count) {
-        return EDecodeProblem::TooLong;
-    }
-    if ((musicEnd < buffer.GetCount() && !buffer.SetCount(static_cast<std::int32_t>(musicEnd))) ||
-        !buffer.SetCount(*count)) {
-        return EDecodeProblem::NoMemory;
-    }
-    audio.m_pSamples = buffer.Release();
-    audio.m_nCount = *count;
-    return EDecodeProblem::None;
-}

@@ -3,10 +3,10 @@
 
 #pragma once
 
-#include "platform/DecodeProblem.h"
-#include "platform/SampleBuffer.h"
-
+#include <cstddef>
 #include <cstdint>
+#include <limits>
+#include <memory>
 #include <optional>
 #include <span>
 
@@ -17,16 +17,20 @@ struct CDecodedAudio {
         return {m_pSamples.get(), static_cast<std::size_t>(m_nCount)};
     }
 
-    CSamplePtr m_pSamples;
+    std::unique_ptr<float[]> m_pSamples;
     std::int32_t m_nCount = 0; // samples in the buffer
 };
 
-/// Length of the buffer for a file of `frames` frames at its own rate: the low 32 bits of the
-/// count. Nothing when these exceed the largest 32-bit signed number.
-std::optional<std::int32_t> SampleCountOf(std::int64_t frames);
+/// How long a song is.
+struct CSongLength {
+    bool operator==(CSongLength const&) const = default;
 
-/// Moves `buffer` into `audio`, as long as `SampleCountOf(frames)` says. What lies at or past
-/// `musicEnd`, in samples at 44100 Hz, becomes 0.
-/// Returns: why that can't be done; `None` when it is.
-EDecodeProblem TakeSamples(CSampleBuffer& buffer, std::int64_t frames, std::int64_t musicEnd,
-                           CDecodedAudio& audio);
+    std::int64_t m_nFrames = 0; // at the file's own rate
+
+    // What lies at or past it, in samples at 44100 Hz, is not music any more and becomes 0.
+    std::int64_t m_nMusicEnd = std::numeric_limits<std::int64_t>::max();
+};
+
+/// Samples at 44100 Hz of a file of `frames` frames at its own rate: the low 32 bits of the count.
+/// Nothing when these exceed the largest 32-bit signed number.
+std::optional<std::int32_t> SampleCountOf(std::int64_t frames);

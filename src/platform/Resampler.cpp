@@ -38,17 +38,18 @@ EDecodeProblem Resample(std::span<float const> samples, std::uint32_t rate, CDec
         return EDecodeProblem::BadRate;
     }
     try {
-        CSampleBuffer buffer;
-        CAudioMixer mixer(buffer);
+        if (samples.size() * std::uint64_t{kOutputRate} / rate > kMostSamples) {
+            return EDecodeProblem::TooLong;
+        }
+        CSampleQueue queue;
+        CAudioMixer mixer(queue);
         int const status = PushAll(samples, rate, mixer);
         if (status < 0) {
             return status == AVERROR(ERANGE) ? EDecodeProblem::BadRate : EDecodeProblem::Unmixable;
         }
-        if (samples.size() * std::uint64_t{kOutputRate} / rate > kMostSamples) {
-            return EDecodeProblem::TooLong;
-        }
-        audio.m_nCount = buffer.GetCount();
-        audio.m_pSamples = buffer.Release();
+        std::size_t const count = std::min(queue.GetCount(), std::size_t{kMostSamples});
+        audio.m_pSamples = std::make_unique_for_overwrite<float[]>(count);
+        audio.m_nCount = static_cast<std::int32_t>(queue.Take({audio.m_pSamples.get(), count}));
     } catch (std::bad_alloc const&) {
         return EDecodeProblem::NoMemory;
     }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "platform/DecodeProblem.h"
 #include "platform/DecodedAudio.h"
 
 #include <cstdint>

@@ -8,11 +8,12 @@
 #include "engine/ProfileObserver.h"
 #include "engine/envelope/ImpactPoints.h"
 #include "engine/envelope/Tempo.h"
-#include "platform/AudioDecoder.h"
+#include "platform/AudioStream.h"
 #include "song/BeatListener.h"
 #include "song/ListeningReader.h"
-#include "song/SamplePass.h"
+#include "song/SongReader.h"
 
+#include <thread>
 #include <utility>
 
 namespace {
@@ -90,41 +91,84 @@ void FindBeats(CBeatListener& listener, CSongProfile& profile) {
     profile.m_beats = FindBeatTimes(source);
 }
 
-void RunEngine(IPcmReader& source, CProfileOptions const& options, CSongProfile& profile) {
-    CBeatListener listener;
-    std::optional<CHarmonyEar> ear;
+/// Those who hear the samples besides the engine.
+struct CEars {
+    CBeatListener m_beats;
+    std::optional<CHarmonyEar> m_harmony;
+};
+
+/// Runs the engine over `source`. Returns: true when it came to its end.
+bool RunEngine(IPcmReader& source, CProfileOptions const& options, CSongProfile& profile,
+               CEars& ears) {
     if (options.m_bHarmony) {
-        ear.emplace();
+        ears.m_harmony.emplace();
     }
     CListeningReader reader(source, [&](std::span<float const> samples) {
         if (options.m_bHearBeats) {
-            listener.Add(samples);
+            ears.m_beats.Add(samples);
         }
-        if (ear) {
-            ear->Add(samples);
+        if (ears.m_harmony) {
+            ears.m_harmony->Add(samples);
         }
     });
     CProfiler profiler(nullptr);
-    profiler.SetSink(options.m_progress ? options.m_progress : [](std::uint8_t) {});
+    profiler.SetSink([&](std::uint8_t percent) {
+        profile.m_vPercents.push_back(percent);
+        if (options.m_progress) {
+            options.m_progress(percent);
+        }
+    });
     CStageKeeper keeper(profile, options);
     CProfileBuilder builder(options.m_pCancel);
     builder.SetObserver(&keeper);
     builder.BuildProfile(&profiler, &reader, &profile.m_results, profile.m_pPrint.Get(),
                          profile.m_pLargePrint.Get());
+    return builder.IsComplete();
+}
+
+/// What is to be done when the engine has run, to its end or not.
+void Conclude(bool isComplete, CProfileOptions const& options, CSongProfile& profile, CEars& ears) {
     profile.m_bCancelled = IsCancelled(options);
-    // A run over a decoded song that neither came to its end nor was cancelled had no memory.
-    if (profile.IsHeard() && !builder.IsComplete() && !profile.m_bCancelled) {
+    if (profile.m_bCancelled || !profile.IsHeard()) {
+        return;
+    }
+    if (!isComplete) {
+        // A run over a decoded song that neither came to its end nor was cancelled had no memory.
         profile.m_outcome.m_problem = EAnalysisProblem::NoMemory;
+        return;
     }
-    if (ear) {
-        profile.m_harmony = ear->Finish();
+    if (ears.m_harmony) {
+        profile.m_harmony = ears.m_harmony->Finish();
     }
-    if (options.m_bHearBeats && profile.IsHeard() && !profile.m_bCancelled) {
-        FindBeats(listener, profile);
+    if (options.m_bHearBeats) {
+        FindBeats(ears.m_beats, profile);
     }
 }
 
+/// One run of the engine over the song. What it brings is void when the stream must restart.
+CSongProfile HearOnce(CSongAudio& song, CProfileOptions const& options) {
+    CSongProfile profile;
+    CEars ears;
+    bool isComplete = false;
+    {
+        bool const isOpen = song.m_outcome.m_problem == EAnalysisProblem::None;
+        CSongReader reader(isOpen ? &song.m_stream : nullptr, options.m_bReadAhead);
+        isComplete = RunEngine(reader, options, profile, ears);
+    }
+    // Nobody reads the stream any more.
+    profile.m_outcome.m_report = song.m_stream.GetReport();
+    if (profile.m_outcome.m_report.m_problem != EDecodeProblem::None) {
+        profile.m_outcome.m_problem = EAnalysisProblem::NotDecoded;
+    }
+    Conclude(isComplete, options, profile, ears);
+    return profile;
+}
+
 } // namespace
+
+bool HasCoresToReadAhead(std::size_t songs) {
+    return 2 * songs <= std::thread::hardware_concurrency();
+}
 
 CSongProfile::CSongProfile() {
     m_pPrint.Create();
@@ -132,27 +176,31 @@ CSongProfile::CSongProfile() {
 }
 
 CSongAudio LoadSong(std::string const& path, CCancelFlag const* cancel) {
-    CSongAudio song;
-    CAudioDecoder decoder(cancel);
-    if (decoder.Decode(path, song.m_audio) != kStatusOk) {
+    CSongAudio song{.m_stream = CAudioStream(cancel), .m_outcome = {}};
+    if (song.m_stream.Open(path) != kStatusOk) {
         song.m_outcome.m_problem = EAnalysisProblem::NotDecoded;
     }
-    song.m_outcome.m_report = decoder.GetReport();
+    song.m_outcome.m_report = song.m_stream.GetReport();
     return song;
 }
 
 CSongProfile ProfileAudio(CSongAudio song, CProfileOptions const& options) {
-    CSongProfile profile;
-    profile.m_outcome = std::move(song.m_outcome);
-    CSamplePass reader(song.m_audio);
-    RunEngine(reader, options, profile);
+    CSongProfile profile = HearOnce(song, options);
+    while (song.m_stream.MustRestart() && !profile.m_bCancelled) {
+        if (song.m_stream.Restart() != kStatusOk) {
+            song.m_outcome = {EAnalysisProblem::NotDecoded, song.m_stream.GetReport()};
+        }
+        profile = HearOnce(song, options);
+    }
     return profile;
 }
 
 CSongProfile ProfileSamples(std::span<float const> samples, CProfileOptions const& options) {
     CSongProfile profile;
+    CEars ears;
     CPcmReader reader(samples.data(), static_cast<std::int32_t>(samples.size()));
-    RunEngine(reader, options, profile);
+    bool const isComplete = RunEngine(reader, options, profile, ears);
+    Conclude(isComplete, options, profile, ears);
     return profile;
 }
 

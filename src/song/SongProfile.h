@@ -9,14 +9,16 @@
 #include "engine/Profiler.h"
 #include "engine/envelope/PcmThumbnail.h"
 #include "engine/print/Fingerprint.h"
-#include "platform/DecodedAudio.h"
+#include "platform/AudioStream.h"
 #include "song/AnalysisProblem.h"
 #include "song/BeatTimes.h"
 #include "song/Harmony.h"
 
+#include <cstddef>
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 class IProfileObserver;
 
@@ -26,9 +28,13 @@ struct CProfileOptions {
     CProfiler::Sink m_progress = {};         // percents, on the calling thread; none: they are lost
     IProfileObserver* m_pObserver = nullptr; // hears what the stages hand on
     bool m_bKeepEnvelopes = false;           // 2 floats for each 256 samples
+    bool m_bReadAhead = false;               // decode on a thread of its own, for a core to spare
     bool m_bHearBeats = false;               // beats and downbeats in seconds, and their source
     bool m_bHarmony = false;                 // the key of chords and melody as well
 };
+
+/// True when each of `songs` songs that are heard at once can have a core more, to be decoded on.
+bool HasCoresToReadAhead(std::size_t songs);
 
 /// Everything that one hearing of a song brings.
 struct CSongProfile {
@@ -41,6 +47,7 @@ struct CSongProfile {
     CProfileResults m_results; // defaults, but for bit rate and key, of a song that can't be heard
     CSmartPtr<CFingerprint> m_pPrint;
     CSmartPtr<CFingerprint> m_pLargePrint;
+    std::vector<int> m_vPercents;      // as they came
     float m_fHeardBpm = 0.0f;          // before the rule for short clips; 0 for none
     CPfPcmThumbnail m_energy;          // spectral energy; empty unless it was asked for
     CPfPcmThumbnail m_bass;            // peaks of the signal below 120 Hz; likewise
@@ -49,17 +56,20 @@ struct CSongProfile {
     std::optional<CHarmony> m_harmony; // empty unless it was asked for
 };
 
-/// A decoded song on its way into the engine.
+/// A song on its way into the engine.
 struct CSongAudio {
-    CDecodedAudio m_audio; // empty when it can't be decoded
+    CAudioStream m_stream; // open, unless the outcome says why not
     CAnalysisOutcome m_outcome;
 };
 
-/// Decodes the file at `path`, which is bytes. `cancel` may be null.
+/// Opens the file at `path`, which is bytes, and counts its samples. `cancel` may be null; the song
+/// keeps it.
 CSongAudio LoadSong(std::string const& path, CCancelFlag const* cancel);
 
-/// Runs the engine over a loaded song, whose samples are given back on the way. A song that could
-/// not be loaded goes through it as one without samples.
+/// Decodes a loaded song into the engine, which hears it while it comes: neither holds it as a
+/// whole. A song that could not be loaded goes through it as one without samples. A damaged one may
+/// turn out to be of another length than it seemed; it is then heard again, percents and observer
+/// included, and the first time is void.
 CSongProfile ProfileAudio(CSongAudio song, CProfileOptions const& options);
 
 /// Runs the engine over at most 2^31 - 1 samples in [-1, 1] at 44100 Hz, which stay the caller's.

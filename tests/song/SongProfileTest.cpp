@@ -3,9 +3,13 @@
 
 #include "song/SongProfile.h"
 
+#include "engine/PcmReader.h"
+#include "engine/ProfileBuilder.h"
+#include "platform/AudioDecoder.h"
 #include "support/Chords.h"
 #include "support/ClickTrack.h"
 #include "support/FailingAllocation.h"
+#include "support/Process.h"
 #include "support/TempFolder.h"
 #include "support/WavFile.h"
 
@@ -25,6 +29,19 @@ protected:
 
     CTempFolder m_folder;
 };
+
+/// Tempo of the file at `path` when all samples are there before the engine begins.
+float TempoOfSamples(std::string const& path) {
+    CDecodedAudio audio;
+    EXPECT_EQ(CAudioDecoder().Decode(path, audio), kStatusOk);
+    CPcmReader reader(audio.m_pSamples.get(), audio.m_nCount);
+    CProfileResults results;
+    CFingerprint print;
+    CFingerprint largePrint;
+    CProfileBuilder().BuildProfile(nullptr, &reader, &results, &print, &largePrint);
+    EXPECT_GT(results.GetBpm(), 0.0f);
+    return results.GetBpm();
+}
 
 } // namespace
 
@@ -118,5 +135,64 @@ TEST_F(SongProfileTest, WithoutMemoryThereIsNoTempoAndAReason) {
     CFailingAllocation const failing;
     CSongProfile const profile = ProfileAudio(std::move(song), {});
     EXPECT_EQ(profile.m_outcome.m_problem, EAnalysisProblem::NoMemory);
+    EXPECT_EQ(profile.m_results.GetBpm(), 0.0f);
+}
+
+TEST_F(SongProfileTest, ASongThatChangesWhileItIsReadAheadIsNotHeard) {
+    std::string const path = Write(MakeClickTrack(125.0, 60.0));
+    CSongProfile const profile =
+        ProfileSong(path, {.m_progress = [&](std::uint8_t) { WriteText(path, "something else"); },
+                           .m_bReadAhead = true});
+    EXPECT_EQ(profile.m_outcome.m_report.m_problem, EDecodeProblem::Changed);
+    EXPECT_EQ(profile.m_results.GetBpm(), 0.0f);
+}
+
+TEST_F(SongProfileTest, ADamagedSongIsHeardAtTheLengthThatItTurnsOutToHave) {
+    Write(MakeClickTrack(125.0, 60.0));
+    Ffmpeg({"-i", m_folder / "song.wav", "-b:a", "128k", m_folder / "song.m4a"});
+    std::string bytes = ReadText(m_folder / "song.m4a");
+    std::ranges::fill(bytes.begin() + 300'000, bytes.begin() + 302'000, '\0');
+    WriteText(m_folder / "song.m4a", bytes);
+    std::vector<int> percents;
+    CSongProfile const profile =
+        ProfileSong(m_folder / "song.m4a",
+                    {.m_progress = [&](std::uint8_t percent) { percents.push_back(percent); }});
+    EXPECT_TRUE(profile.IsHeard());
+    EXPECT_GT(profile.m_outcome.m_report.m_nBadPackets, 0);
+    EXPECT_LT(profile.m_results.GetSampleCount(), 60 * 44100);
+    EXPECT_EQ(profile.m_results.GetBpm(), TempoOfSamples(m_folder / "song.m4a"));
+    // The first hearing's percents are told, and not kept.
+    EXPECT_FALSE(std::ranges::is_sorted(percents));
+    EXPECT_TRUE(std::ranges::is_sorted(profile.m_vPercents));
+    EXPECT_EQ(profile.m_vPercents.back(), 100);
+}
+
+TEST_F(SongProfileTest, ASongThatChangesWhileItIsHeardIsNotHeard) {
+    std::string const path = Write(MakeClickTrack(125.0, 60.0));
+    CSongProfile const profile =
+        ProfileSong(path, {.m_progress = [&](std::uint8_t) { WriteText(path, "something else"); }});
+    EXPECT_EQ(profile.m_outcome.m_problem, EAnalysisProblem::NotDecoded);
+    EXPECT_EQ(profile.m_outcome.m_report.m_problem, EDecodeProblem::Changed);
+    EXPECT_EQ(profile.m_results.GetBpm(), 0.0f);
+}
+
+TEST_F(SongProfileTest, ReadingAheadChangesNothing) {
+    std::string const path = Write(MakeClickTrack(125.0, 60.0));
+    CSongProfile const plain = ProfileSong(path, {.m_bKeepEnvelopes = true});
+    CSongProfile const ahead = ProfileSong(path, {.m_bKeepEnvelopes = true, .m_bReadAhead = true});
+    EXPECT_TRUE(ahead.IsHeard());
+    EXPECT_EQ(ahead.m_results.GetBpm(), plain.m_results.GetBpm());
+    EXPECT_EQ(ahead.m_vPercents, plain.m_vPercents);
+    EXPECT_EQ(ahead.m_outcome.m_report, plain.m_outcome.m_report);
+    EXPECT_TRUE(std::ranges::equal(ahead.m_energy.Elements(), plain.m_energy.Elements()));
+    EXPECT_TRUE(std::ranges::equal(ahead.m_bass.Elements(), plain.m_bass.Elements()));
+}
+
+TEST_F(SongProfileTest, ACancelEndsASongThatIsReadAhead) {
+    CCancelFlag cancel;
+    CSongProfile const profile = ProfileSong(
+        Write(MakeClickTrack(125.0, 60.0)),
+        {.m_pCancel = &cancel, .m_progress = [&](auto) { cancel.Set(); }, .m_bReadAhead = true});
+    EXPECT_TRUE(profile.m_bCancelled);
     EXPECT_EQ(profile.m_results.GetBpm(), 0.0f);
 }

@@ -44,10 +44,11 @@ public:
     CStatus LoadPcm(std::uint8_t* dest, std::int64_t byteOffset, std::uint32_t count) override {
         m_vLoads.emplace_back(byteOffset, count);
         std::fill_n(dest, count, std::uint8_t{0});
-        return kStatusOk;
+        return m_vLoads.size() > m_nGoodLoads ? kStatusFailure : kStatusOk;
     }
 
     std::int64_t m_nStreamBytes = 0;
+    std::size_t m_nGoodLoads = 1000; // those behind them fail
     std::vector<std::pair<std::int64_t, std::uint32_t>> m_vLoads;
 
 private:
@@ -129,6 +130,15 @@ TEST(ThumbnailBuilderTest, AStreamLongerThanItsCountWritesNothingPastTheThumbnai
     CPass const pass(reader, 256);
     EXPECT_TRUE(pass.m_bResult);
     EXPECT_EQ(pass.m_thumb.GetCount(), 1);
+}
+
+TEST(ThumbnailBuilderTest, ASourceThatFailsEndsThePass) {
+    COddReader reader(3 * 6144, 44100);
+    reader.m_nStreamBytes = std::int64_t{3} * 24576;
+    reader.m_nGoodLoads = 1;
+    CPass const pass(reader, 256);
+    EXPECT_FALSE(pass.m_bResult);
+    EXPECT_EQ(reader.m_vLoads.size(), 2U);
 }
 
 TEST(ThumbnailBuilderTest, ReportsEvery2000FramesUpTo94) {

@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/SampleQueue.h"
+
+#include <array>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace {
+
+using testing::ElementsAre;
+using Pcm = std::vector<std::int16_t>;
+
+std::vector<float> Take(CSampleQueue& queue, std::size_t count) {
+    std::vector<float> samples(count);
+    samples.resize(queue.Take(samples));
+    return samples;
+}
+
+TEST(SampleQueueTest, DividesBy32767) {
+    CSampleQueue queue;
+    queue.Append(Pcm{0, 1, 32767, -32768});
+    EXPECT_THAT(Take(queue, 4), ElementsAre(0.0f, 1.0f / 32767.0f, 1.0f, -1.0000305f));
+}
+
+TEST(SampleQueueTest, GivesTheOldestFirstAcrossAppends) {
+    CSampleQueue queue;
+    queue.Append(Pcm{32767, 0, 0});
+    EXPECT_THAT(Take(queue, 2), ElementsAre(1.0f, 0.0f));
+    queue.Append(Pcm{-32767});
+    EXPECT_EQ(queue.GetCount(), 2U);
+    EXPECT_THAT(Take(queue, 1), ElementsAre(0.0f));
+    EXPECT_THAT(Take(queue, 5), ElementsAre(-1.0f)); // all that there is
+    EXPECT_THAT(Take(queue, 5), ElementsAre());
+    EXPECT_EQ(queue.GetTotal(), 4);
+}
+
+TEST(SampleQueueTest, WhatIsDroppedStillCounts) {
+    CSampleQueue queue;
+    queue.Append(Pcm{1, 2, 3});
+    (void)Take(queue, 1);
+    queue.Drop();
+    EXPECT_EQ(queue.GetCount(), 0U);
+    EXPECT_EQ(queue.GetTotal(), 3);
+    queue.Append(Pcm{32767});
+    EXPECT_EQ(queue.GetTotal(), 4);
+    EXPECT_THAT(Take(queue, 2), ElementsAre(1.0f));
+    queue.Append(Pcm{1});
+    queue.Clear();
+    EXPECT_EQ(queue.GetCount(), 0U);
+    EXPECT_EQ(queue.GetTotal(), 0);
+}
+
+} // namespace
