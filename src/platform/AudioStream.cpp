@@ -187,6 +187,9 @@ CAudioStream& CAudioStream::operator=(CAudioStream&& other) noexcept = default;
 /// in between, when there is nothing new to tell.
 template <typename Work>
 CStatus CAudioStream::Do(EWork kind, Work work) {
+    if (m_pSource == nullptr && kind != EWork::Open) {
+        return kStatusFailure;
+    }
     EDecodeProblem problem = EDecodeProblem::None;
     try {
         problem = work();
@@ -214,7 +217,7 @@ CStatus CAudioStream::Do(EWork kind, Work work) {
 CStatus CAudioStream::Open(std::string const& path) {
     ForgetMessage();
     m_report = {};
-    return Do(EWork::Step, [&] {
+    return Do(EWork::Open, [&] {
         m_pSource = std::make_unique<CSource>(path, m_pCancel, m_patience);
         return m_pSource->Open();
     });

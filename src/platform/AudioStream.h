@@ -63,7 +63,7 @@ public:
 
 private:
     class CSource;
-    enum class EWork { Step, Block };
+    enum class EWork { Open, Step, Block };
 
     template <typename Work>
     CStatus Do(EWork kind, Work work);

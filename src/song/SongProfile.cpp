@@ -151,7 +151,8 @@ CSongProfile HearOnce(CSongAudio& song, CProfileOptions const& options) {
     CEars ears;
     bool isComplete = false;
     {
-        bool const isOpen = song.m_outcome.m_problem == EAnalysisProblem::None;
+        bool const isOpen =
+            song.m_outcome.m_problem == EAnalysisProblem::None && song.m_stream.GetCount() > 0;
         CSongReader reader(isOpen ? &song.m_stream : nullptr, options.m_bReadAhead);
         isComplete = RunEngine(reader, options, profile, ears);
     }

@@ -180,6 +180,9 @@ TEST_F(AudioStreamTest, WhatIsOnlyDamagedIsRead) {
 TEST_F(AudioStreamTest, WithoutAFileThereIsNothingToCount) {
     EXPECT_EQ(m_stream.GetCount(), 0);
     EXPECT_FALSE(m_stream.MustRestart());
+    std::vector<float> samples(1);
+    EXPECT_EQ(m_stream.Read(samples), kStatusFailure);
+    EXPECT_EQ(m_stream.Finish(), kStatusFailure);
     EXPECT_EQ(m_stream.Open(m_folder / "none.wav"), kStatusFailure);
     EXPECT_EQ(m_stream.GetReport().m_problem, EDecodeProblem::SystemError);
     EXPECT_EQ(m_stream.GetCount(), 0);
