@@ -4,6 +4,7 @@
 #include "SongDict.h"
 
 #include <pybind11/numpy.h>
+#include <pybind11/stl.h>
 
 namespace py = pybind11;
 using py::literals::operator""_a;
@@ -15,14 +16,41 @@ py::array_t<T> ArrayOf(std::vector<T> const& values) {
     return py::array_t<T>(static_cast<py::ssize_t>(values.size()), values.data());
 }
 
+/// Another encoding than UTF-8 never comes through, but a tag's bytes are a stranger's.
+py::str TextOf(std::string const& utf8) {
+    auto const size = static_cast<py::ssize_t>(utf8.size());
+    return py::reinterpret_steal<py::str>(PyUnicode_DecodeUTF8(utf8.data(), size, "replace"));
+}
+
 /// Beats a minute; None for none.
 py::object TempoOf(double bpm) {
     return bpm > 0.0 ? py::object(py::float_(bpm)) : py::none();
 }
 
+py::dict KeyDict(tactus::Key const& key) {
+    return py::dict("tonic"_a = key.tonic, "is_minor"_a = key.isMinor);
+}
+
 py::object KeyOf(std::optional<tactus::Key> const& key) {
-    return key ? py::object(py::dict("tonic"_a = key->tonic, "is_minor"_a = key->isMinor))
-               : py::none();
+    return key ? py::object(KeyDict(*key)) : py::none();
+}
+
+py::object HarmonyOf(std::optional<tactus::Harmony> const& harmony) {
+    if (!harmony) {
+        return py::none();
+    }
+    return py::dict("key"_a = KeyDict(harmony->key), "plain"_a = harmony->plain,
+                    "camelot"_a = harmony->camelot, "open_key"_a = harmony->openKey,
+                    "confidence"_a = harmony->confidence, "tuning"_a = harmony->tuning);
+}
+
+py::list CandidatesOf(std::vector<tactus::Candidate> const& candidates) {
+    py::list list;
+    for (tactus::Candidate const& candidate : candidates) {
+        list.append(py::dict("tempo"_a = candidate.tempo, "times"_a = candidate.times,
+                             "over"_a = candidate.over, "score"_a = candidate.score));
+    }
+    return list;
 }
 
 py::dict SourceOf(tactus::Source const& source) {
@@ -51,13 +79,23 @@ py::object EnvelopeOf(tactus::Envelope const& envelope) {
 py::dict SongDict(tactus::Song const& song) {
     return py::dict(
         "tempo"_a = TempoOf(song.tempo), "heard_tempo"_a = TempoOf(song.heardTempo),
-        "seconds"_a = song.seconds, "key"_a = KeyOf(song.key), "source"_a = SourceOf(song.source),
-        "measures"_a = ArrayOf(song.measures), "energy_accents"_a = ArrayOf(song.energyAccents),
+        "confidence"_a = song.confidence, "candidates"_a = CandidatesOf(song.candidates),
+        "seconds"_a = song.seconds, "key"_a = KeyOf(song.key),
+        "harmony"_a = HarmonyOf(song.harmony), "source"_a = SourceOf(song.source),
+        "beats_per_measure"_a = song.beatsPerMeasure, "beat_confidence"_a = song.beatConfidence,
+        "downbeat_confidence"_a = song.downbeatConfidence, "beats"_a = ArrayOf(song.beats),
+        "downbeats"_a = ArrayOf(song.downbeats), "measures"_a = ArrayOf(song.measures),
+        "energy_accents"_a = ArrayOf(song.energyAccents),
         "bass_accents"_a = ArrayOf(song.bassAccents), "mix_points"_a = MixPointsOf(song.mixPoints),
         "fingerprint"_a = py::dict("start"_a = song.fingerprint.start,
                                    "values"_a = ArrayOf(song.fingerprint.values)),
-        "energy"_a = EnvelopeOf(song.energy), "bass"_a = EnvelopeOf(song.bass),
-        "evidence"_a = CEvidence{song.evidence});
+        "energy"_a = EnvelopeOf(song.energy), "bass"_a = EnvelopeOf(song.bass));
+}
+
+py::dict TagsDict(tactus::Tags const& tags) {
+    return py::dict("title"_a = TextOf(tags.title), "artist"_a = TextOf(tags.artist),
+                    "album"_a = TextOf(tags.album), "key"_a = TextOf(tags.key),
+                    "tempo_text"_a = TextOf(tags.tempoText), "tempo"_a = TempoOf(tags.tempo));
 }
 
 char const* NameOf(tactus::Problem problem) {

@@ -6,13 +6,18 @@
 #include <pybind11/pybind11.h>
 #include <tactus/tactus.h>
 
-/// Which file was heard, as an object that Python only hands back.
-struct CEvidence {
-    std::shared_ptr<tactus::Evidence const> m_pEvidence;
+/// What was heard and of what, as an object that Python only hands back.
+struct CHeard {
+    tactus::Song m_song = {};
+    std::filesystem::path m_path = {}; // empty for samples
+    tactus::Tags m_tags = {};          // empty for samples
 };
 
 /// The song as keyword arguments of the Python class, with arrays of its own.
 pybind11::dict SongDict(tactus::Song const& song);
+
+/// The tags likewise.
+pybind11::dict TagsDict(tactus::Tags const& tags);
 
 /// The names that the Python side knows problems and refusals by.
 char const* NameOf(tactus::Problem problem);

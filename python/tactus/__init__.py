@@ -4,7 +4,7 @@
 
 >>> import tactus
 >>> song = tactus.analyze("song.mp3")
->>> song.tempo, song.measures[:3]
+>>> song.tempo, song.beats[:3]
 
 `analyze` hears a file and `analyze_samples` hears an array; both answer with a `Song`, whose times
 are in seconds from the start of the sound. `iter_analyze` hears many files at once. `read_tags`
@@ -38,11 +38,22 @@ from tactus._hearing import (
     store_tempo,
 )
 from tactus._many import Outcome, iter_analyze
-from tactus._song import Envelope, Fingerprint, Key, MixPoints, Song, Source, Tags
+from tactus._song import (
+    Candidate,
+    Envelope,
+    Fingerprint,
+    Harmony,
+    Key,
+    MixPoints,
+    Song,
+    Source,
+    Tags,
+)
 
 __all__ = [
     "BadSamples",
     "Cancelled",
+    "Candidate",
     "CannotDecode",
     "CannotOpen",
     "Changed",
@@ -50,6 +61,7 @@ __all__ = [
     "Empty",
     "Envelope",
     "Fingerprint",
+    "Harmony",
     "Key",
     "MixPoints",
     "NoMemory",

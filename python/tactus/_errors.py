@@ -4,6 +4,7 @@
 
 from __future__ import annotations
 
+import json
 import os
 from typing import Any
 
@@ -18,11 +19,21 @@ class TactusError(Exception):
 
     path: Path | None
     reason: str
+    _record: str = "null"
 
     def __init__(self, path: Path | None, reason: str) -> None:
         super().__init__(path, reason)
         self.path = path
         self.reason = reason
+
+    def to_json(self) -> str:
+        """The record "tactus-song-1" of a file that can't be heard; "null" where there is none."""
+        return self._record
+
+    def to_dict(self) -> dict[str, Any] | None:
+        """The same record as a dictionary."""
+        record: dict[str, Any] | None = json.loads(self._record)
+        return record
 
     def __str__(self) -> str:
         if self.path is None:
@@ -30,7 +41,7 @@ class TactusError(Exception):
         return f"{os.fsdecode(self.path)}: {self.reason}"
 
     def __reduce__(self) -> tuple[Any, ...]:
-        return type(self), (self.path, self.reason)
+        return type(self), (self.path, self.reason), vars(self)
 
 
 class Cancelled(TactusError):
@@ -50,7 +61,7 @@ class CannotOpen(TactusError, OSError):
         return TactusError.__str__(self)
 
     def __reduce__(self) -> tuple[Any, ...]:
-        return type(self), (self.path, self.reason, self.errno)
+        return type(self), (self.path, self.reason, self.errno), vars(self)
 
 
 class NotAFile(TactusError):
@@ -150,9 +161,16 @@ _REFUSALS: dict[str, str] = {
 }
 
 
-def problem_of(name: str, number: int, path: Path | None) -> TactusError:
+def problem_of(name: str, number: int, path: Path | None, record: str) -> TactusError:
     """The exception for a problem of the library; `number` is the errno of "cannot_open"."""
+    error: TactusError
     if name == "cannot_open":
-        return CannotOpen(path, os.strerror(number), number)
-    kind, reason = _PROBLEMS[name]
-    return kind(path, reason)
+        error = CannotOpen(path, os.strerror(number), number)
+    else:
+        kind, reason = _PROBLEMS[name]
+        error = kind(path, reason)
+    if record:
+        told = json.loads(record)
+        told["error"]["message"] = error.reason
+        error._record = json.dumps(told, ensure_ascii=False, separators=(",", ":"))
+    return error

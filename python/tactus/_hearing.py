@@ -90,15 +90,15 @@ def store_tempo(path: AnyPath, song: Song, tempo: float | None = None) -> None:
     """
     name = os.fspath(path)
     bpm = song.tempo if tempo is None else float(tempo)
-    if bpm is None or song.evidence is None or not (0.0 < bpm < math.inf):
+    if bpm is None or song._heard is None or not (0.0 < bpm < math.inf):
         raise NotStored(name, "no_tempo")
-    refusal = _core.store_tempo(os.fsencode(name), song.evidence, bpm)
+    refusal = _core.store_tempo(os.fsencode(name), song._heard, bpm)
     if refusal:
         raise NotStored(name, refusal)
 
 
-def _heard(path: str | bytes | None, answer: tuple[str, int, dict[str, Any]]) -> Song:
-    problem, number, values = answer
+def _heard(path: str | bytes | None, answer: tuple[str, int, dict[str, Any], _core.Heard]) -> Song:
+    problem, number, values, heard = answer
     if problem:
-        raise problem_of(problem, number, path)
-    return song_of(path, values)
+        raise problem_of(problem, number, path, _core.to_json(heard))
+    return song_of(path, values, heard)

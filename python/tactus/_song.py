@@ -4,14 +4,16 @@
 
 from __future__ import annotations
 
+import json
 from collections.abc import Mapping
 from dataclasses import dataclass
+from fractions import Fraction
 from typing import TYPE_CHECKING, Any, TypeVar
 
 import numpy as np
 import numpy.typing as npt
 
-from tactus._core import Evidence
+from tactus import _core
 
 if TYPE_CHECKING:
     from matplotlib.axes import Axes
@@ -50,6 +52,35 @@ class Key(_Value):
     def __str__(self) -> str:
         """As tags have it, in at most three letters: "Am", "Eb", "F#m"."""
         return _NAMES[self.tonic] + ("m" if self.is_minor else "")
+
+
+@dataclass(frozen=True)
+class Harmony(_Value):
+    """The key of chords and melody."""
+
+    key: Key
+    plain: str
+    """As tags have it, in at most three letters: "Am"."""
+    camelot: str
+    """On Camelot's wheel: "8A"."""
+    open_key: str
+    """In Open Key's notation: "1m"."""
+    confidence: float
+    """How likely it is the song's key, 0 to 1."""
+    tuning: float
+    """Cents above A = 440 Hz, -50 to 50."""
+
+
+@dataclass(frozen=True)
+class Candidate(_Value):
+    """One reading of the tempo."""
+
+    tempo: float
+    """Beats a minute."""
+    ratio: Fraction | None
+    """To the song's tempo; None when it is no simple one."""
+    score: float
+    """Share in the belief; those of a song add up to 1."""
 
 
 @dataclass(frozen=True)
@@ -134,11 +165,29 @@ class Song(_Value):
     """Beats a minute; None when no beat was found."""
     heard_tempo: float | None
     """The same before the length of a clip under 30 s decided."""
+    confidence: float
+    """That there is a steady beat at all, 0 to 1."""
+    candidates: tuple[Candidate, ...]
+    """Readings of the tempo, the likeliest first."""
     seconds: float
     """Length."""
     key: Key | None
     """Of the bass notes."""
+    harmony: Harmony | None
+    """Of chords and melody."""
     source: Source
+    tags: Tags
+    """What the file says of itself; empty for samples."""
+    beats: Seconds
+    """Shape (n,): every beat."""
+    downbeats: Seconds
+    """Shape (n,): the beats that begin a measure."""
+    beats_per_measure: int
+    """3 or 4; 0 without beats."""
+    beat_confidence: float
+    """That these are the beats, not the points between, 0 to 1."""
+    downbeat_confidence: float
+    """That measures begin where they do, 0 to 1."""
     measures: Seconds
     """Shape (n,): starts of measures that stand out."""
     energy_accents: Weights
@@ -151,18 +200,31 @@ class Song(_Value):
     """Loudness over all frequencies; None unless `envelopes` was asked for."""
     bass: Envelope | None
     """Peaks below 120 Hz; likewise."""
-    evidence: Evidence | None
-    """Which file was heard, for `store_tempo`; None in a song that was unpickled."""
+    _heard: _core.Heard | None
+    """What the library keeps of it; None in a song that was unpickled."""
+    _record: str | None = None
+    """The record of a song that was unpickled."""
 
     def __getstate__(self) -> dict[str, Any]:
-        return {**vars(self), "evidence": None}
+        return {**vars(self), "_heard": None, "_record": self.to_json()}
+
+    def to_json(self) -> str:
+        """The record "tactus-song-1", a JSON object on one line, with all its fields."""
+        if self._heard is None:
+            return self._record or ""
+        return _core.to_json(self._heard)
+
+    def to_dict(self) -> dict[str, Any]:
+        """The same record as a dictionary."""
+        record: dict[str, Any] = json.loads(self.to_json())
+        return record
 
     def __repr__(self) -> str:
         tempo = "no tempo" if self.tempo is None else f"{self.tempo:.2f} BPM"
         return f"<Song {self.path!r}: {tempo}, {self.seconds:.1f} s>"
 
     def plot(self, ax: Axes) -> None:
-        """Draws the envelopes, as far as they were kept, the measures, intro and outro.
+        """Draws the envelopes, if they were kept, beats and downbeats, intro and outro.
 
         `ax` is a matplotlib axes; its x axis becomes seconds.
         """
@@ -171,7 +233,8 @@ class Song(_Value):
                 times = np.arange(envelope.values.size) * envelope.step
                 highest = float(envelope.values.max()) or 1.0
                 ax.plot(times, envelope.values / highest, label=label, linewidth=0.6)
-        ax.vlines(self.measures, 0.0, 1.0, colors="0.6", linewidth=0.5, label="measures")
+        ax.vlines(self.beats, 0.0, 0.05, colors="0.6", linewidth=0.5, label="beats")
+        ax.vlines(self.downbeats, 0.0, 1.0, colors="0.6", linewidth=0.5, label="downbeats")
         ax.axvspan(0.0, self.mix_points.intro_end, alpha=0.1, label="intro")
         ax.axvspan(self.mix_points.outro_start, self.seconds, alpha=0.1, label="outro")
         ax.set_xlim(0.0, max(self.seconds, 1.0))
@@ -179,11 +242,12 @@ class Song(_Value):
         ax.set_title(repr(self).strip("<>"))
 
 
-def song_of(path: str | bytes | None, values: dict[str, Any]) -> Song:
+def song_of(path: str | bytes | None, values: dict[str, Any], heard: _core.Heard) -> Song:
     """The song that the library told as plain dictionaries."""
     made: dict[str, type[_Value]] = {
         "key": Key,
         "source": Source,
+        "tags": Tags,
         "mix_points": MixPoints,
         "fingerprint": Fingerprint,
         "energy": Envelope,
@@ -191,4 +255,13 @@ def song_of(path: str | bytes | None, values: dict[str, Any]) -> Song:
     }
     for name, kind in made.items():
         values[name] = kind._made(values[name])
-    return Song(path=path, **values)
+    if values["harmony"] is not None:
+        key = Key(**values["harmony"].pop("key"))
+        values["harmony"] = Harmony(key=key, **values["harmony"])
+    values["candidates"] = tuple(map(_candidate, values["candidates"]))
+    return Song(path=path, **values, _heard=heard)
+
+
+def _candidate(values: dict[str, Any]) -> Candidate:
+    ratio = Fraction(values["times"], values["over"]) if values["over"] else None
+    return Candidate(values["tempo"], ratio, values["score"])
