@@ -15,10 +15,15 @@ endif()
 if(TARGET tactus-sound)
     list(APPEND CPACK_COMPONENTS_ALL sound)
 endif()
+if(TACTUS_BUILD_PYTHON)
+    list(APPEND CPACK_COMPONENTS_ALL python)
+endif()
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+# Where the module for Python finds the library while its dependencies are made out.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/src/tactus)
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS OFF)
 
 set(CPACK_DEBIAN_CLI_PACKAGE_NAME tactus)
@@ -73,6 +78,20 @@ library reads files, profiles them and reads and writes their tags.
 This package has the headers, an example, and the stages of the library one by
 one as static archives.")
 
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-tactus)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+math(EXPR next_python_minor "${Python_VERSION_MINOR} + 1")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "libtactus0 (= ${PROJECT_VERSION}), \
+python3 (>= 3.${Python_VERSION_MINOR}~), python3 (<< 3.${next_python_minor}), python3-numpy")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS "tactus (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS "beets, python3-distributed, python3-matplotlib")
+set(CPACK_COMPONENT_PYTHON_DESCRIPTION
+"Tactus finds the tempo, the beats, the key and mix points of music. Its module
+for Python hears files and arrays of samples, on many processors or on a Dask
+cluster.
+
+This package has the module and a plug-in for beets.")
+
 set(CPACK_RPM_COMPONENT_INSTALL ON)
 set(CPACK_RPM_FILE_NAME RPM-DEFAULT)
 set(CPACK_RPM_PACKAGE_LICENSE MIT)
@@ -82,6 +101,7 @@ set(CPACK_RPM_CLI_PACKAGE_NAME tactus)
 set(CPACK_RPM_DESKTOP_PACKAGE_NAME tactus-desktop)
 set(CPACK_RPM_DESKTOP_PACKAGE_REQUIRES "tactus = ${PROJECT_VERSION}")
 set(CPACK_RPM_DEV_PACKAGE_NAME tactus-devel)
+set(CPACK_RPM_PYTHON_PACKAGE_NAME python3-tactus)
 # Folders of the system, which no package owns alone.
 set(CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST_ADDITION
     /usr/share/applications /usr/share/bash-completion /usr/share/bash-completion/completions

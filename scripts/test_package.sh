@@ -10,7 +10,8 @@ set -euo pipefail
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.."
 # shellcheck source=scripts/packages.sh
 . scripts/packages.sh
-install_missing "${PACKAGES_BUILD[@]}" "${PACKAGES_DESKTOP[@]}" "${PACKAGES_PACKAGING[@]}"
+install_missing "${PACKAGES_BUILD[@]}" "${PACKAGES_DESKTOP[@]}" "${PACKAGES_PYTHON[@]}" \
+    "${PACKAGES_PACKAGING[@]}"
 
 say() { echo "-- $*"; }
 

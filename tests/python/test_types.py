@@ -16,7 +16,7 @@ ROOT = pathlib.Path(__file__).parents[2]
 
 def test_the_types_hold_by_mypy(tmp_path: pathlib.Path) -> None:
     pytest.importorskip("mypy")
-    folders = [ROOT / "python" / "tactus"]
+    folders = [ROOT / "python" / name for name in ("tactus", "beetsplug", "examples")]
     command = [sys.executable, "-m", "mypy", "--config-file", str(ROOT / "pyproject.toml")]
     command += ["--cache-dir", os.environ.get("TACTUS_MYPY_CACHE", str(tmp_path))]
     run = subprocess.run([*command, *map(str, folders)], capture_output=True, text=True)
