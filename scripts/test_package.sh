@@ -106,6 +106,10 @@ grep -q ' 124\.0' "$root/srv/table"
 inside man -P cat tactus | grep -q 'find the tempo'
 test -s "$root/usr/share/doc/tactus/html/index.html"
 
+say "the module for Python"
+inside python3 -c 'import tactus; assert abs(tactus.analyze("/srv/track.wav").tempo - 124) < 0.05'
+inside python3 -m tactus /srv/track.wav | grep -q ' 124\.0'
+
 say "the window stays open"
 status=0
 inside env QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 timeout 5 tactus-desktop || status=$?
