@@ -29,14 +29,12 @@ CListDialog::CListDialog(QString const& title, QStringList const& heads,
     list->setHeaderLabels(heads);
     list->setHeaderHidden(heads.size() == 1);
     for (QStringList const& row : rows) {
-        auto* item = new QTreeWidgetItem(list, row);
-        for (int column = 0; column < heads.size(); ++column) {
-            item->setTextAlignment(column, Qt::AlignLeading | Qt::AlignVCenter);
-        }
+        list->addTopLevelItem(new QTreeWidgetItem(row));
     }
     list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     list->header()->setStretchLastSection(true);
     m_pButtons->button(QDialogButtonBox::Close)->setText(tr("Close"));
+    m_pButtons->button(QDialogButtonBox::Close)->setDefault(true);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(list, 1);
     layout->addWidget(m_pButtons);
