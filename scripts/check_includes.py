@@ -87,6 +87,7 @@ TOOLKITS = {
     r"SQLiteCpp/|sqlite3": lambda path: path.parts[1] == "records",
     r"records/(Database|JournalRows)\.h": lambda path: path.parts[1] == "records",
     r"lib(av|sw)": lambda path: path.as_posix() == "src/platform/LibAv.h",
+    r"pugixml": lambda path: path.parts[1:3] == ("export", "xml"),
     r"taglib/|platform/Tag(Stream|File)\.h": lambda path: path.as_posix() in TAGLIB_SOURCES,
     r"platform/(LibAv|AudioInput|AudioMixer|DecodeRun|PacketCount)\.h": lambda path: path.as_posix() in LIBAV_SOURCES,
 }

@@ -10,7 +10,7 @@ PACKAGES_BUILD=(
     ca-certificates cmake g++ ninja-build pkg-config
     libavcodec-dev libavformat-dev libavutil-dev libswresample-dev libbz2-dev libtag1-dev zlib1g-dev
     libhwy-dev libutf8proc-dev libsqlitecpp-dev libsqlite3-dev
-    libcli11-dev nlohmann-json3-dev cmark-gfm
+    libcli11-dev nlohmann-json3-dev libpugixml-dev cmark-gfm
 )
 
 # To build and show the window, and the part that plays. The last two let it come up on a bare
@@ -30,7 +30,8 @@ PACKAGES_PYTHON=(
 # To run the tests: frameworks, encoders of other makers, independent tag readers, a display, and
 # what a locale with a decimal comma is made from.
 PACKAGES_TEST=(
-    libgtest-dev libgmock-dev ffmpeg python3 python3-mutagen python3-taglib python3-jsonschema eyed3 id3v2 jq attr
+    libgtest-dev libgmock-dev ffmpeg python3 python3-mutagen python3-taglib python3-jsonschema
+    python3-mido libxml2-utils eyed3 id3v2 jq attr
     xvfb openbox xdotool x11-utils dbus-daemon procps locales mpg123 sndfile-programs
 )
 
