@@ -8,7 +8,7 @@ _tactus() {
     local command=${COMP_WORDS[1]} words=""
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W "analyze profile tag history undo fix cache --help --version" -- "$cur")
+        mapfile -t COMPREPLY < <(compgen -W "analyze profile export dupes tag history undo fix cache --help --version" -- "$cur")
         return
     fi
     case $prev in
@@ -32,7 +32,7 @@ _tactus() {
             mapfile -t COMPREPLY < <(compgen -W "likely heard" -- "$cur")
             return
             ;;
-        --only-if-off | --range | --exclude | --max-errors | --fields | -j | --jobs | --types | --write-types | -n | --number) return ;;
+        --where | --sort | --columns | --delimiter | --base | --offset | --only-if-off | --range | --exclude | --max-errors | --fields | -j | --jobs | --types | --write-types | -n | --number) return ;;
     esac
     case $command in
         analyze)
@@ -46,6 +46,23 @@ _tactus() {
             words="--half-beats --fingerprint --envelopes --samples --fields --trace --harmony"
             words+=" --jobs --follow --hidden --types --exclude --no-cache --output"
             words+=" --overwrite-output --quiet --verbose --help"
+            ;;
+        export)
+            if [ "$COMP_CWORD" -eq 2 ]; then
+                mapfile -t COMPREPLY < <(compgen -W "rekordbox labels m3u8 csv midi jams svg --help" -- "$cur")
+                return
+            fi
+            words="--where --sort --output --overwrite-output --jobs --follow --hidden --types"
+            words+=" --exclude --no-cache --quiet --verbose --help"
+            case ${COMP_WORDS[2]} in
+                rekordbox) words+=" --base --offset" ;;
+                m3u8) words+=" --relative" ;;
+                csv) words+=" --columns --delimiter --bom" ;;
+            esac
+            ;;
+        dupes)
+            words="--json --output --overwrite-output --jobs --follow --hidden --types"
+            words+=" --exclude --no-cache --quiet --verbose --help"
             ;;
         history) words="--number --json --clear --help" ;;
         undo) words="--force --keep-mtime --help" ;;

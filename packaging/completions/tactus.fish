@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 # Completion of tactus for fish.
 
-set -l commands analyze profile tag history undo fix cache
+set -l commands analyze profile export dupes tag history undo fix cache
 complete -c tactus -n "not __fish_seen_subcommand_from $commands" -f
 complete -c tactus -n "not __fish_seen_subcommand_from $commands" -a analyze -d "Find the tempo of files and folders"
 complete -c tactus -n "not __fish_seen_subcommand_from $commands" -a profile -d "Print all that is known of files as JSON"
@@ -84,3 +84,28 @@ complete -c tactus -n $tag -f -a get -d "Print the text of a frame"
 complete -c tactus -n $tag -f -a set -d "Replace the text of a frame"
 complete -c tactus -n $tag -f -a list -d "List the frames"
 complete -c tactus -n "__fish_seen_subcommand_from list" -l json -d "Print an object"
+
+complete -c tactus -n "not __fish_seen_subcommand_from $commands" -a export -d "Write songs for other programs"
+complete -c tactus -n "not __fish_seen_subcommand_from $commands" -a dupes -d "Find files that hold the same audio"
+set -l formats rekordbox labels m3u8 csv midi jams svg
+complete -c tactus -n "__fish_seen_subcommand_from export; and not __fish_seen_subcommand_from $formats" -f -a "$formats"
+set -l songs "__fish_seen_subcommand_from export dupes"
+complete -c tactus -n "__fish_seen_subcommand_from export" -l where -x -d "Take only songs that this holds for"
+complete -c tactus -n "__fish_seen_subcommand_from export" -l sort -x -d "Sort songs by columns"
+complete -c tactus -n "__fish_seen_subcommand_from rekordbox" -l base -x -d "Tell songs below a folder elsewhere"
+complete -c tactus -n "__fish_seen_subcommand_from rekordbox" -l offset -x -a auto -d "Milliseconds added to positions"
+complete -c tactus -n "__fish_seen_subcommand_from m3u8" -l relative -d "Name songs from the playlist on"
+complete -c tactus -n "__fish_seen_subcommand_from csv" -l columns -x -d "Columns of the table"
+complete -c tactus -n "__fish_seen_subcommand_from csv" -l delimiter -x -a ", ; | tab" -d "What stands between fields"
+complete -c tactus -n "__fish_seen_subcommand_from csv" -l bom -d "Begin with the mark of UTF-8"
+complete -c tactus -n "__fish_seen_subcommand_from dupes" -l json -d "Print one object"
+complete -c tactus -n $songs -s j -l jobs -x -d "Files to hear at once"
+complete -c tactus -n $songs -s o -l output -r -d "Write to a file or folder"
+complete -c tactus -n $songs -s L -l follow -d "Search folders behind links too"
+complete -c tactus -n $songs -l hidden -d "Take in what systems put beside music"
+complete -c tactus -n $songs -l types -x -d "Search folders for these kinds only"
+complete -c tactus -n $songs -l exclude -x -d "Leave out what a pattern matches"
+complete -c tactus -n $songs -l no-cache -d "Hear every file anew"
+complete -c tactus -n $songs -l overwrite-output -d "Replace the file whatever it holds"
+complete -c tactus -n $songs -s q -l quiet -d "Show no progress"
+complete -c tactus -n $songs -s v -l verbose -d "Add what the decoding library says"

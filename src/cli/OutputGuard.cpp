@@ -3,7 +3,12 @@
 
 #include "cli/OutputGuard.h"
 
+#include "cli/DupesReport.h"
 #include "cli/InputWalk.h"
+#include "export/Columns.h"
+#include "export/Midi.h"
+#include "export/Playlist.h"
+#include "export/xml/SongDrawing.h"
 
 #include <algorithm>
 #include <array>
@@ -42,6 +47,26 @@ bool IsJsonRow(std::string_view line) {
     return isRow || line.starts_with(R"({"schema":"tactus-song-)");
 }
 
+/// The first line of a table that `tactus export csv` wrote: names of columns, one of them a name
+/// that other programs' tables don't have.
+bool IsColumnHead(std::string_view line) {
+    constexpr std::string_view kMark = "\xEF\xBB\xBF"; // Standard: U+FEFF in UTF-8.
+    constexpr std::array<std::string_view, 8> kOwn = {
+        "harmony",   "openKey",       "tagTempo",        "keyConfidence",
+        "firstBeat", "firstDownbeat", "beatsPerMeasure", "outroStart"};
+    line.remove_prefix(line.starts_with(kMark) ? kMark.size() : 0);
+    bool isOwn = false;
+    while (!line.empty()) {
+        std::string_view const name = line.substr(0, line.find_first_of(",;|\t"));
+        if (FindColumn(name) == nullptr) {
+            return false;
+        }
+        isOwn = isOwn || std::ranges::find(kOwn, name) != kOwn.end();
+        line.remove_prefix(std::min(name.size() + 1, line.size()));
+    }
+    return isOwn;
+}
+
 bool IsSame(struct stat const& a, struct stat const& b) {
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
@@ -59,13 +84,35 @@ bool IsReportText(std::string_view text) {
            IsTableHead(line);
 }
 
+bool IsExportText(std::string_view text) {
+    struct CSign {
+        std::string_view m_sStart;
+        std::string_view m_sWithin;
+    };
+    // How the formats begin, and what says in each that it is ours.
+    constexpr std::array<CSign, 7> kSigns = {
+        {{"#EXTM3U\n", kPlaylistMark},
+         {"MThd", kMidiMark},
+         {"<?xml", "<PRODUCT Name=\"Tactus\""},
+         {"<?xml", kDrawingMark},
+         {"{\"file_metadata\":", "\"annotation_tools\":\"Tactus"},
+         {"{\"schema\":\"tactus-", ""},
+         {kDupesHeading, ""}}};
+    auto const isOne = [&](CSign const& sign) {
+        return text.starts_with(sign.m_sStart) &&
+               text.find(sign.m_sWithin) != std::string_view::npos;
+    };
+    return std::ranges::any_of(kSigns, isOne) || IsColumnHead(text.substr(0, text.find('\n')));
+}
+
 COutputGuard::COutputGuard(std::vector<std::string> inputs, CWalkOptions const& options,
                            bool isOverwriting)
     : m_vInputs(std::move(inputs)), m_options(options), m_bOverwriting(isOverwriting) {
 }
 
 std::string COutputGuard::Problem(std::string const& path, int file) const {
-    bool const isOurs = IsReportText(HeadOf(file));
+    std::string const head = HeadOf(file);
+    bool const isOurs = IsReportText(head) || IsExportText(head);
     if (IsInput(path, file, isOurs)) {
         return "is to be analysed, so the results can't go there";
     }

@@ -6,6 +6,7 @@
 #include "cli/FolderWalk.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// Keeps results from replacing a file that somebody may want to keep.
@@ -30,3 +31,7 @@ private:
 
 /// True when `text` begins as a table, CSV or JSON of `tactus analyze` does, or is empty.
 bool IsReportText(std::string_view text);
+
+/// True when `text` begins as what `tactus export` and `tactus dupes` write, labels excepted, which
+/// say nothing of where they come from.
+bool IsExportText(std::string_view text);

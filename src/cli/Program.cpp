@@ -8,7 +8,9 @@
 #include "cli/Arguments.h"
 #include "cli/CacheCommand.h"
 #include "cli/Command.h"
+#include "cli/DupesCommand.h"
 #include "cli/ExitCode.h"
+#include "cli/ExportCommand.h"
 #include "cli/FixCommand.h"
 #include "cli/HelpFormat.h"
 #include "cli/HistoryCommand.h"
@@ -40,6 +42,8 @@ CommandList MakeCommands() {
     CommandList commands;
     commands.push_back(std::make_unique<CAnalyzeCommand>());
     commands.push_back(std::make_unique<CProfileCommand>());
+    commands.push_back(std::make_unique<CExportCommand>());
+    commands.push_back(std::make_unique<CDupesCommand>());
     commands.push_back(std::make_unique<CTagCommand>());
     commands.push_back(std::make_unique<CHistoryCommand>());
     commands.push_back(std::make_unique<CUndoCommand>());

@@ -53,12 +53,25 @@ void CSongRun::AddOptions(CLI::App& app) {
 }
 
 int CSongRun::Open(COutput& output) const {
-    COutputGuard const guard(m_vPaths, m_walk, m_bOverwriting);
-    return output.Open(
-        m_sOutput, [&](std::string const& path, int file) { return guard.Problem(path, file); });
+    return Open(output, m_sOutput);
 }
 
-int CSongRun::Run(CSongSink const& sink, bool withEnvelopes) {
+int CSongRun::Open(COutput& output, std::string const& path) const {
+    COutputGuard const guard(m_vPaths, m_walk, m_bOverwriting);
+    return output.Open(
+        path, [&](std::string const& name, int file) { return guard.Problem(name, file); });
+}
+
+int CSongRun::Write(std::string const& path, std::string const& text) const {
+    COutput output;
+    if (int const code = Open(output, path); code != kExitDone) {
+        return code;
+    }
+    (void)output.Write(text);
+    return output.Finish() ? kExitDone : kExitOutput;
+}
+
+void CSongRun::Settle(bool withEnvelopes) {
     CInterrupt::Install();
     CSongOptions& song = m_options.m_song;
     song.m_bForce = true;
@@ -66,23 +79,44 @@ int CSongRun::Run(CSongSink const& sink, bool withEnvelopes) {
     song.m_bFacts = true;
     song.m_bEnvelopes = withEnvelopes;
     song.m_pStore = m_bNoCache ? nullptr : &m_store;
+}
+
+int CSongRun::Run(CSongSink const& sink, bool withEnvelopes) {
+    Settle(withEnvelopes);
     COutput output;
     if (int const code = Open(output); code != kExitDone) {
         return code;
     }
+    bool isWhole = false;
+    int const code = RunJobs(sink, output, &isWhole);
+    return output.Finish() ? code : kExitOutput;
+}
+
+int CSongRun::Gather(std::vector<CTakenSong>& songs, bool withEnvelopes, bool* isWhole) {
+    Settle(withEnvelopes);
+    COutput nothing;
+    return RunJobs({.m_add =
+                        [&songs](CTakenSong const& song, COutput&) {
+                            songs.push_back(song);
+                            return true;
+                        }},
+                   nothing, isWhole);
+}
+
+/// Returns: what to exit with if the output can be written; `isWhole`: whether the run came to its
+/// end.
+int CSongRun::RunJobs(CSongSink const& sink, COutput& output, bool* isWhole) {
     CInputWalk walk(m_vPaths, m_walk);
     CSummary summary;
     std::string const interruption = RunJobs(sink, output, walk, summary);
-    bool const isWritten = output.Finish();
-    if (interruption.empty()) {
+    *isWhole = interruption.empty();
+    if (*isWhole) {
         ReportWalk(walk, summary);
     } else {
         ReportProblem(interruption);
     }
     ReportStore(m_store);
-    return !isWritten              ? kExitOutput
-           : !interruption.empty() ? CInterrupt::ExitCode()
-                                   : summary.ExitCode();
+    return *isWhole ? summary.ExitCode() : CInterrupt::ExitCode();
 }
 
 /// Returns: what a person is told when the run was stopped before its end, else an empty text.

@@ -40,13 +40,25 @@ public:
     /// Returns: what to exit with, one of `cli/ExitCode.h`.
     int Run(CSongSink const& sink, bool withEnvelopes);
 
+    /// Hears them alike, and appends their songs, those that can't be heard too. Nothing is opened.
+    /// Returns: as `Run`; `isWhole`: whether the user let it come to its end.
+    int Gather(std::vector<CTakenSong>& songs, bool withEnvelopes, bool* isWhole);
+
     /// Opens where results go. Returns: 0, or what to exit with.
     int Open(COutput& output) const;
 
+    /// Writes `text` to the file `path`, or to standard output when that is empty or "-".
+    /// Returns: 0, or what to exit with after a message.
+    int Write(std::string const& path, std::string const& text) const;
+
     [[nodiscard]] std::vector<std::string> const& Paths() const { return m_vPaths; }
+    [[nodiscard]] std::string const& OutputPath() const { return m_sOutput; }
     [[nodiscard]] bool IsVerbose() const { return m_bVerbose; }
 
 private:
+    int Open(COutput& output, std::string const& path) const;
+    void Settle(bool withEnvelopes);
+    int RunJobs(CSongSink const& sink, COutput& output, bool* isWhole);
     std::string RunJobs(CSongSink const& sink, COutput& output, CInputWalk& walk,
                         CSummary& summary);
     void ReportWalk(CInputWalk const& walk, CSummary& summary) const;
