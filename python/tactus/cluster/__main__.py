@@ -40,7 +40,7 @@ def parser() -> argparse.ArgumentParser:
         "--shard-mib", type=_count, default=256, metavar="N", help="at most; %(default)s"
     )
     made.add_argument(
-        "--shard-files", type=_count, default=200, metavar="N", help="at most; %(default)s"
+        "--shard-files", type=_count, default=50, metavar="N", help="at most; %(default)s"
     )
     made.add_argument("-q", "--quiet", action="store_true", help="no progress")
     return made
