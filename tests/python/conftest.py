@@ -27,7 +27,7 @@ def fifty(tmp_path_factory: pytest.TempPathFactory) -> list[pathlib.Path]:
     paths = []
     for i in range(10):
         rate = (44100, 22050, 48000)[i % 3]
-        mono = song(84.0 + 7.5 * i, seconds=31.0 if i == 9 else 4.0 + i, rate=rate)
+        mono = song(84.0 + 7.5 * i, seconds=31.0 if i == 9 else 4.0 + i / 2, rate=rate)
         samples = sixteen_bits(mono if i % 2 else mono[:, None] * [0.9, 0.4])
         kinds = [folder / f"{i}.{kind}" for kind in KINDS]
         encode(write_wav(kinds[0], samples, rate), *kinds[1:])

@@ -59,7 +59,6 @@ def test_a_library_of_thirty_files_gets_its_tempos(
     thirty = fifty[20:]
     library = Library(tmp_path, thirty)
     heard = {path.name: tactus.analyze(path) for path in thirty}
-    assert {bpm for (bpm,) in library.fields("bpm").values()} == {"0"}
     library.beet("modify", "-y", "-W", "path::4.mp3$", "bpm=77")
     library.beet("tactus")
     stored = library.fields("bpm", "initial_key", "tactus_confidence")

@@ -20,6 +20,7 @@ pytest.importorskip("distributed")
 import dask
 from distributed import Client, LocalCluster
 from tactus.cluster import _run
+from tactus.cluster.__main__ import main
 from tactus.cluster._inputs import EXTENSIONS, inputs
 from tactus.cluster._plan import Limits, Plan, Shard
 from tactus.cluster._run import Run
@@ -81,17 +82,34 @@ def test_killed_workers_cost_no_record(tmp_path: pathlib.Path, track: pathlib.Pa
     expected = tactus.analyze(paths[0]).to_dict()
     assert all({**record, "path": paths[0]} == expected for record in records)
     assert json.loads(summary)["files"] == FILES
-    # The same command has nothing left to do; a new file is all that another one hears.
-    parts = {part: part.stat().st_mtime_ns for part in out.glob("part-*")}
-    os.link(track, tmp_path / "music" / "0000a.wav")
-    again = cluster(*arguments)
-    summary, _ = again.communicate()
-    assert json.loads(summary)["earlier"] == FILES
+
+
+def test_the_same_command_goes_on(
+    tmp_path: pathlib.Path,
+    track: pathlib.Path,
+    monkeypatch: pytest.MonkeyPatch,
+    capsys: pytest.CaptureFixture[str],
+) -> None:
+    paths = links_to(track, tmp_path / "music", 3)
+    (tmp_path / "list").write_text("\n".join([paths[2], paths[0], str(tmp_path / "missing.wav")]))
+    out = tmp_path / "out"
+    with LocalCluster(processes=False, n_workers=1, dashboard_address="127.0.0.1:0") as local:
+        where = ["cluster", "--scheduler", local.scheduler_address, "-o", str(out)]
+
+        def run(*arguments: str) -> tuple[int, int]:
+            """Its exit status, and how many files an earlier run had heard."""
+            monkeypatch.setattr(sys, "argv", [*where, *arguments])
+            status = main()
+            return status, json.loads(capsys.readouterr().out)["earlier"]
+
+        assert run("--files-from", str(tmp_path / "list")) == (1, 0)
+        parts = {part: part.stat().st_mtime_ns for part in out.glob("part-*")}
+        assert run(str(tmp_path / "music"), "--files-from", str(tmp_path / "list")) == (1, 3)
     assert {part: part.stat().st_mtime_ns for part in parts} == parts
-    assert [record["path"] for record in records_in(out)] == [
-        *paths,
-        str(tmp_path / "music" / "0000a.wav"),
-    ]
+    records = records_in(out)
+    expected = [paths[2], paths[0], str(tmp_path / "missing.wav"), paths[1]]
+    assert [record["path"] for record in records] == expected
+    assert records[2]["error"]["code"] == "cannotOpen"
 
 
 def kill_or_name(paths: list[str]) -> list[str]:
@@ -154,11 +172,22 @@ def test_shards_end_at_their_limits(tmp_path: pathlib.Path) -> None:
     assert names == [["a"], ["b", "c", "d"], ["e"], ["f"]]
 
 
-def test_a_folder_of_results_has_one_run_at_a_time(tmp_path: pathlib.Path) -> None:
-    assert Plan.opened(str(tmp_path)) is not None
-    second = cluster("--local", 1, "-o", tmp_path, "a.wav")
-    _, errors = second.communicate()
-    assert (second.returncode, "another run" in errors) == (75, True)
+def test_a_run_that_cannot_begin_says_why(
+    tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch, capsys: pytest.CaptureFixture[str]
+) -> None:
+    def run(*arguments: object) -> tuple[int, str]:
+        monkeypatch.setattr(sys, "argv", ["cluster", "--local", "1", *map(str, arguments)])
+        return main(), capsys.readouterr().err
+
+    missing = tmp_path / "missing"
+    status, told = run("-o", tmp_path / "a", "--files-from", missing)
+    assert (status, "No such file or directory" in told, str(missing) in told) == (1, True, True)
+    assert run("-o", tmp_path / "a", tmp_path)[0] == 2  # There is no music in it.
+    plan = Plan.opened(str(tmp_path / "a"))
+    assert plan is not None
+    status, told = run("-o", tmp_path / "a", "a.wav")
+    assert (status, "another run" in told) == (75, True)
+    plan.close()
 
 
 def test_a_shard_is_written_whole_or_not(tmp_path: pathlib.Path) -> None:

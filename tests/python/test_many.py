@@ -20,7 +20,7 @@ import tactus
 
 from music import RATE, sixteen_bits, song
 
-CALLS = int(os.environ.get("TACTUS_LEAK_CALLS", "100"))
+CALLS = int(os.environ.get("TACTUS_LEAK_CALLS", "200"))
 FLAT_KILOBYTES = 1024  # Pages that the allocator keeps from one call to the next.
 
 

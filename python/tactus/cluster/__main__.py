@@ -11,7 +11,7 @@ import os
 import sys
 import time
 from collections.abc import Iterator
-from contextlib import contextmanager
+from contextlib import closing, contextmanager
 
 import dask
 from distributed import Client, LocalCluster
@@ -47,11 +47,25 @@ def parser() -> argparse.ArgumentParser:
 
 
 def main() -> int:
+    """Returns: the exit status."""
     options = parser().parse_args()
+    try:
+        return _run(options)
+    except OSError as error:
+        print(f"{options.output}: {error}", file=sys.stderr)
+        return FAILED
+
+
+def _run(options: argparse.Namespace) -> int:
     plan = Plan.opened(options.output)
     if plan is None:
         print(f"{options.output}: another run works there", file=sys.stderr)
         return BUSY
+    with closing(plan):
+        return _work(plan, options)
+
+
+def _work(plan: Plan, options: argparse.Namespace) -> int:
     plan.add(inputs(_named(options)), Limits(options.shard_mib * MEBIBYTE, options.shard_files))
     if not plan.shards:
         print("there is nothing to hear", file=sys.stderr)

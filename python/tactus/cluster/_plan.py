@@ -41,11 +41,12 @@ class Plan:
 
     folder: str
     shards: list[Shard] = field(default_factory=list)
+    _lock: int = -1
 
     @classmethod
     def opened(cls, folder: str) -> Plan | None:
-        """What an earlier run left in `folder`, which is made when it isn't there, and which stays
-        this process's own. Returns: None when another run works there."""
+        """What an earlier run left in `folder`, which is made when it isn't there, and which is
+        this plan's own until it is closed. Returns: None when another run works there."""
         os.makedirs(folder, exist_ok=True)
         plan = cls(folder)
         if not plan._locked():
@@ -56,6 +57,10 @@ class Plan:
         except FileNotFoundError:
             pass
         return plan
+
+    def close(self) -> None:
+        """Lets other runs in."""
+        os.close(self._lock)
 
     def add(self, paths: Iterable[str], limits: Limits) -> None:
         """Puts the inputs that are new into new shards, and writes the plan."""
@@ -83,13 +88,14 @@ class Plan:
         self._write("summary.json", [json.dumps(summary, indent=2)])
 
     def _locked(self) -> bool:
-        """Keeps other runs out as long as the process lives."""
+        """Keeps other runs out as long as the plan is open and the process lives."""
         handle = os.open(self._path("lock"), os.O_RDWR | os.O_CREAT | os.O_CLOEXEC, 0o666)
         try:
             fcntl.flock(handle, fcntl.LOCK_EX | fcntl.LOCK_NB)
         except OSError:
             os.close(handle)
             return False
+        self._lock = handle
         return True
 
     def _path(self, name: str) -> str:
