@@ -4,7 +4,7 @@
 // BuildProfile
 //   CProfileRun::Listen        the pass over the audio: energy, notes, prints, key
 //   CProfileRun::Analyse
-//     FindOnsets               onsets in the held energy
+//     FindOnsets               onsets in the held energy, for the tempo and for the grid
 //     FindTempo                tempo of the onsets, octave fold, rule for short clips
 //     FindBeats                grid and refined tempo, which is the one reported
 //     MarkMeasures             first downbeat, then every measure
@@ -61,7 +61,8 @@ void Require(CPfPcmThumbnail const& thumb) {
     }
 }
 
-/// A copy to be reshaped. Gives the run up for want of memory.
+/// A copy to be reshaped. Gives the run up for want of memory. An envelope of six hours takes 15
+/// MB, so no stage has more than one copy, and none outlives its stage.
 void Copy(CPfPcmThumbnail const& from, CPfPcmThumbnail& to) {
     to = from;
     Require(to);
@@ -81,7 +82,7 @@ public:
     /// The pass and what comes straight out of it. Returns: false when it was cancelled or failed.
     bool Listen(IPcmReader* reader, CFingerprint* print, CFingerprint* largePrint);
 
-    /// Everything behind the pass.
+    /// Everything behind the pass. The envelopes may be gone afterwards.
     void Analyse();
 
 private:
@@ -96,13 +97,6 @@ private:
     void FindSprockets();
     void StoreLength();
 
-    /// Gives the run up for want of memory unless there was enough up to here.
-    void RequireMemory() const {
-        if (!m_builder.HadMemory()) {
-            throw std::bad_alloc();
-        }
-    }
-
     [[nodiscard]] CPfImpactPoints NewPoints() const {
         return {m_energy.GetSampleRate(), m_energy.GetSampleCount()};
     }
@@ -115,10 +109,10 @@ private:
 
     std::int64_t m_nReaderCount = 0; // of the reader, in its own samples
     std::uint32_t m_nReaderRate = 1;
-    CPfPcmThumbnail m_energy;     // spectral energy
-    CPfPcmThumbnail m_bass;       // peaks of the signal below 120 Hz
-    CPfPcmThumbnail m_heldEnergy; // the energy with its peaks held
+    CPfPcmThumbnail m_energy; // spectral energy
+    CPfPcmThumbnail m_bass;   // peaks of the signal below 120 Hz
     CPfImpactPoints m_onsets{0, 0};
+    CPfImpactPoints m_candidates{0, 0}; // more of them, for the grid
     CPfImpactPoints m_beats{0, 0};
     float m_fBpm = 0.0f;
 };
@@ -167,14 +161,19 @@ void CProfileRun::Analyse() {
     FindSprockets();
     StoreLength();
     m_pProfiler->SendProfileProgress(kDonePercent);
+    if (m_pObserver != nullptr) {
+        m_pObserver->OnDone(m_energy, m_bass);
+    }
 }
 
 void CProfileRun::FindOnsets() {
-    Copy(m_energy, m_heldEnergy);
-    (void)m_builder.PeakHoldThumbnail(&m_heldEnergy);
+    CPfPcmThumbnail held;
+    Copy(m_energy, held);
+    (void)m_builder.PeakHoldThumbnail(&held);
     m_onsets = NewPoints();
     CPfImpactFinder const finder(m_pCancel);
-    (void)finder.BuildImpactPoints(&m_heldEnergy, kPointsPerMeasure, &m_onsets);
+    (void)finder.BuildImpactPoints(&held, kPointsPerMeasure, &m_onsets);
+    m_candidates = CPfBeatBuilder(m_pCancel).FindCandidates(held);
     if (m_pObserver != nullptr) {
         m_pObserver->OnImpactPoints(m_onsets);
     }
@@ -196,9 +195,8 @@ void CProfileRun::FindTempo() {
 
 void CProfileRun::FoldTempo() {
     CPfPcmThumbnail smooth;
-    Copy(m_bass, smooth);
-    (void)m_builder.SmoothThumbnail(&smooth);
-    RequireMemory();
+    (void)m_builder.BuildSmoothThumbnail(m_bass, &smooth);
+    Require(smooth);
     CPfImpactPoints classic = NewPoints();
     CPfImpactFinder const finder(m_pCancel);
     (void)finder.BuildImpactPointsClassic(&smooth, kPointsPerMeasure, &classic);
@@ -211,8 +209,8 @@ void CProfileRun::FoldTempo() {
 
 void CProfileRun::FindBeats() {
     m_beats = NewPoints();
-    CPfBeatBuilder beats(m_pCancel);
-    (void)beats.BuildBeatPointsAlt(&m_energy, &m_heldEnergy, &m_fBpm, &m_beats);
+    CPfBeatBuilder const beats(m_pCancel);
+    beats.BuildGrid(m_energy, m_candidates, &m_fBpm, &m_beats);
     m_pResults->SetBpm(m_fBpm);
     if (m_pObserver != nullptr) {
         m_pObserver->OnBeats(m_beats);
@@ -245,9 +243,8 @@ void CProfileRun::WeighBeats() {
 
 void CProfileRun::FindIntroAndOutro() {
     CPfPcmThumbnail smooth;
-    Copy(m_energy, smooth);
-    (void)m_builder.SmoothThumbnail(&smooth);
-    RequireMemory();
+    (void)m_builder.BuildSmoothThumbnail(m_energy, &smooth);
+    Require(smooth);
     smooth.ApplyBpm(m_fBpm);
     std::int64_t const introEnd = CPfMixParamGen::FindIntroEnd(&smooth);
     std::int64_t const outroStart = CPfMixParamGen::FindOutroStart(&smooth);
@@ -275,7 +272,7 @@ void CProfileRun::FindSprockets() {
 
 void CProfileRun::StoreLength() {
     m_pResults->SetSampleCount(m_nReaderCount);
-    m_pResults->SetSampleRate(m_nReaderRate, m_heldEnergy.GetSampleRate());
+    m_pResults->SetSampleRate(m_nReaderRate, m_energy.GetSampleRate());
 }
 
 } // namespace

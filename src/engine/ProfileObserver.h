@@ -34,6 +34,9 @@ public:
     /// The beat grid.
     virtual void OnBeats(CPfImpactPoints const& /*beats*/) {}
 
+    /// The run's end. It needs its envelopes no more, so that they may be moved away.
+    virtual void OnDone(CPfPcmThumbnail& /*energy*/, CPfPcmThumbnail& /*bass*/) {}
+
 protected:
     IProfileObserver() = default;
     IProfileObserver(IProfileObserver const&) = default;

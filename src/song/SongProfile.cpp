@@ -31,10 +31,6 @@ public:
         Tell(&IProfileObserver::OnNotes, found, kept);
     }
     void OnThumbnails(CPfPcmThumbnail const& energy, CPfPcmThumbnail const& bass) override {
-        if (m_bEnvelopes) {
-            m_profile.m_energy = energy;
-            m_profile.m_bass = bass;
-        }
         Tell(&IProfileObserver::OnThumbnails, energy, bass);
     }
     void OnImpactPoints(CPfImpactPoints const& points) override {
@@ -55,6 +51,15 @@ public:
             m_profile.m_beatSource.m_vPoints.assign(points.begin(), points.end());
         }
         Tell(&IProfileObserver::OnBeats, beats);
+    }
+    void OnDone(CPfPcmThumbnail& energy, CPfPcmThumbnail& bass) override {
+        if (m_pNext != nullptr) {
+            m_pNext->OnDone(energy, bass);
+        }
+        if (m_bEnvelopes) {
+            m_profile.m_energy = std::move(energy);
+            m_profile.m_bass = std::move(bass);
+        }
     }
 
 private:

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // Steps of BuildBeatPointsAlt:
-// 1. FindCandidates      onsets at eight points to the measure
+// 1. FindCandidates      onsets at eight points to the measure; BuildGrid does the rest
 // 2. AverageInterval     first estimate of the step, from the rough tempo
 // 3. ClusterFilterPoints chains of evenly spaced onsets (BeatClusters.cpp), and the step again
 // 4. BpmOfInterval       the refined tempo
@@ -47,12 +47,21 @@ float SumElements(CPfPcmThumbnail const& envelope, std::int64_t first, std::int6
 bool CPfBeatBuilder::BuildBeatPointsAlt(CPfPcmThumbnail const* envelope,
                                         CPfPcmThumbnail const* onsets, float* bpm,
                                         CPfImpactPoints* out) const {
-    out->RemoveAll();
-    std::uint32_t const sampleRate = onsets->GetSampleRate();
-    CPfImpactPoints candidates(sampleRate, onsets->GetSampleCount());
-    CPfImpactFinder const finder(m_pCancel);
-    finder.BuildImpactPoints(onsets, kPointsPerMeasure, &candidates);
+    BuildGrid(*envelope, FindCandidates(*onsets), bpm, out);
+    return true;
+}
 
+CPfImpactPoints CPfBeatBuilder::FindCandidates(CPfPcmThumbnail const& onsets) const {
+    CPfImpactPoints candidates(onsets.GetSampleRate(), onsets.GetSampleCount());
+    CPfImpactFinder const finder(m_pCancel);
+    finder.BuildImpactPoints(&onsets, kPointsPerMeasure, &candidates);
+    return candidates;
+}
+
+void CPfBeatBuilder::BuildGrid(CPfPcmThumbnail const& envelope, CPfImpactPoints const& candidates,
+                               float* bpm, CPfImpactPoints* out) const {
+    out->RemoveAll();
+    std::uint32_t const sampleRate = candidates.GetSampleRate();
     auto interval = static_cast<float>(::SamPerMeas(*bpm, sampleRate) >> kPointsPerMeasureShift);
     if (!(interval >= 1.0f)) {
         // No tempo, hence no step to divide by: the onsets stand for the grid.
@@ -60,16 +69,15 @@ bool CPfBeatBuilder::BuildBeatPointsAlt(CPfPcmThumbnail const* envelope,
     } else {
         auto const positions = candidates.Points();
         interval = AverageInterval(interval, {positions.begin(), positions.end()});
-        CPfImpactPoints clustered(sampleRate, onsets->GetSampleCount());
-        ClusterFilterPoints(envelope, interval, &candidates, &clustered, &interval);
+        CPfImpactPoints clustered(sampleRate, candidates.GetSampleCount());
+        ClusterFilterPoints(&envelope, interval, &candidates, &clustered, &interval);
         *bpm = BpmOfInterval(interval, sampleRate, *bpm);
         *out = clustered;
         InterpolatePoints(interval, out);
-        ExtrapolatePoints(interval, onsets->GetSampleCount(), out);
+        ExtrapolatePoints(interval, candidates.GetSampleCount(), out);
     }
     out->SetResolution(kPointsPerMeasure);
     out->SortAndFilterDupes();
-    return true;
 }
 
 float CPfBeatBuilder::CalcPointConfidence(CPfPcmThumbnail const* envelope, std::int64_t position) {

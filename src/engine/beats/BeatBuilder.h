@@ -34,6 +34,12 @@ public:
     bool BuildBeatPointsAlt(CPfPcmThumbnail const* envelope, CPfPcmThumbnail const* onsets,
                             float* bpm, CPfImpactPoints* out) const;
 
+    /// Its two halves, so that `onsets` can go before the second: the onsets that a grid is looked
+    /// for among, and that grid, which has the rate and the length of `candidates`.
+    [[nodiscard]] CPfImpactPoints FindCandidates(CPfPcmThumbnail const& onsets) const;
+    void BuildGrid(CPfPcmThumbnail const& envelope, CPfImpactPoints const& candidates, float* bpm,
+                   CPfImpactPoints* out) const;
+
     /// Links candidates that lie whole steps apart into chains and hands out the members of the
     /// best long ones that don't overlap, and the step measured from the best of them.
     /// Returns: false on cancel, the outputs then untouched.

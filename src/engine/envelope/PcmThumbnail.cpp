@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -39,6 +40,26 @@ CPfPcmThumbnail& CPfPcmThumbnail::operator=(CPfPcmThumbnail const& other) {
         m_fMaxRunningMeasAvg = other.m_fMaxRunningMeasAvg;
         m_nElePerMeas = other.m_nElePerMeas;
     }
+    return *this;
+}
+
+CPfPcmThumbnail::CPfPcmThumbnail(CPfPcmThumbnail&& other) noexcept {
+    *this = std::move(other);
+}
+
+// What was moved from has no elements, and the rest as it was.
+CPfPcmThumbnail& CPfPcmThumbnail::operator=(CPfPcmThumbnail&& other) noexcept {
+    if (this == &other) {
+        return *this;
+    }
+    m_pElements = std::move(other.m_pElements);
+    m_nCount = std::exchange(other.m_nCount, 0);
+    m_bLacksMemory = other.m_bLacksMemory;
+    m_nSampleCount = other.m_nSampleCount;
+    m_nSampleRate = other.m_nSampleRate;
+    m_nSamplesPerElement = other.m_nSamplesPerElement;
+    m_fMaxRunningMeasAvg = other.m_fMaxRunningMeasAvg;
+    m_nElePerMeas = other.m_nElePerMeas;
     return *this;
 }
 

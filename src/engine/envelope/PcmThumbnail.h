@@ -20,6 +20,8 @@ public:
     CPfPcmThumbnail() = default;
     CPfPcmThumbnail(CPfPcmThumbnail const& other);
     CPfPcmThumbnail& operator=(CPfPcmThumbnail const& other);
+    CPfPcmThumbnail(CPfPcmThumbnail&& other) noexcept;
+    CPfPcmThumbnail& operator=(CPfPcmThumbnail&& other) noexcept;
     virtual ~CPfPcmThumbnail() = default;
 
     /// Drops the elements and makes sampleCount / samplesPerElement (truncated) new ones, all 0.

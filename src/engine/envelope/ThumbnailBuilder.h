@@ -6,6 +6,7 @@
 #include "base/CancelFlag.h"
 
 #include <cstdint>
+#include <span>
 
 class CPfFingerprintBuilder;
 class CPfNoteDetector;
@@ -51,6 +52,10 @@ public:
     /// Returns: false when cancelled; `thumb` is then unchanged.
     bool SmoothThumbnail(CPfPcmThumbnail* thumb);
 
+    /// The same average of `source` as `target`, for which no third array is needed.
+    /// Returns: false when cancelled, or without memory; `target` is then of no use.
+    bool BuildSmoothThumbnail(CPfPcmThumbnail const& source, CPfPcmThumbnail* target) const;
+
     /// Holds every peak and lets it fall linearly to 0 within a sixteenth of a measure at 164 BPM,
     /// in place. Returns: false when cancelled, or when that time has no whole element and
     /// `thumb` is unchanged.
@@ -65,14 +70,11 @@ public:
     /// last element of a target of the same length keeps its value. Returns: true.
     bool BuildSlopeThumbnail(CPfPcmThumbnail const* source, CPfPcmThumbnail* target);
 
-    /// False once an operation that goes on without memory had none, and changed nothing.
-    [[nodiscard]] bool HadMemory() const { return m_bHadMemory; }
-
 private:
     [[nodiscard]] bool IsCancelled() const;
+    bool Smooth(std::span<float const> elements, std::span<float> smooth) const;
     [[nodiscard]] std::uint32_t WorkingRate() const;
 
     CCancelFlag const* m_pCancel;
     double m_dSampleRate;
-    bool m_bHadMemory = true;
 };

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 //
-// The envelope shapers of CPcmThumbnailBuilder, each in place over one thumbnail.
+// The envelope shapers of CPcmThumbnailBuilder, each in place over one thumbnail, or into a copy.
 
 #include "engine/envelope/PcmThumbnail.h"
 #include "engine/envelope/ThumbnailBuilder.h"
@@ -43,14 +43,9 @@ void ApplyHood(std::span<float> elements, std::size_t peak, std::uint32_t length
 
 } // namespace
 
-bool CPcmThumbnailBuilder::SmoothThumbnail(CPfPcmThumbnail* thumb) {
-    std::span<float> const elements = thumb->Elements();
+/// Writes the moving average of `elements` to as many of `smooth`. Returns: false when cancelled.
+bool CPcmThumbnailBuilder::Smooth(std::span<float const> elements, std::span<float> smooth) const {
     std::size_t const count = elements.size();
-    std::unique_ptr<float[]> const smooth(new (std::nothrow) float[count]());
-    if (smooth == nullptr) {
-        m_bHadMemory = false;
-        return !IsCancelled();
-    }
     std::size_t const window = std::min(kSmoothingWindow, count);
     auto const divisor = static_cast<float>(window);
     float sum = SumOf(elements.first(window));
@@ -66,11 +61,26 @@ bool CPcmThumbnailBuilder::SmoothThumbnail(CPfPcmThumbnail* thumb) {
             ++entering;
         }
     }
-    if (IsCancelled() || written != count) {
+    return written == count && !IsCancelled();
+}
+
+bool CPcmThumbnailBuilder::SmoothThumbnail(CPfPcmThumbnail* thumb) {
+    std::span<float> const elements = thumb->Elements();
+    std::unique_ptr<float[]> const smooth(new (std::nothrow) float[elements.size()]());
+    if (smooth == nullptr) {
+        return !IsCancelled();
+    }
+    if (!Smooth(elements, {smooth.get(), elements.size()})) {
         return false;
     }
-    std::copy_n(smooth.get(), count, elements.begin());
+    std::copy_n(smooth.get(), elements.size(), elements.begin());
     return true;
+}
+
+bool CPcmThumbnailBuilder::BuildSmoothThumbnail(CPfPcmThumbnail const& source,
+                                                CPfPcmThumbnail* target) const {
+    *target = source;
+    return target->GetCount() == source.GetCount() && Smooth(source.Elements(), target->Elements());
 }
 
 bool CPcmThumbnailBuilder::PeakHoldThumbnail(CPfPcmThumbnail* thumb) {

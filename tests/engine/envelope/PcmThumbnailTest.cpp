@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 #include <initializer_list>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -223,6 +224,24 @@ TEST(PcmThumbnailTest, CopiesElementsAndMeasureFields) {
     CPfPcmThumbnail const& self = copy;
     copy = self;
     EXPECT_EQ(copy.GetAt(2), 6.0f);
+}
+
+TEST(PcmThumbnailTest, AMoveTakesTheElementsAlong) {
+    CPfPcmThumbnail thumb = Thumbnail({3.0f, 3.0f, 6.0f}, kSlowRate);
+    thumb.ApplyBpm(kThreeSamplesPerMeasureBpm);
+    float const* const elements = thumb.Elements().data();
+    CPfPcmThumbnail moved(std::move(thumb));
+    EXPECT_EQ(moved.Elements().data(), elements);
+    EXPECT_EQ(moved.GetCount(), 3);
+    EXPECT_EQ(moved.GetSampleCount(), 3);
+    EXPECT_EQ(moved.GetSampleRate(), kSlowRate);
+    EXPECT_EQ(moved.GetMaxRunningMeasAvg(), 4.0f);
+    EXPECT_EQ(moved.GetElePerMeas(0.0f), 3U);
+    EXPECT_EQ(thumb.GetCount(), 0); // NOLINT(bugprone-use-after-move): what is left is said
+    EXPECT_EQ(thumb.GetAt(0), 0.0f);
+    CPfPcmThumbnail& self = moved;
+    moved = std::move(self);
+    EXPECT_EQ(moved.GetAt(2), 6.0f);
 }
 
 TEST(PcmThumbnailTest, AnAssignmentWithoutMemoryLeavesTheTargetEmpty) {

@@ -26,7 +26,13 @@ std::vector<float> ValuesOf(CPfPcmThumbnail const& thumb) {
 
 std::vector<float> Smooth(std::vector<float> const& values) {
     CPfPcmThumbnail thumb = Thumbnail(values);
-    EXPECT_TRUE(CPcmThumbnailBuilder(nullptr, 44100.0).SmoothThumbnail(&thumb));
+    CPcmThumbnailBuilder builder(nullptr, 44100.0);
+    CPfPcmThumbnail built = Thumbnail({5.0f});
+    EXPECT_TRUE(builder.BuildSmoothThumbnail(thumb, &built));
+    EXPECT_EQ(ValuesOf(thumb), values);
+    EXPECT_TRUE(builder.SmoothThumbnail(&thumb));
+    EXPECT_EQ(ValuesOf(built), ValuesOf(thumb));
+    EXPECT_EQ(built.GetSampleRate(), thumb.GetSampleRate());
     return ValuesOf(thumb);
 }
 
@@ -111,6 +117,9 @@ TEST(ThumbnailShapesTest, SmoothingWithoutMemoryChangesNothing) {
     CPcmThumbnailBuilder builder(&cancel, 44100.0);
     CFailingAllocation const noMemory;
     EXPECT_TRUE(builder.SmoothThumbnail(&thumb));
+    CPfPcmThumbnail built;
+    EXPECT_FALSE(builder.BuildSmoothThumbnail(thumb, &built));
+    EXPECT_TRUE(built.LacksMemory());
     cancel.Set();
     EXPECT_FALSE(builder.SmoothThumbnail(&thumb));
     EXPECT_EQ(thumb.GetAt(0), 1.0f);
@@ -193,7 +202,10 @@ TEST(ThumbnailShapesTest, ACancelledSmoothingLeavesTheThumbnail) {
     CCancelFlag cancel;
     cancel.Set();
     CPfPcmThumbnail thumb = Thumbnail({1.0f, 2.0f, 6.0f});
-    EXPECT_FALSE(CPcmThumbnailBuilder(&cancel, 44100.0).SmoothThumbnail(&thumb));
+    CPcmThumbnailBuilder builder(&cancel, 44100.0);
+    EXPECT_FALSE(builder.SmoothThumbnail(&thumb));
+    CPfPcmThumbnail built;
+    EXPECT_FALSE(builder.BuildSmoothThumbnail(thumb, &built));
     EXPECT_EQ(ValuesOf(thumb), (std::vector<float>{1.0f, 2.0f, 6.0f}));
 }
 
