@@ -58,9 +58,12 @@ public:
     /// falls with their distance, times both confidences. 0 to 1; 0 beyond 31 steps.
     static float CalcConQuality(Nodes const& nodes, float interval, std::int32_t i, std::int32_t j);
 
-    /// The connections of quality above 0 between nodes up to 32 steps apart, by first, then second
-    /// node. `nodes` must be in position order and numbered 0, 1, 2 ...
-    static std::vector<CPfBeatConnection> BuildConnections(Nodes const& nodes, float step);
+    /// The best `most` of the connections of quality above 0 between nodes up to 32 steps apart:
+    /// by descending quality, then by first and second node. Of these, those behind `last`, which
+    /// may be null. `nodes` must be in position order and numbered 0, 1, 2 ..., `most` above 0.
+    static std::vector<CPfBeatConnection> BestConnections(Nodes const& nodes, float step,
+                                                          CPfBeatConnection const* last,
+                                                          std::size_t most);
 
     /// Sorts by descending quality; equals keep their order. Qualities must be above 0.
     static void RankConnections(std::vector<CPfBeatConnection>* connections);

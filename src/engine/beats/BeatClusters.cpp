@@ -4,8 +4,8 @@
 // Steps of ClusterFilterPoints:
 // 1. BuildNodes          a node per candidate, confidences stretched to 0..1
 // 2. ProximityConfFilter of close neighbours the more confident stays
-// 3. BuildConnections    every pair up to 32 steps apart that fits the step, RankConnections: best
-//                        first (BeatConnections.cpp)
+// 3. BestConnections     pairs up to 32 steps apart that fit the step, best first
+//                        (BeatConnections.cpp)
 // 4. LinkBestFirst       greedily, until 80 % of the nodes are chained (BeatLinker.cpp)
 // 5. RankChains          by span and confidence
 // 6. DropOverlaps, DropShortChains
@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <list>
 #include <map>
+#include <optional>
 
 namespace {
 
@@ -26,6 +27,9 @@ using Nodes = CPfBeatBuilder::Nodes;
 
 constexpr float kProximitySteps = 0.45f;        // Fixed: reach of the proximity filter.
 constexpr std::int32_t kLeastChainIndices = 32; // Fixed: shorter chains are dropped.
+
+// Fixed: those of half an hour; 1.5 MB, and three times that while they are looked for.
+constexpr std::size_t kConnectionsAtOnce = std::size_t{1} << 17U;
 
 Nodes BuildNodes(CPfPcmThumbnail const& envelope, CPfImpactPoints const& candidates) {
     Nodes nodes;
@@ -49,6 +53,22 @@ Nodes BuildNodes(CPfPcmThumbnail const& envelope, CPfImpactPoints const& candida
         node.m_fConfidence = (node.m_fConfidence - lowest) / range;
     }
     return nodes;
+}
+
+/// Links the connections, best first, until that is enough. Returns: false when cancelled.
+bool LinkAll(Nodes const& nodes, float step, CCancelFlag const* cancel, CPfBeatLinker* linker) {
+    std::vector<CPfBeatConnection> connections;
+    do {
+        std::optional<CPfBeatConnection> const last =
+            connections.empty() ? std::nullopt : std::optional(connections.back());
+        connections = {}; // its memory goes before there is more
+        connections = CPfBeatBuilder::BestConnections(nodes, step, last ? &*last : nullptr,
+                                                      kConnectionsAtOnce);
+        if (!linker->LinkBestFirst(connections, cancel)) {
+            return false;
+        }
+    } while (connections.size() == kConnectionsAtOnce && !linker->IsEnough());
+    return true;
 }
 
 std::vector<std::int64_t> Positions(Nodes const& nodes) {
@@ -152,10 +172,8 @@ bool CPfBeatBuilder::ClusterFilterPoints(CPfPcmThumbnail const* envelope, float 
     }
     float const step = AverageInterval(interval, Positions(nodes));
 
-    std::vector<CPfBeatConnection> connections = BuildConnections(nodes, step);
-    RankConnections(&connections);
     CPfBeatLinker linker(&nodes);
-    if (!linker.LinkBestFirst(connections, m_pCancel)) {
+    if (!LinkAll(nodes, step, m_pCancel, &linker)) {
         return false;
     }
     std::list<CPfBeatPointChain> ranked = RankChains(nodes, linker.TakeChains());

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
-// Connections of the beat graph: which pairs of nodes fit the step (BuildConnections), how well
-// (CalcConQuality), and in which order they are linked (RankConnections).
+// Connections of the beat graph: which pairs of nodes fit the step (VisitConnections), how well
+// (CalcConQuality), and in which order they are linked, some at a time (BestConnections).
 
 #include "engine/beats/BeatBuilder.h"
 
@@ -10,6 +10,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <functional>
 #include <utility>
 
 namespace {
@@ -47,6 +48,62 @@ bool IsSurelyUnfit(std::int64_t distance, float interval, std::uint32_t steps) {
     return std::abs(exact - static_cast<double>(steps)) > kSurelyUnfit;
 }
 
+/// Calls `visit` with every connection of quality above 0, by first, then second node.
+template <typename Visit>
+void VisitConnections(CPfBeatBuilder::Nodes const& nodes, float step, Visit visit) {
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        if (nodes[i].m_fConfidence == 0.0f) {
+            continue; // and so is the quality of all its connections
+        }
+        for (std::size_t j = i + 1; j < nodes.size(); ++j) {
+            std::int64_t const distance = nodes[j].m_nPosition - nodes[i].m_nPosition;
+            std::uint32_t const steps = CPfBeatBuilder::IntervalCount(distance, step);
+            if (steps > kFarthestSteps) {
+                break;
+            }
+            if (steps == 0 || IsSurelyUnfit(distance, step, steps)) {
+                continue;
+            }
+            float const quality =
+                CalcFit(distance, step, steps) * nodes[i].m_fConfidence * nodes[j].m_fConfidence;
+            if (quality > 0.0f) {
+                visit({static_cast<std::int32_t>(i), static_cast<std::int32_t>(j), quality});
+            }
+        }
+    }
+}
+
+/// True when `a` ranks before `b`: by quality, then by first and second node.
+bool RanksBefore(CPfBeatConnection const& a, CPfBeatConnection const& b) {
+    return a.m_fQuality != b.m_fQuality
+               ? a.m_fQuality > b.m_fQuality
+               : std::pair(a.m_nFirst, a.m_nSecond) < std::pair(b.m_nFirst, b.m_nSecond);
+}
+
+/// Keeps the best `most` of connections that come by first, then second node, in that order.
+/// Returns: the quality of the worst that is left, which no later one must only equal.
+float KeepBest(std::size_t most, std::vector<CPfBeatConnection>* connections) {
+    std::vector<float> qualities;
+    qualities.reserve(connections->size());
+    for (CPfBeatConnection const& connection : *connections) {
+        qualities.push_back(connection.m_fQuality);
+    }
+    auto const worst = qualities.begin() + static_cast<std::ptrdiff_t>(most - 1);
+    std::ranges::nth_element(qualities, worst, std::greater());
+    float const least = *worst;
+    auto room = most - static_cast<std::size_t>(std::ranges::count_if(
+                           *connections, [least](auto const& c) { return c.m_fQuality > least; }));
+    std::erase_if(*connections, [least, &room](CPfBeatConnection const& connection) {
+        if (connection.m_fQuality != least) {
+            return connection.m_fQuality < least;
+        }
+        bool const isLeftOut = room == 0;
+        room -= isLeftOut ? 0 : 1;
+        return isLeftOut;
+    });
+    return least;
+}
+
 /// One digit of the quality's bits, turned round so that the best quality comes first. The bits of
 /// positive floats have the order of the floats.
 std::uint32_t DigitOf(CPfBeatConnection const& connection, std::uint32_t digit) {
@@ -68,34 +125,30 @@ float CPfBeatBuilder::CalcConQuality(Nodes const& nodes, float interval, std::in
     return CalcFit(distance, interval, steps) * a.m_fConfidence * b.m_fConfidence;
 }
 
-std::vector<CPfBeatConnection> CPfBeatBuilder::BuildConnections(Nodes const& nodes, float step) {
-    std::vector<CPfBeatConnection> connections;
-    for (std::size_t i = 0; i < nodes.size(); ++i) {
-        if (nodes[i].m_fConfidence == 0.0f) {
-            continue; // and so is the quality of all its connections
+std::vector<CPfBeatConnection> CPfBeatBuilder::BestConnections(Nodes const& nodes, float step,
+                                                               CPfBeatConnection const* last,
+                                                               std::size_t most) {
+    std::vector<CPfBeatConnection> best;
+    float least = 0.0f;
+    VisitConnections(nodes, step, [&](CPfBeatConnection const& connection) {
+        if (connection.m_fQuality <= least ||
+            (last != nullptr && !RanksBefore(*last, connection))) {
+            return;
         }
-        for (std::size_t j = i + 1; j < nodes.size(); ++j) {
-            std::int64_t const distance = nodes[j].m_nPosition - nodes[i].m_nPosition;
-            std::uint32_t const steps = IntervalCount(distance, step);
-            if (steps > kFarthestSteps) {
-                break;
-            }
-            if (steps == 0 || IsSurelyUnfit(distance, step, steps)) {
-                continue;
-            }
-            float const quality =
-                CalcFit(distance, step, steps) * nodes[i].m_fConfidence * nodes[j].m_fConfidence;
-            if (quality > 0.0f) {
-                connections.push_back(
-                    {static_cast<std::int32_t>(i), static_cast<std::int32_t>(j), quality});
-            }
+        best.push_back(connection);
+        if (best.size() == 2 * most) {
+            least = KeepBest(most, &best);
         }
+    });
+    if (best.size() > most) {
+        (void)KeepBest(most, &best);
     }
-    return connections;
+    RankConnections(&best);
+    return best;
 }
 
 // A radix sort from the lowest digit to the highest: stable, and linear in a number of connections
-// that goes into the hundreds of thousands for a long track.
+// that goes into the hundreds of thousands.
 void CPfBeatBuilder::RankConnections(std::vector<CPfBeatConnection>* connections) {
     std::vector<CPfBeatConnection> sorted(connections->size());
     for (std::uint32_t digit = 0; digit < kDigits; ++digit) {

@@ -25,11 +25,15 @@ bool CPfBeatLinker::LinkBestFirst(std::vector<CPfBeatConnection> const& connecti
         if (cancel != nullptr && cancel->IsSet()) {
             return false;
         }
-        if (Link(connection) && Coverage() >= kEnoughCoverage) {
+        if (Link(connection) && IsEnough()) {
             break;
         }
     }
     return true;
+}
+
+bool CPfBeatLinker::IsEnough() const {
+    return Coverage() >= kEnoughCoverage;
 }
 
 bool CPfBeatLinker::Link(CPfBeatConnection const& connection) {

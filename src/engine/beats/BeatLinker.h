@@ -24,6 +24,9 @@ public:
     bool LinkBestFirst(std::vector<CPfBeatConnection> const& connections,
                        CCancelFlag const* cancel);
 
+    /// True once 80 % of the active nodes are in a chain.
+    [[nodiscard]] bool IsEnough() const;
+
     /// Takes the next best connection into account.
     /// Returns: false when it was passed over because one of its ends is inactive.
     bool Link(CPfBeatConnection const& connection);

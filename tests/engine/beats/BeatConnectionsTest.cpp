@@ -33,6 +33,29 @@ bool AreEqual(std::vector<CPfBeatConnection> const& a, std::vector<CPfBeatConnec
     });
 }
 
+std::vector<CPfBeatConnection> All(CPfBeatBuilder::Nodes const& nodes, float step) {
+    return CPfBeatBuilder::BestConnections(nodes, step, nullptr, 1000 * nodes.size());
+}
+
+/// All of them, `most` from each call.
+std::vector<CPfBeatConnection> AFewAtATime(CPfBeatBuilder::Nodes const& nodes, float step,
+                                           std::size_t most) {
+    std::vector<CPfBeatConnection> all;
+    for (std::size_t before = 1; before != all.size();) {
+        before = all.size();
+        std::vector<CPfBeatConnection> const next =
+            CPfBeatBuilder::BestConnections(nodes, step, all.empty() ? nullptr : &all.back(), most);
+        EXPECT_LE(next.size(), most);
+        all.insert(all.end(), next.begin(), next.end());
+    }
+    return all;
+}
+
+std::vector<CPfBeatConnection> Ranked(std::vector<CPfBeatConnection> connections) {
+    std::ranges::stable_sort(connections, BeatConQualitySort);
+    return connections;
+}
+
 } // namespace
 
 TEST(BeatConnectionsTest, WholeStepsUpToAMeasureAreWorthOne) {
@@ -86,14 +109,13 @@ TEST(BeatConnectionsTest, IntervalsWithoutStepsGiveNoLinks) {
     }
 }
 
-TEST(BeatConnectionsTest, PairsAreFoundByFirstThenSecondNode) {
+TEST(BeatConnectionsTest, EqualPairsComeByFirstThenSecondNode) {
     CPfBeatBuilder::Nodes nodes(3);
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         nodes[i].m_nPosition = static_cast<std::int64_t>(i) * 1000;
         nodes[i].m_fConfidence = 1.0f;
     }
-    EXPECT_TRUE(AreEqual(CPfBeatBuilder::BuildConnections(nodes, 1000.0f),
-                         {{0, 1, 1.0f}, {0, 2, 1.0f}, {1, 2, 1.0f}}));
+    EXPECT_TRUE(AreEqual(All(nodes, 1000.0f), {{0, 1, 1.0f}, {0, 2, 1.0f}, {1, 2, 1.0f}}));
 }
 
 TEST(BeatConnectionsTest, PairsAtAndBeyond32StepsAreNone) {
@@ -104,8 +126,8 @@ TEST(BeatConnectionsTest, PairsAtAndBeyond32StepsAreNone) {
     for (CPfBeatPoint& node : nodes) {
         node.m_fConfidence = 1.0f;
     }
-    EXPECT_TRUE(AreEqual(CPfBeatBuilder::BuildConnections(nodes, 1000.0f),
-                         {{0, 1, 1.0f / 24.0f}, {1, 2, 1.0f}, {1, 3, 1.0f}, {2, 3, 1.0f}}));
+    EXPECT_TRUE(AreEqual(All(nodes, 1000.0f),
+                         {{1, 2, 1.0f}, {1, 3, 1.0f}, {2, 3, 1.0f}, {0, 1, 1.0f / 24.0f}}));
 }
 
 TEST(BeatConnectionsTest, EveryPairHasTheQualityAskedForAlone) {
@@ -120,10 +142,25 @@ TEST(BeatConnectionsTest, EveryPairHasTheQualityAskedForAlone) {
             node.m_nPosition = position;
             node.m_fConfidence = static_cast<float>(random() % 11) / 10.0f;
         }
-        ASSERT_TRUE(AreEqual(CPfBeatBuilder::BuildConnections(nodes, step),
-                             plain::Connections(nodes, step)))
-            << round;
+        std::vector<CPfBeatConnection> const expected = Ranked(plain::Connections(nodes, step));
+        ASSERT_TRUE(AreEqual(All(nodes, step), expected)) << round;
+        for (std::size_t const most : {1U, 2U, 7U, 50U}) {
+            ASSERT_TRUE(AreEqual(AFewAtATime(nodes, step, most), expected)) << round << ' ' << most;
+        }
     }
+}
+
+TEST(BeatConnectionsTest, OfEqualOnesTheFirstAreHandedOutFirst) {
+    CPfBeatBuilder::Nodes nodes(5);
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        nodes[i].m_nPosition = static_cast<std::int64_t>(i) * 1000;
+        nodes[i].m_fConfidence = 1.0f;
+    }
+    std::vector<CPfBeatConnection> const first =
+        CPfBeatBuilder::BestConnections(nodes, 1000.0f, nullptr, 3);
+    EXPECT_TRUE(AreEqual(first, {{0, 1, 1.0f}, {0, 2, 1.0f}, {0, 3, 1.0f}}));
+    EXPECT_TRUE(AreEqual(CPfBeatBuilder::BestConnections(nodes, 1000.0f, &first.back(), 3),
+                         {{0, 4, 1.0f}, {1, 2, 1.0f}, {1, 3, 1.0f}}));
 }
 
 TEST(BeatConnectionsTest, BestConnectionsGoFirstAndEqualOnesKeepTheirOrder) {
