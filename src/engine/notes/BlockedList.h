@@ -82,12 +82,31 @@ public:
         return high;
     }
 
-    /// Calls `visit` with every item in order.
-    template <typename Visitor>
-    void ForEach(Visitor visit) const {
-        for (auto const& block : m_vBlocks) {
-            std::for_each_n(block->m_vItems.begin(), block->m_nCount, visit);
+    /// Asks `isKept` of every item in order and drops those of which it doesn't hold, in place.
+    template <typename Predicate>
+    void KeepIf(Predicate isKept) {
+        std::size_t target = 0; // never behind the block that is read
+        std::uint32_t fill = 0;
+        for (std::size_t block = 0; block < m_vBlocks.size(); ++block) {
+            std::uint32_t const count = m_vBlocks[block]->m_nCount;
+            for (std::uint32_t i = 0; i < count; ++i) {
+                T const item = m_vBlocks[block]->m_vItems[i];
+                if (!isKept(item)) {
+                    continue;
+                }
+                if (fill == kBlockItems) {
+                    m_vBlocks[target]->m_nCount = fill;
+                    ++target;
+                    fill = 0;
+                }
+                m_vBlocks[target]->m_vItems[fill++] = item;
+            }
         }
+        if (target < m_vBlocks.size()) {
+            m_vBlocks[target]->m_nCount = fill;
+        }
+        m_vBlocks.resize(fill > 0 ? target + 1 : 0);
+        Recount();
     }
 
 private:
@@ -95,6 +114,15 @@ private:
         std::uint32_t m_nCount = 0;
         std::array<T, kBlockItems> m_vItems;
     };
+
+    void Recount() {
+        m_vStarts.clear();
+        m_nCount = 0;
+        for (auto const& block : m_vBlocks) {
+            m_vStarts.push_back(m_nCount);
+            m_nCount += block->m_nCount;
+        }
+    }
 
     /// The block that holds `rank`, among blocks [first, end); the last of them for a rank behind.
     [[nodiscard]] std::size_t BlockOf(std::uint32_t rank, std::size_t first,

@@ -11,6 +11,7 @@
 #include "engine/notes/NoteDetector.h"
 
 #include "base/Rounding.h"
+#include "base/TimeUtil.h"
 #include "engine/Profiler.h"
 #include "engine/envelope/Tempo.h"
 #include "engine/envelope/ThumbnailBuilder.h"
@@ -45,6 +46,13 @@ constexpr double g_fNotePeriods[] = {
     0.015289026, 0.014430919, 0.013620973, 0.012856487, 0.012134908, 0.011453828,
     0.010810974, 0.010204200, 0.009631483, 0.009090909, 0.008580676, 0.008099079};
 
+// Fixed: notes of 45 minutes, 3 MB; a stream of fewer keeps all until it is pruned.
+constexpr std::uint32_t kMostNotes = std::uint32_t{1} << 17U;
+
+// Derived: above 2 * 24 * 1348 / 2. Where notes without strength are possible, less than the
+// longest period before the stream's end, no more than every other sample is an upward crossing.
+constexpr std::uint32_t kStrongestNotes = std::uint32_t{1} << 15U;
+
 CIIRSection DesignSection() {
     CIIRFilt design;
     design.Init(kEngineRateHz); // whatever the reader's rate
@@ -62,7 +70,8 @@ CPfNoteDetector::CPfNoteDetector(IPcmReader* reader, CPcmThumbnailBuilder* build
                                  CPfPcmThumbnail* thumb)
     : m_filter(DesignSection(), GetLaneCount(), kLaneSpacing),
       m_pThumb(thumb),
-      m_pThumbBuilder(builder) {
+      m_pThumbBuilder(builder),
+      m_nThinAbove(kMostNotes) {
     (void)builder->InitThumbnail(reader, kSamplesPerElement, thumb);
     m_pBuffer.reset(new (std::nothrow) float[kBufferSamples]);
     for (double const period : g_fNotePeriods) {
@@ -118,6 +127,14 @@ void CPfNoteDetector::EndStride() {
     // Wraps at 32 bits, after 13 hours of stream.
     m_nBasePos = static_cast<std::int32_t>(static_cast<std::uint32_t>(m_nBasePos) +
                                            std::uint32_t{kStrideSamples});
+    ThinNotes();
+}
+
+void CPfNoteDetector::ThinNotes() {
+    if (m_noteMap.GetCount() > m_nThinAbove) {
+        m_noteMap.Thin(kPruneWindow, SamplePosToTime(m_nBasePos, kEngineRateHz), kStrongestNotes);
+        m_nThinAbove = std::max(kMostNotes, 2 * m_noteMap.GetCount());
+    }
 }
 
 void CPfNoteDetector::CatchUp() {
@@ -155,7 +172,7 @@ CStatus CPfNoteDetector::FinalizeNoteDetection(CProfiler* profiler) {
         return kStatusNothing;
     }
     SearchAndMeasure(m_nFiltered);
-    m_nFound = m_noteMap.GetCount();
+    m_nFound = m_noteMap.GetHeardCount();
     m_noteMap.ReportItems();
     (void)m_noteMap.RemoveSimilarItems(kPruneWindow);
     m_noteMap.ReportItems();

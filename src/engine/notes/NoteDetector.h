@@ -64,6 +64,7 @@ private:
     void CatchUp();
     void EndStride();
     void SearchAndMeasure(std::int32_t count);
+    void ThinNotes();
 
     CLaneFilter m_filter;
     CPfNoteMap m_noteMap;
@@ -76,4 +77,5 @@ private:
     CPfPcmThumbnail* m_pThumb;
     CPcmThumbnailBuilder* m_pThumbBuilder;
     std::uint32_t m_nFound = 0;
+    std::uint32_t m_nThinAbove; // from so many notes on those are dropped that go anyway
 };

@@ -42,6 +42,18 @@ public:
     /// Units: microseconds. Returns: `kStatusOk`.
     CStatus RemoveSimilarItems(std::int64_t window);
 
+    /// Drops notes that `RemoveSimilarItems(window)` is sure to remove, given that every note to
+    /// come has a time of `horizon` or later, so that a long stream needs no more memory than a
+    /// short one. What that leaves in the end is the same, order included. The first `strongest`
+    /// notes stay, so that notes without a strength come to their places among them, as long as
+    /// fewer than half as many notes are added from the first of these on; so does the last note.
+    /// With a note without strength in the map nothing is dropped. `window`, 0 or more, and
+    /// `strongest`, 2 or more, must be those of the calls before.
+    void Thin(std::int64_t window, std::int64_t horizon, std::uint32_t strongest);
+
+    /// How many notes there would be if none had been dropped as similar before their time.
+    [[nodiscard]] std::uint32_t GetHeardCount() const { return m_items.GetCount() + m_nThinned; }
+
     /// The i-th item, which stays the map's. Returns: `kStatusNothing`, `item` untouched, outside
     /// [0, count).
     CStatus EnumItems(std::int32_t i, CPfNoteDetection** item);
@@ -56,6 +68,11 @@ private:
     static constexpr std::uint32_t kBlockItems = 256;
     using CItems = CBlockedList<CPfNoteDetection, kBlockItems>;
 
+    [[nodiscard]] std::uint32_t PlaceOf(float strength);
+
     CItems m_items;
     float m_fSmallest = 0.0f;
+    std::uint32_t m_nThinned = 0;   // notes that `Thin` has dropped
+    std::uint32_t m_nStrongest = 0; // so many at the front are as if it had not
+    bool m_bOrdered = true;         // all notes have strengths
 };

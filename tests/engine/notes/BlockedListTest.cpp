@@ -10,16 +10,18 @@
 namespace {
 
 template <typename List>
-std::vector<int> Items(List const& list) {
+std::vector<int> Items(List& list) {
     std::vector<int> items;
-    list.ForEach([&items](int item) { items.push_back(item); });
+    for (std::uint32_t i = 0; i < list.GetCount(); ++i) {
+        items.push_back(list.At(i));
+    }
     return items;
 }
 
 } // namespace
 
 TEST(BlockedListTest, StartsEmpty) {
-    CBlockedList<int, 4> const list;
+    CBlockedList<int, 4> list;
     EXPECT_EQ(list.GetCount(), 0U);
     EXPECT_TRUE(Items(list).empty());
     EXPECT_EQ(list.Bisect([](int) { return true; }), 0U);
@@ -52,6 +54,33 @@ TEST(BlockedListTest, RandomInsertionsAreThoseOfAVector) {
     EXPECT_EQ(Items(list), expected);
     for (std::uint32_t i = 0; i < expected.size(); ++i) {
         ASSERT_EQ(list.At(i), expected[i]) << i;
+    }
+}
+
+TEST(BlockedListTest, KeepsWhatItIsAskedToInOrderAndGoesOn) {
+    std::mt19937 random(3);
+    for (std::uint32_t const oneIn : {1U, 2U, 5U, 1'000'000U}) {
+        CBlockedList<int, 8> list;
+        std::vector<int> expected;
+        for (int round = 0; round < 4; ++round) {
+            for (int value = 0; value < 300; ++value) {
+                auto const rank = static_cast<std::uint32_t>(random() % (expected.size() + 1));
+                list.InsertAt(rank, value);
+                expected.insert(expected.begin() + rank, value);
+            }
+            std::vector<int> asked;
+            auto const isKept = [oneIn](int item) {
+                return static_cast<std::uint32_t>(item * 7 + 1) % oneIn == 0;
+            };
+            list.KeepIf([&](int item) {
+                asked.push_back(item);
+                return isKept(item);
+            });
+            EXPECT_EQ(asked, expected);
+            std::erase_if(expected, [&](int item) { return !isKept(item); });
+            ASSERT_EQ(Items(list), expected) << oneIn;
+            ASSERT_EQ(list.GetCount(), expected.size());
+        }
     }
 }
 

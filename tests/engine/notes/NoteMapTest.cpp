@@ -201,6 +201,68 @@ TEST(NoteMapTest, PruningIsThatOfAllPairs) {
     }
 }
 
+TEST(NoteMapTest, WhatIsThinnedWhileItGrowsComesOutTheSame) {
+    constexpr std::uint32_t kStrongest = 300;
+    constexpr std::uint32_t kAtTheEnd = 140; // fewer than half of them
+    for (std::uint32_t seed = 1; seed <= 12; ++seed) {
+        std::mt19937 random(seed);
+        std::uint32_t const levels = 1U << (2 * (seed % 6));
+        CPfNoteMap map;
+        COracleMap oracle;
+        // Three notes at a time.
+        constexpr std::int64_t kSpacing = 60'000;
+        auto const startOf = [](std::uint32_t i) { return std::int64_t{i / 3} * kSpacing; };
+        auto const add = [&](std::uint32_t i, float strength) {
+            std::int64_t const time = startOf(i) + std::int64_t{i / 3} * 7919 % kSpacing;
+            map.AddDetection(i % 24, time, strength);
+            oracle.Add(i % 24, time, strength);
+        };
+        auto const level = [&] { return 1.0f - static_cast<float>(random() % levels) * 0x1p-24f; };
+        constexpr std::uint32_t kNotes = 5000;
+        for (std::uint32_t i = 0; i < kNotes; ++i) {
+            add(i, level());
+            if (i % (100 * seed) == 0) {
+                map.Thin(kHalfSecond, startOf(i + 1), kStrongest);
+            }
+        }
+        ASSERT_EQ(map.GetHeardCount(), kNotes);
+        EXPECT_LT(map.GetCount(), kNotes / 2);
+        for (std::uint32_t i = 0; i < kAtTheEnd; ++i) {
+            add(kNotes + i, random() % 3 == 0 ? kNoStrength : level());
+        }
+        map.Thin(kHalfSecond, startOf(kNotes + kAtTheEnd), kStrongest);
+        EXPECT_EQ(map.GetHeardCount(), oracle.GetNotes().size());
+        map.RemoveSimilarItems(kHalfSecond);
+        oracle.Prune(kHalfSecond);
+        ExpectSame(map, oracle);
+        EXPECT_EQ(map.GetHeardCount(), map.GetCount());
+    }
+}
+
+TEST(NoteMapTest, ThinningKeepsWhatALaterNoteMaySave) {
+    CPfNoteMap map;
+    AddAll(map, {0.99f, 0.98f}); // at 0 and 1 s: the strongest, which stay
+    map.AddDetection(2, 5'000'000, 0.9f);
+    map.AddDetection(3, 5'400'000, 0.8f); // near note 2, which a stronger one may remove
+    map.AddDetection(4, 9'000'000, 0.1f); // the last
+    map.Thin(kHalfSecond, 5'500'000, 2);
+    EXPECT_EQ(Notes(map), (std::vector<int>{0, 1, 2, 3, 4}));
+    map.Thin(kHalfSecond, 5'500'001, 2); // nothing that is to come is near note 2
+    EXPECT_EQ(Notes(map), (std::vector<int>{0, 1, 2, 4}));
+    EXPECT_EQ(map.GetHeardCount(), 5U);
+}
+
+TEST(NoteMapTest, OfNotesAtTheSameTimeOnlyTheFirstCanStay) {
+    CPfNoteMap map;
+    AddAll(map, {0.99f, 0.98f});
+    map.AddDetection(2, 5'000'000, 0.9f);
+    map.AddDetection(3, 5'000'000, 0.8f);
+    map.AddDetection(4, 5'000'001, 0.7f);
+    map.AddDetection(5, 5'100'000, 0.1f);
+    map.Thin(kHalfSecond, 5'200'000, 2);
+    EXPECT_EQ(Notes(map), (std::vector<int>{0, 1, 2, 4, 5}));
+}
+
 TEST(NoteMapTest, WindowReachesTheEndsOfTime) {
     constexpr std::int64_t kEnd = std::numeric_limits<std::int64_t>::max();
     CPfNoteMap map;
