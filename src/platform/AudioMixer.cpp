@@ -62,6 +62,10 @@ int CAudioMixer::Push(AVFrame const& frame) {
         return status >= 0 ? Convert(data, frame.nb_samples) : status;
     }
     int const mixed = MixDown(data, frame.nb_samples);
+    if (mixed > 0 && m_resampler == nullptr) {
+        m_queue.Append({m_vMono.data(), static_cast<std::size_t>(mixed)});
+        return mixed;
+    }
     auto const* mono = reinterpret_cast<std::uint8_t const*>(m_vMono.data());
     return mixed > 0 ? Convert(&mono, mixed) : mixed;
 }
@@ -132,12 +136,13 @@ int CAudioMixer::Convert(std::uint8_t const** data, int count) {
     return done;
 }
 
-/// Makes a resampler for frames like `frame`, unless the one at hand is.
+/// Gets ready for frames like `frame`, unless it is. What comes out of the mixing at 44100 Hz needs
+/// no resampler.
 int CAudioMixer::Configure(AVFrame const& frame) {
     auto const& [order, channels, speakers, opaque] = frame.ch_layout;
     std::uint64_t const mask = order == AV_CHANNEL_ORDER_NATIVE ? speakers.mask : 0;
     auto const shape = std::tuple(frame.sample_rate, frame.format, channels, mask);
-    if (m_resampler != nullptr && m_shape == shape) {
+    if (m_shape == shape) {
         return 0;
     }
     if (frame.sample_rate < kSlowestRate || frame.sample_rate > kFastestRate) {
@@ -149,17 +154,19 @@ int CAudioMixer::Configure(AVFrame const& frame) {
         av_channel_layout_default(&in, channels);
     }
     auto format = static_cast<AVSampleFormat>(frame.format);
-    m_shape = shape;
     m_eMixed = AV_SAMPLE_FMT_NONE;
     m_widened.reset();
+    m_resampler.reset();
     if (status >= 0 && av_get_bytes_per_sample(format) > kExactBytes) {
         ChooseMixdown(in, format, frame.sample_rate, status);
         in = kMono;
         format = AV_SAMPLE_FMT_S16;
     }
-    if (status >= 0) {
+    bool const isReady = m_eMixed != AV_SAMPLE_FMT_NONE && frame.sample_rate == kOutputRate;
+    if (status >= 0 && !isReady) {
         m_resampler = MakeConverter(in, format, frame.sample_rate, kMono, AV_SAMPLE_FMT_S16,
                                     kOutputRate, status);
     }
+    m_shape = status >= 0 ? shape : decltype(m_shape)();
     return status;
 }

@@ -39,8 +39,9 @@ private:
     std::vector<double> m_vShares;                // of each channel in that
     CResamplerPtr m_widened;                      // to what is mixed down; null where frames are
     std::vector<std::uint8_t> m_vPlanes;          // widened, one channel behind the other
-    CResamplerPtr m_resampler;                    // to 44100 Hz
+    CResamplerPtr m_resampler;                    // to 44100 Hz; null where that is the rate
     std::vector<std::int16_t> m_vMono;            // mixed down, at the file's rate
     std::vector<std::int16_t> m_vBlock;
-    std::tuple<int, int, int, std::uint64_t> m_shape; // rate, format, channels, speakers
+    // Rate, format, channels and speakers of the frames that it is ready for; a rate of 0 for none.
+    std::tuple<int, int, int, std::uint64_t> m_shape{};
 };

@@ -37,6 +37,12 @@ std::int16_t RoundToStep(T value) {
 template <typename T>
 void MixToMono(T const* const* planes, std::span<T const> shares, std::size_t count,
                std::vector<T>& sum, std::int16_t* out) {
+    if (shares.size() == 1 && shares[0] == T{1}) {
+        for (std::size_t i = 0; i < count; ++i) {
+            out[i] = RoundToStep(planes[0][i]);
+        }
+        return;
+    }
     if (shares.size() == 2) {
         for (std::size_t i = 0; i < count; ++i) {
             out[i] = RoundToStep(planes[0][i] * shares[0] + planes[1][i] * shares[1]);
