@@ -9,10 +9,11 @@
 
 namespace {
 
-// Fixed: three seconds, half a megabyte: few enough for a processor's cache.
-// Whoever has to wait sleeps until half of it is there, or free, so that wake-ups are rare.
-constexpr std::size_t kRingSamples = std::size_t{1} << 17U;
-constexpr std::size_t kHalfRing = kRingSamples / 2;
+// Fixed: twelve seconds, two megabytes. The engine filters half a minute at once; decoding must not
+// run out of room meanwhile. Whoever has to wait sleeps until an eighth of it is there, or free, so
+// that wake-ups are rare.
+constexpr std::size_t kRingSamples = std::size_t{1} << 19U;
+constexpr std::size_t kEnough = kRingSamples / 8;
 constexpr std::size_t kBlockSamples = std::size_t{1} << 13U; // read at once
 
 } // namespace
@@ -62,7 +63,7 @@ CStatus CReadAhead::ReadBlocks() {
         {
             std::scoped_lock const guard(m_lock);
             m_nRead = read;
-            isEnough = m_nRead - m_nTaken >= kHalfRing;
+            isEnough = m_nRead - m_nTaken >= kEnough;
         }
         if (isEnough) {
             m_samplesRead.notify_one();
@@ -74,9 +75,9 @@ CStatus CReadAhead::ReadBlocks() {
 /// Returns: false when nobody wants more.
 bool CReadAhead::WaitForRoom(std::size_t count) {
     std::unique_lock lock(m_lock);
-    auto const hasRoom = [&] { return kRingSamples - (m_nRead - m_nTaken) >= count; };
-    if (!m_bStopping && !hasRoom()) {
-        m_roomMade.wait(lock, [&] { return m_bStopping || m_nRead - m_nTaken <= kHalfRing; });
+    auto const room = [&] { return kRingSamples - (m_nRead - m_nTaken); };
+    if (!m_bStopping && room() < count) {
+        m_roomMade.wait(lock, [&] { return m_bStopping || room() >= kEnough; });
     }
     return !m_bStopping;
 }
@@ -85,7 +86,7 @@ bool CReadAhead::WaitForRoom(std::size_t count) {
 std::size_t CReadAhead::WaitForSamples() {
     std::unique_lock lock(m_lock);
     if (m_nRead == m_nTaken) {
-        m_samplesRead.wait(lock, [&] { return m_bEnded || m_nRead - m_nTaken >= kHalfRing; });
+        m_samplesRead.wait(lock, [&] { return m_bEnded || m_nRead - m_nTaken >= kEnough; });
     }
     return m_nRead - m_nTaken;
 }
@@ -105,7 +106,7 @@ CStatus CReadAhead::Read(std::span<float> samples) {
         {
             std::scoped_lock const guard(m_lock);
             m_nTaken += count;
-            isRoomMade = m_nRead - m_nTaken <= kHalfRing;
+            isRoomMade = kRingSamples - (m_nRead - m_nTaken) >= kEnough;
         }
         if (isRoomMade) {
             m_roomMade.notify_one();

@@ -31,5 +31,10 @@ CStatus CSongReader::LoadPcm(std::uint8_t* dest, std::int64_t byteOffset, std::u
     if (status != kStatusOk || m_nOffset < streamBytes) {
         return status;
     }
-    return m_pAhead != nullptr ? m_pAhead->Finish() : m_pStream->Finish();
+    if (m_pAhead == nullptr) {
+        return m_pStream->Finish();
+    }
+    CStatus const end = m_pAhead->Finish();
+    m_pAhead.reset(); // with its memory, before the stages behind the pass take theirs
+    return end;
 }

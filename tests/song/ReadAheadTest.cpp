@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr std::size_t kCount = 1'000'003; // more than seven rings, and no multiple of a block
+constexpr std::size_t kCount = 1'000'003; // almost two rings, and no multiple of a block
 
 std::int16_t PcmAt(std::size_t i) {
     return static_cast<std::int16_t>(i * 7 % 30'011);
