@@ -70,7 +70,7 @@ struct CExportFormats {
         app.add_option_function<std::string>(
                "--offset",
                [&command](std::string const& text) { command.m_offsetSeconds = OffsetOf(text); },
-               "Milliseconds added to every position; auto (if not said): what rekordbox\n"
+               "Milliseconds added to every position; auto (if not said): what rekordbox "
                "plays of an MP3 before the music")
             ->type_name("MS");
     }
