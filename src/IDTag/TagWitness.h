@@ -20,6 +20,7 @@ struct CTagChange {
     std::optional<CString> m_textAfter;     // nothing: the frame is taken out
     std::span<std::uint8_t const> m_oldTag; // the file's first bytes, which give way
     std::span<std::uint8_t const> m_newTag; // what comes in their place; the rest follows it
+    bool m_bHasBytes = true;                // false: both are empty, and the way back is by text
 };
 
 /// Whoever wants to know of a tag's change before it happens, so that nothing is lost with a

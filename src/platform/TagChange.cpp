@@ -51,6 +51,11 @@ bool PutEach(CTagWish const& wish, char const* tempoName, char const* keyName, P
 }
 
 bool Put(TagLib::Ogg::XiphComment& comment, CTagWish const& wish) {
+    if (wish.m_bNoTempo) {
+        bool const isThere = comment.contains(kTempoComment);
+        comment.removeFields(kTempoComment);
+        return isThere;
+    }
     return PutEach(wish, kTempoComment, kKeyComment,
                    [&](char const* name, std::string const& text) {
                        TagLib::Ogg::FieldListMap const& fields = comment.fieldListMap();
@@ -63,6 +68,11 @@ bool Put(TagLib::Ogg::XiphComment& comment, CTagWish const& wish) {
 }
 
 bool Put(TagLib::APE::Tag& tag, CTagWish const& wish) {
+    if (wish.m_bNoTempo) {
+        bool const isThere = tag.itemListMap().contains(kTempoComment);
+        tag.removeItem(kTempoComment);
+        return isThere;
+    }
     return PutEach(wish, kTempoComment, kKeyComment,
                    [&](char const* name, std::string const& text) {
                        TagLib::APE::ItemListMap const& items = tag.itemListMap();
@@ -75,6 +85,11 @@ bool Put(TagLib::APE::Tag& tag, CTagWish const& wish) {
 }
 
 bool Put(TagLib::ID3v2::Tag& tag, CTagWish const& wish) {
+    if (wish.m_bNoTempo) {
+        bool const isThere = !tag.frameList(kTempoFrame).isEmpty();
+        tag.removeFrames(kTempoFrame);
+        return isThere;
+    }
     return PutEach(wish, kTempoFrame, kKeyFrame, [&](char const* id, std::string const& text) {
         TagLib::ID3v2::FrameList const& frames = tag.frameList(id);
         if (frames.isEmpty()) {
@@ -112,7 +127,18 @@ bool PutFree(TagLib::MP4::Tag& tag, String const& name, std::string const& text)
     return true;
 }
 
+bool TakeTempoOut(TagLib::MP4::Tag& tag) {
+    String const freeName = FreeItem(tag, kTempoComment);
+    bool const isThere = tag.contains(kTempoItem) || tag.contains(freeName);
+    tag.removeItem(kTempoItem);
+    tag.removeItem(freeName);
+    return isThere;
+}
+
 bool Put(TagLib::MP4::Tag& tag, CTagWish const& wish) {
+    if (wish.m_bNoTempo) {
+        return TakeTempoOut(tag);
+    }
     return PutEach(wish, kTempoComment, kKeyComment,
                    [&](char const* name, std::string const& text) {
                        String const freeName = FreeItem(tag, name);
@@ -121,6 +147,9 @@ bool Put(TagLib::MP4::Tag& tag, CTagWish const& wish) {
                        }
                        double value = 0.0;
                        (void)std::from_chars(text.data(), text.data() + text.size(), value);
+                       if (!(value > 0.0)) {
+                           return PutFree(tag, freeName, text); // words of somebody's
+                       }
                        int const whole = static_cast<int>(std::lround(std::min(value, 65'535.0)));
                        // A whole number needs no second item, but one that is there must not say
                        // otherwise.

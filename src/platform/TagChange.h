@@ -12,8 +12,12 @@
 
 /// What is to stand in a tag; an empty text is no wish.
 struct CTagWish {
-    std::string m_sTempo; // a number with a point
-    std::string m_sKey;
+    std::string m_sTempo = {}; // a number with a point
+    std::string m_sKey = {};
+    bool m_bNoTempo = false; // what tells a tempo is taken out; the texts don't count then
+
+    /// True when what tells the tempo may change.
+    [[nodiscard]] bool IsAboutTempo() const { return m_bNoTempo || !m_sTempo.empty(); }
 };
 
 /// What came of a wish.

@@ -44,8 +44,7 @@ std::string Text(std::span<std::uint8_t const> bytes) {
 
 /// True for what the wish may change, by a comment's or an item's name in upper case.
 bool IsWished(std::string_view name, CTagWish const& wish) {
-    return (name == "BPM" && !wish.m_sTempo.empty()) ||
-           (name == "INITIALKEY" && !wish.m_sKey.empty());
+    return (name == "BPM" && wish.IsAboutTempo()) || (name == "INITIALKEY" && !wish.m_sKey.empty());
 }
 
 /// The items of one file while they are collected.
@@ -152,7 +151,7 @@ void CItems::TakeItem(std::string const& type, std::int64_t place, std::int64_t 
             name = "----:" + bytes.substr(word + kAhead, data - 4 - word - kAhead);
         }
     }
-    bool const isTempo = type == "tmpo" && !m_wish.m_sTempo.empty();
+    bool const isTempo = type == "tmpo" && m_wish.IsAboutTempo();
     if (!isTempo && !IsWished(FreeName(name), m_wish)) {
         Add("item " + name, bytes + "/" + std::to_string(size));
     }

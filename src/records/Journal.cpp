@@ -136,7 +136,9 @@ public:
         m_entry.m_before = change.m_before;
         m_entry.m_oldTag = MarkOf(change.m_oldTag);
         m_entry.m_newTag = MarkOf(change.m_newTag);
-        m_entry.m_way = WayBack(change);
+        if (change.m_bHasBytes) {
+            m_entry.m_way = WayBack(change);
+        }
         m_entry.m_nId = m_journal.Enter(m_entry);
     }
 

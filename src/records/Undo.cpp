@@ -13,6 +13,9 @@
 #include "IDTag/TagStore.h"
 #include "IDTag/TagTarget.h"
 #include "records/TagDelta.h"
+#include "song/AudioKinds.h"
+#include "song/LibraryStore.h"
+#include "song/SongTags.h"
 
 #include <array>
 #include <cstring>
@@ -60,6 +63,9 @@ public:
             return {.m_eUndo = EUndo::Gone};
         }
         m_identity = *there;
+        if (IsLibrarys() && !IsAsLongAsWritten()) {
+            return PutTextBack();
+        }
         std::optional<Bytes> const newTag = TagThere(m_sPath, m_identity, m_entry.m_newTag);
         if (newTag && m_entry.m_way) {
             std::optional<Bytes> const oldTag =
@@ -104,7 +110,43 @@ private:
                     m_entry.m_textAfter);
     }
 
+    /// True for the kinds whose tags aren't in front of the audio.
+    [[nodiscard]] bool IsLibrarys() const {
+        CAudioKind const* const kind = FindAudioKind(CString::FromPath(m_sPath));
+        return kind != nullptr && kind->m_writing == ETagWriting::Library;
+    }
+
+    /// What lies behind a front that is exchanged must be what lay there.
+    [[nodiscard]] bool IsAsLongAsWritten() const {
+        return m_entry.m_after && m_entry.m_after->m_nSize == m_identity.m_nSize;
+    }
+
+    CUndoResult PutTempoBack() {
+        CString const path = CString::FromPath(m_sPath);
+        std::string const found = ReadShownTags(path).m_sTempo;
+        std::optional<std::string> const there =
+            found.empty() ? std::nullopt : std::optional(found);
+        if (there == m_entry.m_textBefore) {
+            return {.m_eUndo = EUndo::AsBefore, .m_textThere = there};
+        }
+        if (there != m_entry.m_textAfter && !m_options.m_bForce) {
+            return {.m_eUndo = EUndo::OtherText, .m_textThere = there};
+        }
+        std::unique_ptr<ITagWitness> const witness = Witness();
+        CTagWish wish;
+        wish.m_sTempo = m_entry.m_textBefore.value_or("");
+        wish.m_bNoTempo = wish.m_sTempo.empty();
+        return Told(StoreByLibrary(path, *FindAudioKind(path), wish,
+                                   {.m_expected = m_identity,
+                                    .m_writtenTime = WrittenTime(),
+                                    .m_pWitness = witness.get()}),
+                    EUndo::TextAlone, there);
+    }
+
     CUndoResult PutTextBack() {
+        if (IsLibrarys()) {
+            return PutTempoBack();
+        }
         CString const path = CString::FromPath(m_sPath);
         CString found;
         CStatus const status = ReadTagText(path, m_entry.m_sFrameId.c_str(), found);

@@ -12,6 +12,7 @@
 #include "platform/AudioHash.h"
 #include "platform/OtherTags.h"
 #include "song/AudioKinds.h"
+#include "song/FileFronts.h"
 #include "song/SongTags.h"
 
 #include <algorithm>
@@ -23,6 +24,7 @@
 namespace {
 
 constexpr char kTemporaryEnding[] = ".MP~";     // Fixed: song.flac is built as song.flac.MP~.
+constexpr char kTempoFrameId[] = "TBPM";        // Standard: ID3v2.3.0, section 4.2.1.
 constexpr off_t kLargestFileBytes = 0xFFFFFFFF; // Fixed: as for MP3 files.
 
 /// What must be the same before and after.
@@ -49,7 +51,7 @@ std::vector<CTagItem> FramesOf(COtherTags const& tags, CTagWish const& wish) {
     for (std::vector<std::uint8_t> const& tag : tags.m_vId3) {
         std::vector<CTagItem> const all = CTagReading::Frames(tag);
         std::ranges::copy_if(all, std::back_inserter(frames), [&wish](CTagItem const& item) {
-            return !(item.first == "TBPM" && !wish.m_sTempo.empty()) &&
+            return !(item.first == kTempoFrameId && wish.IsAboutTempo()) &&
                    !(item.first == "TKEY" && !wish.m_sKey.empty());
         });
     }
@@ -60,6 +62,10 @@ std::vector<CTagItem> FramesOf(COtherTags const& tags, CTagWish const& wish) {
 
 CProof ProofOf(int file, CTagWish const& wish) {
     return {HashAudio(file), TagItems(file, wish), FramesOf(ReadOtherTags(file), wish)};
+}
+
+std::optional<CString> TextOf(std::string const& utf8) {
+    return utf8.empty() ? std::nullopt : std::optional(CString::FromUtf8(utf8));
 }
 
 /// One write, step by step.
@@ -80,9 +86,11 @@ private:
     EWriteProblem LookAtName(CAudioKind const& kind) const;
     EWriteProblem LookAtTag();
     EWriteProblem Replace();
+    EWriteProblem Commit(CFileSwap& swap);
     EWriteProblem ChangeCopy(CFileSwap& swap) const;
 
     CTagTarget m_target;
+    std::string m_sTempoBefore; // empty for none
     CTagWish const& m_wish;
     CLibraryStoreOptions const& m_options;
 };
@@ -102,8 +110,8 @@ EWriteProblem CStore::LookAtName(CAudioKind const& kind) const {
 
 EWriteProblem CStore::LookAtTag() {
     COtherTags const tags = ReadOtherTags(m_target.Get());
-    bool const isOther =
-        m_options.m_tempoBefore && *m_options.m_tempoBefore != ShownTagsOf(tags).m_sTempo;
+    m_sTempoBefore = ShownTagsOf(tags).m_sTempo;
+    bool const isOther = m_options.m_tempoBefore && *m_options.m_tempoBefore != m_sTempoBefore;
     if (isOther) {
         return EWriteProblem::TempoChanged;
     }
@@ -142,7 +150,28 @@ EWriteProblem CStore::Replace() {
     if (problem == EWriteProblem::None && !(ProofOf(swap.Get(), m_wish) == before)) {
         problem = EWriteProblem::NotProven;
     }
-    return problem == EWriteProblem::None ? swap.Commit() : problem;
+    return problem == EWriteProblem::None ? Commit(swap) : problem;
+}
+
+/// Puts the copy in the file's place, which the witness knows before.
+EWriteProblem CStore::Commit(CFileSwap& swap) {
+    if (m_options.m_pWitness == nullptr) {
+        return swap.Commit();
+    }
+    CFileFronts const fronts = FrontsOf(m_target.Get(), swap.Get());
+    CTagChange change = {.m_sPath = m_target.GetPath(),
+                         .m_before = m_target.GetIdentity(),
+                         .m_sFrameId = kTempoFrameId,
+                         .m_textBefore = TextOf(m_sTempoBefore),
+                         .m_textAfter = TextOf(m_wish.m_bNoTempo ? "" : m_wish.m_sTempo),
+                         .m_oldTag = fronts.m_vOld,
+                         .m_newTag = fronts.m_vNew,
+                         .m_bHasBytes = fronts.m_bIsKnown};
+    m_options.m_pWitness->OnWriting(change);
+    EWriteProblem const problem = swap.Commit();
+    m_options.m_pWitness->OnWritten(
+        problem == EWriteProblem::None ? IdentityAt(m_target.GetPath().ToPath()) : std::nullopt);
+    return problem;
 }
 
 /// Has the copy changed, and sees that the wish can be read back.
@@ -159,9 +188,7 @@ EWriteProblem CStore::ChangeCopy(CFileSwap& swap) const {
         return EWriteProblem::NotProven;
     }
     EWriteProblem const problem = swap.TakeOver();
-    if (problem == EWriteProblem::None && m_options.m_bKeepTime) {
-        swap.SetWrittenTime(m_target.GetIdentity().m_nWrittenTime);
-    }
+    swap.SetWrittenTime(m_options.m_writtenTime);
     return problem;
 }
 

@@ -3,11 +3,13 @@
 
 #pragma once
 
+#include "IDTag/TagWitness.h"
 #include "IDTag/WriteProblem.h"
 #include "base/CString.h"
 #include "base/FileIdentity.h"
 #include "platform/TagChange.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -21,8 +23,13 @@ struct CLibraryStoreOptions {
     /// The tempo's text when its row was read; with it, one that somebody has set since stays.
     std::optional<std::string> m_tempoBefore = {};
 
-    /// The file's time of the last write stays.
-    bool m_bKeepTime = false;
+    /// What the file's time of the last write becomes, in nanoseconds since the epoch; nothing:
+    /// the present.
+    std::optional<std::int64_t> m_writtenTime = {};
+
+    /// Told of the write, as one of the frame TBPM whatever the kind; null for nobody. Where the
+    /// file's changed bytes are few and at its front, they are told as its tag.
+    ITagWitness* m_pWitness = nullptr;
 };
 
 /// Writes into the tag of a file that isn't MP3, whose extension is `kind`'s: TagLib changes a

@@ -92,8 +92,13 @@ EWriteProblem StoreTempo(CString const& path, CAnalysisOutcome const& outcome, C
         if (wishes.m_tempoBefore) {
             before = wishes.m_tempoBefore->ToUtf8();
         }
-        return StoreByLibrary(path, *kind, {tempo.ToUtf8(), wishes.m_sKey},
-                              {outcome.m_report.m_identity, before, wishes.m_bKeepTime});
+        CLibraryStoreOptions options = {.m_expected = outcome.m_report.m_identity,
+                                        .m_tempoBefore = before,
+                                        .m_pWitness = wishes.m_pWitness};
+        if (wishes.m_bKeepTime) {
+            options.m_writtenTime = outcome.m_report.m_identity.m_nWrittenTime;
+        }
+        return StoreByLibrary(path, *kind, {tempo.ToUtf8(), wishes.m_sKey}, options);
     }
     return StoreInMp3(path, outcome.m_report.m_identity, tempo, wishes, report);
 }

@@ -39,7 +39,7 @@ struct CStoreTempoOptions {
     /// A version 2.4 tag stays one, instead of becoming version 2.3.
     bool m_bKeepVersion = false;
 
-    /// Told of the write of an MP3 file; null for nobody.
+    /// Told of the write of the tempo; null for nobody.
     ITagWitness* m_pWitness = nullptr;
 };
 

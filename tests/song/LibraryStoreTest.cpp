@@ -93,6 +93,78 @@ TEST_F(LibraryStoreTest, AFileThatIsBeingWrittenIsLeftAlone) {
     EXPECT_EQ(Store("x.flac", {"128.50", ""}), EWriteProblem::InUse);
 }
 
+/// Keeps what a witness is told.
+class CTold final : public ITagWitness {
+public:
+    void OnWriting(CTagChange const& change) override {
+        m_sFrameId = change.m_sFrameId;
+        m_before = change.m_textBefore;
+        m_after = change.m_textAfter;
+        m_vOld.assign(change.m_oldTag.begin(), change.m_oldTag.end());
+        m_vNew.assign(change.m_newTag.begin(), change.m_newTag.end());
+        m_bHasBytes = change.m_bHasBytes;
+        m_sThere = ReadText(change.m_sPath.ToPath());
+    }
+    void OnWritten(std::optional<CFileIdentity> const& after) override { m_identity = after; }
+
+    std::string m_sFrameId;
+    std::optional<CString> m_before;
+    std::optional<CString> m_after;
+    std::vector<char> m_vOld;
+    std::vector<char> m_vNew;
+    bool m_bHasBytes = false;
+    std::string m_sThere; // the file when it was told
+    std::optional<CFileIdentity> m_identity;
+};
+
+TEST_F(LibraryStoreTest, AWitnessIsToldOfTheWriteBeforeIt) {
+    std::string const before = ReadText(m_folder / "x.flac");
+    CTold told;
+    ASSERT_EQ(Store("x.flac", {"128.50", ""}, {.m_pWitness = &told}), EWriteProblem::None);
+    std::string const after = ReadText(m_folder / "x.flac");
+    EXPECT_EQ(told.m_sFrameId, "TBPM");
+    EXPECT_FALSE(told.m_before);
+    ASSERT_TRUE(told.m_after);
+    EXPECT_EQ(told.m_after->ToUtf8(), "128.50");
+    EXPECT_EQ(told.m_sThere, before);
+    EXPECT_EQ(told.m_identity, IdentityAt(m_folder / "x.flac"));
+    // The old front in the new one's place is the file as it was.
+    ASSERT_TRUE(told.m_bHasBytes);
+    ASSERT_TRUE(after.starts_with(std::string(told.m_vNew.begin(), told.m_vNew.end())));
+    EXPECT_EQ(std::string(told.m_vOld.begin(), told.m_vOld.end()) +
+                  after.substr(told.m_vNew.size()),
+              before);
+    // Nothing is told of what changes nothing.
+    CTold idle;
+    EXPECT_EQ(Store("x.flac", {"128.50", ""}, {.m_pWitness = &idle}), EWriteProblem::None);
+    EXPECT_EQ(idle.m_sFrameId, "");
+}
+
+TEST_F(LibraryStoreTest, ATempoIsTakenOutOfEveryKind) {
+    for (char const* const name :
+         {"t.flac", "t.ogg", "t.opus", "t.m4a", "t.wav", "t.aiff", "t.wv"}) {
+        Ffmpeg({"-i", m_folder / "source.wav", "-metadata", "title=Song", m_folder / name});
+        ASSERT_EQ(Store(name, {"128.50", ""}), EWriteProblem::None) << name;
+        ASSERT_EQ(TagsOf(name).m_sTempo, "128.50") << name;
+        EXPECT_EQ(Store(name, {.m_bNoTempo = true}), EWriteProblem::None) << name;
+        EXPECT_EQ(TagsOf(name).m_sTempo, "") << name;
+        EXPECT_EQ(TagsOf(name).m_sTitle, "Song") << name;
+        // There is nothing to be taken out any more.
+        CFileIdentity const identity = *IdentityAt(m_folder / name);
+        EXPECT_EQ(Store(name, {.m_bNoTempo = true}), EWriteProblem::None) << name;
+        EXPECT_EQ(IdentityAt(m_folder / name), identity) << name;
+    }
+}
+
+TEST_F(LibraryStoreTest, WordsInATemposPlaceAreNoWholeNumber) {
+    Ffmpeg({"-i", m_folder / "source.wav", m_folder / "t.m4a"});
+    ASSERT_EQ(Store("t.m4a", {"quick", ""}), EWriteProblem::None);
+    // Neither a tempo of 0 nor another one came of it.
+    EXPECT_EQ(TagsOf("t.m4a").m_sTempo, "");
+    ASSERT_EQ(Store("t.m4a", {"120", ""}), EWriteProblem::None);
+    EXPECT_EQ(TagsOf("t.m4a").m_sTempo, "120");
+}
+
 TEST_F(LibraryStoreTest, ATagThatWouldHaveToBeUnfoldedIsLeftAlone) {
     // An ID3v2.4 tag in a chunk with a compressed frame: size 12, form 08.
     std::string const frame("TXXX\0\0\0\2\0\x08"
