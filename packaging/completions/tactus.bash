@@ -38,7 +38,7 @@ _tactus() {
         analyze)
             words="--write --force --recheck --jobs --format --follow --hidden --types --output"
             words+=" --overwrite-output --quiet --no-cache --full --fields"
-            words+=" --files-from --null --exclude --max-errors --lock --progress"
+            words+=" --files-from --null --exclude --max-errors --lock --progress --short --harmony"
             words+=" --overwrite-hand --only-if-off --dry-run --log --candidates --octave --range --review"
             words+=" --write-types --round --keep-mtime --id3 --write-key --verbose --help"
             ;;

@@ -72,6 +72,8 @@ complete -c tactus -n $analyze -l octave -x -a "likely heard" -d "Which reading 
 complete -c tactus -n $analyze -l range -x -d "Fold tempos into a range"
 complete -c tactus -n $analyze -l review -d "Show only doubtful tempos"
 complete -c tactus -n $analyze -l no-cache -d "Hear every file anew"
+complete -c tactus -n $analyze -l short -d "Store tempos that follow from a length too"
+complete -c tactus -n "__fish_seen_subcommand_from analyze profile" -l harmony -d "Show the key of chords and melody"
 complete -c tactus -n $analyze -l files-from -r -d "Take further paths from a file"
 complete -c tactus -n $analyze -s 0 -l null -d "A zero byte ends each path in it"
 complete -c tactus -n $analyze -l exclude -x -d "Leave out what a pattern matches"

@@ -149,7 +149,7 @@ void CFileAnalyzer::ProcessFile(CBPMFile* file) {
          .m_bKeepEnvelopes = m_bCandidates,
          .m_bReadAhead = m_bReadAhead,
          .m_bHearBeats = m_bFacts,
-         .m_bHarmony = m_bFacts});
+         .m_bHarmony = m_bFacts || m_bHarmony});
     std::optional<CSongFacts> facts;
     if (m_bFacts && profile.IsHeard() && !profile.m_bCancelled) {
         facts = FactsOf(profile, m_bEnvelopes);
@@ -162,6 +162,8 @@ void CFileAnalyzer::ProcessFile(CBPMFile* file) {
         std::scoped_lock const guard(m_lock);
         m_candidates = std::move(candidates);
         m_facts = std::move(facts);
+        m_harmony = profile.m_harmony;
+        m_bByLength = profile.m_bByLength;
         m_outcome = profile.m_outcome;
         m_sKey = profile.IsHeard() ? KeyText(tonic, mode) : std::string();
     }
@@ -212,6 +214,16 @@ CTempoCandidates CFileAnalyzer::GetCandidates() const {
 std::optional<CSongFacts> CFileAnalyzer::GetFacts() const {
     std::scoped_lock const guard(m_lock);
     return m_facts;
+}
+
+std::optional<CHarmony> CFileAnalyzer::GetHarmony() const {
+    std::scoped_lock const guard(m_lock);
+    return m_harmony;
+}
+
+bool CFileAnalyzer::IsByLength() const {
+    std::scoped_lock const guard(m_lock);
+    return m_bByLength;
 }
 
 CAnalysisOutcome CFileAnalyzer::GetOutcome() const {

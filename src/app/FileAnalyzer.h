@@ -78,6 +78,15 @@ public:
     /// What was found in the last file; nothing unless it was wanted, and of one that wasn't heard.
     [[nodiscard]] std::optional<CSongFacts> GetFacts() const;
 
+    /// True when the last file's tempo follows from the length of a clip under 30 s.
+    [[nodiscard]] bool IsByLength() const;
+
+    /// Has the key of chords and melody found too, from the next run on.
+    void WantHarmony() { m_bHarmony = true; }
+
+    /// That key of the last file; nothing unless it was wanted.
+    [[nodiscard]] std::optional<CHarmony> GetHarmony() const;
+
     /// The last file's key as tags have it, "Am"; empty when none was found.
     [[nodiscard]] std::string GetKey() const;
 
@@ -105,6 +114,8 @@ private:
     CAnalysisOutcome m_outcome;
     CTempoCandidates m_candidates;
     std::optional<CSongFacts> m_facts;
+    std::optional<CHarmony> m_harmony;
+    bool m_bByLength = false;
     std::string m_sKey;
     bool m_bClosing = false;
     std::atomic<bool> m_bReadAhead = HasCoresToReadAhead(1);
@@ -115,6 +126,7 @@ private:
     std::atomic<bool> m_bCandidates = false;
     std::atomic<bool> m_bFacts = false;
     std::atomic<bool> m_bEnvelopes = false;
+    std::atomic<bool> m_bHarmony = false;
     bool m_bTold = false; // The file's end was posted; the worker's, as the audio.
 };
 

@@ -50,6 +50,9 @@ CAnalysisJobs::CAnalysisJobs(CInputWalk& walk, CAnalysisOptions const& options, 
         if (options.m_song.m_bFacts) {
             m_vSlots.back()->m_analyzer.WantFacts(options.m_song.m_bEnvelopes);
         }
+        if (options.m_song.m_bHarmony) {
+            m_vSlots.back()->m_analyzer.WantHarmony();
+        }
     }
     CNotificationCenter& centre = CNotificationCenter::Default();
     centre.AddObserver(this, kFileProgressNotification,
@@ -297,7 +300,9 @@ void CAnalysisJobs::OnComplete(CUserInfo const* info) {
     try {
         CHeardSong heard = {.m_outcome = slot->m_analyzer.GetOutcome(),
                             .m_sTempo = UserInfoText(info, kBpmKey),
-                            .m_candidates = std::nullopt};
+                            .m_bByLength = slot->m_analyzer.IsByLength(),
+                            .m_candidates = std::nullopt,
+                            .m_harmony = slot->m_analyzer.GetHarmony()};
         if (m_options.m_song.m_bCandidates) {
             heard.m_candidates = slot->m_analyzer.GetCandidates();
         }

@@ -138,6 +138,8 @@ void CAnalyzeCommand::AddWriteOptions(CLI::App& app) {
            "--id3", [&song](std::string const& word) { song.m_bKeepVersion = KeepsVersion(word); },
            "keep: an ID3v2.4 tag stays one; 2.3 (if not said): it becomes 2.3")
         ->type_name("VERSION");
+    app.add_flag("--short", song.m_bShort,
+                 "Store tempos of clips under 30 s too, which follow from their length");
     app.add_flag("--write-key", song.m_bWriteKey, "Store the key with the tempo");
 }
 
@@ -189,6 +191,8 @@ void CAnalyzeCommand::AddCareOptions(CLI::App& app) {
 void CAnalyzeCommand::AddReadingOptions(CLI::App& app) {
     CSongOptions& song = m_options.m_song;
     app.add_flag("--candidates", m_bShowsOther, "Show the next reading of each tempo as well");
+    app.add_flag("--harmony", song.m_bHarmony,
+                 "Show the key of chords and melody as well, plainly and by Camelot and Open Key");
     app.add_option_function<std::string>(
            "--octave",
            [&song](std::string const& word) {
@@ -311,8 +315,10 @@ void CAnalyzeCommand::ReportEnd(CSummary const& summary, int exitCode) const {
 std::unique_ptr<IReport> CAnalyzeCommand::Report(COutput& output) const {
     bool const isArray = m_format == EReportFormat::Json;
     std::unique_ptr<IReport> report =
-        m_options.m_song.m_bFacts ? std::make_unique<CSongReport>(output, m_wishes, isArray)
-                                  : MakeReport(m_format, output, m_bShowsOther || m_bReview);
+        m_options.m_song.m_bFacts
+            ? std::make_unique<CSongReport>(output, m_wishes, isArray)
+            : MakeReport(m_format, output,
+                         {m_bShowsOther || m_bReview, m_options.m_song.m_bHarmony});
     return m_bReview ? std::make_unique<CReviewReport>(std::move(report)) : std::move(report);
 }
 

@@ -28,7 +28,7 @@ std::string HeadOf(int file) {
     return head;
 }
 
-/// The headings of a table, whatever lies between them.
+/// The headings of a table, whatever lies between them. The last two come on request.
 bool IsTableHead(std::string_view line) {
     for (std::string_view const heading : {"Path", "Title", "Artist", "Tempo", "Source"}) {
         line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
@@ -36,6 +36,11 @@ bool IsTableHead(std::string_view line) {
             return false;
         }
         line.remove_prefix(heading.size());
+    }
+    for (std::string_view const heading : {"Or", "Key"}) {
+        std::string_view const rest =
+            line.substr(std::min(line.find_first_not_of(' '), line.size()));
+        line = rest.starts_with(heading) ? rest.substr(heading.size()) : line;
     }
     return line.empty();
 }

@@ -8,6 +8,7 @@
 #include "cli/TableReport.h"
 #include "export/FileUri.h"
 #include "export/Json.h"
+#include "song/KeyCodes.h"
 #include "song/TempoText.h"
 
 #include <cmath>
@@ -15,7 +16,8 @@
 namespace {
 
 constexpr char kCsvHeader[] =
-    "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote\n";
+    "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote,"
+    "candidates,confidence,harmony,camelot,openKey\n";
 
 char const* SourceName(ETempoSource source) {
     switch (source) {
@@ -23,6 +25,8 @@ char const* SourceName(ETempoSource source) {
         return "tag";
     case ETempoSource::Analysis:
         return "analysis";
+    case ETempoSource::Length:
+        return "length";
     case ETempoSource::None:
         break;
     }
@@ -97,13 +101,27 @@ public:
                               SourceName(row.m_source) + "," + Field(row.m_sError) + "," +
                               WrittenName(row.m_writing) + "," + Field(row.m_sNotStored) + "," +
                               Field(row.m_sAlbum) + "," + Field(row.m_sTagKey) + "," +
-                              TempoNote(row) + "\n") &&
+                              TempoNote(row) + "," + Readings(row.m_candidates) + "," +
+                              Keys(row.m_harmony.value_or(CHarmony())) + "\n") &&
                m_output.Flush();
     }
 
     bool End() override { return Begin(); }
 
 private:
+    /// "120.00 (1:1) 0.61; 240.00 (2:1) 0.39" and the confidence; nothing for none.
+    static std::string Readings(CTempoCandidates const& candidates) {
+        std::string text;
+        for (CTempoCandidate const& reading : candidates.m_vCandidates) {
+            text += (text.empty() ? "" : "; ") + ReadingText(reading);
+        }
+        return text + "," + (text.empty() ? "" : JsonNumber(candidates.m_fConfidence));
+    }
+
+    static std::string Keys(CHarmony const& harmony) {
+        return PlainKey(harmony) + "," + CamelotCode(harmony) + "," + OpenKeyCode(harmony);
+    }
+
     static std::string Field(std::string const& text) {
         if (text.find_first_of(",\"\r\n") == std::string::npos) {
             return text;
@@ -140,6 +158,19 @@ std::string ReadingJson(CTempoCandidate const& reading) {
         .Close();
 }
 
+std::string HarmonyJson(CHarmony const& harmony) {
+    if (harmony.m_eMode == EKeyMode::None) {
+        return "null";
+    }
+    return CJsonObject()
+        .Add("plain", JsonText(PlainKey(harmony)))
+        .Add("camelot", JsonText(CamelotCode(harmony)))
+        .Add("openKey", JsonText(OpenKeyCode(harmony)))
+        .Add("confidence", JsonNumber(harmony.m_fConfidence))
+        .Add("tuning", JsonNumber(harmony.m_fTuningCents))
+        .Close();
+}
+
 std::string JsonRow(CReportRow const& row) {
     CJsonObject object;
     object.Add("path", JsonText(row.m_sPath));
@@ -163,6 +194,9 @@ std::string JsonRow(CReportRow const& row) {
     if (!row.m_candidates.m_vCandidates.empty()) {
         object.Add("candidates", JsonArray(row.m_candidates.m_vCandidates, ReadingJson))
             .Add("confidence", JsonNumber(row.m_candidates.m_fConfidence));
+    }
+    if (row.m_harmony) {
+        object.Add("harmony", HarmonyJson(*row.m_harmony));
     }
     return object.Close();
 }
@@ -239,12 +273,19 @@ std::string ReadingText(CTempoCandidate const& reading) {
            FiniteTempoText(static_cast<double>(reading.m_fScore)).value_or("-");
 }
 
+std::string KeyInAllWays(std::optional<CHarmony> const& harmony) {
+    bool const isThere = harmony && harmony->m_eMode != EKeyMode::None;
+    return isThere ? PlainKey(*harmony) + " " + CamelotCode(*harmony) + " " + OpenKeyCode(*harmony)
+                   : "";
+}
+
 std::optional<std::string> FiniteTempoText(std::optional<double> tempo) {
     bool const isTempo = tempo && std::isfinite(*tempo);
     return isTempo ? std::optional(TempoText(*tempo)) : std::nullopt;
 }
 
-std::unique_ptr<IReport> MakeReport(EReportFormat format, COutput& output, bool showsOther) {
+std::unique_ptr<IReport> MakeReport(EReportFormat format, COutput& output,
+                                    CExtraColumns const& extra) {
     switch (format) {
     case EReportFormat::Csv:
         return std::make_unique<CCsvReport>(output);
@@ -257,5 +298,5 @@ std::unique_ptr<IReport> MakeReport(EReportFormat format, COutput& output, bool 
     case EReportFormat::Table:
         break;
     }
-    return std::make_unique<CTableReport>(output, showsOther);
+    return std::make_unique<CTableReport>(output, extra);
 }

@@ -48,6 +48,8 @@ struct CReportRow {
     std::shared_ptr<CTakenSong const> m_pSong =
         {}; // the whole record; null unless it was asked for
 
+    std::optional<CHarmony> m_harmony = {}; // likewise
+
     bool m_bNoBeat = false; // it was heard, and none was found
 
     // Not part of the report:
@@ -55,10 +57,17 @@ struct CReportRow {
     bool m_bKept = false;         // a tempo in the tag stays although another one was heard
     std::string m_sDetail = {};   // what the decoding library said
     std::string m_sNote = {};     // what was done to the tag beside what was asked for
+    bool m_bTooShort = false;     // not stored, because the tempo follows from the length
     bool m_bRefused = false;      // not stored, and a person would expect otherwise
     bool m_bTitleIsName = false;  // the title is the file's name, for want of another
     bool m_bNewVersion = false;   // its version 2.4 tag became version 2.3
     bool m_bFurtherName = false;  // of a file that has a row already
+};
+
+/// Columns that a table has on request.
+struct CExtraColumns {
+    bool m_bOther = false;   // the next reading of each tempo
+    bool m_bHarmony = false; // the key of chords and melody
 };
 
 enum class EReportFormat { Table, Csv, Json, JsonLines, Plan };
@@ -83,8 +92,8 @@ protected:
 
 /// A report that writes to `output`, which must outlive it. Table rows are held back to the end,
 /// because the columns are as wide as what they hold; the other formats write row by row.
-/// `showsOther`: the table has a column for the next reading of each tempo.
-std::unique_ptr<IReport> MakeReport(EReportFormat format, COutput& output, bool showsOther = false);
+std::unique_ptr<IReport> MakeReport(EReportFormat format, COutput& output,
+                                    CExtraColumns const& extra = {});
 
 /// "write", "keep", "differ" or "skip"; empty for none.
 char const* PlanName(EPlan plan);
@@ -92,6 +101,9 @@ char const* PlanName(EPlan plan);
 /// "174.08 (2:1) 0.43": a reading, its ratio to the reported tempo if it is a simple one, and its
 /// score.
 std::string ReadingText(CTempoCandidate const& reading);
+
+/// "Am 8A 1m": a key as tags have it, and by Camelot and Open Key; empty for none.
+std::string KeyInAllWays(std::optional<CHarmony> const& harmony);
 
 /// `TempoText` of a tempo. Nothing for infinity and NaN, which are none.
 std::optional<std::string> FiniteTempoText(std::optional<double> tempo);

@@ -66,6 +66,7 @@ bool CSongWork::IsKnown() const {
     }
     bool const hasEnvelopes = heard->m_facts && !heard->m_facts->m_energy.m_vLevels.empty();
     return (heard->m_candidates || !m_options.m_bCandidates) &&
+           (heard->m_harmony || heard->m_facts || !m_options.m_bHarmony) &&
            (heard->m_facts || !m_options.m_bFacts) && (hasEnvelopes || !m_options.m_bEnvelopes);
 }
 
@@ -93,6 +94,9 @@ void CSongWork::Learn(CHeardSong heard) {
     bool const isHeard = heard.m_outcome.m_problem == EAnalysisProblem::None;
     if (m_known.m_heard && !heard.m_candidates) {
         heard.m_candidates = m_known.m_heard->m_candidates;
+    }
+    if (m_known.m_heard && !heard.m_harmony) {
+        heard.m_harmony = m_known.m_heard->m_harmony;
     }
     if (m_known.m_heard && !heard.m_facts) {
         heard.m_facts = m_known.m_heard->m_facts;
@@ -171,15 +175,19 @@ std::string CSongWork::ReasonToKeep() const {
                                          : "the tag's tempo is another program's: --overwrite-hand";
 }
 
+/// True when tempos are stored in files of this kind.
+bool CSongWork::IsToBeWritten() const {
+    CAudioKind const* const kind = FindAudioKind(m_input.m_sPath);
+    return kind != nullptr && (kind->m_writing == ETagWriting::Id3 ||
+                               (kind->m_writing == ETagWriting::Library && m_options.m_writeTypes &&
+                                m_options.m_writeTypes->Has(*kind)));
+}
+
 /// Tells what would become of the file, as far as that can be told without a write.
 void CSongWork::Plan(CAnalysisOutcome const& outcome, std::string const& tempo) {
-    CAudioKind const* const kind = FindAudioKind(m_input.m_sPath);
-    bool const isWanted =
-        kind != nullptr && (kind->m_writing == ETagWriting::Id3 ||
-                            (kind->m_writing == ETagWriting::Library && m_options.m_writeTypes &&
-                             m_options.m_writeTypes->Has(*kind)));
     EWriteProblem const problem =
-        isWanted ? ProblemOfStoring(outcome, kind->m_container) : EWriteProblem::OtherExtension;
+        IsToBeWritten() ? ProblemOfStoring(outcome, FindAudioKind(m_input.m_sPath)->m_container)
+                        : EWriteProblem::OtherExtension;
     bool const isThere = m_sTempoInTag == tempo.c_str();
     m_row.m_plan = m_row.m_bKept                    ? EPlan::Differ
                    : isThere                        ? EPlan::Keep
@@ -200,6 +208,17 @@ double CSongWork::ReportedTempo(CHeardSong const& heard) const {
                                       : bpm;
 }
 
+/// Where the tempo that is told comes from. The likeliest reading of a short clip was heard, unless
+/// it is the one that follows from the length.
+ETempoSource CSongWork::SourceOf(CHeardSong const& heard) const {
+    bool isTold = true;
+    if (m_options.m_bLikely && heard.m_candidates && !heard.m_candidates->m_vCandidates.empty()) {
+        CTempoCandidate const& first = heard.m_candidates->m_vCandidates.front();
+        isTold = first.m_nTimes == first.m_nOver && first.m_nTimes != 0;
+    }
+    return heard.m_bByLength && isTold ? ETempoSource::Length : ETempoSource::Analysis;
+}
+
 bool CSongWork::Conclude(CHeardSong const& heard, std::string const& key) {
     CAnalysisOutcome const& outcome = heard.m_outcome;
     bool const isHeard = outcome.m_problem == EAnalysisProblem::None;
@@ -211,7 +230,7 @@ bool CSongWork::Conclude(CHeardSong const& heard, std::string const& key) {
     m_row.m_sDetail = outcome.m_report.m_sDetail;
     if (isHeard && !m_bTagStands) {
         m_row.m_dTempo = ReportedTempo(heard);
-        m_row.m_source = ETempoSource::Analysis;
+        m_row.m_source = SourceOf(heard);
         m_row.m_bNoBeat = !(m_row.m_dTempo > 0.0);
     }
     if (m_row.m_bNoBeat) {
@@ -219,6 +238,10 @@ bool CSongWork::Conclude(CHeardSong const& heard, std::string const& key) {
     }
     if (m_options.m_bCandidates && heard.m_candidates) {
         m_row.m_candidates = *heard.m_candidates;
+    }
+    if (m_options.m_bHarmony) {
+        bool const isAmongFacts = !heard.m_harmony && heard.m_facts;
+        m_row.m_harmony = isAmongFacts ? heard.m_facts->m_harmony : heard.m_harmony;
     }
     TakeSong(heard);
     return !isHeard || !m_options.m_bWrite || m_bTagStands || Store(outcome, key);
@@ -273,6 +296,12 @@ bool CSongWork::Store(CAnalysisOutcome const& outcome, std::string const& key) {
     m_row.m_writing = EWriting::NotStored;
     if (m_row.m_bNoBeat) {
         m_row.m_sNotStored = "no beat was found";
+        return true;
+    }
+    m_row.m_bTooShort =
+        m_row.m_source == ETempoSource::Length && !m_options.m_bShort && IsToBeWritten();
+    if (m_row.m_bTooShort) {
+        m_row.m_sNotStored = "its tempo follows from its length: --short stores it";
         return true;
     }
     std::string const text = RoundedTempo(*m_row.m_dTempo, m_options.m_nDecimals);

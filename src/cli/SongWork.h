@@ -28,6 +28,8 @@ struct CSongOptions {
     bool m_bLikely = false;        // report the likeliest of them
     bool m_bFacts = false;         // find all that the record of a song has; needs candidates
     bool m_bEnvelopes = false;     // with its envelopes
+    bool m_bHarmony = false;       // find the key of chords and melody
+    bool m_bShort = false;         // store also what follows from a clip's length
     double m_dSlowest = 0.0;       // fold tempos into this range; 0: don't
     double m_dFastest = 0.0;
     std::optional<CKindChoice> m_writeTypes = {}; // kinds beside MP3 that are written too
@@ -75,6 +77,8 @@ private:
     [[nodiscard]] bool IsKnown() const;
     void TakeSong(CHeardSong const& heard);
     [[nodiscard]] double ReportedTempo(CHeardSong const& heard) const;
+    [[nodiscard]] ETempoSource SourceOf(CHeardSong const& heard) const;
+    [[nodiscard]] bool IsToBeWritten() const;
     [[nodiscard]] ESetBy FindSetBy() const;
     [[nodiscard]] std::string ReasonToKeep() const;
     void Plan(CAnalysisOutcome const& outcome, std::string const& tempo);

@@ -52,7 +52,10 @@ void CSummary::Add(CReportRow const& row) {
     m_nDiffering += row.m_plan == EPlan::Differ ? 1 : 0;
     m_nSkipped += row.m_plan == EPlan::Skip ? 1 : 0;
     m_nFailed += isFailed ? 1 : 0;
-    m_nHeard += row.m_source == ETempoSource::Analysis ? 1 : 0;
+    bool const isHeard =
+        row.m_source == ETempoSource::Analysis || row.m_source == ETempoSource::Length;
+    m_nHeard += isHeard ? 1 : 0;
+    m_nTooShort += row.m_bTooShort ? 1 : 0;
     bool const isKept = row.m_source == ETempoSource::Tag || row.m_bKept;
     m_nKept += isKept && row.m_plan != EPlan::Differ ? 1 : 0;
     m_nStored += row.m_writing == EWriting::Stored ? 1 : 0;
@@ -74,7 +77,8 @@ std::string CSummary::Line(bool isWriting, std::chrono::duration<double> time) c
     }
     std::string const stored = isWriting ? ", " + std::to_string(m_nStored) + " stored" : "";
     return std::to_string(m_nHeard) + " heard" + stored + Also(m_nRefused, "not stored") +
-           Also(m_nKept, isWriting ? "kept" : "known from tags") + Also(m_nFailed, "failed") +
+           Also(m_nTooShort, "too short") + Also(m_nKept, isWriting ? "kept" : "known from tags") +
+           Also(m_nFailed, "failed") +
            Also(m_nFurtherNames, m_nFurtherNames == 1 ? "further name" : "further names") + " in " +
            TimeText(time) + (m_dHeardSeconds > 0.0 ? ", " + RateText(Rate(time)) : "");
 }

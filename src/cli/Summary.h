@@ -41,6 +41,7 @@ private:
     std::size_t m_nHeard = 0;
     std::size_t m_nStored = 0;
     std::size_t m_nRefused = 0;
+    std::size_t m_nTooShort = 0;
     std::size_t m_nKept = 0;
     std::size_t m_nFailed = 0;
     std::size_t m_nFurtherNames = 0;

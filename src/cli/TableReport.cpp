@@ -35,11 +35,11 @@ std::string SourceText(CReportRow const& row) {
     if (row.m_bNoBeat) {
         return "no beat was found";
     }
-    std::string const source = "analysis";
-    return source + (row.m_writing == EWriting::Stored ? ", stored"
-                     : row.m_bKept                     ? ", tag kept"
-                     : row.m_bRefused                  ? ", not stored"
-                                                       : "");
+    std::string const source = row.m_source == ETempoSource::Length ? "length" : "analysis";
+    return source + (row.m_writing == EWriting::Stored   ? ", stored"
+                     : row.m_bKept                       ? ", tag kept"
+                     : row.m_bRefused || row.m_bTooShort ? ", not stored"
+                                                         : "");
 }
 
 /// Behind a tempo that no song has.
@@ -55,38 +55,52 @@ std::string Spaces(std::size_t count) {
 
 } // namespace
 
-CTableReport::CTableReport(COutput& output, bool showsOther)
+CTableReport::CTableReport(COutput& output, CExtraColumns const& extra)
     : CTableReport(output, output.IsTerminal() ? TerminalWidth(STDOUT_FILENO) : 0,
-                   output.IsTerminal() && AreColoursWelcome(), showsOther) {
+                   output.IsTerminal() && AreColoursWelcome(), extra) {
 }
 
-CTableReport::CTableReport(COutput& output, std::size_t width, bool isBold, bool showsOther)
+CTableReport::CTableReport(COutput& output, std::size_t width, bool isBold,
+                           CExtraColumns const& extra)
     : m_output(output),
       m_nWidth(width),
       m_bBold(isBold),
-      m_nColumns(showsOther ? kColumns : kColumns - 1),
-      m_vRows({{"Path", "Title", "Artist", "Tempo", "Source", "Or"}}) {
+      m_extra(extra),
+      m_vRows({{"Path", "Title", "Artist", "Tempo", "Source"}}) {
+    AddExtra(m_vRows.front(), "Or", "Key");
+}
+
+/// Adds the cells of the columns that are wanted.
+void CTableReport::AddExtra(CCells& cells, std::string other, std::string key) const {
+    if (m_extra.m_bOther) {
+        cells.push_back(std::move(other));
+    }
+    if (m_extra.m_bHarmony) {
+        cells.push_back(std::move(key));
+    }
 }
 
 bool CTableReport::Add(CReportRow const& row) {
     CTempoCandidate const* const other = OtherReading(row.m_candidates);
-    m_vRows.push_back({Printable(row.m_sPath), Printable(row.m_sTitle), Printable(row.m_sArtist),
-                       FiniteTempoText(row.m_dTempo).value_or("-") + MarkOf(row), SourceText(row),
-                       other != nullptr ? ReadingText(*other) : ""});
+    CCells cells = {Printable(row.m_sPath), Printable(row.m_sTitle), Printable(row.m_sArtist),
+                    FiniteTempoText(row.m_dTempo).value_or("-") + MarkOf(row), SourceText(row)};
+    AddExtra(cells, other != nullptr ? ReadingText(*other) : "", KeyInAllWays(row.m_harmony));
+    m_vRows.push_back(std::move(cells));
     return true;
 }
 
 /// As wide as the widest cell each; then, where room is short, the widest text column gives way
 /// cell by cell.
 CTableReport::CWidths CTableReport::MeasureColumns() const {
-    CWidths widths{};
+    std::size_t const columns = m_vRows.front().size();
+    CWidths widths(columns);
     for (CCells const& row : m_vRows) {
-        for (std::size_t i = 0; i < m_nColumns; ++i) {
+        for (std::size_t i = 0; i < columns; ++i) {
             widths[i] = std::max(widths[i], DisplayWidth(row[i]));
         }
     }
     std::size_t total =
-        std::accumulate(widths.begin(), widths.end(), std::size_t{0}) + kGap * (m_nColumns - 1);
+        std::accumulate(widths.begin(), widths.end(), std::size_t{0}) + kGap * (columns - 1);
     while (m_nWidth > 0 && total > m_nWidth) {
         auto const widest = std::max_element(widths.begin(), widths.begin() + kTextColumns);
         if (*widest <= kNarrowestText) {
@@ -101,7 +115,7 @@ CTableReport::CWidths CTableReport::MeasureColumns() const {
 std::string CTableReport::MakeLine(CCells const& cells, CWidths const& widths) const {
     std::string line;
     std::size_t owed = 0; // blanks that are written only when something follows
-    for (std::size_t i = 0; i < m_nColumns; ++i) {
+    for (std::size_t i = 0; i < cells.size(); ++i) {
         // The end of a path tells more than its beginning.
         std::string const text = i == kPathColumn ? CutStartToWidth(cells[i], widths[i])
                                                   : CutToWidth(cells[i], widths[i]);

@@ -5,35 +5,34 @@
 
 #include "cli/Report.h"
 
-#include <array>
 #include <cstddef>
 #include <string>
 #include <vector>
 
 /// Rows in aligned columns for a person to read: path, title, artist, tempo, and where the tempo
-/// came from, and the next reading of it where that is wanted. On a terminal the texts are cut so
-/// that a row keeps to one line; elsewhere nothing is cut. Thread: main.
+/// came from, and where they are wanted the next reading of it and the key. On a terminal the texts
+/// are cut so that a row keeps to one line; elsewhere nothing is cut. Thread: main.
 class CTableReport final : public IReport {
 public:
-    CTableReport(COutput& output, bool showsOther);
+    CTableReport(COutput& output, CExtraColumns const& extra);
 
     /// As if the output were a terminal of `width` cells; 0: as if it were none.
-    CTableReport(COutput& output, std::size_t width, bool isBold, bool showsOther = false);
+    CTableReport(COutput& output, std::size_t width, bool isBold, CExtraColumns const& extra = {});
 
     bool Add(CReportRow const& row) override;
     bool End() override;
 
 private:
-    static constexpr std::size_t kColumns = 6;
-    using CCells = std::array<std::string, kColumns>;
-    using CWidths = std::array<std::size_t, kColumns>;
+    using CCells = std::vector<std::string>;
+    using CWidths = std::vector<std::size_t>;
 
+    void AddExtra(CCells& cells, std::string other, std::string key) const;
     [[nodiscard]] CWidths MeasureColumns() const;
     [[nodiscard]] std::string MakeLine(CCells const& cells, CWidths const& widths) const;
 
     COutput& m_output;
     std::size_t m_nWidth;
     bool m_bBold;
-    std::size_t m_nColumns;      // the last one only where it is wanted
+    CExtraColumns m_extra;
     std::vector<CCells> m_vRows; // the headings first
 };

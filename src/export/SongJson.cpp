@@ -103,6 +103,8 @@ std::string TempoSource(CTakenSong const& song) {
         return JsonText("tag");
     case ETempoSource::Analysis:
         return JsonText("analysis");
+    case ETempoSource::Length:
+        return JsonText("length");
     case ETempoSource::None:
         break;
     }

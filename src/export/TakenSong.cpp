@@ -86,7 +86,9 @@ CTakenSong TakenSongOf(std::string path, CShownTags const& tags, CHeardSong cons
         TakeFacts(*heard.m_facts, song);
     }
     song.m_dTempo = song.m_dHeardTempo;
-    song.m_tempoSource = song.m_dTempo > 0.0 ? ETempoSource::Analysis : ETempoSource::None;
+    song.m_tempoSource = !(song.m_dTempo > 0.0) ? ETempoSource::None
+                         : heard.m_bByLength    ? ETempoSource::Length
+                                                : ETempoSource::Analysis;
     if (!(song.m_dTempo > 0.0)) {
         song.m_outcome.m_problem = EAnalysisProblem::NoBeat;
     }

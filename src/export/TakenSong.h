@@ -10,7 +10,12 @@
 #include <vector>
 
 /// Where a tempo that is told comes from.
-enum class ETempoSource { None, Tag, Analysis };
+enum class ETempoSource {
+    None,
+    Tag,
+    Analysis,
+    Length, // of a clip under 30 s
+};
 
 /// One song as it is taken along into other programs: all that is known of it, in the units of
 /// people. A song that can't be heard has its names and the reason. A plain value.

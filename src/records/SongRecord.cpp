@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr std::uint8_t kForm = 4; // Fixed: of the fields below.
+constexpr std::uint8_t kForm = 5; // Fixed: of the fields below.
 constexpr unsigned kByteBits = 8;
 constexpr std::size_t kNumberBytes = 8;
 constexpr unsigned kStepBits = 7;
@@ -316,11 +316,15 @@ void Told(Archive& archive, Heard& heard) {
     archive.Integer(heard.m_outcome.m_problem);
     Reported(archive, heard.m_outcome.m_report);
     archive.Bytes(heard.m_sTempo);
+    archive.Integer(heard.m_bByLength);
     if (archive.IsThere(heard.m_candidates)) {
         Listed(archive, *heard.m_candidates);
     }
     if (archive.IsThere(heard.m_facts)) {
         Found(archive, *heard.m_facts);
+    }
+    if (archive.IsThere(heard.m_harmony)) {
+        Keyed(archive, *heard.m_harmony);
     }
 }
 

@@ -16,6 +16,7 @@ CHeardSong HeardSongOf(CSongProfile const& profile, bool keepsEnvelopes) {
     }
     if (heard.m_outcome.m_problem == EAnalysisProblem::None) {
         heard.m_sTempo = TempoText(static_cast<double>(profile.m_results.GetBpm()));
+        heard.m_bByLength = profile.m_bByLength;
         heard.m_candidates = CandidatesOf(profile);
         heard.m_facts = FactsOf(profile, keepsEnvelopes);
     }

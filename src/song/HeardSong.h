@@ -4,6 +4,7 @@
 #pragma once
 
 #include "song/AnalysisProblem.h"
+#include "song/Harmony.h"
 #include "song/SongFacts.h"
 #include "song/TempoCandidates.h"
 
@@ -14,7 +15,9 @@
 struct CHeardSong {
     CAnalysisOutcome m_outcome;
     std::string m_sTempo;                         // "%3.2f", as it goes into tags
+    bool m_bByLength = false;                     // the tempo follows from a clip's length
     std::optional<CTempoCandidates> m_candidates; // once they were asked for
+    std::optional<CHarmony> m_harmony = {};       // likewise
     std::optional<CSongFacts> m_facts = {};       // likewise
 
     bool operator==(CHeardSong const&) const = default;

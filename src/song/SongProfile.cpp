@@ -44,7 +44,10 @@ public:
         m_profile.m_fHeardBpm = bpm;
         Tell(&IProfileObserver::OnFoldedBpm, bpm);
     }
-    void OnShortClipBpm(float bpm) override { Tell(&IProfileObserver::OnShortClipBpm, bpm); }
+    void OnShortClipBpm(float bpm) override {
+        m_profile.m_bByLength = bpm != m_profile.m_fHeardBpm;
+        Tell(&IProfileObserver::OnShortClipBpm, bpm);
+    }
     void OnBeats(CPfImpactPoints const& beats) override {
         if (m_bBeats) {
             auto const points = beats.Points();

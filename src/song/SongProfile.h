@@ -49,6 +49,7 @@ struct CSongProfile {
     CSmartPtr<CFingerprint> m_pLargePrint;
     std::vector<int> m_vPercents;      // as they came
     float m_fHeardBpm = 0.0f;          // before the rule for short clips; 0 for none
+    bool m_bByLength = false;          // by that rule the tempo is another one
     CPfPcmThumbnail m_energy;          // spectral energy; empty unless it was asked for
     CPfPcmThumbnail m_bass;            // peaks of the signal below 120 Hz; likewise
     CBeatTimes m_beats;                // none unless they were asked for

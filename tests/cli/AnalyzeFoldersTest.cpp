@@ -107,14 +107,14 @@ TEST_F(AnalyzeFoldersTest, WhatSystemsPutBesideMusicIsLeftOut) {
     }
     CProcessResult const result = Tactus({"analyze", "--format", "csv", "d"});
     EXPECT_EQ(result.m_nExit, 0);
-    EXPECT_EQ(RowsOf(result.m_sOut), "d/.hidden/h.mp3,h.mp3,,120.00,tag,,,,,,\n"
-                                     "d/i.mp3,i.mp3,,120.00,tag,,,,,,\n");
+    EXPECT_EQ(RowsOf(result.m_sOut), "d/.hidden/h.mp3,h.mp3,,120.00,tag,,,,,,,,,,,\n"
+                                     "d/i.mp3,i.mp3,,120.00,tag,,,,,,,,,,,\n");
     CProcessResult const all = Tactus({"analyze", "--hidden", "--format", "csv", "d"});
     EXPECT_EQ(std::count(all.m_sOut.begin(), all.m_sOut.end(), '\n'), 1 + 9);
     // What is named is taken.
     CProcessResult const named = Tactus({"analyze", "--format", "csv", "d/._a.mp3", "d/@eaDir"});
-    EXPECT_EQ(RowsOf(named.m_sOut), "d/._a.mp3,._a.mp3,,120.00,tag,,,,,,\n"
-                                    "d/@eaDir/f.mp3,f.mp3,,120.00,tag,,,,,,\n");
+    EXPECT_EQ(RowsOf(named.m_sOut), "d/._a.mp3,._a.mp3,,120.00,tag,,,,,,,,,,,\n"
+                                    "d/@eaDir/f.mp3,f.mp3,,120.00,tag,,,,,,,,,,,\n");
 }
 
 TEST_F(AnalyzeFoldersTest, LinkedFoldersAreToldAndFollowedOnRequest) {
@@ -125,11 +125,11 @@ TEST_F(AnalyzeFoldersTest, LinkedFoldersAreToldAndFollowedOnRequest) {
     CProcessResult const without = Tactus({"analyze", "--format", "csv", "d"});
     EXPECT_EQ(without.m_nExit, 0);
     EXPECT_EQ(without.m_sErr, "tactus: 1 linked folder not followed: -L\n");
-    EXPECT_EQ(RowsOf(without.m_sOut), "d/a.mp3,a.mp3,,120.00,tag,,,,,,\n");
+    EXPECT_EQ(RowsOf(without.m_sOut), "d/a.mp3,a.mp3,,120.00,tag,,,,,,,,,,,\n");
     CProcessResult const with = Tactus({"analyze", "-L", "--format", "csv", "d"});
     EXPECT_EQ(with.m_sErr, "");
-    EXPECT_EQ(RowsOf(with.m_sOut), "d/a.mp3,a.mp3,,120.00,tag,,,,,,\n"
-                                   "d/link/b.mp3,b.mp3,,130.00,tag,,,,,,\n");
+    EXPECT_EQ(RowsOf(with.m_sOut), "d/a.mp3,a.mp3,,120.00,tag,,,,,,,,,,,\n"
+                                   "d/link/b.mp3,b.mp3,,130.00,tag,,,,,,,,,,,\n");
     EXPECT_EQ(Tactus({"analyze", "--follow", "--format", "csv", "d"}).m_sOut, with.m_sOut);
 }
 
@@ -140,7 +140,7 @@ TEST_F(AnalyzeFoldersTest, LoopsOfLinksEndWhenLinksAreFollowed) {
     std::filesystem::create_directory_symlink(".", m_folder / "d/e/self");
     CProcessResult const result = Tactus({"analyze", "-L", "--format", "csv", "d"});
     EXPECT_EQ(result.m_nExit, 0);
-    EXPECT_EQ(RowsOf(result.m_sOut), "d/e/a.mp3,a.mp3,,120.00,tag,,,,,,\n");
+    EXPECT_EQ(RowsOf(result.m_sOut), "d/e/a.mp3,a.mp3,,120.00,tag,,,,,,,,,,,\n");
 }
 
 TEST_F(AnalyzeFoldersTest, FolderWithoutAudioIsToldAndNoTableIsPrinted) {
@@ -154,7 +154,7 @@ TEST_F(AnalyzeFoldersTest, FolderWithoutAudioIsToldAndNoTableIsPrinted) {
     CProcessResult const both = Tactus({"analyze", "--format", "csv", "e", "d", "d/"});
     EXPECT_EQ(both.m_nExit, 4);
     EXPECT_EQ(both.m_sErr, "tactus: d: holds no audio file\ntactus: d/: holds no audio file\n");
-    EXPECT_EQ(RowsOf(both.m_sOut), "e/a.mp3,a.mp3,,120.00,tag,,,,,,\n");
+    EXPECT_EQ(RowsOf(both.m_sOut), "e/a.mp3,a.mp3,,120.00,tag,,,,,,,,,,,\n");
 }
 
 TEST_F(AnalyzeFoldersTest, ExtensionsAreTakenExactly) {
@@ -163,7 +163,7 @@ TEST_F(AnalyzeFoldersTest, ExtensionsAreTakenExactly) {
         WriteTagged(std::string("d/") + name, "120");
     }
     EXPECT_EQ(RowsOf(Tactus({"analyze", "--format", "csv", "d"}).m_sOut),
-              "d/e.MP3,e.MP3,,120.00,tag,,,,,,\n");
+              "d/e.MP3,e.MP3,,120.00,tag,,,,,,,,,,,\n");
 }
 
 } // namespace

@@ -85,19 +85,22 @@ TEST_F(AnalyzeOutputTest, EveryFormatOfOursIsReplaced) {
 }
 
 TEST_F(AnalyzeOutputTest, ReportsAreKnownByTheirBeginning) {
-    for (char const* text : {"", "[]\n", "path,title,artist,tempo,source,error\n",
-                             "Path   Title  Artist  Tempo  Source\na.wav\n",
-                             R"({"path":"a","title":"b","artist":"","tempo":null})"
-                             "\n",
-                             "[\n"
-                             R"({"path":"a","title":"b","artist":"","tempo":null})"
-                             ",\n"}) {
+    for (char const* text :
+         {"", "[]\n", "path,title,artist,tempo,source,error\n",
+          "Path   Title  Artist  Tempo  Source\na.wav\n",
+          "Path  Title  Artist  Tempo  Source  Or\n", "Path  Title  Artist  Tempo  Source  Key\n",
+          "Path  Title  Artist  Tempo  Source    Or  Key\n",
+          R"({"path":"a","title":"b","artist":"","tempo":null})"
+          "\n",
+          "[\n"
+          R"({"path":"a","title":"b","artist":"","tempo":null})"
+          ",\n"}) {
         EXPECT_TRUE(IsReportText(text)) << text;
     }
     for (char const* text :
          {"\n", "[", "[1]", "path,title\n", "Path Title Artist Tempo Source of joy\n",
-          "Path Title Artist Tempo\n", R"({"path":"a"})", R"({"name":"a","title":"","tempo":1})",
-          "[\n{\"path\":1}\n]\n", "ID3\x03"}) {
+          "Path Title Artist Tempo Source Keys\n", "Path Title Artist Tempo\n", R"({"path":"a"})",
+          R"({"name":"a","title":"","tempo":1})", "[\n{\"path\":1}\n]\n", "ID3\x03"}) {
         EXPECT_FALSE(IsReportText(text)) << text;
     }
 }

@@ -37,7 +37,8 @@ protected:
     CProcessResult AnalyzeWhile(std::vector<std::string> const& options,
                                 std::function<void()> const& meddle) {
         WriteTagged("first.mp3", "120");
-        std::vector<std::string> arguments = {"analyze", "-w", "-j", "1", "--format", "jsonl"};
+        std::vector<std::string> arguments = {"analyze", "-w",       "--short", "-j",
+                                              "1",       "--format", "jsonl"};
         arguments.insert(arguments.end(), options.begin(), options.end());
         arguments.insert(arguments.end(), {"first.mp3", "long.mp3"});
         CProcess process(Setup(arguments));
@@ -63,14 +64,14 @@ TEST_F(AnalyzeSharedTest, NamesOfOneFileAreHeardOnceAndAllHaveTheirRow) {
     std::filesystem::create_hard_link(m_folder / "a.mp3", m_folder / "b.mp3");
     std::filesystem::create_symlink("a.mp3", m_folder / "c.mp3");
     for (char const* jobs : {"1", "4"}) {
-        CProcessResult const result = Tactus(
-            {"analyze", "-w", "-f", "-j", jobs, "--format", "csv", "a.mp3", "c.mp3", "./a.mp3"});
+        CProcessResult const result = Tactus({"analyze", "-w", "--short", "-f", "-j", jobs,
+                                              "--format", "csv", "a.mp3", "c.mp3", "./a.mp3"});
         EXPECT_EQ(result.m_nExit, 0);
         EXPECT_THAT(result.m_sErr, StartsWith("tactus: 1 heard, 1 stored, 2 further names in "));
         EXPECT_THAT(result.m_sOut,
-                    ContainsRegex("\na.mp3,[^,]*,,9[56].[0-9]+,analysis,,true,,,,\n"
-                                  "c.mp3,[^,]*,,9[56].[0-9]+,analysis,,true,,,,\n"
-                                  "./a.mp3,[^,]*,,9[56].[0-9]+,analysis,,true,,,,\n"));
+                    ContainsRegex("\na.mp3,[^,]*,,9[56].[0-9]+,length,,true,,,,,,,,,\n"
+                                  "c.mp3,[^,]*,,9[56].[0-9]+,length,,true,,,,,,,,,\n"
+                                  "./a.mp3,[^,]*,,9[56].[0-9]+,length,,true,,,,,,,,,\n"));
         CProcessResult const reading =
             Tactus({"analyze", "-f", "-j", jobs, "--format", "csv", "b.mp3", "a.mp3", "c.mp3"});
         EXPECT_EQ(std::count(reading.m_sOut.begin(), reading.m_sOut.end(), '\n'), 1 + 3);
@@ -87,11 +88,13 @@ TEST_F(AnalyzeSharedTest, RowThatSaysStoredIsTrueOfEveryName) {
             std::filesystem::create_hard_link(m_folder / "d/a.mp3", m_folder / name);
         }
         std::filesystem::create_symlink("a.mp3", m_folder / "d/e.mp3");
-        CProcessResult const result = Tactus({"analyze", "-w", "-j", jobs, "--format", "csv", "d"});
+        CProcessResult const result =
+            Tactus({"analyze", "-w", "--short", "-j", jobs, "--format", "csv", "d"});
         EXPECT_EQ(result.m_nExit, 0);
         for (std::string const name : {"d/a.mp3", "d/b.mp3", "d/c.mp3", "d/e.mp3"}) {
-            EXPECT_THAT(result.m_sOut,
-                        ContainsRegex("\n" + name + ",[^,]*,,9[56].[0-9]+,analysis,,true,,,,\n"));
+            EXPECT_THAT(
+                result.m_sOut,
+                ContainsRegex("\n" + name + ",[^,]*,,9[56].[0-9]+,length,,true,,,,,,,,,\n"));
             EXPECT_THAT(Frame(name, "TBPM"), ContainsRegex("^9[56]")) << name;
         }
     }

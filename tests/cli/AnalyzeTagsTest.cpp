@@ -59,9 +59,9 @@ TEST_F(AnalyzeTagsTest, TempoOfTheTagIsTakenUnlessForced) {
     WriteMp3("a.mp3", 10.0, {"TBPM=133.333", "title=Song", "artist=Someone"});
     CProcessResult const tagged = Tactus({"analyze", "--format", "csv", "a.mp3"});
     EXPECT_EQ(tagged.m_nExit, 0);
-    EXPECT_THAT(tagged.m_sOut, HasSubstr("\na.mp3,Song,Someone,133.33,tag,,,,,,\n"));
+    EXPECT_THAT(tagged.m_sOut, HasSubstr("\na.mp3,Song,Someone,133.33,tag,,,,,,,,,,,\n"));
     CProcessResult const forced = Tactus({"analyze", "-f", "--format", "csv", "a.mp3"});
-    EXPECT_THAT(forced.m_sOut, HasSubstr("\na.mp3,Song,Someone,96.00,analysis,,,,,,\n"));
+    EXPECT_THAT(forced.m_sOut, HasSubstr("\na.mp3,Song,Someone,96.00,length,,,,,,,,,,,\n"));
     EXPECT_EQ(TempoTag("a.mp3"), "133.333\n");
 }
 
@@ -71,10 +71,11 @@ TEST_F(AnalyzeTagsTest, TitleOfTheTagIsShownWithATempoAndWithout) {
     WriteMp3("c.mp3", 10.0, {"TBPM=0", "title=Song"});
     CProcessResult const result = Tactus({"analyze", "--format", "csv", "a.mp3", "b.mp3", "c.mp3"});
     EXPECT_EQ(result.m_sOut,
-              "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote\n"
-              "a.mp3,Song,Someone,96.00,analysis,,,,,,\n"
-              "b.mp3,Song,Someone,96.00,analysis,,,,,,\n"
-              "c.mp3,Song,,96.00,analysis,,,,,,\n");
+              "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote,"
+              "candidates,confidence,harmony,camelot,openKey\n"
+              "a.mp3,Song,Someone,96.00,length,,,,,,,,,,,\n"
+              "b.mp3,Song,Someone,96.00,length,,,,,,,,,,,\n"
+              "c.mp3,Song,,96.00,length,,,,,,,,,,,\n");
 }
 
 TEST_F(AnalyzeTagsTest, WriteStoresTheTempoInMp3FilesAlone) {
@@ -83,21 +84,21 @@ TEST_F(AnalyzeTagsTest, WriteStoresTheTempoInMp3FilesAlone) {
     WriteWav(m_folder / "c.wav", MakeSilence(10.0));
     std::string const wav = ReadText(m_folder / "c.wav");
     CProcessResult const result =
-        Tactus({"analyze", "-w", "--format", "csv", "a.mp3", "B.MP3", "c.wav"});
+        Tactus({"analyze", "-w", "--short", "--format", "csv", "a.mp3", "B.MP3", "c.wav"});
     EXPECT_EQ(result.m_nExit, 0) << result.m_sErr;
     EXPECT_THAT(result.m_sErr, StartsWith("tactus: 2 tags of version 2.4 became version 2.3; --id3 "
                                           "keep keeps them\ntactus: 3 heard, 2 stored in "));
     EXPECT_EQ(std::count(result.m_sErr.begin(), result.m_sErr.end(), '\n'), 2);
-    EXPECT_THAT(result.m_sOut, HasSubstr("\na.mp3,Song,,96.00,analysis,,true,,,,\n"
-                                         "B.MP3,B.MP3,,96.00,analysis,,true,,,,\n"
-                                         "c.wav,c.wav,,96.00,analysis,,false,"));
+    EXPECT_THAT(result.m_sOut, HasSubstr("\na.mp3,Song,,96.00,length,,true,,,,,,,,,\n"
+                                         "B.MP3,B.MP3,,96.00,length,,true,,,,,,,,,\n"
+                                         "c.wav,c.wav,,96.00,length,,false,"));
     EXPECT_EQ(TempoTag("a.mp3"), "96.00\n");
     EXPECT_EQ(TempoTag("B.MP3"), "96.00\n");
     EXPECT_EQ(ReadText(m_folder / "c.wav"), wav);
     EXPECT_EQ(Tactus({"tag", "get", "a.mp3", "TIT2"}).m_sOut, "Song\n");
     // The next run reads what this one wrote, the title with it.
-    EXPECT_THAT(Tactus({"analyze", "-w", "--format", "csv", "a.mp3"}).m_sOut,
-                HasSubstr("\na.mp3,Song,,96.00,tag,,,,,,\n"));
+    EXPECT_THAT(Tactus({"analyze", "-w", "--short", "--format", "csv", "a.mp3"}).m_sOut,
+                HasSubstr("\na.mp3,Song,,96.00,tag,,,,,,,,,,,\n"));
 }
 
 TEST_F(AnalyzeTagsTest, TextInUtf8IsShownDecoded) {
@@ -113,19 +114,19 @@ TEST_F(AnalyzeTagsTest, TextInUtf8IsShownDecoded) {
 TEST_F(AnalyzeTagsTest, ATempoThatNoSongHasIsHeardAnewOnRequest) {
     WriteMp3("a.mp3", 10.0, {"TBPM=5"});
     EXPECT_THAT(Tactus({"analyze", "--format", "csv", "a.mp3"}).m_sOut,
-                HasSubstr(",5.00,tag,,,,,,unlikely\n"));
+                HasSubstr(",5.00,tag,,,,,,unlikely,,,,,\n"));
     EXPECT_THAT(Tactus({"analyze", "--recheck", "--format", "csv", "a.mp3"}).m_sOut,
-                HasSubstr(",96.00,analysis,,,,,,\n"));
+                HasSubstr(",96.00,length,,,,,,,,,,,\n"));
 }
 
 TEST_F(AnalyzeTagsTest, TempoOfZeroIsNeverWritten) {
     // Half a minute of silence has no onset, hence no tempo.
     WriteMp3("a.mp3", 31.0);
     std::string const before = ReadText(m_folder / "a.mp3");
-    CProcessResult const result = Tactus({"analyze", "-w", "--format", "csv", "a.mp3"});
+    CProcessResult const result = Tactus({"analyze", "-w", "--short", "--format", "csv", "a.mp3"});
     EXPECT_EQ(result.m_nExit, 0);
     EXPECT_THAT(result.m_sOut,
-                HasSubstr("\na.mp3,a.mp3,,,analysis,,false,no beat was found,,,noBeat\n"));
+                HasSubstr("\na.mp3,a.mp3,,,analysis,,false,no beat was found,,,noBeat,,,,,\n"));
     EXPECT_EQ(ReadText(m_folder / "a.mp3"), before);
 }
 
@@ -143,10 +144,11 @@ TEST_F(AnalyzeTagsTest, TempoThatCannotBeStoredIsAFailure) {
     // Without a tag there is no room for one, and a folder keeps the new file from being made.
     std::filesystem::create_directory(m_folder / "a.MP~");
     std::string const before = ReadText(m_folder / "a.mp3");
-    CProcessResult const result = Tactus({"analyze", "-w", "--format", "jsonl", "a.mp3"});
+    CProcessResult const result =
+        Tactus({"analyze", "-w", "--short", "--format", "jsonl", "a.mp3"});
     EXPECT_EQ(result.m_nExit, 1);
     EXPECT_THAT(result.m_sErr, ContainsRegex("^tactus: a.mp3: isn't written: "));
-    EXPECT_THAT(result.m_sOut, ContainsRegex("\"tempo\":9[0-9.]+,\"source\":\"analysis\""));
+    EXPECT_THAT(result.m_sOut, ContainsRegex("\"tempo\":9[0-9.]+,\"source\":\"length\""));
     EXPECT_THAT(result.m_sOut, HasSubstr("\"error\":null,\"written\":false,"
                                          "\"notWritten\":\"no new file can be made beside it\""));
     EXPECT_THAT(result.m_sErr, HasSubstr("\ntactus: 1 heard, 0 stored, 1 not stored in "));
@@ -164,9 +166,9 @@ TEST_F(AnalyzeTagsTest, TagWithAnUnknownFrameIsLeftAlone) {
     CProcessResult const read = Tactus({"analyze", "--format", "csv", "a.mp3"});
     EXPECT_EQ(read.m_nExit, 0);
     EXPECT_EQ(read.m_sErr, "");
-    EXPECT_THAT(read.m_sOut, ContainsRegex("\na.mp3,X,,9[0-9.]+,analysis,,,,,,\n"));
+    EXPECT_THAT(read.m_sOut, ContainsRegex("\na.mp3,X,,9[0-9.]+,length,,,,,,,,,,,\n"));
 
-    CProcessResult const write = Tactus({"analyze", "-w", "--format", "csv", "a.mp3"});
+    CProcessResult const write = Tactus({"analyze", "-w", "--short", "--format", "csv", "a.mp3"});
     EXPECT_EQ(write.m_nExit, 1);
     EXPECT_THAT(write.m_sErr,
                 StartsWith("tactus: a.mp3: isn't written: its ID3v2.2 tag holds an unknown kind of "
@@ -179,7 +181,8 @@ TEST_F(AnalyzeTagsTest, IdsOfPlayersThatGetOtherNamesAreTold) {
     TagBytes const tag = TagOf(2, Frame22("GP1", Latin1Text("Group")));
     WriteText(m_folder / "a.mp3",
               std::string(tag.begin(), tag.end()) + ReadText(m_folder / "bare.mp3"));
-    CProcessResult const result = Tactus({"analyze", "-w", "-q", "--format", "jsonl", "a.mp3"});
+    CProcessResult const result =
+        Tactus({"analyze", "-w", "--short", "-q", "--format", "jsonl", "a.mp3"});
     EXPECT_EQ(result.m_nExit, 0);
     EXPECT_THAT(result.m_sOut, HasSubstr("\"error\":null,\"written\":true,\"notWritten\":null"));
     EXPECT_EQ(result.m_sErr, "tactus: a.mp3: its ID3v2.2 tag became one of version 2.3: GP1 is now "
@@ -193,9 +196,9 @@ TEST_F(AnalyzeTagsTest, OnlyWhatWasReadAsMpegAudioIsWritten) {
     std::string const wav = ReadText(m_folder / "wav.mp3");
     std::string const page = ReadText(m_folder / "page.mp3");
     CProcessResult const result =
-        Tactus({"analyze", "-w", "--format", "csv", "wav.mp3", "page.mp3"});
+        Tactus({"analyze", "-w", "--short", "--format", "csv", "wav.mp3", "page.mp3"});
     EXPECT_EQ(result.m_nExit, 1);
-    EXPECT_THAT(result.m_sOut, ContainsRegex("\nwav.mp3,wav.mp3,,9[0-9.]+,analysis,,false,"));
+    EXPECT_THAT(result.m_sOut, ContainsRegex("\nwav.mp3,wav.mp3,,9[0-9.]+,length,,false,"));
     EXPECT_EQ(ReadText(m_folder / "wav.mp3"), wav);
     EXPECT_EQ(ReadText(m_folder / "page.mp3"), page);
 }
@@ -207,9 +210,10 @@ TEST_F(AnalyzeTagsTest, AnArchiveOfOneSongIsHeardAndNotWritten) {
     std::string const archive =
         std::string(head.begin(), head.end()) + ReadText(m_folder / "song.mp3");
     WriteText(m_folder / "archive.mp3", archive);
-    CProcessResult const result = Tactus({"analyze", "-w", "--format", "csv", "archive.mp3"});
+    CProcessResult const result =
+        Tactus({"analyze", "-w", "--short", "--format", "csv", "archive.mp3"});
     EXPECT_EQ(result.m_nExit, 1);
-    EXPECT_THAT(result.m_sOut, ContainsRegex("\narchive.mp3,[^,]*,,9[56].[0-9]+,analysis,,false,"));
+    EXPECT_THAT(result.m_sOut, ContainsRegex("\narchive.mp3,[^,]*,,9[56].[0-9]+,length,,false,"));
     EXPECT_THAT(result.m_sErr, StartsWith("tactus: archive.mp3: isn't written: it isn't MPEG"));
     EXPECT_EQ(ReadText(m_folder / "archive.mp3"), archive);
 }
@@ -220,8 +224,9 @@ TEST_F(AnalyzeTagsTest, WhatIsCutShortIsHeardAndNotWritten) {
     std::string const whole = ReadText(m_folder / "whole.mp3");
     WriteText(m_folder / "cut.mp3", whole.substr(0, whole.size() / 2));
     std::string const before = ReadText(m_folder / "cut.mp3");
-    CProcessResult const result = Tactus({"analyze", "-w", "--format", "csv", "cut.mp3"});
-    EXPECT_THAT(result.m_sOut, ContainsRegex("\ncut.mp3,cut.mp3,,[0-9.]+,analysis,"));
+    CProcessResult const result =
+        Tactus({"analyze", "-w", "--short", "--format", "csv", "cut.mp3"});
+    EXPECT_THAT(result.m_sOut, ContainsRegex("\ncut.mp3,cut.mp3,,[0-9.]+,length,"));
     EXPECT_NE(result.m_nExit, 0);
     EXPECT_EQ(ReadText(m_folder / "cut.mp3"), before);
 }
@@ -229,21 +234,21 @@ TEST_F(AnalyzeTagsTest, WhatIsCutShortIsHeardAndNotWritten) {
 TEST_F(AnalyzeTagsTest, RowsAndAClosingLineTellWhatWasStored) {
     WriteMp3("a.mp3", 10.0);
     WriteMp3("b.mp3", 10.0, {"TBPM=120"});
-    CProcessResult const table = Tactus({"analyze", "-w", "a.mp3", "b.mp3", "none.mp3"});
+    CProcessResult const table = Tactus({"analyze", "-w", "--short", "a.mp3", "b.mp3", "none.mp3"});
     EXPECT_EQ(table.m_nExit, 1);
-    EXPECT_THAT(table.m_sOut, HasSubstr("  96.00  analysis, stored\n"));
+    EXPECT_THAT(table.m_sOut, HasSubstr("  96.00  length, stored\n"));
     EXPECT_THAT(table.m_sOut, HasSubstr(" 120.00  tag\n"));
     EXPECT_THAT(table.m_sErr, ContainsRegex("\ntactus: 1 heard, 1 stored, 1 kept, 1 failed in "
                                             "[0-9.]+ s, [0-9.]+ times real time\n$"));
     CProcessResult const json =
-        Tactus({"analyze", "-w", "-f", "--format", "jsonl", "a.mp3", "none.mp3"});
+        Tactus({"analyze", "-w", "--short", "-f", "--format", "jsonl", "a.mp3", "none.mp3"});
     EXPECT_THAT(json.m_sOut, HasSubstr("\"error\":null,\"written\":true,\"notWritten\":null,"
                                        "\"album\":\"\",\"tagKey\":null,\"tempoNote\":null,"
                                        "\"before\":\"96.00\",\"setBy\":\"tactus\",\"plan\":null}"));
     EXPECT_THAT(json.m_sOut, HasSubstr("\"written\":null,\"notWritten\":null,\"album\":\"\","
                                        "\"tagKey\":null,\"tempoNote\":null,\"before\":null,"
                                        "\"setBy\":null,\"plan\":null}\n"));
-    CProcessResult const quiet = Tactus({"analyze", "-w", "-q", "a.mp3"});
+    CProcessResult const quiet = Tactus({"analyze", "-w", "--short", "-q", "a.mp3"});
     EXPECT_EQ(quiet.m_sErr, "");
 }
 

@@ -47,7 +47,7 @@ TEST_F(AnalyzeTest, PrintsATable) {
     CProcessResult const result = Analyze({"a.wav"});
     EXPECT_EQ(result.m_nExit, 0);
     EXPECT_EQ(result.m_sOut, "Path   Title  Artist  Tempo  Source\n"
-                             "a.wav  a.wav          96.00  analysis\n");
+                             "a.wav  a.wav          96.00  length\n");
     EXPECT_EQ(result.m_sErr, "");
 }
 
@@ -60,10 +60,11 @@ TEST_F(AnalyzeTest, WalksFoldersInAStableOrder) {
     CProcessResult const result = Analyze({"--format", "csv", "d"});
     EXPECT_EQ(result.m_nExit, 0);
     EXPECT_EQ(result.m_sOut,
-              "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote\n"
-              "d/A.wav,A.wav,,96.00,analysis,,,,,,\n"
-              "d/b.wav,b.wav,,96.00,analysis,,,,,,\n"
-              "d/e/c.wav,c.wav,,96.00,analysis,,,,,,\n");
+              "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote,"
+              "candidates,confidence,harmony,camelot,openKey\n"
+              "d/A.wav,A.wav,,96.00,length,,,,,,,,,,,\n"
+              "d/b.wav,b.wav,,96.00,length,,,,,,,,,,,\n"
+              "d/e/c.wav,c.wav,,96.00,length,,,,,,,,,,,\n");
 }
 
 TEST_F(AnalyzeTest, BrokenFilesAreNamedAndTheRestGoesOn) {
@@ -103,7 +104,7 @@ TEST_F(AnalyzeTest, DamagedFileHasATempoAndAMessage) {
     EXPECT_EQ(result.m_nExit, 4);
     EXPECT_EQ(result.m_sErr, "tactus: cut.mp3: breaks off in the middle of a frame\n");
     EXPECT_THAT(result.m_sOut,
-                testing::ContainsRegex("cut.mp3,cut.mp3,,[0-9.]+,analysis,breaks off"));
+                testing::ContainsRegex("cut.mp3,cut.mp3,,[0-9.]+,length,breaks off"));
 }
 
 TEST_F(AnalyzeTest, OtherRatesAreNoObstacle) {
@@ -117,9 +118,10 @@ TEST_F(AnalyzeTest, OtherRatesAreNoObstacle) {
     EXPECT_THAT(
         result.m_sOut,
         testing::MatchesRegex(
-            "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote\n"
-            "slow.wav,slow.wav,,132.3[0-9],analysis,,,,,,\n"
-            "fast.wav,fast.wav,,88.[12][0-9],analysis,,,,,,\n"));
+            "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote,"
+            "candidates,confidence,harmony,camelot,openKey\n"
+            "slow.wav,slow.wav,,132.3[0-9],length,,,,,,,,,,,\n"
+            "fast.wav,fast.wav,,88.[12][0-9],length,,,,,,,,,,,\n"));
 }
 
 TEST_F(AnalyzeTest, JobsDoNotChangeTheOutput) {
@@ -164,14 +166,14 @@ TEST_F(AnalyzeTest, DashIsStandardInput) {
     setup.m_sInput = m_folder / "a.wav";
     CProcessResult const file = RunProcess(setup);
     EXPECT_EQ(file.m_nExit, 0);
-    EXPECT_THAT(file.m_sOut, HasSubstr("\n-,-,,96.00,analysis,,,,,,\n"));
+    EXPECT_THAT(file.m_sOut, HasSubstr("\n-,-,,96.00,length,,,,,,,,,,,\n"));
 
     setup.m_vArguments = {"/bin/sh", "-c",
                           std::string("cat a.wav | ") + TACTUS_PROGRAM +
                               " analyze --format csv - - none"};
     CProcessResult const pipe = RunProcess(setup);
     EXPECT_EQ(pipe.m_nExit, 1);
-    EXPECT_THAT(pipe.m_sOut, HasSubstr("\n-,-,,96.00,analysis,,,,,,\nnone,"));
+    EXPECT_THAT(pipe.m_sOut, HasSubstr("\n-,-,,96.00,length,,,,,,,,,,,\nnone,"));
 }
 
 TEST_F(AnalyzeTest, ResultsGoToAFile) {
@@ -179,7 +181,7 @@ TEST_F(AnalyzeTest, ResultsGoToAFile) {
     CProcessResult const result = Analyze({"-o", "out.csv", "--format", "csv", "a.wav"});
     EXPECT_EQ(result.m_nExit, 0);
     EXPECT_EQ(result.m_sOut, "");
-    EXPECT_THAT(ReadText(m_folder / "out.csv"), HasSubstr("a.wav,a.wav,,96.00,analysis,"));
+    EXPECT_THAT(ReadText(m_folder / "out.csv"), HasSubstr("a.wav,a.wav,,96.00,length,"));
     CProcessResult const dash = Analyze({"-o", "-", "a.wav"});
     EXPECT_THAT(dash.m_sOut, HasSubstr("96.00"));
 }

@@ -93,7 +93,7 @@ TEST_F(FixTest, WhatCannotBePutRightIsTold) {
 TEST_F(FixTest, TempoOfAnEarlierAnalysisIsPutRightToo) {
     WriteMp3("a.mp3");
     CProcessResult const heard = Tactus({"analyze", "--format", "jsonl", "a.mp3"});
-    EXPECT_THAT(heard.m_sOut, HasSubstr("\"source\":\"analysis\""));
+    EXPECT_THAT(heard.m_sOut, HasSubstr("\"source\":\"length\""));
     std::string const tempo =
         heard.m_sOut.substr(heard.m_sOut.find("\"tempo\":") + 8, 5); // as in 95.43
     CProcessResult const fixed = Tactus({"fix", "-n", "x2", "a.mp3"});

@@ -40,14 +40,15 @@ protected:
 
 TEST_F(HandTest, AnotherProgramsTempoStaysUnlessItIsToGo) {
     WriteOthers("a.mp3", "174");
-    CProcessResult const kept = Analyze({"-f", "-w"});
+    CProcessResult const kept = Analyze({"-f", "-w", "--short"});
     EXPECT_EQ(kept.m_nExit, 0);
     EXPECT_THAT(kept.m_sOut, HasSubstr("\"written\":false,\"notWritten\":\"the tag's tempo is "
                                        "another program's: --overwrite-hand\""));
     EXPECT_THAT(kept.m_sOut, HasSubstr("\"before\":\"174\",\"setBy\":\"other\""));
     EXPECT_THAT(kept.m_sErr, StartsWith("tactus: 1 heard, 0 stored, 1 kept in "));
     EXPECT_EQ(Tempo(), "174\n");
-    EXPECT_THAT(Analyze({"-f", "-w", "--overwrite-hand"}).m_sOut, HasSubstr("\"written\":true"));
+    EXPECT_THAT(Analyze({"-f", "-w", "--short", "--overwrite-hand"}).m_sOut,
+                HasSubstr("\"written\":true"));
     EXPECT_THAT(Tempo(), ContainsRegex("^9[0-9]"));
 }
 
@@ -57,29 +58,29 @@ TEST_F(HandTest, WhatAPersonSetStaysToo) {
     EXPECT_THAT(Analyze({}).m_sOut, HasSubstr("\"source\":\"tag\""));
     EXPECT_THAT(Analyze({}).m_sOut, HasSubstr("\"setBy\":\"hand\""));
     EXPECT_THAT(Tactus({"analyze", "a.mp3"}).m_sOut, HasSubstr("174.00  tag, by hand\n"));
-    EXPECT_THAT(Analyze({"-f", "-w"}).m_sOut,
+    EXPECT_THAT(Analyze({"-f", "-w", "--short"}).m_sOut,
                 HasSubstr("the tag's tempo was set by hand: --overwrite-hand"));
     ASSERT_EQ(Tactus({"fix", "/2", "a.mp3"}).m_nExit, 0);
-    EXPECT_THAT(Analyze({"-f", "-w"}).m_sOut, HasSubstr("was set by hand"));
+    EXPECT_THAT(Analyze({"-f", "-w", "--short"}).m_sOut, HasSubstr("was set by hand"));
     EXPECT_EQ(Tempo(), "87.00\n");
 }
 
 TEST_F(HandTest, WhatTactusFoundMayBeFoundAnew) {
     WriteMp3("a.mp3");
-    ASSERT_EQ(Analyze({"-w"}).m_nExit, 0);
+    ASSERT_EQ(Analyze({"-w", "--short"}).m_nExit, 0);
     std::string const found = Tempo();
     EXPECT_THAT(Analyze({}).m_sOut, HasSubstr("\"setBy\":\"tactus\""));
-    EXPECT_THAT(Analyze({"-f", "-w"}).m_sOut, HasSubstr("\"written\":true"));
+    EXPECT_THAT(Analyze({"-f", "-w", "--short"}).m_sOut, HasSubstr("\"written\":true"));
     EXPECT_EQ(Tempo(), found);
 }
 
 TEST_F(HandTest, OnlyWhatIsOffIsReplaced) {
     WriteOthers("a.mp3", "96");
-    EXPECT_THAT(Analyze({"-f", "-w", "--overwrite-hand", "--only-if-off", "5%"}).m_sOut,
+    EXPECT_THAT(Analyze({"-f", "-w", "--short", "--overwrite-hand", "--only-if-off", "5%"}).m_sOut,
                 HasSubstr("\"notWritten\":\"the tag's tempo is within the limit\""));
     EXPECT_EQ(Tempo(), "96\n");
     WriteOthers("a.mp3", "120");
-    EXPECT_THAT(Analyze({"-f", "-w", "--overwrite-hand", "--only-if-off", "5%"}).m_sOut,
+    EXPECT_THAT(Analyze({"-f", "-w", "--short", "--overwrite-hand", "--only-if-off", "5%"}).m_sOut,
                 HasSubstr("\"written\":true"));
     for (char const* const share : {"5", "-1%", "101%", "%", "x%"}) {
         EXPECT_EQ(Analyze({"--only-if-off", share}).m_nExit, 2) << share;
@@ -91,8 +92,8 @@ TEST_F(HandTest, DryRunTellsWhatWouldBeDone) {
     WriteOthers("keep.mp3", "174");
     WriteClip("skip.wav");
     std::string const before = ReadText(m_folder / "write.mp3");
-    CProcessResult const plain =
-        Tactus({"analyze", "--dry-run", "write.mp3", "keep.mp3", "skip.wav", "none.mp3"});
+    CProcessResult const plain = Tactus(
+        {"analyze", "--dry-run", "--short", "write.mp3", "keep.mp3", "skip.wav", "none.mp3"});
     EXPECT_THAT(
         plain.m_sOut,
         ContainsRegex(
@@ -102,10 +103,10 @@ TEST_F(HandTest, DryRunTellsWhatWouldBeDone) {
             "skip\tnothing\tnone.mp3\t[^\n]+\n$"));
     EXPECT_THAT(plain.m_sErr,
                 HasSubstr("tactus: 1 to write, 1 to keep, 0 to keep that differ, 2 to skip in "));
-    CProcessResult const forced = Tactus({"analyze", "--dry-run", "-f", "keep.mp3"});
+    CProcessResult const forced = Tactus({"analyze", "--dry-run", "--short", "-f", "keep.mp3"});
     EXPECT_THAT(forced.m_sOut, ContainsRegex("^differ\t174 -> 9[0-9.]+\tkeep.mp3\tthe tag's"));
     CProcessResult const all =
-        Tactus({"analyze", "--dry-run", "-f", "--overwrite-hand", "keep.mp3"});
+        Tactus({"analyze", "--dry-run", "--short", "-f", "--overwrite-hand", "keep.mp3"});
     EXPECT_THAT(all.m_sOut, ContainsRegex("^write\t174 -> 9[0-9.]+\tkeep.mp3\n$"));
     EXPECT_EQ(ReadText(m_folder / "write.mp3"), before);
     EXPECT_EQ(Tempo("keep.mp3"), "174\n");
@@ -114,7 +115,7 @@ TEST_F(HandTest, DryRunTellsWhatWouldBeDone) {
 TEST_F(HandTest, LogHasEveryRow) {
     WriteOthers("a.mp3", "174");
     CProcessResult const run =
-        Tactus({"analyze", "-f", "-w", "--log", "log.jsonl", "a.mp3", "none.mp3"});
+        Tactus({"analyze", "-f", "-w", "--short", "--log", "log.jsonl", "a.mp3", "none.mp3"});
     EXPECT_THAT(run.m_sOut, StartsWith("Path"));
     std::string const log = ReadText(m_folder / "log.jsonl");
     EXPECT_THAT(log, ContainsRegex("^[{]\"path\":\"a.mp3\",[^\n]*\"before\":\"174\"[^\n]*[}]\n"

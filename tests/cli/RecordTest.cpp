@@ -231,7 +231,7 @@ TEST_F(RecordTest, ChosenFieldsComeAlone) {
     CProcessResult const result =
         Tactus({"analyze", "--format", "json", "--fields", "tempoSource,duration", "a.wav"});
     EXPECT_EQ(result.m_sOut,
-              "[\n{\"path\":\"a.wav\",\"duration\":10,\"tempoSource\":\"analysis\"}\n]\n");
+              "[\n{\"path\":\"a.wav\",\"duration\":10,\"tempoSource\":\"length\"}\n]\n");
     CProcessResult const wrong = Tactus({"profile", "--fields", "tempo,bmp", "a.wav"});
     EXPECT_EQ(wrong.m_nExit, 2);
     EXPECT_THAT(wrong.m_sErr, HasSubstr("'bmp' is none of schema"));

@@ -113,6 +113,46 @@ TEST_F(ReportTest, TableTellsWhatWasStored) {
               "a     b      c       100.00  analysis\n");
 }
 
+TEST_F(ReportTest, TableTellsWhatFollowsFromALength) {
+    CReportRow clip = Analysed("a", "b", "c", 100.0);
+    clip.m_source = ETempoSource::Length;
+    CReportRow left = clip;
+    left.m_writing = EWriting::NotStored;
+    left.m_bTooShort = true;
+    EXPECT_EQ(WriteTable(0, false, {clip, left}),
+              "Path  Title  Artist   Tempo  Source\n"
+              "a     b      c       100.00  length\n"
+              "a     b      c       100.00  length, not stored\n");
+    EXPECT_THAT(Write(EReportFormat::Csv, {clip}),
+                testing::HasSubstr("\na,b,c,100.00,length,,,,,,,,,,,\n"));
+    EXPECT_THAT(Write(EReportFormat::JsonLines, {clip}),
+                testing::HasSubstr(R"("source":"length")"));
+}
+
+TEST_F(ReportTest, ReadingsAndKeyAreToldOnRequest) {
+    CReportRow row = Analysed("a", "b", "c", 120.0);
+    row.m_candidates = {.m_vCandidates = {{120.0f, 1, 1, 0.75f}, {87.5f, 0, 0, 0.25f}},
+                        .m_fConfidence = 0.5f};
+    row.m_harmony = CHarmony{.m_eMode = EKeyMode::Minor, .m_nTonic = 9, .m_fConfidence = 0.25f};
+    CReportRow none = Analysed("d", "e", "f", 120.0);
+    none.m_harmony = CHarmony();
+    COutput output;
+    EXPECT_EQ(output.Open(m_folder / "out"), 0);
+    CTableReport report(output, 0, false, {.m_bOther = true, .m_bHarmony = true});
+    EXPECT_EQ(Finish(report, output, {row, none}),
+              "Path  Title  Artist   Tempo  Source    Or          Key\n"
+              "a     b      c       120.00  analysis  87.50 0.25  Am 8A 1m\n"
+              "d     e      f       120.00  analysis\n");
+    EXPECT_THAT(Write(EReportFormat::Csv, {row, none}),
+                testing::HasSubstr(
+                    "\na,b,c,120.00,analysis,,,,,,,120.00 (1:1) 0.75; 87.50 0.25,0.5,Am,8A,1m\n"
+                    "d,e,f,120.00,analysis,,,,,,,,,,,\n"));
+    std::string const json = Write(EReportFormat::JsonLines, {row, none});
+    EXPECT_THAT(json, testing::HasSubstr(R"("harmony":{"plain":"Am","camelot":"8A","openKey":"1m",)"
+                                         R"("confidence":0.25,"tuning":0}})"));
+    EXPECT_THAT(json, testing::HasSubstr(R"("harmony":null})"));
+}
+
 TEST_F(ReportTest, ATempoFromATagThatIsNoPlainOneIsMarked) {
     CReportRow row = Analysed("a", "b", "c", 128.0);
     row.m_source = ETempoSource::Tag;
@@ -127,9 +167,9 @@ TEST_F(ReportTest, ATempoFromATagThatIsNoPlainOneIsMarked) {
                                           "a     b      c        128.00  tag, times 100 there\n"
                                           "a     b      c       128.00?  tag, unlikely\n");
     EXPECT_THAT(Write(EReportFormat::Csv, rows),
-                testing::HasSubstr("a,b,c,128.00,tag,,,,\"X, Y\",Am,times10\n"
-                                   "a,b,c,128.00,tag,,,,\"X, Y\",Am,times100\n"
-                                   "a,b,c,128.00,tag,,,,\"X, Y\",Am,unlikely\n"));
+                testing::HasSubstr("a,b,c,128.00,tag,,,,\"X, Y\",Am,times10,,,,,\n"
+                                   "a,b,c,128.00,tag,,,,\"X, Y\",Am,times100,,,,,\n"
+                                   "a,b,c,128.00,tag,,,,\"X, Y\",Am,unlikely,,,,,\n"));
     EXPECT_THAT(Write(EReportFormat::JsonLines, rows),
                 testing::HasSubstr(R"("album":"X, Y","tagKey":"Am","tempoNote":"times10",)"));
 }
@@ -144,11 +184,13 @@ TEST_F(ReportTest, TableShowsNoControlCharacters) {
 TEST_F(ReportTest, CsvQuotesWhatNeedsIt) {
     EXPECT_EQ(Write(EReportFormat::Csv, {Analysed("a,b.mp3", "Say \"hi\"", "x\ny", 120.5),
                                          Failed("c\xFF.wav", "is empty")}),
-              "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote\n"
-              "\"a,b.mp3\",\"Say \"\"hi\"\"\",\"x\ny\",120.50,analysis,,,,,,\n"
-              "c\xFF.wav,c\xFF.wav,,,,is empty,,,,,\n");
+              "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote,"
+              "candidates,confidence,harmony,camelot,openKey\n"
+              "\"a,b.mp3\",\"Say \"\"hi\"\"\",\"x\ny\",120.50,analysis,,,,,,,,,,,\n"
+              "c\xFF.wav,c\xFF.wav,,,,is empty,,,,,,,,,,\n");
     EXPECT_EQ(Write(EReportFormat::Csv, {}),
-              "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote\n");
+              "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote,"
+              "candidates,confidence,harmony,camelot,openKey\n");
 }
 
 TEST_F(ReportTest, JsonIsAnArrayOfRows) {

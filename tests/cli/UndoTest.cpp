@@ -85,7 +85,7 @@ TEST_F(UndoCommandTest, AnalysisOfAFolderIsOneBatch) {
         WriteMp3(name);
     }
     std::string const before = ReadText(m_folder / "songs/b.mp3");
-    ASSERT_EQ(Tactus({"analyze", "-w", "songs"}).m_nExit, 0);
+    ASSERT_EQ(Tactus({"analyze", "-w", "--short", "songs"}).m_nExit, 0);
     EXPECT_NE(ReadText(m_folder / "songs/b.mp3"), before);
     CProcessResult const undone = Tactus({"undo"});
     EXPECT_EQ(undone.m_sErr, "tactus: 2 taken back\n");

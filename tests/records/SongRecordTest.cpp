@@ -69,6 +69,11 @@ CSongRecord FullRecord() {
                                 .m_startNote = EStartNote::EncoderTag,
                                 .m_identity = {1, 2, 3, -4, 5}};
     heard.m_sTempo = "127.99";
+    heard.m_bByLength = true;
+    heard.m_harmony = CHarmony{.m_eMode = EKeyMode::Minor,
+                               .m_nTonic = 11,
+                               .m_fConfidence = 0.625f,
+                               .m_fTuningCents = -12.5f};
     heard.m_candidates = CTempoCandidates();
     heard.m_candidates->m_fConfidence = std::numeric_limits<float>::denorm_min();
     heard.m_candidates->m_vCandidates = {{120.0f, 1, 1, 0.75f}, {77.5f, 0, 0, 0.25f}};

@@ -122,6 +122,13 @@ TEST_F(SongProfileTest, HarmonyIsHeardOnRequestOnly) {
     EXPECT_NEAR(profile.m_harmony->m_fConfidence, ear.Finish().m_fConfidence, 0.02f);
 }
 
+TEST_F(SongProfileTest, ItIsKnownWhetherTheLengthDecided) {
+    // 240 / 20 is 12, doubled three times 96: another tempo than that of the clicks.
+    EXPECT_TRUE(ProfileSong(Write(MakeClickTrack(125.0, 20.0)), {}).m_bByLength);
+    EXPECT_FALSE(ProfileSong(Write(MakeClickTrack(125.0, 31.0)), {}).m_bByLength);
+    EXPECT_FALSE(ProfileSong(m_folder / "missing.wav", {}).m_bByLength);
+}
+
 TEST_F(SongProfileTest, AClipKeepsTheTempoThatWasHeard) {
     CSongProfile const profile = ProfileSong(Write(MakeClickTrack(125.0, 10.0)), {});
     // The grid may move either by a little.

@@ -135,7 +135,7 @@ class Journal(unittest.TestCase):
         self.assertGreater(cut, 0, "no kill fell into a batch")
 
 
-WRITE = ("-w",)
+WRITE = ("-w", "--short")
 
 if __name__ == "__main__":
     TACTUS = os.path.abspath(sys.argv[1])

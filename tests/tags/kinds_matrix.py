@@ -262,7 +262,7 @@ def sound_of(path):
 
 
 def write(*arguments, status=0):
-    return rows_of("--write", "--force", "--write-types", "all", *arguments, status=status)
+    return rows_of("--write", "--short", "--force", "--write-types", "all", *arguments, status=status)
 
 
 class Matrix(unittest.TestCase):
@@ -430,7 +430,7 @@ class Matrix(unittest.TestCase):
         self.folder.chmod(0o777)
         pathlib.Path(self.room.name).chmod(0o755)
         before = {path: path.read_bytes() for path in self.folder.iterdir()}
-        command = [TACTUS, "analyze", "-q", "-w", "-f", "--write-types", "all", "--format", "jsonl", str(self.folder)]
+        command = [TACTUS, "analyze", "-q", "-w", "-f", "--short", "--write-types", "all", "--format", "jsonl", str(self.folder)]
         user = 65534 if os.geteuid() == 0 else None
         done = subprocess.run(command, capture_output=True, check=False, user=user)
         self.assertEqual(done.returncode, 1, done.stderr)
@@ -470,7 +470,7 @@ class Matrix(unittest.TestCase):
             allowed = {hashlib.sha256(old).digest(), hashlib.sha256(path.read_bytes()).digest()}
             for pause in (0.02, 0.04, 0.06):
                 path.write_bytes(old)
-                command = [TACTUS, "analyze", "-q", "-w", "-f", "--write-types", "all", str(path)]
+                command = [TACTUS, "analyze", "-q", "-w", "-f", "--short", "--write-types", "all", str(path)]
                 with subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as process:
                     time.sleep(pause)
                     process.kill()
