@@ -6,7 +6,6 @@
 
 #include "cli/FixCommand.h"
 
-#include "IDTag/TagStore.h"
 #include "cli/ExitCode.h"
 #include "cli/Interrupt.h"
 #include "cli/Message.h"
@@ -15,7 +14,9 @@
 #include "cli/WriteReason.h"
 #include "records/Places.h"
 #include "records/RecordStore.h"
+#include "song/AudioKinds.h"
 #include "song/SongTags.h"
+#include "song/StoreTempo.h"
 #include "song/TempoText.h"
 
 #include <CLI/CLI.hpp>
@@ -31,7 +32,6 @@ constexpr double kFastestBpm = 999.0;  // Fixed: likewise.
 constexpr std::size_t kFewestTaps = 4; // Fixed: three spans.
 constexpr double kMinuteSeconds = 60.0;
 constexpr char kTap[] = "tap";
-constexpr char kTempoFrameId[] = "TBPM"; // Standard: ID3v2.3.0, section 4.2.1.
 
 struct CNamedRatio {
     std::string_view m_sName;
@@ -67,6 +67,13 @@ std::optional<double> TempoOf(CInputFile const& input, CShownTags const& tags,
         std::from_chars(text.data(), text.data() + text.size(), bpm);
     }
     return bpm > 0.0 ? std::optional(bpm) : std::nullopt;
+}
+
+/// What a write is held against: the text of the tempo in the tag.
+CString TempoTextOf(CInputFile const& input, CShownTags const& tags) {
+    CAudioKind const* const kind = FindAudioKind(input.m_sPath);
+    bool const isOther = kind != nullptr && kind->m_writing == ETagWriting::Library;
+    return isOther ? CString::FromUtf8(tags.m_sTempo) : ReadSongTags(input.m_sPath).m_sTempoFrame;
 }
 
 } // namespace
@@ -115,7 +122,7 @@ CLI::App* CFixCommand::AddTo(CLI::App& program) {
                              "' is none of x2, /2, 3:2, 2:3, 4:3, 3:4, = and a tempo from 20 to "
                              "999, and tap";
         });
-    app->add_option("PATH", m_vPaths, "MP3 files, and folders to be searched")
+    app->add_option("PATH", m_vPaths, "Files whose tags can be written, and folders to be searched")
         ->type_name("")
         ->required();
     app->footer(
@@ -190,14 +197,13 @@ bool CFixCommand::Fix(CInputFile const& input, CJournal& journal, CRecordStore& 
         return refuse("isn't written: " + text + " is no tempo from 20 to 999");
     }
     if (!m_bDryRun) {
-        CTagStoreOptions options;
-        options.m_bNeedsMpegChain = true;
-        options.m_bKeepTime = m_bKeepTime;
-        options.m_expectedText = ReadSongTags(input.m_sPath).m_sTempoFrame;
         auto const witness = journal.Witness(EJournalWriter::Fix, ETextOrigin::Hand);
+        CStoreTempoOptions options;
+        options.m_bKeepTime = m_bKeepTime;
+        options.m_tempoBefore = TempoTextOf(input, tags);
         options.m_pWitness = witness.get();
         EWriteProblem const problem =
-            StoreTagText(input.m_sPath, kTempoFrameId, CString(text.c_str()), options);
+            StoreGivenTempo(input.m_sPath, CString(text.c_str()), options);
         if (problem != EWriteProblem::None) {
             return refuse(WriteReason(problem));
         }

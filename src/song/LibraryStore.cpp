@@ -163,7 +163,8 @@ EWriteProblem CStore::Commit(CFileSwap& swap) {
                          .m_before = m_target.GetIdentity(),
                          .m_sFrameId = kTempoFrameId,
                          .m_textBefore = TextOf(m_sTempoBefore),
-                         .m_textAfter = TextOf(m_wish.m_bNoTempo ? "" : m_wish.m_sTempo),
+                         // As it is read back: MP4 has whole numbers of its own.
+                         .m_textAfter = TextOf(ShownTagsOf(ReadOtherTags(swap.Get())).m_sTempo),
                          .m_oldTag = fronts.m_vOld,
                          .m_newTag = fronts.m_vNew,
                          .m_bHasBytes = fronts.m_bIsKnown};

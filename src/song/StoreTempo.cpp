@@ -52,6 +52,18 @@ EWriteProblem StoreInMp3(CString const& path, CFileIdentity const& heard, CStrin
     return problem;
 }
 
+EWriteProblem StoreInOther(CString const& path, CAudioKind const& kind, CFileIdentity const& seen,
+                           CTagWish const& wish, CStoreTempoOptions const& wishes) {
+    CLibraryStoreOptions options = {.m_expected = seen, .m_pWitness = wishes.m_pWitness};
+    if (wishes.m_tempoBefore) {
+        options.m_tempoBefore = wishes.m_tempoBefore->ToUtf8();
+    }
+    if (wishes.m_bKeepTime) {
+        options.m_writtenTime = seen.m_nWrittenTime;
+    }
+    return StoreByLibrary(path, kind, wish, options);
+}
+
 } // namespace
 
 EWriteProblem ProblemOfStoring(CAnalysisOutcome const& outcome, EContainer container) {
@@ -88,17 +100,24 @@ EWriteProblem StoreTempo(CString const& path, CAnalysisOutcome const& outcome, C
         return problem;
     }
     if (isLibrarys) {
-        std::optional<std::string> before;
-        if (wishes.m_tempoBefore) {
-            before = wishes.m_tempoBefore->ToUtf8();
-        }
-        CLibraryStoreOptions options = {.m_expected = outcome.m_report.m_identity,
-                                        .m_tempoBefore = before,
-                                        .m_pWitness = wishes.m_pWitness};
-        if (wishes.m_bKeepTime) {
-            options.m_writtenTime = outcome.m_report.m_identity.m_nWrittenTime;
-        }
-        return StoreByLibrary(path, *kind, {tempo.ToUtf8(), wishes.m_sKey}, options);
+        return StoreInOther(path, *kind, outcome.m_report.m_identity,
+                            {tempo.ToUtf8(), wishes.m_sKey}, wishes);
     }
     return StoreInMp3(path, outcome.m_report.m_identity, tempo, wishes, report);
+}
+
+EWriteProblem StoreGivenTempo(CString const& path, CString const& tempo,
+                              CStoreTempoOptions const& wishes) {
+    CAudioKind const* const kind = FindAudioKind(path);
+    if (kind != nullptr && kind->m_writing == ETagWriting::Library) {
+        std::optional<CFileIdentity> const identity = IdentityAt(path.ToPath());
+        return identity ? StoreInOther(path, *kind, *identity, {.m_sTempo = tempo.ToUtf8()}, wishes)
+                        : EWriteProblem::NotWritable;
+    }
+    CTagStoreOptions options;
+    options.m_bNeedsMpegChain = true;
+    options.m_bKeepTime = wishes.m_bKeepTime;
+    options.m_expectedText = wishes.m_tempoBefore;
+    options.m_pWitness = wishes.m_pWitness;
+    return StoreTagText(path, kTempoFrameId, tempo, options);
 }

@@ -51,3 +51,11 @@ struct CStoreTempoOptions {
 /// Thread: any.
 EWriteProblem StoreTempo(CString const& path, CAnalysisOutcome const& outcome, CString const& tempo,
                          CStoreTempoOptions const& wishes, CTagStoreReport* report = nullptr);
+
+/// Writes a tempo that a person gives into the tag of a file that nobody has decoded, of any kind
+/// that can be written: in an MP3 file, MPEG frames must follow the tag. Of `wishes`, the tempo
+/// that was seen, the time and the witness count.
+/// Returns: `None` also when the text stands there already.
+/// Thread: any.
+EWriteProblem StoreGivenTempo(CString const& path, CString const& tempo,
+                              CStoreTempoOptions const& wishes);

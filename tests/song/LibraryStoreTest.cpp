@@ -134,6 +134,10 @@ TEST_F(LibraryStoreTest, AWitnessIsToldOfTheWriteBeforeIt) {
     EXPECT_EQ(std::string(told.m_vOld.begin(), told.m_vOld.end()) +
                   after.substr(told.m_vNew.size()),
               before);
+    // Of a whole number, MP4 keeps no fraction.
+    Ffmpeg({"-i", m_folder / "source.wav", m_folder / "t.m4a"});
+    ASSERT_EQ(Store("t.m4a", {"128.00", ""}, {.m_pWitness = &told}), EWriteProblem::None);
+    EXPECT_EQ(told.m_after->ToUtf8(), "128");
     // Nothing is told of what changes nothing.
     CTold idle;
     EXPECT_EQ(Store("x.flac", {"128.50", ""}, {.m_pWitness = &idle}), EWriteProblem::None);
