@@ -78,7 +78,9 @@ COpenDatabase OpenAt(std::string const& path, CDatabaseKind const& kind, bool is
             MakeTables(database, kind);
         }
         opened.m_nInode = IdentityAt(path).value_or(CFileIdentity()).m_nInode;
-        opened.m_eProblem = LookAt(database, kind);
+        // A file without tables was begun where no more would fit.
+        opened.m_eProblem =
+            isReading && IsEmpty(database) ? ERecordProblem::NotThere : LookAt(database, kind);
         // What a kill of the process leaves is whole either way; the difference is a power cut.
         database.exec(kind.m_bDurable ? "PRAGMA synchronous = FULL"
                                       : "PRAGMA synchronous = NORMAL");

@@ -159,6 +159,20 @@ TEST_F(JournalTest, WhatIsNotOursIsLeftAlone) {
     EXPECT_EQ(ReadText(Database()), before);
 }
 
+TEST_F(JournalTest, WhatIsLeftOfAFullDiskIsNobodys) {
+    std::string const path = Song("a.mp3");
+    std::filesystem::create_directories(Folder());
+    WriteText(Database(), "");
+    CJournal journal(Folder());
+    EXPECT_TRUE(journal.Batches(10).empty());
+    EXPECT_EQ(journal.OriginOf(path, "TBPM", "128.00"), std::nullopt);
+    EXPECT_EQ(journal.Problem(), ERecordProblem::None);
+    // Once there is space, it is begun anew.
+    ASSERT_EQ(Write(journal, path, "128.00"), EWriteProblem::None);
+    EXPECT_EQ(journal.Batches(10).size(), 1U);
+    EXPECT_EQ(journal.Problem(), ERecordProblem::None);
+}
+
 TEST_F(JournalTest, WhatALaterVersionMadeIsLeftAlone) {
     { EXPECT_TRUE(CJournal(Folder()).Clear()); }
     SQLite::Database(Database(), SQLite::OPEN_READWRITE).exec("PRAGMA user_version = 99");
