@@ -42,6 +42,7 @@ has() {
 has tactus list '^/usr/bin/tactus$'
 has tactus list '^/usr/share/man/man1/tactus\.1\.gz$'
 has tactus list '^/usr/share/tactus/tactus-song-1.schema.json$'
+has tactus list '^/usr/lib/systemd/user/tactus\.timer$'
 has tactus requires '^libavcodec\.so\.'
 has tactus info '^License *: MIT$'
 has tactus-desktop list '^/usr/bin/tactus-desktop$'
