@@ -277,7 +277,7 @@ void CSongWork::Fail(EAnalysisProblem problem) {
 }
 
 /// How the tempo is to be stored.
-CStoreTempoOptions CSongWork::WishesFor(std::string const& key, ITagWitness* witness) const {
+CStoreTempoOptions CSongWork::WishesFor(std::string const& key) const {
     CStoreTempoOptions options;
     if (!m_options.m_bForce || !m_options.m_bOverwriteHand) {
         options.m_tempoBefore = m_sTempoInTag;
@@ -286,7 +286,6 @@ CStoreTempoOptions CSongWork::WishesFor(std::string const& key, ITagWitness* wit
     options.m_bKeepVersion = m_options.m_bKeepVersion;
     options.m_types = m_options.m_writeTypes;
     options.m_sKey = m_options.m_bWriteKey ? key : std::string();
-    options.m_pWitness = witness;
     return options;
 }
 
@@ -314,10 +313,14 @@ bool CSongWork::Store(CAnalysisOutcome const& outcome, std::string const& key) {
         return true;
     }
     std::unique_ptr<ITagWitness> witness;
+    std::unique_ptr<ITagWitness> keyWitness;
     if (m_options.m_pJournal != nullptr) {
         witness = m_options.m_pJournal->Witness(EJournalWriter::Analyze, ETextOrigin::Heard);
+        keyWitness = m_options.m_pJournal->Witness(EJournalWriter::Analyze, ETextOrigin::Heard);
     }
-    CStoreTempoOptions const options = WishesFor(key, witness.get());
+    CStoreTempoOptions options = WishesFor(key);
+    options.m_pWitness = witness.get();
+    options.m_pKeyWitness = keyWitness.get();
     CTagStoreReport report;
     EWriteProblem const problem =
         StoreTempo(m_input.m_sPath, outcome, CString(text.c_str()), options, &report);

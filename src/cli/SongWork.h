@@ -82,7 +82,7 @@ private:
     [[nodiscard]] ESetBy FindSetBy() const;
     [[nodiscard]] std::string ReasonToKeep() const;
     void Plan(CAnalysisOutcome const& outcome, std::string const& tempo);
-    [[nodiscard]] CStoreTempoOptions WishesFor(std::string const& key, ITagWitness* witness) const;
+    [[nodiscard]] CStoreTempoOptions WishesFor(std::string const& key) const;
     bool Store(CAnalysisOutcome const& outcome, std::string const& key);
     [[nodiscard]] bool HasChanged() const;
 

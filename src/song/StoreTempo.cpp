@@ -38,6 +38,7 @@ EWriteProblem StoreInMp3(CString const& path, CFileIdentity const& heard, CStrin
     if (!wishes.m_sKey.empty()) {
         // The key goes first: with the tempo the song is done, and can be gone back from.
         CTagStoreReport keyTold;
+        options.m_pWitness = wishes.m_pKeyWitness;
         EWriteProblem const problem = StoreKey(path, options, wishes.m_sKey, keyTold);
         if (problem != EWriteProblem::None) {
             return problem;

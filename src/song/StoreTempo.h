@@ -41,6 +41,9 @@ struct CStoreTempoOptions {
 
     /// Told of the write of the tempo; null for nobody.
     ITagWitness* m_pWitness = nullptr;
+
+    /// Told of the write of an MP3 file's key, which is one of its own; null for nobody.
+    ITagWitness* m_pKeyWitness = nullptr;
 };
 
 /// Writes `tempo` as the "TBPM" text of the MP3 file at `path`, or into the tag of one of the

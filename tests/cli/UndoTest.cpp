@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "CommandTest.h"
+#include "support/Chords.h"
 
 #include <csignal>
 #include <cstdlib>
@@ -90,6 +91,22 @@ TEST_F(UndoCommandTest, AnalysisOfAFolderIsOneBatch) {
     CProcessResult const undone = Tactus({"undo"});
     EXPECT_EQ(undone.m_sErr, "tactus: 2 taken back\n");
     EXPECT_EQ(ReadText(m_folder / "songs/b.mp3"), before);
+}
+
+TEST_F(UndoCommandTest, AKeyThatWasStoredIsTakenBackToo) {
+    CChords chords;
+    for (int i = 0; i < 4; ++i) {
+        chords.PlayCadence(9, true);
+    }
+    WriteWav(m_folder / "source.wav", chords.Samples());
+    Ffmpeg({"-i", m_folder / "source.wav", "-c:a", "libmp3lame", "-id3v2_version", "0",
+            m_folder / "a.mp3"});
+    std::string const before = ReadText(m_folder / "a.mp3");
+    ASSERT_EQ(Tactus({"analyze", "-w", "--short", "--write-key", "a.mp3"}).m_nExit, 0);
+    EXPECT_NE(Tactus({"tag", "get", "a.mp3", "TKEY"}).m_sOut, "");
+    EXPECT_THAT(Tactus({"history", "a.mp3"}).m_sOut, HasSubstr("TKEY nothing -> '"));
+    EXPECT_EQ(Tactus({"undo"}).m_nExit, 0);
+    EXPECT_EQ(ReadText(m_folder / "a.mp3"), before);
 }
 
 TEST_F(UndoCommandTest, HistoryTellsBatchesAndWrites) {
