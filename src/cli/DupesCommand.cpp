@@ -16,6 +16,7 @@ constexpr double kMicroseconds = 1e6;
 /// By what each song is compared. The songs stay where they are.
 std::vector<CSongMarks> MarksOf(std::vector<CTakenSong> const& songs) {
     std::vector<CSongMarks> marks;
+    marks.reserve(songs.size());
     for (CTakenSong const& song : songs) {
         marks.push_back(
             {.m_opening = song.m_opening.m_vLevels,
