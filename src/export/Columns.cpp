@@ -39,6 +39,8 @@ CCell SourceCell(CTakenSong const& song) {
         return CCell("tag");
     case ETempoSource::Analysis:
         return CCell("analysis");
+    case ETempoSource::Length:
+        return CCell("length");
     case ETempoSource::None:
         break;
     }
