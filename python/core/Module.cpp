@@ -11,7 +11,7 @@
 #include <pybind11/stl.h>
 
 namespace py = pybind11;
-using py::literals::operator""_a;
+using namespace pybind11::literals;
 
 namespace {
 
@@ -81,7 +81,7 @@ char const* StoreTempo(py::bytes const& path, CHeard const& heard, double tempo)
 } // namespace
 
 PYBIND11_MODULE(_core, module) {
-    py::class_<CHeard>(module, "Heard");
+    py::class_<CHeard> const heard(module, "Heard");
     module.attr("__version__") = TACTUS_VERSION;
     module.def("analyze_file", &AnalyzeFile, "path"_a, "progress"_a, "cancel"_a, "envelopes"_a);
     module.def("analyze_samples", &AnalyzeSamples, "samples"_a, "rate"_a, "progress"_a, "cancel"_a,

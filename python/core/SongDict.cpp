@@ -7,7 +7,7 @@
 #include <pybind11/stl.h>
 
 namespace py = pybind11;
-using py::literals::operator""_a;
+using namespace pybind11::literals;
 
 namespace {
 

@@ -34,8 +34,8 @@ def lines_of(program: str, *arguments: object) -> list[dict[str, Any]]:
     return [json.loads(line) for line in lines]
 
 
-def five_minutes() -> npt.NDArray[np.int16]:
-    return np.tile(sixteen_bits(song(125.0)), 10)
+def two_minutes() -> npt.NDArray[np.int16]:
+    return np.tile(sixteen_bits(song(125.0)), 4)
 
 
 def test_a_song_has_its_tempo_and_its_length(track: pathlib.Path) -> None:
@@ -96,7 +96,7 @@ def test_what_progress_raises_comes_through(track: pathlib.Path) -> None:
 def test_an_event_cancels(track: pathlib.Path) -> None:
     cancel = threading.Event()
     with pytest.raises(tactus.Cancelled) as caught:
-        tactus.analyze_samples(five_minutes(), RATE, progress=lambda _: cancel.set(), cancel=cancel)
+        tactus.analyze_samples(two_minutes(), RATE, progress=lambda _: cancel.set(), cancel=cancel)
     assert caught.value.path is None
     with pytest.raises(tactus.Cancelled) as caught:
         tactus.analyze(track, cancel=cancel)
@@ -105,7 +105,7 @@ def test_an_event_cancels(track: pathlib.Path) -> None:
 
 def test_an_interrupt_ends_a_hearing() -> None:
     with pytest.raises(KeyboardInterrupt):
-        tactus.analyze_samples(five_minutes(), RATE, progress=lambda _: _thread.interrupt_main())
+        tactus.analyze_samples(two_minutes(), RATE, progress=lambda _: _thread.interrupt_main())
 
 
 def test_a_song_cannot_be_changed(track: pathlib.Path) -> None:

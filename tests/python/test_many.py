@@ -81,7 +81,7 @@ def test_four_processes_hear_the_same(fifty: list[pathlib.Path], method: str) ->
 
 
 def test_other_threads_of_python_run_meanwhile() -> None:
-    five_minutes = np.tile(sixteen_bits(song(125.0)), 10)
+    two_minutes = np.tile(sixteen_bits(song(125.0)), 4)
     turns = 0
     done = threading.Event()
 
@@ -99,7 +99,7 @@ def test_other_threads_of_python_run_meanwhile() -> None:
         before = turns if before is None else before
 
     try:
-        tactus.analyze_samples(five_minutes, RATE, progress=start)
+        tactus.analyze_samples(two_minutes, RATE, progress=start)
     finally:
         done.set()
         counter.join()
