@@ -20,37 +20,13 @@
 #include "song/TempoText.h"
 
 #include <CLI/CLI.hpp>
-#include <array>
 #include <charconv>
 #include <chrono>
 #include <iostream>
 
 namespace {
 
-constexpr double kSlowestBpm = 20.0;   // Fixed: as tempos in tags are believed.
-constexpr double kFastestBpm = 999.0;  // Fixed: likewise.
-constexpr std::size_t kFewestTaps = 4; // Fixed: three spans.
-constexpr double kMinuteSeconds = 60.0;
 constexpr char kTap[] = "tap";
-
-struct CNamedRatio {
-    std::string_view m_sName;
-    int m_nTimes;
-    int m_nOver;
-};
-
-constexpr std::array<CNamedRatio, 8> kRatios = {{{"x2", 2, 1},
-                                                 {"/2", 1, 2},
-                                                 {"2:1", 2, 1},
-                                                 {"1:2", 1, 2},
-                                                 {"3:2", 3, 2},
-                                                 {"2:3", 2, 3},
-                                                 {"4:3", 4, 3},
-                                                 {"3:4", 3, 4}}};
-
-bool IsTempo(double bpm) {
-    return bpm >= kSlowestBpm && bpm <= kFastestBpm;
-}
 
 /// The tempo that a file has: by its tag, else as it was heard before.
 std::optional<double> TempoOf(CInputFile const& input, CShownTags const& tags,
@@ -77,32 +53,6 @@ CString TempoTextOf(CInputFile const& input, CShownTags const& tags) {
 }
 
 } // namespace
-
-std::optional<CTempoFix> TempoFixOf(std::string_view word) {
-    for (CNamedRatio const& ratio : kRatios) {
-        if (ratio.m_sName == word) {
-            return CTempoFix{.m_nTimes = ratio.m_nTimes, .m_nOver = ratio.m_nOver, .m_dBpm = 0.0};
-        }
-    }
-    if (!word.starts_with('=')) {
-        return std::nullopt;
-    }
-    double bpm = 0.0;
-    char const* const last = word.data() + word.size();
-    auto const [end, error] = std::from_chars(word.data() + 1, last, bpm);
-    bool const isTempo = error == std::errc() && end == last && IsTempo(bpm);
-    return isTempo ? std::optional(CTempoFix{.m_nTimes = 0, .m_nOver = 0, .m_dBpm = bpm})
-                   : std::nullopt;
-}
-
-std::optional<double> TappedTempo(std::vector<double> const& seconds) {
-    if (seconds.size() < kFewestTaps) {
-        return std::nullopt;
-    }
-    double const bpm = kMinuteSeconds * static_cast<double>(seconds.size() - 1) /
-                       (seconds.back() - seconds.front());
-    return IsTempo(bpm) ? std::optional(bpm) : std::nullopt;
-}
 
 CLI::App* CFixCommand::AddTo(CLI::App& program) {
     CLI::App* const app =
@@ -190,10 +140,9 @@ bool CFixCommand::Fix(CInputFile const& input, CJournal& journal, CRecordStore& 
     if (m_fix.IsRatio() && !old) {
         return refuse("has no tempo that could be put right: analyze it first");
     }
-    double const bpm =
-        m_fix.IsRatio() ? old.value_or(0.0) * m_fix.m_nTimes / m_fix.m_nOver : m_fix.m_dBpm;
+    double const bpm = FixedTempo(m_fix, old.value_or(0.0));
     std::string const text = TempoText(bpm);
-    if (!IsTempo(bpm)) {
+    if (!IsTempoInRange(bpm)) {
         return refuse("isn't written: " + text + " is no tempo from 20 to 999");
     }
     if (!m_bDryRun) {
