@@ -116,6 +116,12 @@ public:
     /// The file of a row; null past the end.
     [[nodiscard]] CBPMFile* fileAtRow(std::size_t row) const;
 
+    // For what works beside it on the same rows.
+
+    [[nodiscard]] IBpmView& view() { return m_view; }
+    [[nodiscard]] CFileList& list() { return m_list; }
+    [[nodiscard]] CBatch& batch() { return m_batch; }
+
 private:
     IBpmView& m_view;
     CFileList m_list;

@@ -228,6 +228,8 @@ void CBatch::Conclude(CUserInfo const* userInfo) {
                                              m_pFileAnalyzer->GetCandidates()));
             row->m_nPercent = -1;
             row->m_bFromTag = false;
+            row->m_bByHand = false;
+            row->m_bNotInFile = false;
             m_list.SetDone(*row);
             m_list.SetOutcome(*row, OutcomeOf(*row));
             ++m_list.Counts().m_nHeard;

@@ -66,6 +66,11 @@ public:
     /// Fills in what runs.
     void Tell(CBatchStatus& status) const;
 
+    // For what writes beside it. Thread: any.
+
+    [[nodiscard]] CRecordStore& Store() { return m_store; }
+    [[nodiscard]] CJournal const& Journal() const { return m_journal; }
+
 private:
     void StartNext();
     void GiveUpRunningRow();

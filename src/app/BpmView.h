@@ -23,6 +23,8 @@ struct CRowState {
     CAnalysisOutcome m_outcome; ///< Why it has no tempo, and how much of it was heard.
     EWriteProblem m_writeProblem = EWriteProblem::None; ///< Why its tempo isn't in the file.
     std::vector<CWiderId> m_vConverted = {}; ///< Ids that got another name when it was stored.
+    bool m_bByHand = false;                  ///< A person set its tempo.
+    bool m_bNotInFile = false; ///< The tempo was set by hand or taken back, and only shown.
 };
 
 /// True for a tempo that should be in the file and isn't. Files of a kind that is never written

@@ -48,7 +48,9 @@ CRowState CFileList::State(std::size_t row) const {
             entry.m_nPercent >= 0 && entry.m_bReading,
             entry.m_outcome,
             entry.m_writeProblem,
-            entry.m_vConverted};
+            entry.m_vConverted,
+            entry.m_bByHand,
+            entry.m_bNotInFile};
 }
 
 CBPMFile* CFileList::FileAt(std::size_t row) const {

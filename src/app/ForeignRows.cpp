@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 //
-// Rows whose tempo somebody else has set: it came with the file, and the journal knows of no
-// hearing that gave it.
+// Rows whose tempo a person or another program has set: it came with the file or was set by hand,
+// and the journal knows of no hearing that gave it.
 
 #include "app/Batch.h"
 
@@ -21,7 +21,7 @@ std::size_t CBatch::CountForeign() {
         auto const guard = m_list.Lock();
         for (std::size_t index = 0; index < m_list.Size(); ++index) {
             CListRow const& row = m_list.Row(index);
-            if (row.m_bFromTag && !row.m_bHidden) {
+            if ((row.m_bFromTag || row.m_bByHand) && !row.m_bHidden) {
                 found.emplace_back(row.m_file.GetPath().ToPath(), row.m_file.GetTempo().ToUtf8());
             }
         }

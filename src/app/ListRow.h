@@ -27,8 +27,11 @@ struct CListRow {
     bool m_bReading = false;    // That analysis hasn't told how far it is.
     CAnalysisOutcome m_outcome; // Of the last analysis that came to its end.
     EWriteProblem m_writeProblem = EWriteProblem::None; // Why the tempo isn't in the file.
-    std::vector<CWiderId> m_vConverted;      // Ids that got another name when the tempo was stored.
-    std::optional<CString> m_sTempoInTag;    // As it was read; nothing once it may be replaced.
+    bool m_bByHand = false;                             // A person set its tempo.
+    bool m_bNotInFile = false;            // That tempo, or one that was taken back, is shown alone.
+    double m_dExactBpm = 0.0;             // Of a tempo by hand, before it was rounded for its text.
+    std::vector<CWiderId> m_vConverted;   // Ids that got another name when the tempo was stored.
+    std::optional<CString> m_sTempoInTag; // As it was read; nothing once it may be replaced.
     std::optional<CFileIdentity> m_identity; // Fixed too: of the file when the row was made.
     CRetries m_retries;                      // The analyser's worker's own.
 

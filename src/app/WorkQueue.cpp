@@ -8,7 +8,7 @@
 
 bool CWorkQueue::Post(Job job) {
     std::scoped_lock const guard(m_lock);
-    if (m_bEnding) {
+    if (m_bEnding || m_bFinishing) {
         return true;
     }
     try {
@@ -31,6 +31,22 @@ void CWorkQueue::Do(Job const& job) {
     }
 }
 
+bool CWorkQueue::IsIdle() {
+    std::scoped_lock const guard(m_lock);
+    return !m_bWorking && m_vJobs.empty();
+}
+
+void CWorkQueue::Finish() {
+    {
+        std::scoped_lock const guard(m_lock);
+        m_bFinishing = true;
+        m_wake.notify_one();
+    }
+    if (m_thread.joinable()) {
+        m_thread.join();
+    }
+}
+
 void CWorkQueue::End() {
     {
         std::scoped_lock const guard(m_lock);
@@ -46,14 +62,16 @@ void CWorkQueue::End() {
 void CWorkQueue::Run() {
     std::unique_lock guard(m_lock);
     while (true) {
-        m_wake.wait(guard, [this] { return m_bEnding || !m_vJobs.empty(); });
-        if (m_bEnding) {
+        m_wake.wait(guard, [this] { return m_bEnding || m_bFinishing || !m_vJobs.empty(); });
+        if (m_bEnding || m_vJobs.empty()) {
             return;
         }
         Job const job = std::exchange(m_vJobs.front(), {});
         m_vJobs.pop_front();
+        m_bWorking = true;
         guard.unlock();
         Do(job);
         guard.lock();
+        m_bWorking = false;
     }
 }

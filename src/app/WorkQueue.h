@@ -21,9 +21,15 @@ public:
     CWorkQueue& operator=(CWorkQueue const&) = delete;
     ~CWorkQueue() { End(); }
 
-    /// Hands over a job; after `End` it is dropped. What a job throws ends with it.
+    /// Hands over a job; after `End` or `Finish` it is dropped. What a job throws ends with it.
     /// Returns: false when no thread can be had for it: it is dropped too.
     [[nodiscard]] bool Post(Job job);
+
+    /// Nothing is waiting, and nothing is being done.
+    [[nodiscard]] bool IsIdle();
+
+    /// Takes no further job and waits until those that were posted are done. May be called twice.
+    void Finish();
 
     /// Drops the jobs that haven't begun and waits for the one that has. May be called twice.
     void End();
@@ -35,6 +41,8 @@ private:
     std::mutex m_lock;
     std::condition_variable m_wake;
     std::deque<Job> m_vJobs;
+    bool m_bWorking = false;
     bool m_bEnding = false;
+    bool m_bFinishing = false; // What is there is still done.
     std::thread m_thread;
 };

@@ -4,6 +4,7 @@
 #include "desktop/BpmWindow.h"
 
 #include "app/BPMController.h"
+#include "app/Corrector.h"
 #include "desktop/ChipsLine.h"
 #include "desktop/FileTableView.h"
 #include "desktop/Glyphs.h"
@@ -37,7 +38,10 @@ constexpr QSize kSmallestSize(420, 220); // Fixed: pixels; the toolbar still fit
 } // namespace
 
 BpmWindow::BpmWindow(BPMController& controller, CSettings settings)
-    : m_controller(controller), m_settings(settings), m_model(controller) {
+    : m_controller(controller),
+      m_settings(settings),
+      m_model(controller),
+      m_pCorrector(std::make_unique<CCorrector>(controller)) {
     setObjectName("mainWindow");
     setWindowTitle(tr("Tactus"));
     setAccessibleName(windowTitle());
@@ -47,17 +51,22 @@ BpmWindow::BpmWindow(BPMController& controller, CSettings settings)
     setAcceptDrops(true);
     setUpCentre();
     setUpActions();
+    setUpCorrections();
     setUpMoreActions();
     setUpPaneActions();
     setUpToolbar();
     m_pStatusLine = new CStatusLine(this);
     setStatusBar(m_pStatusLine);
     connectAll();
+    showCorrections();
+    m_pCorrector->Refresh();
     applyWishes(m_settings.Wishes());
     showCounts();
     showStatus();
     m_pTable->setFocus();
 }
+
+BpmWindow::~BpmWindow() = default;
 
 void BpmWindow::setUpCentre() {
     auto* centre = new QWidget(this);
@@ -196,27 +205,6 @@ void BpmWindow::openHomePage() {
     }
 }
 
-void BpmWindow::hideRows() {
-    std::vector<std::size_t> const rows = m_pTable->selectedIds();
-    if (!rows.empty()) {
-        m_vHideSteps.push_back(rows);
-        m_controller.setHidden(rows, true);
-    }
-}
-
-// What has come back meanwhile, because it was dropped again, is no step any more.
-void BpmWindow::bringBack() {
-    while (!m_vHideSteps.empty()) {
-        std::vector<std::size_t> const rows = std::move(m_vHideSteps.back());
-        m_vHideSteps.pop_back();
-        if (std::any_of(rows.begin(), rows.end(),
-                        [this](std::size_t row) { return m_controller.rowState(row).m_bHidden; })) {
-            m_controller.setHidden(rows, false);
-            return;
-        }
-    }
-}
-
 void BpmWindow::showHidden(CBatchStatus const& status) {
     m_pBringBack->setEnabled(status.m_nHidden > 0);
     if (status.m_nHidden > m_nHidden) {
@@ -230,7 +218,9 @@ void BpmWindow::showHidden(CBatchStatus const& status) {
 }
 
 bool BpmWindow::takeAddedRows(std::size_t limit) {
-    return m_model.takeAddedRows(limit);
+    bool const areMoreWaiting = m_model.takeAddedRows(limit);
+    m_pCorrector->LookAtNewRows();
+    return areMoreWaiting;
 }
 
 void BpmWindow::reloadRow(std::size_t row) {
@@ -252,6 +242,7 @@ void BpmWindow::showStatus() {
     followRun(status);
     showUnreadFolders(status);
     showHidden(status);
+    showSteps(isIdle);
     endAddition(status);
     showReason();
     if (isIdle) {

@@ -12,22 +12,29 @@
 #include <QElapsedTimer>
 #include <QMainWindow>
 #include <QStringList>
+#include <QTimer>
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
 class BPMController;
 class CChipsLine;
+class CCorrector;
 class CFileTableView;
 class CNoticeBar;
 class CReasonLine;
 class CSongPane;
 class CStatusLine;
 class QAction;
+class QMenu;
 class QSplitter;
 class QToolBar;
+struct CTempoFix;
 
 /// The main window over the controller: toolbar and picture, notices, filters, the table, what is
 /// wrong with the selected row, the pane with its song, and the status bar. It refuses to close
@@ -38,6 +45,7 @@ class BpmWindow : public QMainWindow {
 public:
     /// Takes over what `settings` remember, and tells the controller.
     explicit BpmWindow(BPMController& controller, CSettings settings = {});
+    ~BpmWindow() override;
 
     /// Thread: any.
     void setCanClose(bool canClose) { m_bCanClose = canClose; }
@@ -63,6 +71,9 @@ public:
     void showStatus();
     void openHomePage();
 
+    /// Waits until every correction is written; none is taken any more.
+    void endCorrections();
+
 signals:
     /// A long run is over, and the window isn't the one in front.
     void noteWanted(QString const& title, QString const& text);
@@ -76,6 +87,7 @@ protected:
     void dragMoveEvent(QDragMoveEvent* event) override;
     void dragLeaveEvent(QDragLeaveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     /// An addition that is under way: what the list had before it.
@@ -95,6 +107,18 @@ private:
         std::size_t m_nProblems = 0;
     };
 
+    /// Rows that were hidden together.
+    struct CHideStep {
+        std::vector<std::size_t> m_vRows;
+        std::int64_t m_nTime = 0; // nanoseconds since the epoch
+    };
+
+    struct CCorrectionAction {
+        QAction* m_pAction = nullptr;
+        char const* m_pWord = nullptr; // Of `TempoFixOf`.
+        QString m_sTip;
+    };
+
     void setUpActions();
     void setUpMoreActions();
     void setUpToolbar();
@@ -102,6 +126,11 @@ private:
     void setUpCentre();
     void setUpPane(QSplitter& splitter);
     void setUpPaneActions();
+    void setUpCorrections();
+    QMenu* makeCorrectionMenu();
+    QWidget* makeCorrectionButtons();
+    void addCorrection(QString const& name, QString const& text, char const* word,
+                       QKeySequence const& key);
     void connectAll();
     QAction* makeAction(QString const& name, QString const& text, QString const& tip,
                         QList<QKeySequence> const& keys);
@@ -112,6 +141,11 @@ private:
     void stopAndClose();
     void hideRows();
     void bringBack();
+    void correct(CTempoFix const& fix);
+    void showCorrections();
+    void showSteps(bool isIdle);
+    [[nodiscard]] bool isHidingLatest(std::optional<std::int64_t> latestStep);
+    void undo();
     void showHidden(CBatchStatus const& status);
     void applyWishes(CWishes const& wishes);
     void onlyLook();
@@ -160,16 +194,25 @@ private:
     QAction* m_pQuit = nullptr;
     QAction* m_pTogglePane = nullptr;
     QAction* m_pSwitchPane = nullptr;
+    QAction* m_pType = nullptr;
+    QAction* m_pCorrectionRoom = nullptr; // Of the buttons in the toolbar.
+    int m_nWidthForCorrections = 0;       // Of the window, so that they don't push others out.
+    QAction* m_pUndo = nullptr;
+    QAction* m_pRedo = nullptr;
+    std::vector<CCorrectionAction> m_vCorrections;
+    QTimer m_correctionTimer;
     QSize m_sizeAtStart;
     CRun m_run;
     CAddition m_addition;
-    std::set<CString> m_vLeftOut;     // Files of other kinds that the notice tells of.
-    std::size_t m_nUnreadFolders = 0; // Told so far.
-    std::size_t m_nReadFolders = 0;   // Of those, in notices that were read.
-    std::size_t m_nHidden = 0;        // Rows that the last notice told of.
-    std::vector<std::vector<std::size_t>> m_vHideSteps; // The latest comes last.
+    std::set<CString> m_vLeftOut;        // Files of other kinds that the notice tells of.
+    std::size_t m_nUnreadFolders = 0;    // Told so far.
+    std::size_t m_nReadFolders = 0;      // Of those, in notices that were read.
+    std::size_t m_nHidden = 0;           // Rows that the last notice told of.
+    std::vector<CHideStep> m_vHideSteps; // The latest comes last.
     std::atomic<bool> m_bCanClose{true};
     bool m_bCloseWhenIdle = false; // The user has chosen to stop and close.
     bool m_bDragIsTaken = false;   // The drag over the window has files.
     bool m_bEnding = false;
+    bool m_bWasIdle = true; // When the status was shown last.
+    std::unique_ptr<CCorrector> m_pCorrector;
 };

@@ -71,19 +71,23 @@ void BpmWindow::setUpActions() {
 void BpmWindow::setUpMoreActions() {
     for (int column = 0; column < CFileTableModel::kColumnCount; ++column) {
         QString const head = m_model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-        QAction* sort =
-            makeAction(QString("actionSort%1").arg(column + 1), tr("Sort by %1").arg(head),
-                       tr("Sort by %1").arg(head), {QKeySequence(Qt::CTRL | (Qt::Key_1 + column))});
+        QAction* sort = makeAction(
+            QString("actionSort%1").arg(column + 1), tr("Sort by %1").arg(head),
+            tr("Sort by %1").arg(head),
+            {QKeySequence(Qt::CTRL | Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + column))});
         connect(sort, &QAction::triggered, m_pTable,
                 [this, column] { m_pTable->sortByNext(column); });
     }
     m_pHide = makeAction("actionHide", tr("Hide"), tr("Hide the selected rows and leave them out"),
                          {QKeySequence::Delete});
-    m_pBringBack = makeAction("actionBringBack", tr("Bring back"),
-                              tr("Bring back what was hidden last"), {QKeySequence::Undo});
+    m_pBringBack =
+        makeAction("actionBringBack", tr("Bring back"), tr("Bring back what was hidden last"), {});
     connect(m_pHide, &QAction::triggered, this, &BpmWindow::hideRows);
     connect(m_pBringBack, &QAction::triggered, this, &BpmWindow::bringBack);
-    m_pTable->addActions({m_pHide});
+    for (CCorrectionAction const& correction : m_vCorrections) {
+        m_pTable->addAction(correction.m_pAction);
+    }
+    m_pTable->addActions({m_pType, m_pHide});
     m_pPreferences = makeAction("actionPreferences", tr("Preferences …"),
                                 tr("What is to be otherwise than at first"),
                                 {QKeySequence(Qt::CTRL | Qt::Key_Comma)});
@@ -109,6 +113,7 @@ void BpmWindow::setUpToolbar() {
     room->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     toolbar->addActions({m_pAdd, m_pAnalyze, m_pStop});
     toolbar->insertSeparator(m_pAnalyze);
+    m_pCorrectionRoom = toolbar->addWidget(makeCorrectionButtons());
     toolbar->addWidget(room);
     toolbar->addAction(m_pMenu);
     setUpMenu(*toolbar);
@@ -124,6 +129,7 @@ void BpmWindow::setUpToolbar() {
     connect(picture, &QxImageClickView::clicked, this, [this] { m_controller.onHelp(); });
     toolbar->addWidget(picture);
     addToolBar(toolbar);
+    m_nWidthForCorrections = toolbar->sizeHint().width();
 }
 
 void BpmWindow::setUpMenu(QToolBar& toolbar) {
@@ -132,6 +138,9 @@ void BpmWindow::setUpMenu(QToolBar& toolbar) {
     menu->setAccessibleName(tr("Menu"));
     menu->addAction(m_pRescan);
     menu->addSeparator();
+    menu->addActions({m_pUndo, m_pRedo});
+    menu->addSeparator();
+    menu->addMenu(makeCorrectionMenu());
     menu->addActions({m_pCopy, m_pSelectAll, m_pHide, m_pBringBack});
     menu->addSeparator();
     menu->addActions({m_pTogglePane, m_pSwitchPane});

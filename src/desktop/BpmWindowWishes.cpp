@@ -6,6 +6,7 @@
 #include "desktop/BpmWindow.h"
 
 #include "app/BPMController.h"
+#include "app/Corrector.h"
 #include "desktop/FileTableView.h"
 #include "desktop/NoticeBar.h"
 #include "desktop/PreferencesDialog.h"
@@ -17,6 +18,7 @@ void BpmWindow::applyWishes(CWishes const& wishes) {
     m_controller.setWishes(wishes);
     m_pStatusLine->setOnlyLook(wishes.m_bOnlyLook);
     m_pTable->setWishes(wishes);
+    m_pCorrector->Refresh();
 }
 
 // Until the window is closed; who wants it for good finds it among the preferences.

@@ -4,6 +4,7 @@
 #include "desktop/CellDelegate.h"
 
 #include "desktop/FileTableModel.h"
+#include "desktop/Glyphs.h"
 #include "desktop/Numbers.h"
 #include "desktop/Texts.h"
 #include "desktop/Tints.h"
@@ -27,6 +28,8 @@ constexpr int kWholePercent = 100;
 constexpr int kStripePercent = 30;            // Fixed: of the bar's length.
 constexpr std::int64_t kStripeTurnMs = 1'600; // Fixed: once through the bar.
 constexpr int kDecimals = 2;                  // Fixed: what the list writes.
+constexpr int kMarkPercent = 90;              // Fixed: of an icon's side.
+constexpr int kMarkGap = 3;                   // Fixed: pixels behind a mark.
 
 QColor WithAlpha(QColor color, int alpha) {
     color.setAlpha(alpha);
@@ -187,19 +190,20 @@ void CTempoDelegate::paintContents(QPainter& painter, QStyleOptionViewItem const
     } else if (point < 0) {
         CCellDelegate::paintContents(painter, cell, index);
     } else {
-        paintNumber(painter, cell, point);
+        paintNumber(painter, cell, point, index.data(CFileTableModel::kMarksRole).toInt());
     }
 }
 
 // The decimal points of all rows stand below each other, also those that aren't written.
-void CTempoDelegate::paintNumber(QPainter& painter, QStyleOptionViewItem cell,
-                                 qsizetype point) const {
+void CTempoDelegate::paintNumber(QPainter& painter, QStyleOptionViewItem cell, qsizetype point,
+                                 int marks) const {
     cell.font.setWeight(QFont::DemiBold);
     CFigures const figures((QFontMetrics(cell.font)));
     QRect area = cell.rect.adjusted(kCellMargin, 0, -kCellMargin, 0);
     if (!cell.icon.isNull()) {
         PaintIcon(painter, cell, area);
     }
+    paintMarks(painter, cell, area, marks);
     int const front = figures.widthOf(cell.text.left(point));
     int const behind = std::max(figures.widthOfDecimals(), figures.widthOf(cell.text.mid(point)));
     int const usual = figures.widthOf(TempoText(u"000")) + figures.widthOfDecimals();
@@ -210,6 +214,21 @@ void CTempoDelegate::paintNumber(QPainter& painter, QStyleOptionViewItem cell,
     painter.setPen(TextColor(cell));
     painter.setLayoutDirection(Qt::LeftToRight);
     figures.draw(painter, QRect(end - behind - front, area.top(), 0, area.height()), cell.text);
+}
+
+// They are small and stand close, so that a column has room for two.
+void CTempoDelegate::paintMarks(QPainter& painter, QStyleOptionViewItem const& cell, QRect& area,
+                                int marks) const {
+    int const side = cell.decorationSize.width() * kMarkPercent / kWholePercent;
+    for (auto const& [mark, icon] : {std::pair(CFileTableModel::kByHand, &m_byHand),
+                                     std::pair(CFileTableModel::kNotInFile, &m_notInFile)}) {
+        if ((marks & mark) != 0) {
+            QRect const place(area.topLeft(), QSize(side, area.height()));
+            icon->paint(&painter, QStyle::visualRect(cell.direction, cell.rect, place),
+                        Qt::AlignCenter, IsSelected(cell) ? QIcon::Selected : QIcon::Normal);
+            area.setLeft(place.right() + kMarkGap);
+        }
+    }
 }
 
 int CTempoDelegate::WidestNumber(QFont font) {

@@ -30,21 +30,39 @@ protected:
 };
 
 /// Paints tempo cells: while the row is analysed, the percentage over a bar, or a stripe that
-/// passes as long as there is none; otherwise the number, decimal point below decimal point.
-/// Thread: main.
+/// passes as long as there is none; otherwise the number, decimal point below decimal point, with
+/// marks in front of it. A tempo is typed in the locale's digits or plain ones, with comma or
+/// point; what is none from 20 to 999 isn't taken. Thread: main.
 class CTempoDelegate : public CCellDelegate {
     Q_OBJECT
 
 public:
-    using CCellDelegate::CCellDelegate;
+    explicit CTempoDelegate(QObject* parent = nullptr);
+
+    QWidget* createEditor(QWidget* parent, QStyleOptionViewItem const& option,
+                          QModelIndex const& index) const override;
+    void setEditorData(QWidget* editor, QModelIndex const& index) const override;
+    void setModelData(QWidget* editor, QAbstractItemModel* model,
+                      QModelIndex const& index) const override;
 
     /// Pixels that a tempo of three digits and two decimals takes.
     static int WidestNumber(QFont font);
 
+signals:
+    /// A tempo was typed into this cell.
+    void tempoTyped(QModelIndex const& index, double bpm) const;
+
 protected:
+    bool eventFilter(QObject* editor, QEvent* event) override;
     void paintContents(QPainter& painter, QStyleOptionViewItem const& cell,
                        QModelIndex const& index) const override;
 
 private:
-    void paintNumber(QPainter& painter, QStyleOptionViewItem cell, qsizetype point) const;
+    void paintNumber(QPainter& painter, QStyleOptionViewItem cell, qsizetype point,
+                     int marks) const;
+    void paintMarks(QPainter& painter, QStyleOptionViewItem const& cell, QRect& area,
+                    int marks) const;
+
+    QIcon m_byHand;
+    QIcon m_notInFile;
 };

@@ -25,10 +25,12 @@
 namespace {
 
 BPMController* g_pController = nullptr; // Set while `RunDesktop` has one, for `OnExit`.
+BpmWindow* g_pWindow = nullptr;         // Likewise.
 
 // Qt calls exit() when the display is gone.
 void OnExit() {
     if (g_pController != nullptr) {
+        g_pWindow->endCorrections();
         g_pController->applicationWillTerminate();
     }
 }
@@ -90,12 +92,13 @@ int RunDesktop(int argc, char** argv) {
     QtBpmView view;
     BPMController controller(view);
     controller.awakeFromNib();
-    g_pController = &controller;
-    std::atexit(OnExit);
 
     CQuitSignals quitSignals;
     BpmWindow window(controller, arguments.m_bFactory ? CSettings::Factory() : CSettings());
     view.setWindow(&window);
+    g_pWindow = &window;
+    g_pController = &controller;
+    std::atexit(OnExit);
     CQuitWatcher watcher(window);
     app.installEventFilter(&watcher);
     auto const quit = [] { QCoreApplication::exit(0); };
@@ -113,6 +116,7 @@ int RunDesktop(int argc, char** argv) {
     }
     int const code = QApplication::exec();
     window.hide();
+    window.endCorrections();
     controller.applicationWillTerminate();
     view.setWindow(nullptr);
     g_pController = nullptr;

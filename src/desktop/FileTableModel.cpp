@@ -55,6 +55,8 @@ QVariant CFileTableModel::data(QModelIndex const& index, int role) const {
         return ReadableText(m_list.rowState(id).m_sPath);
     case kReadingRole:
         return isTempo && m_list.rowState(id).m_bReading;
+    case kMarksRole:
+        return isTempo ? marksRoleOf(id) : 0;
     case kUntitledRole:
         return index.column() == kTitleColumn && isUntitled(id);
     case kAwaitsRole:
@@ -95,11 +97,33 @@ bool CFileTableModel::awaitsAnalysis(std::size_t id) const {
            !m_list.objectValueForTableColumn(kTempoColumn, id).empty();
 }
 
-// Faint letters say it to the eye only.
+// A tempo can be typed over, unless its row is analysed at this moment.
+Qt::ItemFlags CFileTableModel::flags(QModelIndex const& index) const {
+    Qt::ItemFlags const usual = QAbstractTableModel::flags(index);
+    bool const isTempo = index.isValid() && index.column() == kTempoColumn;
+    return isTempo && m_list.rowState(idAt(index.row())).m_nPercent < 0 ? usual | Qt::ItemIsEditable
+                                                                        : usual;
+}
+
+// That a tempo could not be stored has a mark of its own.
+int CFileTableModel::marksRoleOf(std::size_t id) const {
+    CRowState const state = m_list.rowState(id);
+    bool const isAlone = state.m_bNotInFile && !HasProblem(state);
+    return (state.m_bByHand ? kByHand : 0) | (isAlone ? kNotInFile : 0);
+}
+
+// Faint letters and marks say it to the eye only.
 QString CFileTableModel::descriptionOf(std::size_t id, int column) const {
     QStringList parts;
     if (column == kTempoColumn && awaitsAnalysis(id)) {
         parts << tr("still to be analyzed again");
+    }
+    int const marks = column == kTempoColumn ? marksRoleOf(id) : 0;
+    if ((marks & kByHand) != 0) {
+        parts << tr("set by hand");
+    }
+    if ((marks & kNotInFile) != 0) {
+        parts << tr("not in the file");
     }
     parts << ProblemText(m_list.rowState(id));
     parts.removeAll(QString());
@@ -112,6 +136,12 @@ QString CFileTableModel::tipOf(std::size_t id) const {
     lines << ProblemText(state);
     if (awaitsAnalysis(id)) {
         lines << tr("This tempo is still to be analyzed again.");
+    }
+    if (state.m_bByHand) {
+        lines << tr("This tempo was set by hand.");
+    }
+    if ((marksRoleOf(id) & kNotInFile) != 0) {
+        lines << tr("The file doesn't have it in its tag.");
     }
     // Where there is no tempo, it matters little that files of this kind take none.
     if (!IsStoreFailure(state.m_writeProblem) &&

@@ -29,14 +29,18 @@ public:
         kReadingRole,                ///< bool: it runs, but has no percentage yet.
         kUntitledRole,               ///< bool: the file's name stands where the title should.
         kAwaitsRole,                 ///< bool: the tempo shown awaits another analysis.
+        kMarksRole,                  ///< int, bits of `EMark`.
         kProblemRole,                ///< What went wrong with the row, as a sentence, or empty.
     };
+
+    enum EMark { kByHand = 1, kNotInFile = 2 };
 
     explicit CFileTableModel(IFileList const& list, QObject* parent = nullptr);
 
     int rowCount(QModelIndex const& parent = {}) const override;
     int columnCount(QModelIndex const& parent = {}) const override;
     QVariant data(QModelIndex const& index, int role) const override;
+    Qt::ItemFlags flags(QModelIndex const& index) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
     /// Sorts the shown order by `column`; -1 restores the order of the list. Rows without a tempo
@@ -90,6 +94,7 @@ private:
     [[nodiscard]] QString tempoTextOf(std::size_t id, std::u16string const& tempo) const;
     [[nodiscard]] bool isUntitled(std::size_t id) const;
     [[nodiscard]] bool awaitsAnalysis(std::size_t id) const;
+    [[nodiscard]] int marksRoleOf(std::size_t id) const;
     [[nodiscard]] QString descriptionOf(std::size_t id, int column) const;
     [[nodiscard]] QString tipOf(std::size_t id) const;
     [[nodiscard]] CSortKey makeKey(std::size_t id) const;

@@ -59,7 +59,17 @@ CFileTableView::CFileTableView(CFileTableModel& model, QWidget* parent)
     : QTableView(parent), m_model(model), m_fTitleShare(kTitleShare) {
     setModel(&model);
     setItemDelegate(new CCellDelegate(this));
-    setItemDelegateForColumn(CFileTableModel::kTempoColumn, new CTempoDelegate(this));
+    auto* const tempos = new CTempoDelegate(this);
+    setItemDelegateForColumn(CFileTableModel::kTempoColumn, tempos);
+    connect(tempos, &CTempoDelegate::tempoTyped, this,
+            [this](QModelIndex const& index, double bpm) {
+                emit tempoTyped(m_model.idAt(index.row()), bpm);
+            });
+    connect(this, &QAbstractItemView::doubleClicked, this, [this](QModelIndex const& index) {
+        if (index.column() == CFileTableModel::kTempoColumn) {
+            editTempo();
+        }
+    });
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -133,6 +143,14 @@ std::vector<std::size_t> CFileTableView::selectedIds() const {
         ids.push_back(m_model.idAt(row.row()));
     }
     return ids;
+}
+
+void CFileTableView::editTempo() {
+    QModelIndex const cell = currentIndex().siblingAtColumn(CFileTableModel::kTempoColumn);
+    if (cell.flags().testFlag(Qt::ItemIsEditable)) {
+        scrollTo(cell);
+        edit(cell);
+    }
 }
 
 void CFileTableView::keepPlaces() {

@@ -28,6 +28,9 @@ public:
     /// The list's numbers of the selected rows, in the order shown.
     [[nodiscard]] std::vector<std::size_t> selectedIds() const;
 
+    /// Lets the tempo of the current row be typed.
+    void editTempo();
+
     /// Shows or hides the frame that announces a drop.
     void setDropTarget(bool isTarget);
 
@@ -46,6 +49,9 @@ signals:
 
     /// So was its other one: nothing is to be written.
     void onlyLookRequested();
+
+    /// A tempo was typed for this row of the list.
+    void tempoTyped(std::size_t id, double bpm);
 
 protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;

@@ -147,6 +147,40 @@ void PaintWarning(QPainter& painter, QIcon::Mode mode) {
     painter.strokePath(path, RoundPen(color));
 }
 
+QPainterPath PencilPath() {
+    QPainterPath path;
+    path.moveTo(4.5, 19.5);
+    path.lineTo(5.7, 14.8);
+    path.lineTo(15.6, 4.9);
+    path.lineTo(19.1, 8.4);
+    path.lineTo(9.2, 18.3);
+    path.closeSubpath();
+    path.moveTo(13.2, 7.3);
+    path.lineTo(16.7, 10.8);
+    return path;
+}
+
+QPainterPath CrossedStorePath() {
+    QPainterPath path;
+    path.addEllipse(QPointF(12, 6.5), 6.5, 2.5);
+    path.moveTo(5.5, 6.5);
+    path.lineTo(5.5, 17.5);
+    path.cubicTo(5.5, 20.8, 18.5, 20.8, 18.5, 17.5);
+    path.lineTo(18.5, 6.5);
+    path.moveTo(3, 21);
+    path.lineTo(21, 3);
+    return path;
+}
+
+/// A sign in the colour of the table's texts.
+QIcon TableSign(QPainterPath const& path) {
+    return QIcon(new CPaintedIconEngine([path](QPainter& painter, QIcon::Mode mode) {
+        QPalette::ColorRole const role =
+            mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::Text;
+        painter.strokePath(path, RoundPen(QGuiApplication::palette().color(role)));
+    }));
+}
+
 /// A theme may list an icon that can't be drawn, as a scalable one without its plug-in.
 bool CanBeDrawn(QIcon const& icon) {
     constexpr int kProbePixels = 16;
@@ -165,6 +199,14 @@ QIcon DrawnIcon(EGlyph glyph) {
 
 QIcon WarningIcon() {
     return QIcon(new CPaintedIconEngine(PaintWarning));
+}
+
+QIcon ByHandIcon() {
+    return TableSign(PencilPath());
+}
+
+QIcon NotInFileIcon() {
+    return TableSign(CrossedStorePath());
 }
 
 std::array<QIcon, 6> ActionIcons() {

@@ -21,5 +21,11 @@ QIcon DrawnIcon(EGlyph glyph);
 /// A warning sign of the same hand, for rows with a problem.
 QIcon WarningIcon();
 
+/// A pencil, for tempos that a person has set.
+QIcon ByHandIcon();
+
+/// A store that is crossed out, for tempos that aren't in their files.
+QIcon NotInFileIcon();
+
 /// The product's picture in the sizes that window managers ask for.
 QIcon ProductIcon();

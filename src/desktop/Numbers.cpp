@@ -3,6 +3,7 @@
 
 #include "desktop/Numbers.h"
 
+#include "app/Correction.h"
 #include "desktop/Texts.h"
 #include "song/TempoText.h"
 
@@ -56,6 +57,19 @@ QString TempoText(std::u16string const& tempo) {
 double TempoValue(std::u16string const& tempo) {
     double const value = LeadingNumber(CString(tempo));
     return value > 0.0 ? value : std::numeric_limits<double>::quiet_NaN();
+}
+
+std::optional<double> TypedTempo(QString const& text) {
+    QString plain;
+    for (char32_t const letter : text.trimmed().toStdU32String()) {
+        bool const isPoint = letter == U',' || letter == U'.' || letter == U'\u066B' ||
+                             QString::fromUcs4(&letter, 1) == QLocale().decimalPoint();
+        plain += isPoint                  ? QStringLiteral(".")
+                 : QChar::isDigit(letter) ? QString::number(QChar::digitValue(letter))
+                                          : QString::fromUcs4(&letter, 1);
+    }
+    double const bpm = IsPlainNumber(plain) ? plain.toDouble() : 0.0;
+    return IsTempoInRange(bpm) ? std::optional(bpm) : std::nullopt;
 }
 
 QString PercentText(int percent) {

@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <cstddef>
+#include <optional>
 #include <string>
 
 /// Numbers as the user writes them: digits, decimal point and groups of the locale, all of them or
@@ -17,6 +18,11 @@ QString TempoText(std::u16string const& tempo);
 
 /// The number in a tempo text, as the list reads it; NaN when there is none above 0.
 double TempoValue(std::u16string const& tempo);
+
+/// The tempo that a person typed: digits of the locale or plain ones, with comma, point or the
+/// locale's own before the decimals, blanks around it ignored. Returns: nothing for any other text,
+/// and for a number outside 20 to 999.
+std::optional<double> TypedTempo(QString const& text);
 
 /// A percentage with room for two digits, as the list writes it.
 QString PercentText(int percent);

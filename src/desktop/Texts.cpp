@@ -122,6 +122,20 @@ QString DamageText(CDecodeReport const& report) {
     return text;
 }
 
+/// What became of version 2.2 ids that only players know; empty when there were none.
+QString ConversionText(std::vector<CWiderId> const& ids) {
+    QStringList changes;
+    for (CWiderId const& id : ids) {
+        changes << QString::fromStdString(id.m_sOld + " → " + id.m_sNew);
+    }
+    return changes.isEmpty() ? QString()
+                             : CTexts::tr("Its tag is of version 2.3 now, and some frames got "
+                                          "other names: %1")
+                                   .arg(changes.join(", "));
+}
+
+} // namespace
+
 QString WriteProblemText(EWriteProblem problem) {
     switch (problem) {
     case EWriteProblem::None:
@@ -177,20 +191,6 @@ QString WriteProblemText(EWriteProblem problem) {
     }
     return {};
 }
-
-/// What became of version 2.2 ids that only players know; empty when there were none.
-QString ConversionText(std::vector<CWiderId> const& ids) {
-    QStringList changes;
-    for (CWiderId const& id : ids) {
-        changes << QString::fromStdString(id.m_sOld + " → " + id.m_sNew);
-    }
-    return changes.isEmpty() ? QString()
-                             : CTexts::tr("Its tag is of version 2.3 now, and some frames got "
-                                          "other names: %1")
-                                   .arg(changes.join(", "));
-}
-
-} // namespace
 
 QString ReadableText(std::u16string const& text) {
     QString readable = QString::fromStdU16String(text);

@@ -32,5 +32,8 @@ QString ProblemText(CRowState const& row);
 /// What an action's menu entry says, without marks for its key and without the dots of a question.
 QString PlainActionText(QAction const& action);
 
+/// Why a tag could not be written; empty for `None`.
+QString WriteProblemText(EWriteProblem problem);
+
 /// The last component of a path.
 QString FileNameOf(QString const& path);

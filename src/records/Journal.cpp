@@ -160,6 +160,11 @@ CJournal::CJournal(std::string folder) : m_pImpl(std::make_unique<CImpl>()) {
 
 CJournal::~CJournal() = default;
 
+std::optional<std::int64_t> CJournal::CurrentBatch() const {
+    std::scoped_lock const guard(m_lock);
+    return m_bNewBatch ? std::nullopt : m_pImpl->m_batch;
+}
+
 std::unique_ptr<ITagWitness> CJournal::Witness(EJournalWriter writer, ETextOrigin origin,
                                                std::optional<std::int64_t> undoes) {
     return std::make_unique<CWitness>(*this, writer, origin, undoes);

@@ -98,6 +98,9 @@ public:
     /// Begins a new batch with the next write. Waits for nobody.
     void BeginBatch() { m_bNewBatch = true; }
 
+    /// The batch that the last write went into; nothing before the first one of a new batch.
+    [[nodiscard]] std::optional<std::int64_t> CurrentBatch() const;
+
     /// A witness that enters one write. It must not outlive the journal.
     /// `undoes`: the write that this one takes back.
     std::unique_ptr<ITagWitness> Witness(EJournalWriter writer, ETextOrigin origin,

@@ -287,9 +287,9 @@ TEST_F(BpmWindowNoticesTest, ADraggedWebAddressIsRefused) {
 TEST_F(BpmWindowNoticesTest, ControlWAndDigitsWorkFromTheKeyboard) {
     WriteText(folder / "b.wav", "");
     add({folder / "b.wav", writeClip("a.wav")});
-    QTest::keyClick(&window, Qt::Key_1, Qt::ControlModifier);
+    QTest::keyClick(&window, Qt::Key_1, Qt::ControlModifier | Qt::AltModifier);
     EXPECT_EQ(cell(0, 0), "a.wav");
-    QTest::keyClick(&window, Qt::Key_3, Qt::ControlModifier);
+    QTest::keyClick(&window, Qt::Key_3, Qt::ControlModifier | Qt::AltModifier);
     EXPECT_EQ(cell(0, 2), "120.00");
     QTest::keyClick(&window, Qt::Key_W, Qt::ControlModifier);
     EXPECT_FALSE(window.isVisible());

@@ -98,8 +98,8 @@ TEST_F(BpmWindowTest, ActionsHaveTheirKeys) {
     EXPECT_EQ(action("actionQuit")->shortcut(), QKeySequence("Ctrl+Q"));
     EXPECT_EQ(action("actionClose")->shortcut(), QKeySequence("Ctrl+W"));
     EXPECT_EQ(action("actionMenu")->shortcut(), QKeySequence("F10"));
-    EXPECT_EQ(action("actionSort1")->shortcut(), QKeySequence("Ctrl+1"));
-    EXPECT_EQ(action("actionSort3")->shortcut(), QKeySequence("Ctrl+3"));
+    EXPECT_EQ(action("actionSort1")->shortcut(), QKeySequence("Ctrl+Alt+1"));
+    EXPECT_EQ(action("actionSort3")->shortcut(), QKeySequence("Ctrl+Alt+3"));
 }
 
 TEST_F(BpmWindowTest, AnEmptyWindowOffersOnlyWhatMakesSense) {

@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "desktop/CorrectionTexts.h"
+
+#include "desktop/Texts.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+class CCorrectionTexts {
+    Q_DECLARE_TR_FUNCTIONS(CorrectionTexts)
+};
+
+int AsCount(std::size_t count) {
+    return static_cast<int>(count);
+}
+
+QString LeftReason(CUndoReport const& report) {
+    switch (report.m_eReason) {
+    case EUndo::OtherText:
+        return CCorrectionTexts::tr("its tag says something else by now");
+    case EUndo::Gone:
+        return CCorrectionTexts::tr("the file is gone");
+    case EUndo::Unreadable:
+        return CCorrectionTexts::tr("its tag can't be read");
+    case EUndo::NotWritten:
+        return WriteProblemText(report.m_eProblem);
+    case EUndo::Restored:
+    case EUndo::TextAlone:
+    case EUndo::AsBefore:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
+QString RatioText(CTempoFix const& ratio) {
+    if (ratio.m_nOver == 1) {
+        return QStringLiteral("×%1").arg(ratio.m_nTimes);
+    }
+    return ratio.m_nTimes == 1 ? QStringLiteral("÷%1").arg(ratio.m_nOver)
+                               : QStringLiteral("%1:%2").arg(ratio.m_nTimes).arg(ratio.m_nOver);
+}
+
+QString StepText(CUndoStep const& step) {
+    switch (step.m_kind) {
+    case EStepKind::Analysis:
+        return CCorrectionTexts::tr("%Ln stored tempo(s)", nullptr, AsCount(step.m_nFiles));
+    case EStepKind::Ratio:
+        return CCorrectionTexts::tr("%1 on %Ln file(s)", nullptr, AsCount(step.m_nFiles))
+            .arg(RatioText(step.m_ratio));
+    case EStepKind::Tempo:
+        break;
+    }
+    return CCorrectionTexts::tr("tempo of %Ln file(s)", nullptr, AsCount(step.m_nFiles));
+}
+
+QString RefusalText(ECorrectionRefusal refusal) {
+    switch (refusal) {
+    case ECorrectionRefusal::None:
+        break;
+    case ECorrectionRefusal::NothingSelected:
+        return CCorrectionTexts::tr("No row is selected.");
+    case ECorrectionRefusal::Running:
+        return CCorrectionTexts::tr("The file is being analyzed.");
+    case ECorrectionRefusal::NoTempo:
+        return CCorrectionTexts::tr("There is no tempo yet.");
+    case ECorrectionRefusal::TooSlow:
+        return CCorrectionTexts::tr("A tempo would be below 20.");
+    case ECorrectionRefusal::TooFast:
+        return CCorrectionTexts::tr("A tempo would be above 999.");
+    }
+    return {};
+}
+
+QString LeftText(CUndoReport const& report) {
+    if (report.m_nLeft == 0) {
+        return {};
+    }
+    QString const name =
+        FileNameOf(ReadableText(std::u16string(CString::FromPath(report.m_sPath).Units())));
+    return report.m_nLeft == 1
+               ? CCorrectionTexts::tr("“%1” was left as it is: %2.").arg(name, LeftReason(report))
+               : CCorrectionTexts::tr("%Ln file(s) were left as they are, the first of them “%1”: "
+                                      "%2.",
+                                      nullptr, AsCount(report.m_nLeft))
+                     .arg(name, LeftReason(report));
+}
