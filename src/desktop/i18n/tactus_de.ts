@@ -246,6 +246,73 @@
         <source>Does</source>
         <translation>Wirkung</translation>
     </message>
+    <message>
+        <source>Tempo ×2</source>
+        <translation>Tempo ×2</translation>
+    </message>
+    <message>
+        <source>Tempo ÷2</source>
+        <translation>Tempo ÷2</translation>
+    </message>
+    <message>
+        <source>Tempo 3:2</source>
+        <translation>Tempo 3:2</translation>
+    </message>
+    <message>
+        <source>Tempo 2:3</source>
+        <translation>Tempo 2:3</translation>
+    </message>
+    <message>
+        <source>Tempo 4:3</source>
+        <translation>Tempo 4:3</translation>
+    </message>
+    <message>
+        <source>Tempo 3:4</source>
+        <translation>Tempo 3:4</translation>
+    </message>
+    <message>
+        <source>Type the tempo</source>
+        <translation>Tempo eintippen</translation>
+    </message>
+    <message>
+        <source>Type the tempo of the row</source>
+        <translation>Das Tempo der Zeile eintippen</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>Take back the last step</source>
+        <translation>Den letzten Schritt zurücknehmen</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Wiederholen</translation>
+    </message>
+    <message>
+        <source>Do again what was taken back</source>
+        <translation>Zurückgenommenes wiederholen</translation>
+    </message>
+    <message>
+        <source>Correct the tempo</source>
+        <translation>Tempo berichtigen</translation>
+    </message>
+    <message numerus="yes">
+        <source>hiding %Ln file(s)</source>
+        <translation>
+            <numerusform>%Ln Datei ausgeblendet</numerusform>
+            <numerusform>%Ln Dateien ausgeblendet</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Undo: %1</source>
+        <translation>Rückgängig: %1</translation>
+    </message>
+    <message>
+        <source>Redo: %1</source>
+        <translation>Wiederholen: %1</translation>
+    </message>
 </context>
 <context>
     <name>CAccentsView</name>
@@ -353,6 +420,22 @@
     <message>
         <source>This tempo is still to be analyzed again.</source>
         <translation>Dieses Tempo ist noch neu zu analysieren.</translation>
+    </message>
+    <message>
+        <source>set by hand</source>
+        <translation>von Hand gesetzt</translation>
+    </message>
+    <message>
+        <source>not in the file</source>
+        <translation>nicht in der Datei</translation>
+    </message>
+    <message>
+        <source>This tempo was set by hand.</source>
+        <translation>Dieses Tempo wurde von Hand gesetzt.</translation>
+    </message>
+    <message>
+        <source>The file doesn&apos;t have it in its tag.</source>
+        <translation>Im Tag der Datei steht es nicht.</translation>
     </message>
 </context>
 <context>
@@ -578,6 +661,84 @@
     <message>
         <source>Only looking: nothing is written</source>
         <translation>Nur ansehen: nichts wird geschrieben</translation>
+    </message>
+</context>
+<context>
+    <name>CTempoDelegate</name>
+    <message>
+        <source>Tempo</source>
+        <translation>Tempo</translation>
+    </message>
+    <message>
+        <source>A tempo is a number from 20 to 999.</source>
+        <translation>Ein Tempo ist eine Zahl von 20 bis 999.</translation>
+    </message>
+</context>
+<context>
+    <name>CorrectionTexts</name>
+    <message>
+        <source>its tag says something else by now</source>
+        <translation>in ihrem Tag steht inzwischen etwas anderes</translation>
+    </message>
+    <message>
+        <source>the file is gone</source>
+        <translation>die Datei ist weg</translation>
+    </message>
+    <message>
+        <source>its tag can&apos;t be read</source>
+        <translation>ihr Tag ist nicht lesbar</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln stored tempo(s)</source>
+        <translation>
+            <numerusform>%Ln gespeichertes Tempo</numerusform>
+            <numerusform>%Ln gespeicherte Tempi</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 on %Ln file(s)</source>
+        <translation>
+            <numerusform>%1 bei %Ln Datei</numerusform>
+            <numerusform>%1 bei %Ln Dateien</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>tempo of %Ln file(s)</source>
+        <translation>
+            <numerusform>Tempo von %Ln Datei</numerusform>
+            <numerusform>Tempo von %Ln Dateien</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>No row is selected.</source>
+        <translation>Keine Zeile ist ausgewählt.</translation>
+    </message>
+    <message>
+        <source>The file is being analyzed.</source>
+        <translation>Die Datei wird gerade analysiert.</translation>
+    </message>
+    <message>
+        <source>There is no tempo yet.</source>
+        <translation>Es gibt noch kein Tempo.</translation>
+    </message>
+    <message>
+        <source>A tempo would be below 20.</source>
+        <translation>Ein Tempo läge unter 20.</translation>
+    </message>
+    <message>
+        <source>A tempo would be above 999.</source>
+        <translation>Ein Tempo läge über 999.</translation>
+    </message>
+    <message>
+        <source>“%1” was left as it is: %2.</source>
+        <translation>„%1“ blieb, wie sie ist: %2.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln file(s) were left as they are, the first of them “%1”: %2.</source>
+        <translation>
+            <numerusform>%Ln Datei blieb, wie sie ist, „%1“: %2.</numerusform>
+            <numerusform>%Ln Dateien blieben, wie sie sind, die erste davon „%1“: %2.</numerusform>
+        </translation>
     </message>
 </context>
 <context>

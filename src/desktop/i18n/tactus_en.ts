@@ -10,6 +10,13 @@
             <numerusform>%Ln tempos came with the files. Replace them?</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>hiding %Ln file(s)</source>
+        <translation>
+            <numerusform>hiding %Ln file</numerusform>
+            <numerusform>hiding %Ln files</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>CSoundControls</name>
@@ -18,6 +25,37 @@
         <translation>
             <numerusform>Loop of %Ln</numerusform>
             <numerusform>Loop of %Ln</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>CorrectionTexts</name>
+    <message numerus="yes">
+        <source>%Ln stored tempo(s)</source>
+        <translation>
+            <numerusform>%Ln stored tempo</numerusform>
+            <numerusform>%Ln stored tempos</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 on %Ln file(s)</source>
+        <translation>
+            <numerusform>%1 on %Ln file</numerusform>
+            <numerusform>%1 on %Ln files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>tempo of %Ln file(s)</source>
+        <translation>
+            <numerusform>tempo of %Ln file</numerusform>
+            <numerusform>tempo of %Ln files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln file(s) were left as they are, the first of them “%1”: %2.</source>
+        <translation>
+            <numerusform>%Ln file was left as it is, “%1”: %2.</numerusform>
+            <numerusform>%Ln files were left as they are, the first of them “%1”: %2.</numerusform>
         </translation>
     </message>
 </context>
