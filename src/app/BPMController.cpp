@@ -100,6 +100,10 @@ CRowState BPMController::rowState(std::size_t row) const {
     return m_list.State(row);
 }
 
+std::vector<CTempoCandidate> BPMController::rowCandidates(std::size_t row) const {
+    return m_list.Candidates(row);
+}
+
 CBatchStatus BPMController::status() const {
     auto const guard = m_list.Lock();
     CBatchStatus status = m_list.Counts();

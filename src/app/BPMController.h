@@ -94,6 +94,7 @@ public:
     [[nodiscard]] std::u16string objectValueForTableColumn(std::int32_t column,
                                                            std::size_t row) const override;
     [[nodiscard]] CRowState rowState(std::size_t row) const override;
+    [[nodiscard]] std::vector<CTempoCandidate> rowCandidates(std::size_t row) const override;
     [[nodiscard]] CBatchStatus status() const override;
 
     /// A drag of file names is taken as a copy in front of the proposed row, any other refused.

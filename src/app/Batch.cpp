@@ -88,7 +88,7 @@ void CBatch::StartNext() {
     m_view.setCanClose(false);
     m_view.reloadRow(next);
     m_bInProgress = true;
-    m_pFileAnalyzer->WantCandidates(m_list.Wishes().m_bLikelyOctave);
+    m_pFileAnalyzer->WantCandidates(true);
     if (!m_pFileAnalyzer->Analyze(&row.m_file)) {
         GiveUpRunningRow();
     }
@@ -230,6 +230,8 @@ void CBatch::Conclude(CUserInfo const* userInfo) {
             row->m_bFromTag = false;
             row->m_bByHand = false;
             row->m_bNotInFile = false;
+            row->m_candidates = m_pFileAnalyzer->GetCandidates();
+            row->m_sKey = m_pFileAnalyzer->GetKey();
             m_list.SetDone(*row);
             m_list.SetOutcome(*row, OutcomeOf(*row));
             ++m_list.Counts().m_nHeard;

@@ -6,6 +6,7 @@
 #include "IDTag/ID3Tag.h"
 #include "IDTag/WriteProblem.h"
 #include "song/AnalysisProblem.h"
+#include "song/TempoCandidates.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -25,6 +26,8 @@ struct CRowState {
     std::vector<CWiderId> m_vConverted = {}; ///< Ids that got another name when it was stored.
     bool m_bByHand = false;                  ///< A person set its tempo.
     bool m_bNotInFile = false; ///< The tempo was set by hand or taken back, and only shown.
+    bool m_bToReview = false;  ///< Another reading of its tempo is nearly as likely, or likelier.
+    std::string m_sKey = {};   ///< The key that was heard, as tags have it; empty for none.
 };
 
 /// True for a tempo that should be in the file and isn't. Files of a kind that is never written
@@ -80,6 +83,9 @@ public:
                                                                    std::size_t row) const = 0;
 
     [[nodiscard]] virtual CRowState rowState(std::size_t row) const = 0;
+
+    /// Readings of the tempo that was heard of the row's song, the likeliest first.
+    [[nodiscard]] virtual std::vector<CTempoCandidate> rowCandidates(std::size_t row) const = 0;
 
     [[nodiscard]] virtual CBatchStatus status() const = 0;
 };

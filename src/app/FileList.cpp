@@ -3,6 +3,8 @@
 
 #include "app/FileList.h"
 
+#include "song/SongCandidates.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -50,7 +52,15 @@ CRowState CFileList::State(std::size_t row) const {
             entry.m_writeProblem,
             entry.m_vConverted,
             entry.m_bByHand,
-            entry.m_bNotInFile};
+            entry.m_bNotInFile,
+            !entry.m_bByHand && entry.m_file.IsDone() && DoubtIn(entry.m_candidates).has_value(),
+            entry.m_sKey};
+}
+
+std::vector<CTempoCandidate> CFileList::Candidates(std::size_t row) const {
+    auto const guard = Lock();
+    return row < m_vRows.size() ? m_vRows[row]->m_candidates.m_vCandidates
+                                : std::vector<CTempoCandidate>();
 }
 
 CBPMFile* CFileList::FileAt(std::size_t row) const {

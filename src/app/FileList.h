@@ -32,6 +32,7 @@ public:
     [[nodiscard]] std::size_t Count() const;
     [[nodiscard]] std::u16string Text(std::int32_t column, std::size_t row) const;
     [[nodiscard]] CRowState State(std::size_t row) const;
+    [[nodiscard]] std::vector<CTempoCandidate> Candidates(std::size_t row) const;
 
     /// The file of a row; null past the end.
     [[nodiscard]] CBPMFile* FileAt(std::size_t row) const;

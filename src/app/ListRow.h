@@ -9,9 +9,11 @@
 #include "base/FileIdentity.h"
 #include "song/AnalysisProblem.h"
 #include "song/Retries.h"
+#include "song/TempoCandidates.h"
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <vector>
 
 /// One row of the list: the file with its texts and done flag, and what the window is told beside
@@ -29,6 +31,8 @@ struct CListRow {
     EWriteProblem m_writeProblem = EWriteProblem::None; // Why the tempo isn't in the file.
     bool m_bByHand = false;                             // A person set its tempo.
     bool m_bNotInFile = false;            // That tempo, or one that was taken back, is shown alone.
+    CTempoCandidates m_candidates;        // Readings of the tempo that was heard.
+    std::string m_sKey;                   // That was heard, as tags have it; empty for none.
     double m_dExactBpm = 0.0;             // Of a tempo by hand, before it was rounded for its text.
     std::vector<CWiderId> m_vConverted;   // Ids that got another name when the tempo was stored.
     std::optional<CString> m_sTempoInTag; // As it was read; nothing once it may be replaced.

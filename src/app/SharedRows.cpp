@@ -110,6 +110,8 @@ void CBatch::TakeOver(CListRow& other, CListRow const& row) {
     other.m_bFromTag = row.m_bFromTag;
     other.m_sTempoInTag = row.m_sTempoInTag;
     other.m_vConverted = row.m_vConverted;
+    other.m_candidates = row.m_candidates;
+    other.m_sKey = row.m_sKey;
     m_list.SetDone(other);
     m_list.SetOutcome(other, row.m_outcome);
     m_list.SetWriteProblem(other, row.m_writeProblem);

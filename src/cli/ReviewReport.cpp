@@ -7,27 +7,9 @@
 
 #include <algorithm>
 
-namespace {
-
-constexpr float kCloseShare = 0.5f; // Fixed: of the reported reading's score; told in the help.
-
-/// Score of the reported tempo among the readings; 0 when it isn't there.
-float ReportedScore(CTempoCandidates const& candidates) {
-    for (CTempoCandidate const& reading : candidates.m_vCandidates) {
-        if (reading.m_nTimes == reading.m_nOver && reading.m_nTimes != 0) {
-            return reading.m_fScore;
-        }
-    }
-    return 0.0f;
-}
-
-} // namespace
-
 bool CReviewReport::Add(CReportRow const& row) {
-    CTempoCandidate const* const other = OtherReading(row.m_candidates);
-    float const reported = ReportedScore(row.m_candidates);
-    if (other != nullptr && other->m_fScore >= kCloseShare * reported) {
-        m_vRows.push_back({other->m_fScore - reported, row});
+    if (std::optional<float> const doubt = DoubtIn(row.m_candidates)) {
+        m_vRows.push_back({*doubt, row});
     }
     return true;
 }

@@ -96,6 +96,8 @@ void BpmWindow::setUpCentre() {
 
 void BpmWindow::connectAll() {
     connect(m_pChips, &CChipsLine::filterChosen, &m_model, &CFileTableModel::setFilter);
+    connect(m_pChips, &CChipsLine::queryChanged, &m_model, &CFileTableModel::setQuery);
+    connect(m_pChips, &CChipsLine::queryLeft, m_pTable, [this] { m_pTable->setFocus(); });
     connect(&m_model, &CFileTableModel::countsChanged, this, &BpmWindow::showCounts);
     connect(&m_model, &QAbstractItemModel::modelReset, this, &BpmWindow::showReason);
     connect(m_pTable, &CFileTableView::addRequested, this, &BpmWindow::openFile);

@@ -92,6 +92,9 @@ void BpmWindow::setUpMoreActions() {
                                 tr("What is to be otherwise than at first"),
                                 {QKeySequence(Qt::CTRL | Qt::Key_Comma)});
     connect(m_pPreferences, &QAction::triggered, this, &BpmWindow::openPreferences);
+    QAction* const find = makeAction("actionFind", tr("Filter"), tr("Find rows by words and more"),
+                                     {QKeySequence::Find});
+    connect(find, &QAction::triggered, m_pChips, &CChipsLine::focusQuery);
     m_pMenu =
         makeAction("actionMenu", tr("Menu"), tr("Everything else"), {QKeySequence(Qt::Key_F10)});
 }

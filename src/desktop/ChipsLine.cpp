@@ -7,19 +7,24 @@
 
 #include <QButtonGroup>
 #include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QShortcut>
 #include <QToolButton>
 #include <array>
 
 namespace {
 
-constexpr int kMarginX = 6; // Fixed: pixels to the window's edges.
-constexpr int kMarginY = 2; // Fixed: pixels above and below.
-constexpr std::array kNames{"chipAll", "chipToDo", "chipProblems"}; // In the order of ERowFilter.
+constexpr int kMarginX = 6;     // Fixed: pixels to the window's edges.
+constexpr int kMarginY = 2;     // Fixed: pixels above and below.
+constexpr int kQueryChars = 24; // Fixed: of an average letter; the field's width.
+constexpr std::array kNames{"chipAll", "chipToDo", "chipToReview", "chipByHand",
+                            "chipProblems"}; // In the order of ERowFilter.
 
 } // namespace
 
-CChipsLine::CChipsLine(QWidget* parent) : QWidget(parent), m_pGroup(new QButtonGroup(this)) {
+CChipsLine::CChipsLine(QWidget* parent)
+    : QWidget(parent), m_pQuery(new QLineEdit(this)), m_pGroup(new QButtonGroup(this)) {
     setObjectName("chipsLine");
     setAccessibleName(tr("Filters"));
     auto* layout = new QHBoxLayout(this);
@@ -40,15 +45,73 @@ CChipsLine::CChipsLine(QWidget* parent) : QWidget(parent), m_pGroup(new QButtonG
         m_vChips.push_back(chip);
     }
     layout->addStretch();
+    layout->addWidget(m_pQuery);
+    setUpQuery();
     m_vChips.front()->setChecked(true);
     connect(m_pGroup, &QButtonGroup::idClicked, this,
             [this](int id) { emit filterChosen(static_cast<ERowFilter>(id)); });
     setCounts({});
 }
 
+void CChipsLine::setUpQuery() {
+    m_pQuery->setObjectName("query");
+    m_pQuery->setAccessibleName(tr("Filter"));
+    m_pQuery->setPlaceholderText(tr("Filter"));
+    m_pQuery->setToolTip(tr("Words of title, artist or file; 120-130; key:8A; state:problem"));
+    m_pQuery->setClearButtonEnabled(true);
+    m_pQuery->setMaximumWidth(fontMetrics().averageCharWidth() * kQueryChars);
+    m_pQuery->installEventFilter(this);
+    connect(m_pQuery, &QLineEdit::textChanged, this, &CChipsLine::queryChanged);
+}
+
+void CChipsLine::focusQuery() {
+    m_pQuery->show();
+    m_pQuery->setFocus(Qt::ShortcutFocusReason);
+    m_pQuery->selectAll();
+}
+
+bool CChipsLine::eventFilter(QObject* object, QEvent* event) {
+    auto const type = event->type();
+    int const key = type == QEvent::KeyPress || type == QEvent::ShortcutOverride
+                        ? static_cast<QKeyEvent*>(event)->key()
+                        : 0;
+    if (type == QEvent::ShortcutOverride && key == Qt::Key_Escape) {
+        event->accept(); // it is not to stop the analysis
+        return true;
+    }
+    if (type == QEvent::KeyPress && (key == Qt::Key_Escape || key == Qt::Key_Return ||
+                                     key == Qt::Key_Enter || key == Qt::Key_Down)) {
+        if (key == Qt::Key_Escape) {
+            m_pQuery->clear();
+        }
+        emit queryLeft();
+        return true;
+    }
+    if (type == QEvent::FocusOut) {
+        makeRoom();
+    }
+    return QWidget::eventFilter(object, event);
+}
+
+void CChipsLine::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    makeRoom();
+}
+
+void CChipsLine::makeRoom() {
+    int width = m_pQuery->maximumWidth();
+    for (QToolButton const* chip : m_vChips) {
+        width += chip->sizeHint().width() + layout()->spacing();
+    }
+    m_pQuery->setVisible(width + 2 * kMarginX <= this->width() || m_pQuery->hasFocus() ||
+                         !m_pQuery->text().isEmpty());
+}
+
 void CChipsLine::setCounts(CRowCounts const& counts) {
     std::array<QString, kNames.size()> const texts{
         tr("All %1").arg(CountText(counts.m_nAll)), tr("To do %1").arg(CountText(counts.m_nToDo)),
+        tr("To review %1").arg(CountText(counts.m_nToReview)),
+        tr("By hand %1").arg(CountText(counts.m_nByHand)),
         tr("Problems %1").arg(CountText(counts.m_nProblems))};
     for (std::size_t i = 0; i < m_vChips.size(); ++i) {
         if (m_vChips[i]->text() != texts[i]) {

@@ -9,10 +9,12 @@
 #include <vector>
 
 class QButtonGroup;
+class QLineEdit;
 class QToolButton;
 
-/// A line of filters with their counts; one of them is on. Alt+1, Alt+2 ... switch to them from
-/// anywhere in the window.
+/// A line of filters with their counts, one of which is on, and a field for a query. Alt+1, Alt+2
+/// ... switch to the filters from anywhere in the window; Esc in the field empties and leaves it.
+/// The field is there while the line has room for it, or somebody uses it.
 /// Thread: main.
 class CChipsLine : public QWidget {
     Q_OBJECT
@@ -27,10 +29,25 @@ public:
     /// Switches to `filter` as a click on its chip does.
     void choose(ERowFilter filter);
 
+    /// Gives the keyboard to the field.
+    void focusQuery();
+
 signals:
     void filterChosen(ERowFilter filter);
+    void queryChanged(QString const& text);
+
+    /// The keyboard is to go back to the table.
+    void queryLeft();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
+    void setUpQuery();
+    void makeRoom();
+
+    QLineEdit* m_pQuery;
     QButtonGroup* m_pGroup;
     std::vector<QToolButton*> m_vChips; // In the order of `ERowFilter`.
 };

@@ -5,6 +5,7 @@
 
 #include "app/BpmView.h"
 #include "desktop/RowFilter.h"
+#include "desktop/RowQuery.h"
 
 #include <QAbstractTableModel>
 #include <QCollator>
@@ -54,6 +55,9 @@ public:
     /// Shows the rows that `filter` lets through. The table is told that the model was reset.
     void setFilter(ERowFilter filter);
 
+    /// Of these, shows the rows that `text`, which is a query, finds.
+    void setQuery(QString const& text);
+
     [[nodiscard]] CRowCounts const& counts() const { return m_counts; }
 
     /// Tells the table that the tempo cell of row `id` has changed; the row may come or go.
@@ -75,6 +79,9 @@ private:
     /// What the filters go by, kept for every row that was taken.
     struct CMarks {
         bool m_bToDo = false;
+        bool m_bToReview = false;
+        bool m_bByHand = false;
+        bool m_bNotInFile = false;
         bool m_bProblem = false;
         bool m_bHidden = false; // No filter lets it through, and none counts it.
 
@@ -101,6 +108,9 @@ private:
     [[nodiscard]] bool comesBefore(std::size_t left, std::size_t right) const;
     [[nodiscard]] CMarks marksOf(std::size_t id) const;
     [[nodiscard]] bool isWanted(std::size_t id) const;
+    [[nodiscard]] bool isFound(std::size_t id) const;
+    [[nodiscard]] QString searchTextOf(std::size_t id) const;
+    void refreshSearchText(std::size_t id);
     void count(CMarks const& marks, bool comes);
     bool refreshMarks(std::size_t id);
     void showOrHide(std::size_t id);
@@ -118,7 +128,10 @@ private:
     std::vector<CMarks> m_vMarks; // By id.
     CRowCounts m_counts;
     ERowFilter m_filter = ERowFilter::All;
-    std::vector<CSortKey> m_vKeys; // By id; filled while a column is sorted.
+    CRowQuery m_query;
+    std::vector<QString> m_vSearchTexts; // By id; filled from the first query on.
+    bool m_bSearched = false;            // There was a query.
+    std::vector<CSortKey> m_vKeys;       // By id; filled while a column is sorted.
     int m_nSortColumn = -1;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
 };

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -76,12 +77,19 @@ void CFileTableModel::addKeys() {
 
 CFileTableModel::CMarks CFileTableModel::marksOf(std::size_t id) const {
     CRowState const state = m_list.rowState(id);
-    return {!state.m_bDone, HasProblem(state), state.m_bHidden};
+    CMarks marks;
+    marks.m_bToDo = !state.m_bDone;
+    marks.m_bToReview = state.m_bToReview;
+    marks.m_bByHand = state.m_bByHand;
+    marks.m_bNotInFile = state.m_bNotInFile || IsStoreFailure(state.m_writeProblem);
+    marks.m_bProblem = HasProblem(state);
+    marks.m_bHidden = state.m_bHidden;
+    return marks;
 }
 
 bool CFileTableModel::isWanted(std::size_t id) const {
     CMarks const& marks = m_vMarks[id];
-    if (marks.m_bHidden) {
+    if (marks.m_bHidden || !isFound(id)) {
         return false;
     }
     switch (m_filter) {
@@ -89,6 +97,10 @@ bool CFileTableModel::isWanted(std::size_t id) const {
         break;
     case ERowFilter::ToDo:
         return marks.m_bToDo;
+    case ERowFilter::ToReview:
+        return marks.m_bToReview;
+    case ERowFilter::ByHand:
+        return marks.m_bByHand;
     case ERowFilter::Problems:
         return marks.m_bProblem;
     }
@@ -103,6 +115,8 @@ void CFileTableModel::count(CMarks const& marks, bool comes) {
     };
     change(m_counts.m_nAll, !marks.m_bHidden);
     change(m_counts.m_nToDo, marks.m_bToDo && !marks.m_bHidden);
+    change(m_counts.m_nToReview, marks.m_bToReview && !marks.m_bHidden);
+    change(m_counts.m_nByHand, marks.m_bByHand && !marks.m_bHidden);
     change(m_counts.m_nProblems, marks.m_bProblem && !marks.m_bHidden);
 }
 
@@ -130,6 +144,9 @@ bool CFileTableModel::takeAddedRows(std::size_t limit) {
         m_vMarks.push_back(marksOf(id));
         m_vPlaces.push_back(kNowhere);
         count(m_vMarks.back(), true);
+        if (m_bSearched) {
+            m_vSearchTexts.push_back(searchTextOf(id));
+        }
         if (isWanted(id)) {
             wanted.push_back(id);
         }
@@ -164,6 +181,54 @@ void CFileTableModel::setFilter(ERowFilter filter) {
     }
 }
 
+void CFileTableModel::setQuery(QString const& text) {
+    CRowQuery query(text);
+    if (query.isEmpty() && m_query.isEmpty()) {
+        return;
+    }
+    m_bSearched = true;
+    for (std::size_t id = m_vSearchTexts.size(); id < m_vMarks.size(); ++id) {
+        m_vSearchTexts.push_back(searchTextOf(id));
+    }
+    beginResetModel();
+    m_query = std::move(query);
+    fillOrder();
+    endResetModel();
+}
+
+QString CFileTableModel::searchTextOf(std::size_t id) const {
+    QString const name = FileNameOf(ReadableText(m_list.rowState(id).m_sPath));
+    return FoldedText(textOf(id, kTitleColumn) + QLatin1Char('\n') + textOf(id, kArtistColumn) +
+                      QLatin1Char('\n') + name);
+}
+
+void CFileTableModel::refreshSearchText(std::size_t id) {
+    if (id < m_vSearchTexts.size()) {
+        m_vSearchTexts[id] = searchTextOf(id);
+    }
+}
+
+bool CFileTableModel::isFound(std::size_t id) const {
+    if (m_query.isEmpty()) {
+        return true;
+    }
+    CMarks const& marks = m_vMarks[id];
+    CRowFacts row;
+    row.m_sText = m_vSearchTexts[id];
+    row.m_bToDo = marks.m_bToDo;
+    row.m_bToReview = marks.m_bToReview;
+    row.m_bByHand = marks.m_bByHand;
+    row.m_bNotInFile = marks.m_bNotInFile;
+    row.m_bProblem = marks.m_bProblem;
+    row.m_fBpm = m_query.asksForTempo()
+                     ? TempoValue(m_list.objectValueForTableColumn(kTempoColumn, id))
+                     : kNoTempo;
+    if (m_query.asksForKey()) {
+        row.m_sKey = QString::fromStdString(m_list.rowState(id).m_sKey);
+    }
+    return m_query.matches(row);
+}
+
 void CFileTableModel::fillOrder() {
     m_vOrder.clear();
     m_vPlaces.assign(m_vMarks.size(), kNowhere);
@@ -182,8 +247,12 @@ void CFileTableModel::reloadRow(std::size_t id) {
         return;
     }
     refreshKey(id);
-    if (refreshMarks(id)) {
+    refreshSearchText(id);
+    bool const isNews = refreshMarks(id);
+    if (isNews || !m_query.isEmpty()) {
         showOrHide(id);
+    }
+    if (isNews) {
         emit countsChanged();
     }
     if (m_vPlaces[id] != kNowhere) {
@@ -238,6 +307,7 @@ void CFileTableModel::reloadAll() {
     bool areSame = true;
     for (std::size_t id = 0; id < m_vMarks.size(); ++id) {
         refreshMarks(id);
+        refreshSearchText(id);
         areSame = areSame && isWanted(id) == (m_vPlaces[id] != kNowhere);
     }
     if (!areSame) {

@@ -9,6 +9,8 @@
 enum class ERowFilter {
     All,
     ToDo,     ///< Without a tempo, or awaiting another analysis.
+    ToReview, ///< Another reading of the tempo is nearly as likely.
+    ByHand,   ///< A person set the tempo.
     Problems, ///< Without a tempo, analysed in part, or not stored.
 };
 
@@ -16,6 +18,8 @@ enum class ERowFilter {
 struct CRowCounts {
     std::size_t m_nAll = 0;
     std::size_t m_nToDo = 0;
+    std::size_t m_nToReview = 0;
+    std::size_t m_nByHand = 0;
     std::size_t m_nProblems = 0;
 
     friend bool operator==(CRowCounts const&, CRowCounts const&) = default;

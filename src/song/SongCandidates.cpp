@@ -8,6 +8,22 @@
 #include <algorithm>
 #include <cmath>
 
+namespace {
+
+constexpr float kCloseShare = 0.5f; // Fixed: of the reported reading's score; told in the help.
+
+/// Score of the reported tempo among the readings; 0 when it isn't there.
+float ReportedScore(CTempoCandidates const& candidates) {
+    for (CTempoCandidate const& reading : candidates.m_vCandidates) {
+        if (reading.m_nTimes == reading.m_nOver && reading.m_nTimes != 0) {
+            return reading.m_fScore;
+        }
+    }
+    return 0.0f;
+}
+
+} // namespace
+
 CTempoCandidates CandidatesOf(CSongProfile const& profile) {
     if (!profile.IsHeard()) {
         return {};
@@ -31,6 +47,14 @@ CTempoCandidate const* OtherReading(CTempoCandidates const& candidates) {
             return reading.m_nTimes != reading.m_nOver || reading.m_nTimes == 0;
         });
     return other != candidates.m_vCandidates.end() ? &*other : nullptr;
+}
+
+std::optional<float> DoubtIn(CTempoCandidates const& candidates) {
+    CTempoCandidate const* const other = OtherReading(candidates);
+    float const reported = ReportedScore(candidates);
+    return other != nullptr && other->m_fScore >= kCloseShare * reported
+               ? std::optional(other->m_fScore - reported)
+               : std::nullopt;
 }
 
 double FoldedTempo(double bpm, double slowest, double fastest) {

@@ -8,7 +8,9 @@
 
 #include "IDTag/TagStore.h"
 
+#include <QDialog>
 #include <QLineEdit>
+#include <QTimer>
 #include <cstdlib>
 
 namespace {
@@ -258,4 +260,33 @@ TEST_F(BpmWindowCorrectTest, AnalyzeAgainAsksWhenATempoWasSetByHand) {
     action("actionRescan")->trigger();
     EXPECT_TRUE(isAsked);
     EXPECT_EQ(cell(0, 2), "240.00");
+}
+
+TEST_F(BpmWindowCorrectTest, ControlFFindsRowsAndEscapeShowsThemAll) {
+    openThree();
+    press(Qt::Key_F);
+    auto* field = window.findChild<QLineEdit*>("query");
+    ASSERT_TRUE(field->hasFocus());
+    QTest::keyClicks(field, "100-200");
+    ASSERT_EQ(table->model()->rowCount(), 1);
+    EXPECT_EQ(cell(0, 2), "128.5");
+    press(Qt::Key_Return, Qt::NoModifier);
+    EXPECT_TRUE(table->hasFocus());
+    EXPECT_EQ(table->model()->rowCount(), 1);
+    press(Qt::Key_F);
+    press(Qt::Key_Escape, Qt::NoModifier);
+    EXPECT_EQ(table->model()->rowCount(), 3);
+    EXPECT_TRUE(table->hasFocus());
+}
+
+TEST_F(BpmWindowCorrectTest, ChipsShowWhatWasSetByHand) {
+    openThree();
+    select(1);
+    press(Qt::Key_D);
+    EXPECT_EQ(cell(1, 2), "257.00");
+    QTest::keyClick(&window, Qt::Key_4, Qt::AltModifier);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return table->model()->rowCount() == 1; }));
+    EXPECT_EQ(cell(0, 2), "257.00");
+    press(Qt::Key_H);
+    EXPECT_EQ(cell(0, 2), "128.50");
 }

@@ -28,9 +28,11 @@ struct ChipsLineTest : testing::Test {
 } // namespace
 
 TEST_F(ChipsLineTest, EveryChipHasItsCount) {
-    line.setCounts({301, 151, 3});
+    line.setCounts({301, 151, 14, 6, 3});
     EXPECT_EQ(text("chipAll"), "All 301");
     EXPECT_EQ(text("chipToDo"), "To do 151");
+    EXPECT_EQ(text("chipToReview"), "To review 14");
+    EXPECT_EQ(text("chipByHand"), "By hand 6");
     EXPECT_EQ(text("chipProblems"), "Problems 3");
 }
 
@@ -44,11 +46,11 @@ TEST_F(ChipsLineTest, OneFilterIsOnAndAllIsTheFirst) {
 }
 
 TEST_F(ChipsLineTest, TheKeysOutliveNewCounts) {
-    line.setCounts({1, 1, 0});
+    line.setCounts({1, 1, 0, 0, 0});
     QTest::keyClick(&line, Qt::Key_2, Qt::AltModifier);
     EXPECT_EQ(line.filter(), ERowFilter::ToDo);
-    line.setCounts({2, 1, 1});
-    QTest::keyClick(&line, Qt::Key_3, Qt::AltModifier);
+    line.setCounts({2, 1, 0, 0, 1});
+    QTest::keyClick(&line, Qt::Key_5, Qt::AltModifier);
     EXPECT_EQ(line.filter(), ERowFilter::Problems);
     QTest::keyClick(&line, Qt::Key_1, Qt::AltModifier);
     EXPECT_EQ(line.filter(), ERowFilter::All);

@@ -16,11 +16,15 @@ public:
         std::u16string artist;
         std::u16string tempo;
         CRowState state;
+        std::vector<CTempoCandidate> candidates = {};
     };
 
     std::size_t numberOfRowsInTableView() const override { return rows.size(); }
     std::u16string objectValueForTableColumn(std::int32_t column, std::size_t row) const override;
     CRowState rowState(std::size_t row) const override { return rows.at(row).state; }
+    std::vector<CTempoCandidate> rowCandidates(std::size_t row) const override {
+        return rows.at(row).candidates;
+    }
     CBatchStatus status() const override { return batch; }
 
     /// Appends a row with these texts.

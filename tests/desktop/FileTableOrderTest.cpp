@@ -51,10 +51,10 @@ TEST_F(FileTableOrderTest, CountsAreThoseOfTheFilters) {
     add(u"todo");
     add(u"failed");
     add(u"todo");
-    EXPECT_EQ(model.counts(), (CRowCounts{4, 2, 1}));
+    EXPECT_EQ(model.counts(), (CRowCounts{4, 2, 0, 0, 1}));
     setState(1, u"failed");
     model.reloadRow(1);
-    EXPECT_EQ(model.counts(), (CRowCounts{4, 1, 2}));
+    EXPECT_EQ(model.counts(), (CRowCounts{4, 1, 0, 0, 2}));
 }
 
 TEST_F(FileTableOrderTest, AFilterShowsItsRowsInTheirOrder) {
@@ -112,7 +112,7 @@ TEST_F(FileTableOrderTest, RowsThatArriveAreFilteredToo) {
     EXPECT_EQ(model.rowCount(), 0);
     add(u"todo");
     EXPECT_EQ(titles(), (Texts{"todo"}));
-    EXPECT_EQ(model.counts(), (CRowCounts{3, 1, 0}));
+    EXPECT_EQ(model.counts(), (CRowCounts{3, 1, 0, 0, 0}));
 }
 
 TEST_F(FileTableOrderTest, WhenEveryRowMayHaveChangedTheFilterLooksAtAll) {
@@ -123,7 +123,7 @@ TEST_F(FileTableOrderTest, WhenEveryRowMayHaveChangedTheFilterLooksAtAll) {
     setState(1, u"todo");
     model.reloadAll();
     EXPECT_EQ(model.rowCount(), 2);
-    EXPECT_EQ(model.counts(), (CRowCounts{2, 2, 0}));
+    EXPECT_EQ(model.counts(), (CRowCounts{2, 2, 0, 0, 0}));
 }
 
 TEST_F(FileTableOrderTest, AHiddenRowIsInNoFilterAndNoCount) {
@@ -132,7 +132,7 @@ TEST_F(FileTableOrderTest, AHiddenRowIsInNoFilterAndNoCount) {
     list.rows[0].state.m_bHidden = true;
     model.reloadAll();
     EXPECT_EQ(titles(), (Texts{"failed"}));
-    EXPECT_EQ(model.counts(), (CRowCounts{1, 0, 1}));
+    EXPECT_EQ(model.counts(), (CRowCounts{1, 0, 0, 0, 1}));
     model.setFilter(ERowFilter::ToDo);
     EXPECT_EQ(model.rowCount(), 0);
     list.rows[0].state.m_bHidden = false;
@@ -164,4 +164,50 @@ TEST_F(FileTableOrderTest, FiftyThousandRowsAreFilteredAtOnce) {
     RecordProperty("milliseconds",
                    static_cast<int>(std::chrono::duration<double, std::milli>(took).count()));
     EXPECT_LT(took, std::chrono::milliseconds(100));
+}
+
+TEST_F(FileTableOrderTest, RowsToReviewAndThoseSetByHandHaveFiltersOfTheirOwn) {
+    add(u"one");
+    add(u"two");
+    add(u"three");
+    list.rows[0].state.m_bToReview = true;
+    list.rows[2].state.m_bByHand = true;
+    model.reloadRow(0);
+    model.reloadRow(2);
+    EXPECT_EQ(model.counts(), (CRowCounts{3, 0, 1, 1, 0}));
+    model.setFilter(ERowFilter::ToReview);
+    EXPECT_EQ(titles(), (Texts{"one"}));
+    model.setFilter(ERowFilter::ByHand);
+    EXPECT_EQ(titles(), (Texts{"three"}));
+    list.rows[2].state.m_bByHand = false;
+    model.reloadRow(2);
+    EXPECT_EQ(titles(), (Texts{}));
+}
+
+TEST_F(FileTableOrderTest, AQueryFindsRowsAmongThoseOfTheFilter) {
+    add(u"done");
+    add(u"todo");
+    list.rows[0].artist = u"Some band";
+    model.setQuery("band");
+    EXPECT_EQ(titles(), (Texts{"done"}));
+    model.setFilter(ERowFilter::ToDo);
+    EXPECT_EQ(titles(), (Texts{}));
+    model.setQuery("");
+    EXPECT_EQ(titles(), (Texts{"todo"}));
+}
+
+TEST_F(FileTableOrderTest, RowsThatComeOrChangeMeetTheQueryToo) {
+    add(u"one");
+    model.setQuery("120-121 one");
+    add(u"two");
+    add(u"one");
+    EXPECT_EQ(titles(), (Texts{"one", "one"}));
+    list.rows[0].tempo = u"240.00";
+    model.reloadRow(0);
+    EXPECT_EQ(titles(), (Texts{"one"}));
+    EXPECT_EQ(model.idAt(0), 2U);
+    list.rows[1].title = u"one more";
+    model.reloadRow(1);
+    EXPECT_EQ(titles(), (Texts{"one more", "one"}));
+    EXPECT_EQ(model.counts().m_nAll, 3U); // a query changes no count
 }

@@ -313,6 +313,14 @@
         <source>Redo: %1</source>
         <translation>Wiederholen: %1</translation>
     </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Find rows by words and more</source>
+        <translation>Zeilen nach Wörtern und mehr finden</translation>
+    </message>
 </context>
 <context>
     <name>CAccentsView</name>
@@ -338,6 +346,22 @@
     <message>
         <source>Problems %1</source>
         <translation>Probleme %1</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Words of title, artist or file; 120-130; key:8A; state:problem</source>
+        <translation>Wörter aus Titel, Interpret oder Datei; 120-130; key:8A; state:problem</translation>
+    </message>
+    <message>
+        <source>To review %1</source>
+        <translation>Zu prüfen %1</translation>
+    </message>
+    <message>
+        <source>By hand %1</source>
+        <translation>Von Hand %1</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: 2026 The Tactus authors
+// SPDX-License-Identifier: MIT
+
+#include "desktop/RowQuery.h"
+
+#include "song/KeyCodes.h"
+#include "song/KeyText.h"
+
+#include <QRegularExpression>
+#include <algorithm>
+
+namespace {
+
+constexpr std::uint16_t kTonics = 12;
+constexpr char kKeyMark[] = "key:";
+constexpr char kStateMark[] = "state:";
+
+double NumberIn(QString text) {
+    return text.replace(QLatin1Char(','), QLatin1Char('.')).toDouble();
+}
+
+/// The keys, as tags have them, that a person may mean by `word`.
+QStringList KeysOf(QString const& word) {
+    QStringList keys;
+    for (std::uint16_t tonic = 0; tonic < kTonics; ++tonic) {
+        for (EKeyMode const mode : {EKeyMode::Minor, EKeyMode::Major}) {
+            CHarmony harmony;
+            harmony.m_nTonic = tonic;
+            harmony.m_eMode = mode;
+            QString const text =
+                QString::fromStdString(KeyText(tonic, mode == EKeyMode::Minor ? 1 : 2));
+            for (QString const& name : {text, QString::fromStdString(CamelotCode(harmony)),
+                                        QString::fromStdString(OpenKeyCode(harmony))}) {
+                if (name.compare(word, Qt::CaseInsensitive) == 0) {
+                    keys << text;
+                }
+            }
+        }
+    }
+    return keys;
+}
+
+} // namespace
+
+QString FoldedText(QString const& text) {
+    QString folded;
+    for (QChar const letter : text.normalized(QString::NormalizationForm_KD)) {
+        if (letter.category() != QChar::Mark_NonSpacing) {
+            folded += letter;
+        }
+    }
+    return folded.toCaseFolded();
+}
+
+CRowQuery::CRowQuery(QString const& text) {
+    static QRegularExpression const blanks(QStringLiteral("\\s+"));
+    for (QString const& word : text.split(blanks, Qt::SkipEmptyParts)) {
+        take(word);
+    }
+}
+
+void CRowQuery::take(QString const& word) {
+    static QRegularExpression const range(
+        QStringLiteral("^(\\d+(?:[.,]\\d+)?)[-\u2013](\\d+(?:[.,]\\d+)?)$"));
+    QRegularExpressionMatch const numbers = range.match(word);
+    if (numbers.hasMatch()) {
+        m_vRanges.emplace_back(NumberIn(numbers.captured(1)), NumberIn(numbers.captured(2)));
+    } else if (word.startsWith(QLatin1String(kKeyMark), Qt::CaseInsensitive)) {
+        QString const key = word.mid(static_cast<qsizetype>(sizeof kKeyMark) - 1);
+        if (!key.isEmpty()) {
+            m_vKeys.push_back(KeysOf(key));
+        }
+    } else if (word.startsWith(QLatin1String(kStateMark), Qt::CaseInsensitive)) {
+        m_vStates << word.mid(static_cast<qsizetype>(sizeof kStateMark) - 1).toLower();
+        m_vStates.removeAll(QString());
+    } else {
+        m_vWords << FoldedText(word);
+    }
+}
+
+bool CRowQuery::isEmpty() const {
+    return m_vWords.isEmpty() && m_vStates.isEmpty() && m_vKeys.empty() && m_vRanges.empty();
+}
+
+// The beginning of a state's name is enough.
+bool CRowQuery::isInState(QString const& state, CRowFacts const& row) {
+    auto const is = [&](char const* name, bool isSo) {
+        return isSo && QLatin1String(name).startsWith(state);
+    };
+    return is("todo", row.m_bToDo) || is("review", row.m_bToReview) || is("hand", row.m_bByHand) ||
+           is("unstored", row.m_bNotInFile) || is("problem", row.m_bProblem);
+}
+
+bool CRowQuery::matches(CRowFacts const& row) const {
+    return std::all_of(m_vRanges.begin(), m_vRanges.end(),
+                       [&](auto const& range) {
+                           return row.m_fBpm >= range.first && row.m_fBpm <= range.second;
+                       }) &&
+           std::all_of(m_vStates.begin(), m_vStates.end(),
+                       [&](QString const& state) { return isInState(state, row); }) &&
+           std::all_of(m_vKeys.begin(), m_vKeys.end(),
+                       [&](QStringList const& keys) { return keys.contains(row.m_sKey); }) &&
+           std::all_of(m_vWords.begin(), m_vWords.end(),
+                       [&](QString const& word) { return row.m_sText.contains(word); });
+}
