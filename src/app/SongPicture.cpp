@@ -4,6 +4,7 @@
 #include "app/SongPicture.h"
 
 #include "engine/envelope/Tempo.h"
+#include "song/SongCandidates.h"
 #include "song/SongProfile.h"
 
 #include <algorithm>
@@ -65,6 +66,7 @@ double CSongPicture::Seconds() const {
 CSongPicture MakeSongPicture(CSongProfile profile, CPfImpactPoints const& grid) {
     CSongPicture picture;
     CProfileResults const& results = profile.m_results;
+    picture.m_vCandidates = CandidatesOf(profile).m_vCandidates;
     picture.m_outcome = std::move(profile.m_outcome);
     picture.m_fBpm = results.GetBpm();
     results.GetKey(&picture.m_nTonic, &picture.m_nMode);

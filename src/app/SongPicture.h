@@ -5,6 +5,7 @@
 
 #include "app/BeatGrid.h"
 #include "song/AnalysisProblem.h"
+#include "song/TempoCandidates.h"
 
 #include <array>
 #include <cstddef>
@@ -44,6 +45,7 @@ struct CSongPicture {
     std::vector<std::int64_t> m_vMixesOut; // and one out of it
     std::array<float, kAccentSteps> m_fAccentsA{}; // 0 to 1; all 0 when there are none
     std::array<float, kAccentSteps> m_fAccentsB{};
+    std::vector<CTempoCandidate> m_vCandidates; // readings of the tempo, the likeliest first
 };
 
 /// Takes from a profile, which must have kept its envelopes, and from the engine's grid of the same

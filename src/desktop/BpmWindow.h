@@ -143,6 +143,7 @@ private:
     void bringBack();
     void correct(CTempoFix const& fix);
     void showCorrections();
+    void takeNextReading();
     void showSteps(bool isIdle);
     [[nodiscard]] bool isHidingLatest(std::optional<std::int64_t> latestStep);
     void undo();
@@ -195,6 +196,7 @@ private:
     QAction* m_pTogglePane = nullptr;
     QAction* m_pSwitchPane = nullptr;
     QAction* m_pType = nullptr;
+    QAction* m_pNextReading = nullptr;
     QAction* m_pCorrectionRoom = nullptr; // Of the buttons in the toolbar.
     int m_nWidthForCorrections = 0;       // Of the window, so that they don't push others out.
     QAction* m_pUndo = nullptr;

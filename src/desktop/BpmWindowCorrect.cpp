@@ -9,6 +9,7 @@
 #include "desktop/CorrectionTexts.h"
 #include "desktop/FileTableView.h"
 #include "desktop/NoticeBar.h"
+#include "desktop/SongPane.h"
 
 #include <QAction>
 #include <QHBoxLayout>
@@ -16,12 +17,14 @@
 #include <QToolButton>
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <utility>
 
 namespace {
 
-constexpr int kBoxMargin = 6;   // Fixed: pixels in front of the buttons.
-constexpr int kRefreshMs = 200; // Fixed: how late what can be done may follow a running batch.
+constexpr int kBoxMargin = 6;       // Fixed: pixels in front of the buttons.
+constexpr double kSameBpm = 0.0051; // Derived: half of the last decimal, and a little.
+constexpr int kRefreshMs = 200;     // Fixed: how late what can be done may follow a running batch.
 
 std::int64_t Now() {
     auto const time = std::chrono::system_clock::now().time_since_epoch();
@@ -56,6 +59,15 @@ void BpmWindow::setUpCorrections() {
         makeAction("actionUndo", tr("Undo"), tr("Take back the last step"), {QKeySequence::Undo});
     m_pRedo = makeAction("actionRedo", tr("Redo"), tr("Do again what was taken back"),
                          {QKeySequence(kShifted | Qt::Key_Z)});
+    m_pNextReading = makeAction("actionNextReading", tr("Next reading of the tempo"),
+                                tr("Take the next likely tempo of the row"),
+                                {QKeySequence(Qt::ALT | Qt::Key_Return)});
+    connect(m_pNextReading, &QAction::triggered, this, &BpmWindow::takeNextReading);
+    connect(m_pPane, &CSongPane::tempoChosen, this, [this](double bpm) {
+        (void)m_pCorrector->Correct({m_model.idAt(m_pTable->currentIndex().row())},
+                                    {.m_dBpm = bpm});
+        showSong();
+    });
     connect(m_pType, &QAction::triggered, m_pTable, &CFileTableView::editTempo);
     connect(m_pUndo, &QAction::triggered, this, &BpmWindow::undo);
     connect(m_pRedo, &QAction::triggered, this, [this] { m_pCorrector->Redo(); });
@@ -75,7 +87,7 @@ QMenu* BpmWindow::makeCorrectionMenu() {
     for (CCorrectionAction const& correction : m_vCorrections) {
         menu->addAction(correction.m_pAction);
     }
-    menu->addAction(m_pType);
+    menu->addActions({m_pNextReading, m_pType});
     return menu;
 }
 
@@ -110,6 +122,26 @@ void BpmWindow::correct(CTempoFix const& fix) {
     showCorrections();
 }
 
+// The readings come from the analysis, or from the pane that has heard the song.
+void BpmWindow::takeNextReading() {
+    std::size_t const id = m_model.idAt(m_pTable->currentIndex().row());
+    std::vector<CTempoCandidate> readings = m_controller.rowCandidates(id);
+    if (readings.empty() && m_pPane->picture() != nullptr) {
+        readings = m_pPane->picture()->m_vCandidates;
+    }
+    if (readings.empty()) {
+        return;
+    }
+    double const bpm = m_pCorrector->Tempo(id);
+    auto const now = std::ranges::find_if(readings, [bpm](CTempoCandidate const& reading) {
+        return std::abs(static_cast<double>(reading.m_fBpm) - bpm) < kSameBpm;
+    });
+    bool const isLast = now == readings.end() || now + 1 == readings.end();
+    CTempoCandidate const& next = isLast ? readings.front() : *(now + 1);
+    (void)m_pCorrector->Correct({id}, {.m_dBpm = static_cast<double>(next.m_fBpm)});
+    showSong();
+}
+
 // A tip says what a key does, or why it does nothing.
 void BpmWindow::showCorrections() {
     std::vector<std::size_t> const rows = m_pTable->selectedIds();
@@ -124,6 +156,7 @@ void BpmWindow::showCorrections() {
             why.isEmpty() ? correction.m_sTip : correction.m_sTip + QLatin1Char('\n') + why);
     }
     m_pType->setEnabled(!rows.empty());
+    m_pNextReading->setEnabled(rows.size() == 1);
 }
 
 // Hiding rows is a step too, but one that only the window knows.

@@ -6,6 +6,7 @@
 #include "desktop/BpmWindow.h"
 
 #include "app/BPMController.h"
+#include "app/Corrector.h"
 #include "desktop/FileTableView.h"
 #include "desktop/SongPane.h"
 
@@ -94,6 +95,7 @@ void BpmWindow::showSong() {
         m_pPane->setSong(std::nullopt);
         return;
     }
+    m_pPane->setTempo(m_pCorrector->Tempo(m_model.idAt(current.row())));
     CRowState const row = m_controller.rowState(m_model.idAt(current.row()));
     m_pPane->setSong(
         CPaneSong{CString(row.m_sPath).ToPath(),

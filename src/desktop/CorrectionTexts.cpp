@@ -6,6 +6,9 @@
 #include "desktop/Texts.h"
 
 #include <QCoreApplication>
+#include <QLocale>
+#include <QStringList>
+#include <cmath>
 
 namespace {
 
@@ -43,6 +46,18 @@ QString RatioText(CTempoFix const& ratio) {
     }
     return ratio.m_nTimes == 1 ? QStringLiteral("÷%1").arg(ratio.m_nOver)
                                : QStringLiteral("%1:%2").arg(ratio.m_nTimes).arg(ratio.m_nOver);
+}
+
+QString ReadingText(CTempoCandidate const& reading) {
+    constexpr int kDecimals = 2; // Fixed: as in the table.
+    constexpr float kWholePercent = 100.0f;
+    QStringList parts{QLocale().toString(reading.m_fBpm, 'f', kDecimals)};
+    if (reading.m_nTimes != reading.m_nOver && reading.m_nOver != 0) {
+        parts << RatioText({.m_nTimes = reading.m_nTimes, .m_nOver = reading.m_nOver, .m_dBpm = 0});
+    }
+    parts << CCorrectionTexts::tr("%1 %").arg(
+        QLocale().toString(static_cast<int>(std::lround(reading.m_fScore * kWholePercent))));
+    return parts.join(QStringLiteral(" · "));
 }
 
 QString StepText(CUndoStep const& step) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/Corrector.h"
+#include "song/TempoCandidates.h"
 
 #include <QString>
 
@@ -13,6 +14,9 @@
 
 /// A ratio as people write it: "×2", "÷2", "3:2".
 QString RatioText(CTempoFix const& ratio);
+
+/// A reading of a tempo: "189.98 · ×2 · 24 %".
+QString ReadingText(CTempoCandidate const& reading);
 
 /// What a step did: "×2 on 14 files".
 QString StepText(CUndoStep const& step);

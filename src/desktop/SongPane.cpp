@@ -9,6 +9,7 @@
 #include "desktop/PaneTexts.h"
 #include "desktop/PictureView.h"
 #include "desktop/SoundControls.h"
+#include "desktop/TempoLine.h"
 #include "desktop/Texts.h"
 
 #include <QEvent>
@@ -80,9 +81,12 @@ QWidget* CSongPane::makePage() {
     foot->addWidget(m_pControls);
     foot->addWidget(m_pAccentsA);
     foot->addWidget(m_pAccentsB);
+    m_pTempoLine = new CTempoLine(page);
+    connect(m_pTempoLine, &CTempoLine::tempoChosen, this, &CSongPane::tempoChosen);
     auto* lines = static_cast<QVBoxLayout*>(page->layout());
     lines->addWidget(m_pBar);
     lines->addWidget(m_pStrip, 1);
+    lines->addWidget(m_pTempoLine);
     lines->addLayout(foot);
     for (CPictureView* view :
          {static_cast<CPictureView*>(m_pBar), static_cast<CPictureView*>(m_pStrip)}) {
@@ -210,11 +214,18 @@ void CSongPane::showPicture(CSongPicturePtr const& picture) {
     m_pTempo->setText(TempoLineText(*picture));
     m_pAccentsA->setAccents(picture->m_fAccentsA);
     m_pAccentsB->setAccents(picture->m_fAccentsB);
+    m_pTempoLine->setCandidates(picture->m_vCandidates);
+    m_pTempoLine->setTempo(m_dTempo);
     m_pBar->setPicture(picture);
     m_pStrip->setPicture(picture);
     m_pShown = picture;
     m_pStack->setCurrentIndex(1);
     showPlace();
+}
+
+void CSongPane::setTempo(double bpm) {
+    m_dTempo = bpm;
+    m_pTempoLine->setTempo(bpm);
 }
 
 CSongPicture const* CSongPane::picture() const {
@@ -271,6 +282,17 @@ void CSongPane::keyPressEvent(QKeyEvent* event) {
         break;
     case Qt::Key_Space:
         togglePlaying();
+        break;
+    case Qt::Key_T:
+        if (isPlain && !event->isAutoRepeat()) {
+            m_pTempoLine->tap(event->timestamp());
+        }
+        break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (!m_pTempoLine->takeTapped()) {
+            QWidget::keyPressEvent(event);
+        }
         break;
     default:
         QWidget::keyPressEvent(event);

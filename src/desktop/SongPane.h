@@ -17,6 +17,7 @@ class CBeatStrip;
 class CElidedLabel;
 class CSongBar;
 class CSoundControls;
+class CTempoLine;
 class QLabel;
 class QStackedLayout;
 class QToolButton;
@@ -44,6 +45,9 @@ public:
     /// Shows this song; nothing: none. The one that is shown already stays as it is.
     void setSong(std::optional<CPaneSong> song);
 
+    /// The tempo that the song has in the list now; 0 for none.
+    void setTempo(double bpm);
+
     /// The picture that is shown; null while there is none.
     [[nodiscard]] CSongPicture const* picture() const;
 
@@ -56,6 +60,9 @@ public:
 signals:
     /// A picture, or the reason for none, has taken the place of "reading".
     void settled();
+
+    /// The song is to have this tempo: a reading was chosen, or one was tapped.
+    void tempoChosen(double bpm);
 
     /// Sent on the worker, received on the main thread.
     void arrived(std::uint64_t request, CSongPicturePtr picture);
@@ -92,6 +99,8 @@ private:
     CAccentsView* m_pAccentsA;
     CAccentsView* m_pAccentsB;
     CSoundControls* m_pControls;
+    CTempoLine* m_pTempoLine;
+    double m_dTempo = 0.0; // in the list
     CSongPicturePtr m_pShown;
     CSongSound m_sound;
     CPictureLoader m_loader; // comes last: its end waits for the worker, which may still deliver

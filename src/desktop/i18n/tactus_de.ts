@@ -321,6 +321,14 @@
         <source>Find rows by words and more</source>
         <translation>Zeilen nach Wörtern und mehr finden</translation>
     </message>
+    <message>
+        <source>Next reading of the tempo</source>
+        <translation>Nächste Lesart des Tempos</translation>
+    </message>
+    <message>
+        <source>Take the next likely tempo of the row</source>
+        <translation>Das nächste wahrscheinliche Tempo der Zeile nehmen</translation>
+    </message>
 </context>
 <context>
     <name>CAccentsView</name>
@@ -699,6 +707,31 @@
     </message>
 </context>
 <context>
+    <name>CTempoLine</name>
+    <message>
+        <source>Tap</source>
+        <translation>Tippen</translation>
+    </message>
+    <message>
+        <source>Tap the tempo (T); Enter takes it</source>
+        <translation>Das Tempo tippen (T); Eingabe übernimmt es</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tap(s) …</source>
+        <translation>
+            <numerusform>%Ln Schlag …</numerusform>
+            <numerusform>%Ln Schläge …</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tap(s): %1 ± %2, Enter takes %3</source>
+        <translation>
+            <numerusform>%Ln Schlag: %1 ± %2, Eingabe übernimmt %3</numerusform>
+            <numerusform>%Ln Schläge: %1 ± %2, Eingabe übernimmt %3</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>CorrectionTexts</name>
     <message>
         <source>its tag says something else by now</source>
@@ -763,6 +796,10 @@
             <numerusform>%Ln Datei blieb, wie sie ist, „%1“: %2.</numerusform>
             <numerusform>%Ln Dateien blieben, wie sie sind, die erste davon „%1“: %2.</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
     </message>
 </context>
 <context>

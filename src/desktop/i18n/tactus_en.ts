@@ -29,6 +29,23 @@
     </message>
 </context>
 <context>
+    <name>CTempoLine</name>
+    <message numerus="yes">
+        <source>%Ln tap(s) …</source>
+        <translation>
+            <numerusform>%Ln tap …</numerusform>
+            <numerusform>%Ln taps …</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tap(s): %1 ± %2, Enter takes %3</source>
+        <translation>
+            <numerusform>%Ln tap: %1 ± %2, Enter takes %3</numerusform>
+            <numerusform>%Ln taps: %1 ± %2, Enter takes %3</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>CorrectionTexts</name>
     <message numerus="yes">
         <source>%Ln stored tempo(s)</source>
