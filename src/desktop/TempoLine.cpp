@@ -4,7 +4,6 @@
 #include "desktop/TempoLine.h"
 
 #include "desktop/CorrectionTexts.h"
-#include "desktop/PaneTexts.h"
 
 #include <QButtonGroup>
 #include <QHBoxLayout>

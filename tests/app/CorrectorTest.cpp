@@ -356,3 +356,25 @@ TEST_F(CorrectorTest, NothingIsWrittenWhereOnlyLookingIsWished) {
     EXPECT_EQ(tempo(0), "90");
     EXPECT_FALSE(corrector->State().m_undo);
 }
+
+TEST_F(CorrectorTest, ManyRowsTimesTwoAndUndoneAreByteIdentical) {
+    char const* const wished = std::getenv("TACTUS_MANY_ROWS");
+    std::size_t const count = wished != nullptr ? std::stoul(wished) : 12;
+    std::vector<std::string> files;
+    std::vector<Bytes> before;
+    std::vector<std::size_t> rows;
+    for (std::size_t i = 0; i < count; ++i) {
+        files.push_back(addTagged(std::to_string(i) + ".mp3", std::to_string(60 + i % 300)));
+        before.push_back(ReadBytes(files.back()));
+        rows.push_back(i);
+    }
+    correct(rows, "x2");
+    for (std::size_t i = 0; i < count; ++i) {
+        EXPECT_EQ(tag(files[i]), std::to_string(2 * (60 + i % 300)) + ".00");
+    }
+    EXPECT_EQ(corrector->State().m_undo->m_nFiles, count);
+    undo();
+    for (std::size_t i = 0; i < count; ++i) {
+        EXPECT_EQ(ReadBytes(files[i]), before[i]) << files[i];
+    }
+}

@@ -4,12 +4,15 @@
 #include "Language.h"
 #include "WindowFixture.h"
 #include "desktop/NoticeBar.h"
+#include "desktop/SongPane.h"
 #include "support/TagFile.h"
 
 #include "IDTag/TagStore.h"
 
 #include <QDialog>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QSignalSpy>
 #include <QTimer>
 #include <cstdlib>
 
@@ -289,4 +292,33 @@ TEST_F(BpmWindowCorrectTest, ChipsShowWhatWasSetByHand) {
     EXPECT_EQ(cell(0, 2), "257.00");
     press(Qt::Key_H);
     EXPECT_EQ(cell(0, 2), "128.50");
+}
+
+TEST_F(BpmWindowCorrectTest, ATempoIsTappedInThePaneAndAltReturnTakesReadings) {
+    std::string const file = folder / "song.wav";
+    WriteWav(file, MakeSong(128.0, 12.0));
+    open({file});
+    ASSERT_TRUE(waitUntilIdle());
+    std::string const found = cell(0, 2);
+    window.openPaneAtStart();
+    auto* pane = window.findChild<CSongPane*>("songPane");
+    QSignalSpy settled(pane, &CSongPane::settled);
+    select(0);
+    ASSERT_TRUE(settled.wait(20'000));
+    pane->setFocus();
+    for (std::uint64_t const time : {1'000U, 1'600U, 2'200U, 2'800U}) {
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_T, {}, "t");
+        key.setTimestamp(time);
+        QApplication::sendEvent(pane, &key);
+    }
+    press(Qt::Key_Return, Qt::NoModifier);
+    EXPECT_EQ(cell(0, 2), "100.00");
+    table->setFocus();
+    press(Qt::Key_Return, Qt::AltModifier); // none of the readings is on: the likeliest
+    std::vector<CTempoCandidate> const readings = controller.rowCandidates(0);
+    ASSERT_GE(readings.size(), 2U);
+    EXPECT_NEAR(std::stod(cell(0, 2)), static_cast<double>(readings[0].m_fBpm), 0.0051);
+    press(Qt::Key_Return, Qt::AltModifier);
+    EXPECT_NEAR(std::stod(cell(0, 2)), static_cast<double>(readings[1].m_fBpm), 0.0051);
+    EXPECT_NE(found, "");
 }
