@@ -49,9 +49,9 @@ std::optional<CTappedTempo> CTapping::Tempo(std::span<double const> readings) co
     if (!IsTempoInRange(tempo.m_dTapped)) {
         return std::nullopt;
     }
-    std::vector<double> deviations;
-    for (double const each : spans) {
-        deviations.push_back(std::abs(each - span));
+    std::vector<double> deviations = spans;
+    for (double& each : deviations) {
+        each = std::abs(each - span);
     }
     double const error =
         kDeviationsPerMedian * Median(deviations) / std::sqrt(static_cast<double>(spans.size()));

@@ -14,6 +14,7 @@
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QTimer>
+#include <QToolButton>
 #include <cstdlib>
 
 namespace {
@@ -287,6 +288,8 @@ TEST_F(BpmWindowCorrectTest, ChipsShowWhatWasSetByHand) {
     select(1);
     press(Qt::Key_D);
     EXPECT_EQ(cell(1, 2), "257.00");
+    auto const* chip = window.findChild<QToolButton*>("chipByHand");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return chip->text() == "By hand 1"; }));
     QTest::keyClick(&window, Qt::Key_4, Qt::AltModifier);
     EXPECT_TRUE(QTest::qWaitFor([this] { return table->model()->rowCount() == 1; }));
     EXPECT_EQ(cell(0, 2), "257.00");
