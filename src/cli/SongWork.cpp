@@ -98,8 +98,13 @@ void CSongWork::Learn(CHeardSong heard) {
     if (m_known.m_heard && !heard.m_harmony) {
         heard.m_harmony = m_known.m_heard->m_harmony;
     }
-    if (m_known.m_heard && !heard.m_facts) {
-        heard.m_facts = m_known.m_heard->m_facts;
+    if (m_known.m_heard && m_known.m_heard->m_facts) {
+        CSongFacts const& known = *m_known.m_heard->m_facts;
+        CSongFacts& facts = heard.m_facts ? *heard.m_facts : heard.m_facts.emplace(known);
+        if (facts.m_energy.m_vLevels.empty()) {
+            facts.m_energy = known.m_energy;
+            facts.m_bass = known.m_bass;
+        }
     }
     bool const isNews = !m_known.m_heard || !(*m_known.m_heard == heard);
     if (isHeard && isNews && m_identity == heard.m_outcome.m_report.m_identity) {

@@ -210,6 +210,29 @@ TEST_F(RecordTest, WhatIsKeptOfLessIsHeardAgain) {
     EXPECT_EQ(Tactus({"profile", "a.wav"}).m_sOut, full);
 }
 
+TEST_F(RecordTest, WhatIsHeardForLessTakesNothingAway) {
+    CTempFolder const cache;
+    (void)::setenv("XDG_CACHE_HOME", cache.Path().c_str(), 1);
+    WriteClip("a.wav");
+    WaitUntilChangesShow(*IdentityAt(m_folder / "a.wav"));
+    std::string const whole = Tactus({"profile", "--envelopes", "a.wav"}).m_sOut;
+    // The key isn't remembered, so these hear the file again.
+    ASSERT_EQ(Tactus({"analyze", "--write-key", "a.wav"}).m_nExit, 0);
+    ASSERT_EQ(Tactus({"analyze", "--write-key", "--format", "jsonl", "--full", "a.wav"}).m_nExit,
+              0);
+    CProcessResult const again = Tactus(
+        {"analyze", "--format", "jsonl", "--fields", "envelopes", "--progress", "json", "a.wav"});
+    EXPECT_THAT(again.m_sErr, HasSubstr(R"("rate":null)"));
+    EXPECT_EQ(Tactus({"profile", "--envelopes", "a.wav"}).m_sOut, whole);
+}
+
+TEST_F(RecordTest, SongFromStandardInputHasNoNames) {
+    WriteClip("a.wav");
+    CProcessSetup setup = Setup({"profile", "--fields", "title,duration", "-"});
+    setup.m_sInput = m_folder / "a.wav";
+    EXPECT_EQ(RunProcess(setup).m_sOut, "{\"path\":\"-\",\"title\":null,\"duration\":10}\n");
+}
+
 TEST_F(RecordTest, AnalyzeTellsTheTagsTempoAndKeepsIt) {
     WriteMp3("a.mp3");
     ASSERT_EQ(Tactus({"tag", "set", "a.mp3", "TBPM", "174"}).m_nExit, 0);
