@@ -19,7 +19,8 @@ def test_the_types_hold_by_mypy(tmp_path: pathlib.Path) -> None:
     folders = [ROOT / "python" / name for name in ("tactus", "beetsplug", "examples")]
     command = [sys.executable, "-m", "mypy", "--config-file", str(ROOT / "pyproject.toml")]
     command += ["--cache-dir", os.environ.get("TACTUS_MYPY_CACHE", str(tmp_path))]
-    run = subprocess.run([*command, *map(str, folders)], capture_output=True, text=True)
+    # The settings name the folder of the packages from there.
+    run = subprocess.run([*command, *map(str, folders)], cwd=ROOT, capture_output=True, text=True)
     assert run.returncode == 0, run.stdout
 
 
