@@ -6,6 +6,7 @@
 #include "desktop/Texts.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QLocale>
 #include <QStringList>
 #include <cmath>
@@ -18,6 +19,13 @@ class CCorrectionTexts {
 
 int AsCount(std::size_t count) {
     return static_cast<int>(count);
+}
+
+/// Signs before figures stay there in languages that run from right to left.
+QString LeftToRight(QString const& text) {
+    constexpr QChar kIsolate(0x2066); // Standard: Unicode, LRI and PDI.
+    constexpr QChar kEnd(0x2069);
+    return QGuiApplication::isRightToLeft() ? kIsolate + text + kEnd : text;
 }
 
 QString LeftReason(CUndoReport const& report) {
@@ -42,10 +50,11 @@ QString LeftReason(CUndoReport const& report) {
 
 QString RatioText(CTempoFix const& ratio) {
     if (ratio.m_nOver == 1) {
-        return QStringLiteral("×%1").arg(ratio.m_nTimes);
+        return LeftToRight(QStringLiteral("×%1").arg(ratio.m_nTimes));
     }
-    return ratio.m_nTimes == 1 ? QStringLiteral("÷%1").arg(ratio.m_nOver)
-                               : QStringLiteral("%1:%2").arg(ratio.m_nTimes).arg(ratio.m_nOver);
+    return LeftToRight(ratio.m_nTimes == 1
+                           ? QStringLiteral("÷%1").arg(ratio.m_nOver)
+                           : QStringLiteral("%1:%2").arg(ratio.m_nTimes).arg(ratio.m_nOver));
 }
 
 QString ReadingText(CTempoCandidate const& reading) {
@@ -57,7 +66,7 @@ QString ReadingText(CTempoCandidate const& reading) {
     }
     parts << CCorrectionTexts::tr("%1 %").arg(
         QLocale().toString(static_cast<int>(std::lround(reading.m_fScore * kWholePercent))));
-    return parts.join(QStringLiteral(" · "));
+    return LeftToRight(parts.join(QStringLiteral(" · ")));
 }
 
 QString StepText(CUndoStep const& step) {

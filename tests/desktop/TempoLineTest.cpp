@@ -98,3 +98,12 @@ TEST_F(TempoLineTest, AnotherSongBeginsAnew) {
     EXPECT_EQ(taps(), "");
     EXPECT_EQ(reading(1), nullptr);
 }
+
+TEST_F(TempoLineTest, SignsStayBeforeTheirFiguresFromRightToLeft) {
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    line.setCandidates({{.m_fBpm = 189.98f, .m_nTimes = 2, .m_nOver = 1, .m_fScore = 0.25f}});
+    QString const text = reading(1)->text();
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    EXPECT_EQ(text.front(), QChar(0x2066)); // left-to-right isolate
+    EXPECT_EQ(text.back(), QChar(0x2069));  // and its end
+}
