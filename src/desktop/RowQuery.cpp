@@ -43,6 +43,11 @@ QStringList KeysOf(QString const& word) {
 } // namespace
 
 QString FoldedText(QString const& text) {
+    constexpr char16_t kFirstWithMarks = 0x80; // Standard: Unicode; below are plain letters.
+    if (std::all_of(text.begin(), text.end(),
+                    [](QChar letter) { return letter.unicode() < kFirstWithMarks; })) {
+        return text.toCaseFolded();
+    }
     QString folded;
     for (QChar const letter : text.normalized(QString::NormalizationForm_KD)) {
         if (letter.category() != QChar::Mark_NonSpacing) {
