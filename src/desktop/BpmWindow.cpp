@@ -240,6 +240,7 @@ void BpmWindow::showStatus() {
     bool const isIdle = !status.m_bRunning;
     m_pAnalyze->setEnabled(isIdle && status.m_nUndone > 0);
     m_pRescan->setEnabled(status.m_nRows > status.m_nHidden);
+    m_pExport->setEnabled(status.m_nRows > status.m_nHidden);
     m_pStop->setEnabled((status.m_bRunning || status.m_bAdding) && !status.m_bStopping);
     followRun(status);
     showUnreadFolders(status);

@@ -34,6 +34,7 @@ class QAction;
 class QMenu;
 class QSplitter;
 class QToolBar;
+struct CExportRow;
 struct CTempoFix;
 
 /// The main window over the controller: toolbar and picture, notices, filters, the table, what is
@@ -166,6 +167,8 @@ private:
     void followRun(CBatchStatus const& status);
     void endRun(CBatchStatus const& status, qint64 milliseconds);
     void showKeys();
+    [[nodiscard]] CExportRow exportRow(std::size_t id) const;
+    void exportRows();
     void endClosing();
 
     BPMController& m_controller;
@@ -192,6 +195,7 @@ private:
     QAction* m_pMenu = nullptr;
     QAction* m_pPreferences = nullptr;
     QAction* m_pKeys = nullptr;
+    QAction* m_pExport = nullptr;
     QAction* m_pQuit = nullptr;
     QAction* m_pTogglePane = nullptr;
     QAction* m_pSwitchPane = nullptr;

@@ -88,6 +88,9 @@ void BpmWindow::setUpMoreActions() {
         m_pTable->addAction(correction.m_pAction);
     }
     m_pTable->addActions({m_pType, m_pHide});
+    m_pExport = makeAction("actionExport", tr("Export …"), tr("Write the rows into a file"),
+                           {QKeySequence(Qt::CTRL | Qt::Key_E)});
+    connect(m_pExport, &QAction::triggered, this, &BpmWindow::exportRows);
     m_pPreferences = makeAction("actionPreferences", tr("Preferences …"),
                                 tr("What is to be otherwise than at first"),
                                 {QKeySequence(Qt::CTRL | Qt::Key_Comma)});
@@ -139,7 +142,7 @@ void BpmWindow::setUpMenu(QToolBar& toolbar) {
     auto* menu = new QMenu(this);
     menu->setObjectName("menu");
     menu->setAccessibleName(tr("Menu"));
-    menu->addAction(m_pRescan);
+    menu->addActions({m_pRescan, m_pExport});
     menu->addSeparator();
     menu->addActions({m_pUndo, m_pRedo});
     menu->addSeparator();

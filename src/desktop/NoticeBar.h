@@ -12,7 +12,7 @@ class QLabel;
 class QPushButton;
 
 /// What a notice is about: a later one about the same takes the place of the earlier.
-enum class ENotice { Closing, Folders, Added, OtherKinds, Hidden, HomePage, Undone };
+enum class ENotice { Closing, Folders, Added, OtherKinds, Exported, Hidden, HomePage, Undone };
 
 /// One sentence that stays until it is read, and what can be done about it.
 struct CNotice {

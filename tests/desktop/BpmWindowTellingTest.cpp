@@ -3,6 +3,7 @@
 
 #include "Language.h"
 #include "WindowFixture.h"
+#include "desktop/ExportDialog.h"
 #include "desktop/ListDialog.h"
 #include "support/Unprivileged.h"
 
@@ -83,4 +84,22 @@ TEST_F(BpmWindowTellingTest, F1ListsTheKeysAndLeadsToTheGuide) {
     EXPECT_TRUE(rows.contains("Shift+F5|Analyze all again"));
     EXPECT_TRUE(rows.contains("Ctrl+,|Preferences"));
     EXPECT_TRUE(rows.contains("Space|In the song: play and pause"));
+}
+
+TEST_F(BpmWindowTellingTest, ControlEExportsTheSelectedRowsAsTheyAreShown) {
+    EXPECT_FALSE(action("actionExport")->isEnabled());
+    window.addPaths({writeClip("a.wav"), writeClip("b.wav")});
+    ASSERT_TRUE(waitUntilIdle());
+    table->selectRow(1);
+    std::string const target = folder / "out.csv";
+    QTimer::singleShot(0, &window, [target] {
+        auto* dialog = qobject_cast<CExportDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_TRUE(dialog->save(QString::fromStdString(target)));
+        dialog->accept();
+    });
+    QTest::keyClick(&window, Qt::Key_E, Qt::ControlModifier);
+    EXPECT_EQ(ReadText(target), "path,title,artist,tempo,source,error\n" + folder.Path() +
+                                    "/b.wav,b.wav,,120.00,analysis,\n");
+    EXPECT_EQ(label("noticeText").toStdString(), "1 row exported to “" + target + "”.");
 }

@@ -329,6 +329,14 @@
         <source>Take the next likely tempo of the row</source>
         <translation>Das nächste wahrscheinliche Tempo der Zeile nehmen</translation>
     </message>
+    <message>
+        <source>Export …</source>
+        <translation>Exportieren …</translation>
+    </message>
+    <message>
+        <source>Write the rows into a file</source>
+        <translation>Die Zeilen in eine Datei schreiben</translation>
+    </message>
 </context>
 <context>
     <name>CAccentsView</name>
@@ -425,6 +433,78 @@
     <message>
         <source>other kinds than mp3 are written too</source>
         <translation>auch andere Arten als mp3 werden geschrieben</translation>
+    </message>
+</context>
+<context>
+    <name>CExportDialog</name>
+    <message>
+        <source>Export</source>
+        <translation>Exportieren</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln selected row(s)</source>
+        <translation>
+            <numerusform>%Ln ausgewählte Zeile</numerusform>
+            <numerusform>%Ln ausgewählte Zeilen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>All %Ln row(s)</source>
+        <translation>
+            <numerusform>%Ln Zeile</numerusform>
+            <numerusform>Alle %Ln Zeilen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Table, commas between (csv)</source>
+        <translation>Tabelle mit Kommas (csv)</translation>
+    </message>
+    <message>
+        <source>Table, tabs between (tsv)</source>
+        <translation>Tabelle mit Tabulatoren (tsv)</translation>
+    </message>
+    <message>
+        <source>JSON, one object a line (jsonl)</source>
+        <translation>JSON, ein Objekt je Zeile (jsonl)</translation>
+    </message>
+    <message>
+        <source>&amp;Rows:</source>
+        <translation>&amp;Zeilen:</translation>
+    </message>
+    <message>
+        <source>&amp;Format:</source>
+        <translation>&amp;Format:</translation>
+    </message>
+    <message>
+        <source>The first lines</source>
+        <translation>Die ersten Zeilen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Save as …</source>
+        <translation>Speichern unter …</translation>
+    </message>
+    <message>
+        <source>Save as</source>
+        <translation>Speichern unter</translation>
+    </message>
+    <message>
+        <source>tempos</source>
+        <translation>tempi</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln row(s) exported to “%1”.</source>
+        <translation>
+            <numerusform>%Ln Zeile nach „%1“ exportiert.</numerusform>
+            <numerusform>%Ln Zeilen nach „%1“ exportiert.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>“%1” could not be written: %2</source>
+        <translation>„%1“ konnte nicht geschrieben werden: %2</translation>
     </message>
 </context>
 <context>

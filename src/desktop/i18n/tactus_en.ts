@@ -19,6 +19,30 @@
     </message>
 </context>
 <context>
+    <name>CExportDialog</name>
+    <message numerus="yes">
+        <source>%Ln selected row(s)</source>
+        <translation>
+            <numerusform>%Ln selected row</numerusform>
+            <numerusform>%Ln selected rows</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>All %Ln row(s)</source>
+        <translation>
+            <numerusform>%Ln row</numerusform>
+            <numerusform>All %Ln rows</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln row(s) exported to “%1”.</source>
+        <translation>
+            <numerusform>%Ln row exported to “%1”.</numerusform>
+            <numerusform>%Ln rows exported to “%1”.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>CSoundControls</name>
     <message numerus="yes">
         <source>Loop of %Ln</source>
