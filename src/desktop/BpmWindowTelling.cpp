@@ -100,7 +100,9 @@ void BpmWindow::showKeys() {
     };
     add({Qt::Key_Home, Qt::Key_End}, tr("First and last row"));
     add({Qt::Key_Return}, tr("Show the song"));
-    add({Qt::ALT | Qt::Key_1, Qt::ALT | Qt::Key_2, Qt::ALT | Qt::Key_3}, tr("Filters"));
+    add({Qt::ALT | Qt::Key_1, Qt::ALT | Qt::Key_2, Qt::ALT | Qt::Key_3, Qt::ALT | Qt::Key_4,
+         Qt::ALT | Qt::Key_5},
+        tr("Filters"));
     add({Qt::Key_Left, Qt::Key_Right}, tr("In the song: beat by beat"));
     add({Qt::CTRL | Qt::Key_Left, Qt::CTRL | Qt::Key_Right}, tr("In the song: measure by measure"));
     add({Qt::Key_Space}, tr("In the song: play and pause"));

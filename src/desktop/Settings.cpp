@@ -16,7 +16,6 @@ constexpr double kFastestBpm = 999.0; // Fixed: likewise.
 constexpr char kPaneOpen[] = "window/pane";
 constexpr char kRemembers[] = "window/remember";
 constexpr char kSize[] = "window/size";
-constexpr char kColumns[] = "window/columns";
 constexpr char kOtherKinds[] = "list/otherKinds";
 constexpr char kWriteOtherKinds[] = "tags/otherKinds";
 constexpr char kOnlyLook[] = "tags/onlyLook";
@@ -120,7 +119,6 @@ void CSettings::SetRemembersLayout(bool isWanted) {
     file.Set(kRemembers, isWanted, true);
     if (!isWanted) {
         file.Set(kSize, QSize(), QSize());
-        file.Set(kColumns, QByteArray(), QByteArray());
     }
 }
 
@@ -132,16 +130,6 @@ std::optional<QSize> CSettings::WindowSize() const {
 void CSettings::SetWindowSize(QSize size) {
     if (RemembersLayout()) {
         CUserSettings().setValue(kSize, size);
-    }
-}
-
-QByteArray CSettings::Columns() const {
-    return RemembersLayout() ? CUserSettings().Get(kColumns, QByteArray()) : QByteArray();
-}
-
-void CSettings::SetColumns(QByteArray const& state) {
-    if (RemembersLayout()) {
-        CUserSettings().setValue(kColumns, state);
     }
 }
 

@@ -5,7 +5,6 @@
 
 #include "app/Wishes.h"
 
-#include <QByteArray>
 #include <QSize>
 #include <QString>
 #include <optional>
@@ -27,18 +26,14 @@ public:
     [[nodiscard]] std::optional<bool> PaneOpen() const;
     void SetPaneOpen(bool isOpen);
 
-    /// Whether the window's size and the columns are kept for the next start. Once they are not,
-    /// what was kept is forgotten.
+    /// Whether the window's size is kept for the next start. Once it is not, what was kept is
+    /// forgotten.
     [[nodiscard]] bool RemembersLayout() const;
     void SetRemembersLayout(bool isWanted);
 
     /// Nothing unless the user has changed it and it is kept.
     [[nodiscard]] std::optional<QSize> WindowSize() const;
     void SetWindowSize(QSize size);
-
-    /// The state of the table's head, likewise.
-    [[nodiscard]] QByteArray Columns() const;
-    void SetColumns(QByteArray const& state);
 
     /// All that is stored, as lines of the file; empty when nothing is.
     [[nodiscard]] QString Stored() const;

@@ -80,9 +80,7 @@ TEST_F(SettingsTest, FactorySettingsReadAndKeepNothing) {
 TEST_F(SettingsTest, ALayoutThatIsNotToBeRememberedIsForgotten) {
     CSettings settings;
     settings.SetWindowSize({800, 600});
-    settings.SetColumns("state");
     EXPECT_EQ(settings.WindowSize(), QSize(800, 600));
-    EXPECT_EQ(settings.Columns(), "state");
     settings.SetRemembersLayout(false);
     settings.SetWindowSize({900, 700});
     EXPECT_EQ(settings.WindowSize(), std::nullopt);
