@@ -17,7 +17,7 @@ def complaints(root):
         pattern = MARKDOWN_LINK if page.suffix == ".md" else HTML_LINK
         text = page.read_text(encoding="utf-8")
         for link in pattern.findall(re.sub(r"(?s)```.*?```", "", text)):
-            if ":" not in link and not (page.parent / link).is_file():
+            if link and ":" not in link and not (page.parent / link).is_file():
                 if not (page.suffix == ".md" and (page.parent / link).is_dir()):
                     yield f"{page.relative_to(root)}: {link} leads nowhere"
 

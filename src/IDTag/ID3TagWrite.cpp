@@ -18,9 +18,9 @@ constexpr wchar_t kTemporaryExtension[] = L"MP~";     // Fixed: as `ReplaceTag` 
 constexpr std::uint64_t kPaddingBytes = 4096;         // Fixed: room for later edits.
 constexpr std::uint64_t kTagLimitBytes = 1ULL << 28U; // Standard: ID3v2.3.0, 3.1: 28 size bits.
 constexpr std::uint8_t kWrittenVersion[] = {'I', 'D', '3', 3, 0, 0}; // Fixed: 2.3.0, no flags.
-constexpr std::uint8_t kRecentVersion = 4;         // Standard: ID3v2.4.0, the last one.
-constexpr std::size_t kVersionOffset = 3;          // Standard: ID3v2.3.0, section 3.1.
-constexpr std::size_t kSizeOffset = 6;             // Standard: ID3v2.3.0, section 3.1.
+constexpr std::uint8_t kRecentVersion = 4; // Standard: ID3v2.4.0, the last one.
+constexpr std::size_t kVersionOffset = 3;  // Standard: ID3v2.3.0, section 3.1.
+constexpr std::size_t kSizeOffset = 6;     // Standard: ID3v2.3.0, section 3.1.
 // Standard: ID3v2.3.0, section 3.3.1, flag b, "file alter preservation", which speaks of the audio.
 constexpr std::uint8_t kDiscardWhenAltered = 0x40;
 
