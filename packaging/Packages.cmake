@@ -59,6 +59,7 @@ This package has the part of the window that plays.")
 
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libtactus0)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/triggers)
 set(CPACK_COMPONENT_LIBRARY_DESCRIPTION
 "Tactus finds the tempo, the measures, the key and mix points of music. Its
 library has a few functions, for C++ and for C.
