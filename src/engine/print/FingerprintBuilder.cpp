@@ -31,7 +31,7 @@ constexpr std::int64_t kMicrosecondsPerSecond = 1'000'000;
 CPfFingerprintBuilder::CPfFingerprintBuilder(CFingerprint* capture, CFingerprint* reference,
                                              std::int64_t* offset)
     : m_pCapture(capture), m_pReference(reference), m_pOffset(offset) {
-    m_pRoom = reinterpret_cast<float*>(m_windowMem.AllocMem(kRoom * sizeof(float)));
+    m_pRoom = static_cast<float*>(static_cast<void*>(m_windowMem.AllocMem(kRoom * sizeof(float))));
     m_pWindow = m_pRoom;
 }
 
