@@ -3,6 +3,9 @@
 
 #pragma once
 
+inline constexpr char kTempoFrameId[] = "TBPM"; // Standard: ID3v2.3.0, section 4.2.1.
+inline constexpr char kKeyFrameId[] = "TKEY";   // Standard: likewise.
+
 /// The version 2.3 id (four characters) of the version 2.2 id in the first three characters of
 /// `oldId`; null when there is none.
 char const* FindV3FrameId(char const* oldId);

@@ -3,6 +3,7 @@
 
 #include "app/Correction.h"
 
+#include "IDTag/FrameIds.h"
 #include "IDTag/TagStore.h"
 #include "song/SongTags.h"
 
@@ -15,7 +16,6 @@ constexpr double kSlowestBpm = 20.0;   // Fixed: as tempos in tags are believed.
 constexpr double kFastestBpm = 999.0;  // Fixed: likewise.
 constexpr std::size_t kFewestTaps = 4; // Fixed: three spans.
 constexpr double kMinuteSeconds = 60.0;
-constexpr char kTempoFrameId[] = "TBPM"; // Standard: ID3v2.3.0, section 4.2.1.
 
 struct CNamedRatio {
     std::string_view m_sName;

@@ -6,6 +6,7 @@
 
 #include "app/Corrector.h"
 
+#include "IDTag/FrameIds.h"
 #include "app/BPMController.h"
 #include "song/TempoText.h"
 
@@ -14,8 +15,6 @@
 #include <utility>
 
 namespace {
-
-constexpr char kTempoFrameId[] = "TBPM"; // Standard: ID3v2.3.0, section 4.2.1.
 
 std::int64_t Now() {
     auto const time = std::chrono::system_clock::now().time_since_epoch();

@@ -4,15 +4,10 @@
 // Rows whose tempo a person or another program has set: it came with the file or was set by hand,
 // and the journal knows of no hearing that gave it.
 
+#include "IDTag/FrameIds.h"
 #include "app/Batch.h"
 
 #include <utility>
-
-namespace {
-
-constexpr char kTempoFrameId[] = "TBPM"; // Standard: ID3v2.3.0, section 4.2.1.
-
-} // namespace
 
 // The journal is asked without the lock: it may lie on a slow disk.
 std::size_t CBatch::CountForeign() {

@@ -3,6 +3,7 @@
 
 #include "cli/SongWork.h"
 
+#include "IDTag/FrameIds.h"
 #include "app/RowTags.h"
 #include "base/FileUtil.h"
 #include "cli/DecodeReason.h"
@@ -17,7 +18,6 @@
 
 namespace {
 
-constexpr char kTempoFrameId[] = "TBPM";   // Standard: ID3v2.3.0, section 4.2.1.
 constexpr std::uint8_t kRecentVersion = 4; // Standard: ID3v2.4.0, which is written as 2.3.
 
 std::string FileNameOf(CInputFile const& input) {

@@ -7,6 +7,7 @@
 #include "song/LibraryStore.h"
 
 #include "IDTag/FileSwap.h"
+#include "IDTag/FrameIds.h"
 #include "IDTag/TagReading.h"
 #include "IDTag/TagTarget.h"
 #include "platform/AudioHash.h"
@@ -24,7 +25,6 @@
 namespace {
 
 constexpr char kTemporaryEnding[] = ".MP~";     // Fixed: song.flac is built as song.flac.MP~.
-constexpr char kTempoFrameId[] = "TBPM";        // Standard: ID3v2.3.0, section 4.2.1.
 constexpr off_t kLargestFileBytes = 0xFFFFFFFF; // Fixed: as for MP3 files.
 
 /// What must be the same before and after.
@@ -52,7 +52,7 @@ std::vector<CTagItem> FramesOf(COtherTags const& tags, CTagWish const& wish) {
         std::vector<CTagItem> const all = CTagReading::Frames(tag);
         std::ranges::copy_if(all, std::back_inserter(frames), [&wish](CTagItem const& item) {
             return !(item.first == kTempoFrameId && wish.IsAboutTempo()) &&
-                   !(item.first == "TKEY" && !wish.m_sKey.empty());
+                   !(item.first == kKeyFrameId && !wish.m_sKey.empty());
         });
     }
     std::ranges::transform(frames, frames.begin(), WithoutLastZero);

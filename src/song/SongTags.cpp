@@ -3,6 +3,7 @@
 
 #include "song/SongTags.h"
 
+#include "IDTag/FrameIds.h"
 #include "IDTag/ID3Reader.h"
 #include "IDTag/MacCFile.h"
 #include "IDTag/TagReading.h"
@@ -18,8 +19,6 @@ namespace {
 constexpr char kTitleFrameId[] = "TIT2";  // Standard: ID3v2.3.0, section 4.2.1.
 constexpr char kArtistFrameId[] = "TPE1"; // Standard: likewise.
 constexpr char kAlbumFrameId[] = "TALB";  // Standard: likewise.
-constexpr char kTempoFrameId[] = "TBPM";  // Standard: likewise.
-constexpr char kKeyFrameId[] = "TKEY";    // Standard: likewise.
 
 /// Takes the text from the tag, and from the old trailer what isn't in the tag. The trailer changes
 /// the text also when it has nothing to say, as the metadata import has it.

@@ -3,6 +3,7 @@
 
 #include "song/StoreTempo.h"
 
+#include "IDTag/FrameIds.h"
 #include "song/AudioKinds.h"
 #include "song/LibraryStore.h"
 
@@ -10,8 +11,6 @@
 
 namespace {
 
-constexpr char kTempoFrameId[] = "TBPM";     // Standard: ID3v2.3.0, section 4.2.1.
-constexpr char kKeyFrameId[] = "TKEY";       // Standard: likewise.
 constexpr std::int64_t kPacketsPerBad = 100; // Fixed: one bad packet in as many is too much.
 
 /// Writes the key, unless the tempo isn't what `options` expect of it.
