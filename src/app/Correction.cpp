@@ -6,14 +6,13 @@
 #include "IDTag/FrameIds.h"
 #include "IDTag/TagStore.h"
 #include "song/SongTags.h"
+#include "song/TagTempo.h"
 
 #include <array>
 #include <charconv>
 
 namespace {
 
-constexpr double kSlowestBpm = 20.0;   // Fixed: as tempos in tags are believed.
-constexpr double kFastestBpm = 999.0;  // Fixed: likewise.
 constexpr std::size_t kFewestTaps = 4; // Fixed: three spans.
 constexpr double kMinuteSeconds = 60.0;
 
@@ -52,7 +51,7 @@ std::optional<CTempoFix> TempoFixOf(std::string_view word) {
 }
 
 bool IsTempoInRange(double bpm) {
-    return bpm >= kSlowestBpm && bpm <= kFastestBpm;
+    return bpm >= kSlowestTagBpm && bpm <= kFastestTagBpm;
 }
 
 double FixedTempo(CTempoFix const& fix, double bpm) {

@@ -3,6 +3,8 @@
 
 #include "desktop/PreferencesDialog.h"
 
+#include "song/TagTempo.h"
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -16,8 +18,6 @@
 
 namespace {
 
-constexpr double kSlowestBpm = 20.0;       // Fixed: ends of what a range may be.
-constexpr double kFastestBpm = 999.0;      // Fixed: likewise.
 constexpr double kUsualSlowestBpm = 70.0;  // Fixed: what is offered to somebody without one.
 constexpr double kUsualFastestBpm = 180.0; // Fixed: likewise.
 constexpr int kMostDecimals = 2;
@@ -90,9 +90,9 @@ void CPreferencesDialog::setUpRange(QVBoxLayout* group) {
     auto* line = new QHBoxLayout;
     m_pRange = new QCheckBox(tr("Halve or double into this &range:"), this);
     m_pRange->setObjectName("range");
-    m_pSlowest = MakeBpmField("slowest", kSlowestBpm, kFastestBpm / 2, this);
+    m_pSlowest = MakeBpmField("slowest", kSlowestTagBpm, kFastestTagBpm / 2, this);
     m_pSlowest->setAccessibleName(tr("Slowest tempo"));
-    m_pFastest = MakeBpmField("fastest", 2 * kSlowestBpm, kFastestBpm, this);
+    m_pFastest = MakeBpmField("fastest", 2 * kSlowestTagBpm, kFastestTagBpm, this);
     m_pFastest->setAccessibleName(tr("Fastest tempo"));
     line->addWidget(m_pRange);
     line->addWidget(m_pSlowest);

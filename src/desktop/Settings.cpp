@@ -3,15 +3,14 @@
 
 #include "desktop/Settings.h"
 
+#include "song/TagTempo.h"
+
 #include <QFile>
 #include <QSettings>
 #include <QStringList>
 #include <algorithm>
 
 namespace {
-
-constexpr double kSlowestBpm = 20.0;  // Fixed: ends of what a range may be.
-constexpr double kFastestBpm = 999.0; // Fixed: likewise.
 
 constexpr char kPaneOpen[] = "window/pane";
 constexpr char kRemembers[] = "window/remember";
@@ -71,7 +70,7 @@ CWishes CSettings::Wishes() const {
     wishes.m_nDecimals = std::clamp(file.Get(kDecimals, wishes.m_nDecimals), 0, 2);
     double const slowest = file.Get(kSlowest, 0.0);
     double const fastest = file.Get(kFastest, 0.0);
-    if (slowest >= kSlowestBpm && fastest >= 2 * slowest && fastest <= kFastestBpm) {
+    if (slowest >= kSlowestTagBpm && fastest >= 2 * slowest && fastest <= kFastestTagBpm) {
         wishes.m_dSlowest = slowest;
         wishes.m_dFastest = fastest;
     }

@@ -9,10 +9,6 @@
 
 namespace {
 
-// Fixed: what is believed.
-constexpr double kSlowestBpm = 20.0;
-constexpr double kFastestBpm = 999.0;
-
 // Fixed: what a tempo times 10 or 100 must come to.
 constexpr double kSlowestScaledBpm = 40.0;
 constexpr double kFastestScaledBpm = 250.0;
@@ -43,13 +39,13 @@ CTagTempo JudgeTagTempo(std::string_view text) {
     if (!(value > 0.0)) {
         return {};
     }
-    if (value >= kSlowestBpm && value <= kFastestBpm) {
+    if (value >= kSlowestTagBpm && value <= kFastestTagBpm) {
         return {ETagTempo::Plain, value};
     }
-    if (value > kFastestBpm && IsScaled(value / 10.0)) {
+    if (value > kFastestTagBpm && IsScaled(value / 10.0)) {
         return {ETagTempo::TimesTen, value / 10.0};
     }
-    if (value > kFastestBpm && IsScaled(value / 100.0)) {
+    if (value > kFastestTagBpm && IsScaled(value / 100.0)) {
         return {ETagTempo::TimesHundred, value / 100.0};
     }
     return {ETagTempo::Unlikely, value};

@@ -5,6 +5,10 @@
 
 #include <string_view>
 
+// Fixed: what is believed of a tag, and taken from a person.
+inline constexpr double kSlowestTagBpm = 20.0;
+inline constexpr double kFastestTagBpm = 999.0;
+
 /// What a tempo in a tag is worth.
 enum class ETagTempo {
     None,     // no number, or one that isn't above 0
