@@ -8,6 +8,7 @@
 #include "cli/TableReport.h"
 #include "export/FileUri.h"
 #include "export/Json.h"
+#include "export/ProblemName.h"
 #include "song/KeyCodes.h"
 #include "song/TempoText.h"
 
@@ -18,20 +19,6 @@ namespace {
 constexpr char kCsvHeader[] =
     "path,title,artist,tempo,source,error,written,notWritten,album,tagKey,tempoNote,"
     "candidates,confidence,harmony,camelot,openKey\n";
-
-char const* SourceName(ETempoSource source) {
-    switch (source) {
-    case ETempoSource::Tag:
-        return "tag";
-    case ETempoSource::Analysis:
-        return "analysis";
-    case ETempoSource::Length:
-        return "length";
-    case ETempoSource::None:
-        break;
-    }
-    return "";
-}
 
 char const* SetByName(ESetBy setBy) {
     switch (setBy) {
@@ -98,7 +85,7 @@ public:
                m_output.Write(Field(row.m_sPath) + "," + Field(row.m_sTitle) + "," +
                               Field(row.m_sArtist) + "," +
                               FiniteTempoText(row.m_dTempo).value_or("") + "," +
-                              SourceName(row.m_source) + "," + Field(row.m_sError) + "," +
+                              TempoSourceName(row.m_source) + "," + Field(row.m_sError) + "," +
                               WrittenName(row.m_writing) + "," + Field(row.m_sNotStored) + "," +
                               Field(row.m_sAlbum) + "," + Field(row.m_sTagKey) + "," +
                               TempoNote(row) + "," + Readings(row.m_candidates) + "," +
@@ -181,7 +168,7 @@ std::string JsonRow(CReportRow const& row) {
     object.Add("title", JsonText(row.m_sTitle))
         .Add("artist", JsonText(row.m_sArtist))
         .Add("tempo", FiniteTempoText(row.m_dTempo).value_or("null"))
-        .Add("source", JsonTextOrNull(SourceName(row.m_source)))
+        .Add("source", JsonTextOrNull(TempoSourceName(row.m_source)))
         .Add("error", JsonTextOrNull(row.m_sError))
         .Add("written", written.empty() ? "null" : written)
         .Add("notWritten", JsonTextOrNull(row.m_sNotStored))

@@ -5,6 +5,7 @@
 
 #include "export/DecimalText.h"
 #include "export/FileUri.h"
+#include "export/ProblemName.h"
 #include "export/TakenSong.h"
 #include "song/KeyCodes.h"
 
@@ -34,17 +35,8 @@ CCell CountCell(CTakenSong const& song, std::size_t count) {
 }
 
 CCell SourceCell(CTakenSong const& song) {
-    switch (song.m_tempoSource) {
-    case ETempoSource::Tag:
-        return CCell("tag");
-    case ETempoSource::Analysis:
-        return CCell("analysis");
-    case ETempoSource::Length:
-        return CCell("length");
-    case ETempoSource::None:
-        break;
-    }
-    return {};
+    std::string const name = TempoSourceName(song.m_tempoSource);
+    return name.empty() ? CCell() : CCell(name);
 }
 
 CCell FirstCell(std::vector<double> const& seconds) {

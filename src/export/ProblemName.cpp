@@ -109,6 +109,20 @@ char const* ContainerName(EContainer container) {
     return "wavpack";
 }
 
+char const* TempoSourceName(ETempoSource source) {
+    switch (source) {
+    case ETempoSource::Tag:
+        return "tag";
+    case ETempoSource::Analysis:
+        return "analysis";
+    case ETempoSource::Length:
+        return "length";
+    case ETempoSource::None:
+        break;
+    }
+    return "";
+}
+
 char const* StartNoteName(EStartNote note) {
     switch (note) {
     case EStartNote::None:

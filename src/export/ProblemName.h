@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "export/TakenSong.h"
 #include "song/AnalysisProblem.h"
 
 // Names for programs, which stay as they are in every language. People get words of the programs'.
@@ -12,6 +13,9 @@
 
 /// "mpeg", "mp4", "flac"; empty when not known.
 [[nodiscard]] char const* ContainerName(EContainer container);
+
+/// "tag", "analysis" or "length"; empty for none.
+[[nodiscard]] char const* TempoSourceName(ETempoSource source);
 
 /// "encoderTag", "trackTable" or "streamHeader"; empty for none.
 [[nodiscard]] char const* StartNoteName(EStartNote note);

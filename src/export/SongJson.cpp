@@ -98,17 +98,8 @@ std::string Source(CTakenSong const& song) {
 }
 
 std::string TempoSource(CTakenSong const& song) {
-    switch (song.m_tempoSource) {
-    case ETempoSource::Tag:
-        return JsonText("tag");
-    case ETempoSource::Analysis:
-        return JsonText("analysis");
-    case ETempoSource::Length:
-        return JsonText("length");
-    case ETempoSource::None:
-        break;
-    }
-    return "null";
+    std::string const name = TempoSourceName(song.m_tempoSource);
+    return name.empty() ? "null" : JsonText(name);
 }
 
 std::string Candidate(CTempoCandidate const& reading) {
