@@ -9,6 +9,7 @@
 #include "desktop/CorrectionTexts.h"
 #include "desktop/FileTableView.h"
 #include "desktop/NoticeBar.h"
+#include "desktop/Numbers.h"
 #include "desktop/SongPane.h"
 
 #include <QAction>
@@ -17,14 +18,12 @@
 #include <QToolButton>
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <utility>
 
 namespace {
 
-constexpr int kBoxMargin = 6;       // Fixed: pixels in front of the buttons.
-constexpr double kSameBpm = 0.0051; // Derived: half of the last decimal, and a little.
-constexpr int kRefreshMs = 200;     // Fixed: how late what can be done may follow a running batch.
+constexpr int kBoxMargin = 6;   // Fixed: pixels in front of the buttons.
+constexpr int kRefreshMs = 200; // Fixed: how late what can be done may follow a running batch.
 
 std::int64_t Now() {
     auto const time = std::chrono::system_clock::now().time_since_epoch();
@@ -134,7 +133,7 @@ void BpmWindow::takeNextReading() {
     }
     double const bpm = m_pCorrector->Tempo(id);
     auto const now = std::ranges::find_if(readings, [bpm](CTempoCandidate const& reading) {
-        return std::abs(static_cast<double>(reading.m_fBpm) - bpm) < kSameBpm;
+        return AreShownAlike(static_cast<double>(reading.m_fBpm), bpm);
     });
     bool const isLast = now == readings.end() || now + 1 == readings.end();
     CTempoCandidate const& next = isLast ? readings.front() : *(now + 1);

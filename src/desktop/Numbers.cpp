@@ -9,11 +9,13 @@
 
 #include <QLocale>
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace {
 
-constexpr int kPercentDigits = 2; // Fixed: of a percentage, filled up with blanks in front.
+constexpr double kAlikeBpm = 0.0051; // Derived: half of the last decimal, and a little.
+constexpr int kPercentDigits = 2;    // Fixed: of a percentage, filled up with blanks in front.
 
 bool IsPlainDigit(QChar letter) {
     return letter >= QLatin1Char('0') && letter <= QLatin1Char('9');
@@ -57,6 +59,10 @@ QString TempoText(std::u16string const& tempo) {
 double TempoValue(std::u16string const& tempo) {
     double const value = LeadingNumber(CString(tempo));
     return value > 0.0 ? value : std::numeric_limits<double>::quiet_NaN();
+}
+
+bool AreShownAlike(double bpm, double other) {
+    return std::abs(bpm - other) < kAlikeBpm;
 }
 
 std::optional<double> TypedTempo(QString const& text) {

@@ -19,6 +19,9 @@ QString TempoText(std::u16string const& tempo);
 /// The number in a tempo text, as the list reads it; NaN when there is none above 0.
 double TempoValue(std::u16string const& tempo);
 
+/// Whether two tempos look the same in the list, with its two decimals.
+bool AreShownAlike(double bpm, double other);
+
 /// The tempo that a person typed: digits of the locale or plain ones, with comma, point or the
 /// locale's own before the decimals, blanks around it ignored. Returns: nothing for any other text,
 /// and for a number outside 20 to 999.

@@ -4,6 +4,7 @@
 #include "desktop/TempoLine.h"
 
 #include "desktop/CorrectionTexts.h"
+#include "desktop/Numbers.h"
 
 #include <QButtonGroup>
 #include <QHBoxLayout>
@@ -14,12 +15,10 @@
 #include <QRadioButton>
 #include <QToolButton>
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
 constexpr std::size_t kMostShown = 3;  // Fixed: as many as have room.
-constexpr double kSameBpm = 0.0051;    // Derived: half of the last decimal shown, and a little.
 constexpr int kGap = 14;               // Fixed: pixels from one reading to the next.
 constexpr double kMilliseconds = 1e-3; // seconds
 
@@ -73,7 +72,7 @@ void CTempoLine::setTempo(double bpm) {
     m_pGroup->setExclusive(false); // so that none can be on
     for (QAbstractButton* button : m_pGroup->buttons()) {
         auto const reading = m_vBpms[static_cast<std::size_t>(m_pGroup->id(button))];
-        button->setChecked(std::abs(reading - bpm) < kSameBpm);
+        button->setChecked(AreShownAlike(reading, bpm));
     }
     m_pGroup->setExclusive(true);
 }
