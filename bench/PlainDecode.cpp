@@ -7,6 +7,8 @@
 //
 //     plain_decode FILE...
 
+#include "base/EngineRate.h"
+
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
@@ -20,8 +22,6 @@ extern "C" {
 #include <vector>
 
 namespace {
-
-constexpr int kOutputRate = 44100; // Fixed: as the analysis has it.
 
 /// Everything that one file takes.
 struct CPlainDecode {
@@ -78,7 +78,7 @@ bool CPlainDecode::OpenResampler() {
     AVChannelLayout mono = AV_CHANNEL_LAYOUT_MONO;
     AVChannelLayout in{};
     av_channel_layout_default(&in, m_pFrame->ch_layout.nb_channels);
-    return swr_alloc_set_opts2(&m_pResampler, &mono, AV_SAMPLE_FMT_S16, kOutputRate, &in,
+    return swr_alloc_set_opts2(&m_pResampler, &mono, AV_SAMPLE_FMT_S16, int{kEngineRateHz}, &in,
                                static_cast<AVSampleFormat>(m_pFrame->format), m_pFrame->sample_rate,
                                0, nullptr) >= 0 &&
            swr_init(m_pResampler) >= 0;

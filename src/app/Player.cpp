@@ -8,7 +8,7 @@
 
 #include "app/Player.h"
 
-#include "engine/envelope/Tempo.h"
+#include "base/EngineRate.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,7 +3,7 @@
 
 #include "app/SongPicture.h"
 
-#include "engine/envelope/Tempo.h"
+#include "base/EngineRate.h"
 #include "song/SongCandidates.h"
 #include "song/SongProfile.h"
 

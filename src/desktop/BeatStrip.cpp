@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
+#include "base/EngineRate.h"
 #include "desktop/PictureView.h"
-#include "engine/envelope/Tempo.h"
 
 #include <QApplication>
 #include <QMouseEvent>

@@ -3,6 +3,7 @@
 
 #include "desktop/PaneTexts.h"
 
+#include "base/EngineRate.h"
 #include "desktop/Numbers.h"
 #include "engine/envelope/Tempo.h"
 #include "engine/notes/KeyDetector.h"

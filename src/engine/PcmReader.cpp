@@ -3,7 +3,7 @@
 
 #include "engine/PcmReader.h"
 
-#include "engine/envelope/Tempo.h"
+#include "base/EngineRate.h"
 
 #include <algorithm>
 #include <array>

@@ -15,6 +15,7 @@
 
 #include "engine/ProfileBuilder.h"
 
+#include "base/EngineRate.h"
 #include "engine/PcmReader.h"
 #include "engine/ProfileObserver.h"
 #include "engine/ProfileResults.h"
@@ -23,7 +24,6 @@
 #include "engine/beats/BeatPattern.h"
 #include "engine/envelope/ImpactPoints.h"
 #include "engine/envelope/PcmThumbnail.h"
-#include "engine/envelope/Tempo.h"
 #include "engine/envelope/ThumbnailBuilder.h"
 #include "engine/mix/MixParamGen.h"
 #include "engine/notes/KeyDetector.h"

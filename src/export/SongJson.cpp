@@ -6,8 +6,8 @@
 
 #include "export/SongJson.h"
 
+#include "base/EngineRate.h"
 #include "base/Utf16.h"
-#include "engine/envelope/Tempo.h"
 #include "export/FileUri.h"
 #include "export/Json.h"
 #include "export/ProblemName.h"

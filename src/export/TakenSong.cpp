@@ -3,7 +3,7 @@
 
 #include "export/TakenSong.h"
 
-#include "engine/envelope/Tempo.h"
+#include "base/EngineRate.h"
 #include "song/KeyText.h"
 #include "song/TempoText.h"
 

@@ -3,6 +3,7 @@
 
 #include "platform/AudioMixer.h"
 
+#include "base/EngineRate.h"
 #include "platform/Mixdown.h"
 
 #include <algorithm>
@@ -162,10 +163,10 @@ int CAudioMixer::Configure(AVFrame const& frame) {
         in = kMono;
         format = AV_SAMPLE_FMT_S16;
     }
-    bool const isReady = m_eMixed != AV_SAMPLE_FMT_NONE && frame.sample_rate == kOutputRate;
+    bool const isReady = m_eMixed != AV_SAMPLE_FMT_NONE && frame.sample_rate == int{kEngineRateHz};
     if (status >= 0 && !isReady) {
         m_resampler = MakeConverter(in, format, frame.sample_rate, kMono, AV_SAMPLE_FMT_S16,
-                                    kOutputRate, status);
+                                    int{kEngineRateHz}, status);
     }
     m_shape = status >= 0 ? shape : decltype(m_shape)();
     return status;

@@ -10,8 +10,6 @@
 #include <tuple>
 #include <vector>
 
-inline constexpr int kOutputRate = 44100; // Fixed: rate of every analysis, samples per second.
-
 /// Mixes frames down to mono, resamples them to 44100 Hz and appends them to a queue. The same
 /// frames give the same samples on every processor.
 /// Returns: 0 or more, or an error of libav's; ERANGE for a rate that can't be worked with.

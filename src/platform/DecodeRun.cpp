@@ -3,6 +3,7 @@
 
 #include "platform/DecodeRun.h"
 
+#include "base/EngineRate.h"
 #include "platform/FileKind.h"
 #include "platform/GaplessNote.h"
 #include "platform/PacketCount.h"
@@ -221,7 +222,7 @@ int CDecodeRun::Decode(AVPacket* packet) {
 }
 
 bool CDecodeRun::MustMix() const {
-    return m_nWanted > 0 && (m_nFileRate >= kOutputRate || m_queue.GetTotal() < m_nWanted);
+    return m_nWanted > 0 && (m_nFileRate >= int{kEngineRateHz} || m_queue.GetTotal() < m_nWanted);
 }
 
 EDecodeProblem CDecodeRun::Step() {
@@ -265,7 +266,8 @@ CSongLength CDecodeRun::LengthOf(std::int64_t frames, std::int64_t skippedStart,
     CSongLength length{.m_nFrames = CountWithoutTail(frames, skippedStart, rate)};
     if (length.m_nFrames < frames) {
         // What a tail became after resampling goes with it.
-        length.m_nMusicEnd = av_rescale_rnd(length.m_nFrames, kOutputRate, rate, AV_ROUND_UP);
+        length.m_nMusicEnd =
+            av_rescale_rnd(length.m_nFrames, int{kEngineRateHz}, rate, AV_ROUND_UP);
     }
     return length;
 }

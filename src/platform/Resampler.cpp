@@ -3,6 +3,7 @@
 
 #include "platform/Resampler.h"
 
+#include "base/EngineRate.h"
 #include "platform/AudioMixer.h"
 
 #include <algorithm>
@@ -38,7 +39,7 @@ EDecodeProblem Resample(std::span<float const> samples, std::uint32_t rate, CDec
         return EDecodeProblem::BadRate;
     }
     try {
-        if (samples.size() * std::uint64_t{kOutputRate} / rate > kMostSamples) {
+        if (samples.size() * std::uint64_t{kEngineRateHz} / rate > kMostSamples) {
             return EDecodeProblem::TooLong;
         }
         CSampleQueue queue;

@@ -9,7 +9,7 @@
 
 #include "song/BeatFeatures.h"
 
-#include "engine/envelope/Tempo.h"
+#include "base/EngineRate.h"
 
 #include <algorithm>
 #include <cmath>

@@ -14,7 +14,7 @@
 
 #include "song/BeatGridFit.h"
 
-#include "engine/envelope/Tempo.h"
+#include "base/EngineRate.h"
 #include "song/BeatListener.h"
 #include "song/EvenGrid.h"
 

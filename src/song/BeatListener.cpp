@@ -10,7 +10,7 @@
 
 #include "song/BeatListener.h"
 
-#include "engine/envelope/Tempo.h"
+#include "base/EngineRate.h"
 
 #include <algorithm>
 #include <bit>

@@ -11,7 +11,7 @@
 
 #include "song/BeatTimes.h"
 
-#include "engine/envelope/Tempo.h"
+#include "base/EngineRate.h"
 #include "song/AttackRises.h"
 #include "song/BeatFeatures.h"
 #include "song/BeatGridFit.h"

@@ -9,7 +9,7 @@
 
 #include "song/EvenGrid.h"
 
-#include "engine/envelope/Tempo.h"
+#include "base/EngineRate.h"
 #include "song/BeatListener.h"
 
 #include <algorithm>

@@ -3,12 +3,14 @@
 
 #pragma once
 
+#include "base/EngineRate.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
 
-constexpr double kOpeningElementSeconds = 256.0 / 44100.0; // Fixed: as the envelope's elements.
+constexpr double kOpeningElementSeconds = 256.0 / kEngineRateHz; // Fixed: as an envelope has it.
 constexpr std::int32_t kMostOpeningShift = 344; // Derived: 2 s, more than a cut to be found.
 
 /// The rises and falls of a song's opening, without its loudness: what stays when the song is

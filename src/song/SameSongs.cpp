@@ -7,6 +7,7 @@
 
 #include "song/SameSongs.h"
 
+#include "base/EngineRate.h"
 #include "song/OpeningShape.h"
 
 #include <algorithm>
@@ -26,9 +27,9 @@ constexpr double kMostSecondsLonger = 5.0; // Fixed: another fade or a cut end, 
 constexpr double kSameLengthSeconds = 0.3; // Tuned: likewise; more than coders add at the end.
 constexpr double kSameOutroSeconds = 0.1;  // Tuned: likewise.
 constexpr double kSameExcerpt = 0.8;       // Tuned: likewise; a correlation.
-constexpr double kValueSeconds = 4.0 / 44100.0;  // Fixed: an excerpt keeps every fourth sample.
-constexpr std::int32_t kExcerptReachValues = 96; // Derived: 1.5 elements of 256 samples.
-constexpr std::int32_t kFewestValues = 32;       // Tuned: docs/song/SameSongs.md.
+constexpr double kValueSeconds = 4.0 / kEngineRateHz; // Fixed: every fourth sample of an excerpt.
+constexpr std::int32_t kExcerptReachValues = 96;      // Derived: 1.5 elements of 256 samples.
+constexpr std::int32_t kFewestValues = 32;            // Tuned: docs/song/SameSongs.md.
 constexpr std::uint32_t kIndexBits = 20;    // Tuned: SameSongsTest; what codes must have in common.
 constexpr std::uint32_t kCodeBits = 32;     // Fixed: of a code.
 constexpr std::size_t kMostNeighbours = 32; // Fixed: what a common rhythm can cost.

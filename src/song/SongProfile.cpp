@@ -3,11 +3,11 @@
 
 #include "song/SongProfile.h"
 
+#include "base/EngineRate.h"
 #include "engine/PcmReader.h"
 #include "engine/ProfileBuilder.h"
 #include "engine/ProfileObserver.h"
 #include "engine/envelope/ImpactPoints.h"
-#include "engine/envelope/Tempo.h"
 #include "platform/AudioStream.h"
 #include "song/BeatListener.h"
 #include "song/ListeningReader.h"

@@ -10,8 +10,8 @@
 
 #include "song/ToneChroma.h"
 
+#include "base/EngineRate.h"
 #include "base/Rounding.h"
-#include "engine/envelope/Tempo.h"
 #include "song/PlainMath.h"
 
 #include <algorithm>

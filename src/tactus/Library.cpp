@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
-#include "engine/envelope/Tempo.h"
+#include "base/EngineRate.h"
 #include "export/SongJson.h"
 #include "export/TakenSong.h"
 #include "platform/Resampler.h"

@@ -3,7 +3,7 @@
 
 #include "tactus/SongValue.h"
 
-#include "engine/envelope/Tempo.h"
+#include "base/EngineRate.h"
 #include "export/TakenSong.h"
 #include "song/KeyCodes.h"
 

@@ -5,10 +5,9 @@
 
 #include <cstdint>
 
-constexpr std::uint32_t kEngineRateHz = 44100; // Fixed: rate of every stage, samples per second.
-constexpr float kSlowestTempoBpm = 82.0f;      // Fixed: lower edge of the tempo band.
-constexpr float kMeasuresPerBeat = 0.25f;      // Fixed: a measure is always four beats.
-constexpr float kSecondsPerMinute = 60.0f;     // Standard: beats per minute to beats per second.
+constexpr float kSlowestTempoBpm = 82.0f;  // Fixed: lower edge of the tempo band.
+constexpr float kMeasuresPerBeat = 0.25f;  // Fixed: a measure is always four beats.
+constexpr float kSecondsPerMinute = 60.0f; // Standard: beats per minute to beats per second.
 
 /// Samples in one measure of four beats.
 /// Units: `bpm` in beats per minute, `sampleRate` in samples per second.

@@ -6,10 +6,10 @@
 
 #include "engine/envelope/ThumbnailBuilder.h"
 
+#include "base/EngineRate.h"
 #include "base/Rounding.h"
 #include "engine/PcmReader.h"
 #include "engine/envelope/PcmThumbnail.h"
-#include "engine/envelope/Tempo.h"
 
 #include <algorithm>
 #include <cmath>

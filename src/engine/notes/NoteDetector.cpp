@@ -10,10 +10,10 @@
 
 #include "engine/notes/NoteDetector.h"
 
+#include "base/EngineRate.h"
 #include "base/Rounding.h"
 #include "base/TimeUtil.h"
 #include "engine/Profiler.h"
-#include "engine/envelope/Tempo.h"
 #include "engine/envelope/ThumbnailBuilder.h"
 #include "engine/notes/NoteSearch.h"
 #include "engine/signal/IIRFilt.h"

@@ -6,8 +6,8 @@
 
 #include "engine/notes/NoteSearch.h"
 
+#include "base/EngineRate.h"
 #include "base/TimeUtil.h"
-#include "engine/envelope/Tempo.h"
 #include "engine/notes/NoteMap.h"
 
 #include <algorithm>

@@ -6,6 +6,7 @@
 
 #include "engine/tempo/BpmDetector.h"
 
+#include "base/EngineRate.h"
 #include "engine/envelope/ImpactPoints.h"
 #include "engine/envelope/Tempo.h"
 
