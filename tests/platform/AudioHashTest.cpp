@@ -28,10 +28,7 @@ protected:
     }
 
     void Encode(std::string const& name, std::vector<std::string> const& options) {
-        std::vector<std::string> arguments = {"-i", m_folder / "source.wav"};
-        arguments.insert(arguments.end(), options.begin(), options.end());
-        arguments.push_back(m_folder / name);
-        Ffmpeg(arguments);
+        FfmpegEncode(m_folder / "source.wav", m_folder / name, options);
     }
 
     CTempFolder m_folder;

@@ -25,11 +25,7 @@ protected:
                        std::uint32_t rate = 44100) {
         WriteWav(m_folder / "source.wav", {.m_nRate = rate},
                  MakeSine(440.0, kFrames / 44100.0, 0.5f));
-        std::vector<std::string> arguments = {"-i", m_folder / "source.wav"};
-        arguments.insert(arguments.end(), options.begin(), options.end());
-        arguments.push_back(m_folder / name);
-        Ffmpeg(arguments);
-        return m_folder / name;
+        return FfmpegEncode(m_folder / "source.wav", m_folder / name, options);
     }
 
     /// An M4A file in the middle of which some packets are zeros, which can't be decoded.

@@ -27,11 +27,7 @@ protected:
     }
 
     std::string Encode(std::string const& name, std::vector<std::string> const& options) {
-        std::vector<std::string> arguments = {"-i", m_folder / "source.wav"};
-        arguments.insert(arguments.end(), options.begin(), options.end());
-        arguments.push_back(m_folder / name);
-        Ffmpeg(arguments);
-        return m_folder / name;
+        return FfmpegEncode(m_folder / "source.wav", m_folder / name, options);
     }
 
     /// Decodes a file, be it with success or not.

@@ -103,3 +103,12 @@ void Ffmpeg(std::vector<std::string> const& arguments) {
         throw std::runtime_error("ffmpeg: " + result.m_sErr);
     }
 }
+
+std::string FfmpegEncode(std::string const& source, std::string const& target,
+                         std::vector<std::string> const& options) {
+    std::vector<std::string> arguments = {"-i", source};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    arguments.push_back(target);
+    Ffmpeg(arguments);
+    return target;
+}

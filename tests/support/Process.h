@@ -60,3 +60,8 @@ CProcessResult RunProcess(std::vector<std::string> arguments);
 
 /// Runs ffmpeg quietly with `arguments`; throws when it fails.
 void Ffmpeg(std::vector<std::string> const& arguments);
+
+/// Makes `target` of `source`; `options` say how it is encoded.
+/// Returns: `target`.
+std::string FfmpegEncode(std::string const& source, std::string const& target,
+                         std::vector<std::string> const& options);
