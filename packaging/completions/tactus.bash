@@ -6,6 +6,9 @@
 _tactus() {
     local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD - 1]}
     local command=${COMP_WORDS[1]} words=""
+    # Of every command that goes through files.
+    local run="--jobs --follow --hidden --types --exclude --files-from --null --max-errors --lock"
+    run+=" --progress --no-cache --output --overwrite-output --quiet --verbose --help"
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
         mapfile -t COMPREPLY < <(compgen -W "analyze profile export dupes tag history undo fix cache --help --version" -- "$cur")
@@ -36,34 +39,26 @@ _tactus() {
     esac
     case $command in
         analyze)
-            words="--write --force --recheck --jobs --format --follow --hidden --types --output"
-            words+=" --overwrite-output --quiet --no-cache --full --fields"
-            words+=" --files-from --null --exclude --max-errors --lock --progress --short --harmony"
+            words="$run --write --force --recheck --format --full --fields --short --harmony"
             words+=" --overwrite-hand --only-if-off --dry-run --log --candidates --octave --range --review"
-            words+=" --write-types --round --keep-mtime --id3 --write-key --verbose --help"
+            words+=" --write-types --round --keep-mtime --id3 --write-key"
             ;;
         profile)
-            words="--half-beats --fingerprint --envelopes --samples --fields --trace --harmony"
-            words+=" --jobs --follow --hidden --types --exclude --no-cache --output"
-            words+=" --overwrite-output --quiet --verbose --help"
+            words="$run --half-beats --fingerprint --envelopes --samples --fields --trace --harmony"
             ;;
         export)
             if [ "$COMP_CWORD" -eq 2 ]; then
                 mapfile -t COMPREPLY < <(compgen -W "rekordbox labels m3u8 csv midi jams svg --help" -- "$cur")
                 return
             fi
-            words="--where --sort --output --overwrite-output --jobs --follow --hidden --types"
-            words+=" --exclude --no-cache --quiet --verbose --help"
+            words="$run --where --sort"
             case ${COMP_WORDS[2]} in
                 rekordbox) words+=" --base --offset" ;;
                 m3u8) words+=" --relative" ;;
                 csv) words+=" --columns --delimiter --bom" ;;
             esac
             ;;
-        dupes)
-            words="--json --output --overwrite-output --jobs --follow --hidden --types"
-            words+=" --exclude --no-cache --quiet --verbose --help"
-            ;;
+        dupes) words="$run --json" ;;
         history) words="--number --json --clear --help" ;;
         undo) words="--force --keep-mtime --help" ;;
         fix)

@@ -37,6 +37,7 @@ CLI::App* CDupesCommand::AddTo(CLI::App& program) {
         program.add_subcommand("dupes", "Find files that hold the same audio, however it is coded");
     app->add_flag("--json", m_bJson, "Print one JSON object instead of a table");
     m_run.AddOptions(*app);
+    app->parse_complete_callback([this] { m_run.RequirePaths(); });
     app->footer("No file is changed. Of each group the best copy is marked to be kept: without\n"
                 "loss, whole, at the highest bit rate. Offsets are seconds by which the music\n"
                 "begins later than in that copy.\n");
@@ -44,16 +45,19 @@ CLI::App* CDupesCommand::AddTo(CLI::App& program) {
 }
 
 int CDupesCommand::Run() {
+    if (int const code = m_run.Begin(); code != kExitDone) {
+        return code;
+    }
     std::vector<CTakenSong> songs;
     bool isWhole = false;
     int const code = m_run.Gather(songs, false, &isWhole);
     if (!isWhole) {
-        return code;
+        return m_run.End(code);
     }
     auto const groups = FindSameSongs(MarksOf(songs), [&](std::size_t a, std::size_t b) {
         return IsBetterCopy(songs[a], songs[b]);
     });
     int const writing = m_run.Write(m_run.OutputPath(), m_bJson ? DupesJson(songs, groups) + "\n"
                                                                 : DupesTable(songs, groups));
-    return writing != kExitDone ? writing : code;
+    return m_run.End(writing != kExitDone ? writing : code);
 }

@@ -38,7 +38,8 @@ constexpr char kFooter[] =
     "tagKey, duration, firstBeat, firstDownbeat, beats, beatsPerMeasure, introEnd,\n"
     "outroStart, codec, sampleRate, channels, bitRate, uri, folder, file, error.\n\n"
     "Exit status: 0 all done; 1 a file failed; 2 wrong usage; 4 warnings only;\n5 "
-    "a file can't be written; 128 and the signal's number when stopped.\n";
+    "a file can't be written; 75 another run is at work; 128 and the signal's number\n"
+    "when stopped.\n";
 
 } // namespace
 
@@ -163,7 +164,10 @@ CLI::App* CExportCommand::AddTo(CLI::App& program) {
 
 void CExportCommand::AddFormat(CLI::App& program, CFormat const& format) {
     CLI::App* const app = program.add_subcommand(format.m_pName, format.m_pHelp);
-    app->parse_complete_callback([this, &format] { m_pFormat = &format; });
+    app->parse_complete_callback([this, &format] {
+        m_pFormat = &format;
+        m_run.RequirePaths();
+    });
     app->option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     format.m_pAddOptions(*app, *this);
     app->add_option_function<std::string>(
@@ -189,8 +193,10 @@ std::string CExportCommand::Refusal() const {
     if (!isOneASong && IsIntoFolder()) {
         return m_run.OutputPath() + ": is a folder; all songs go into one file";
     }
-    bool const isManySongs = m_run.Paths().size() > 1 ||
-                             CFileManager::IsDirectory(CString::FromPath(m_run.Paths().front()));
+    std::vector<std::string> const& paths = m_run.Paths();
+    bool const isManySongs =
+        paths.size() > 1 ||
+        (!paths.empty() && CFileManager::IsDirectory(CString::FromPath(paths.front())));
     if (isOneASong && isManySongs && !IsIntoFolder()) {
         return std::string(
             "several songs make several files: -o has to name a folder that is there");
@@ -199,6 +205,9 @@ std::string CExportCommand::Refusal() const {
 }
 
 int CExportCommand::Run() {
+    if (int const code = m_run.Begin(); code != kExitDone) {
+        return code;
+    }
     if (std::string const refusal = Refusal(); !refusal.empty()) {
         ReportProblem(refusal);
         return kExitUsage;
@@ -207,14 +216,14 @@ int CExportCommand::Run() {
     bool isWhole = false;
     int const code = m_run.Gather(songs, m_pFormat->m_bEnvelopes, &isWhole);
     if (!isWhole) {
-        return code;
+        return m_run.End(code);
     }
     songs = Chosen(std::move(songs));
     int const writing =
         m_pFormat->m_pTextOf != nullptr
             ? WriteApart(songs)
             : m_run.Write(m_run.OutputPath(), m_pFormat->m_pTextOfAll(songs, *this));
-    return writing != kExitDone ? writing : code;
+    return m_run.End(writing != kExitDone ? writing : code);
 }
 
 std::vector<CTakenSong> CExportCommand::Chosen(std::vector<CTakenSong> songs) const {

@@ -21,8 +21,8 @@ namespace {
 constexpr char kFooter[] =
     "A path of - is standard input. What follows -- is a path, whatever it looks\n"
     "like.\n\nExit status: 0 all done; 1 a file failed; 2 wrong usage; 4 "
-    "warnings only;\n5 the results can't be written; 128 and the signal's "
-    "number when stopped.\n";
+    "warnings only;\n5 the results can't be written; 75 another run is at work; 128 and the\n"
+    "signal's number when stopped.\n";
 
 } // namespace
 
@@ -46,6 +46,12 @@ CLI::App* CProfileCommand::AddTo(CLI::App& program) {
     app->add_flag("--harmony", m_bHarmony,
                   "With --trace, print the key of chords and melody as well");
     m_run.AddOptions(*app);
+    app->parse_complete_callback([this, app] {
+        if (m_bTrace && (app->count("--max-errors") > 0 || app->count("--progress") > 0)) {
+            throw CLI::ValidationError("--trace", "goes with neither --max-errors nor --progress");
+        }
+        m_run.RequirePaths();
+    });
     app->footer(kFooter);
     return app;
 }
@@ -85,17 +91,19 @@ std::string CProfileCommand::TraceFile(std::string const& name, CString const& p
 }
 
 int CProfileCommand::Run() {
+    if (int const code = m_run.Begin(); code != kExitDone) {
+        return code;
+    }
     if (m_bTrace) {
         return RunTrace();
     }
-    CSongSink const sink = {.m_add = [this](CTakenSong const& song, COutput& output) {
+    SongSink const sink = [this](CTakenSong const& song, COutput& output) {
         return output.Write(SongJson(song, m_wishes) + "\n");
-    }};
-    return m_run.Run(sink, m_wishes.Names("envelopes"));
+    };
+    return m_run.End(m_run.Run(sink, m_wishes.Names("envelopes")));
 }
 
 int CProfileCommand::RunTrace() {
-    CInterrupt::Install();
     COutput output;
     if (int const code = m_run.Open(output); code != kExitDone) {
         return code;
