@@ -5,6 +5,7 @@
 
 #include "base/EngineRate.h"
 #include "desktop/Numbers.h"
+#include "desktop/SoundNames.h"
 #include "engine/envelope/Tempo.h"
 #include "engine/notes/KeyDetector.h"
 
@@ -97,45 +98,6 @@ QString MajorKeyText(std::uint16_t tonic) {
     }
 }
 
-/// Names of formats, which are the same in every language.
-QString KindName(CDecodeReport const& report) {
-    switch (report.m_container) {
-    case EContainer::MpegAudio:
-        return QStringLiteral("MP3");
-    case EContainer::AdtsAac:
-        return QStringLiteral("AAC");
-    case EContainer::Mp4:
-        return report.m_sDecoder == "alac" ? QStringLiteral("ALAC") : QStringLiteral("AAC");
-    case EContainer::Wav:
-        return QStringLiteral("WAV");
-    case EContainer::Wave64:
-        return QStringLiteral("Wave64");
-    case EContainer::Aiff:
-        return QStringLiteral("AIFF");
-    case EContainer::Caf:
-        return QStringLiteral("CAF");
-    case EContainer::Flac:
-        return QStringLiteral("FLAC");
-    case EContainer::Ogg:
-        return QStringLiteral("Ogg");
-    case EContainer::Asf:
-        return QStringLiteral("WMA");
-    case EContainer::Au:
-        return QStringLiteral("AU");
-    case EContainer::Matroska:
-        return QStringLiteral("Matroska");
-    case EContainer::MonkeysAudio:
-        return QStringLiteral("APE");
-    case EContainer::TrueAudio:
-        return QStringLiteral("TTA");
-    case EContainer::WavPack:
-        return QStringLiteral("WavPack");
-    case EContainer::Unknown:
-        break;
-    }
-    return {};
-}
-
 QString BpmText(float bpm) {
     constexpr int kDecimals = 2; // Fixed: as in the table.
     return CPaneTexts::tr("%1 BPM").arg(QLocale().toString(bpm, 'f', kDecimals));
@@ -169,7 +131,7 @@ QString LengthText(double seconds) {
     return MinutesText(std::llround(std::max(seconds, 0.0)));
 }
 
-QString KeyText(std::uint16_t tonic, std::uint16_t mode) {
+QString SpokenKey(std::uint16_t tonic, std::uint16_t mode) {
     switch (mode) {
     case CPfKeyDetector::kMinor:
         return MinorKeyText(tonic);
@@ -182,7 +144,7 @@ QString KeyText(std::uint16_t tonic, std::uint16_t mode) {
 
 QString FactsText(CSongPicture const& picture) {
     QStringList facts{KindName(picture.m_outcome.m_report), LengthText(picture.Seconds()),
-                      KeyText(picture.m_nTonic, picture.m_nMode)};
+                      SpokenKey(picture.m_nTonic, picture.m_nMode)};
     if (picture.m_grid.MeasureCount() > 0) {
         facts << QStringLiteral("%L1/%L1").arg(4); // The engine knows no other metre.
     }

@@ -19,7 +19,7 @@ QString PlaceText(std::int64_t sample);
 QString LengthText(double seconds);
 
 /// A key in plain words: "A minor"; empty when there is none.
-QString KeyText(std::uint16_t tonic, std::uint16_t mode);
+QString SpokenKey(std::uint16_t tonic, std::uint16_t mode);
 
 /// Kind, length, key and metre in one line.
 QString FactsText(CSongPicture const& picture);

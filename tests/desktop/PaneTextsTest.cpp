@@ -59,15 +59,15 @@ TEST(PaneTextsTest, FactsAreKindLengthKeyAndMetre) {
 TEST(PaneTextsTest, EveryKeyHasANameOfItsOwn) {
     std::set<std::string> names;
     for (std::uint16_t tonic = 0; tonic < 12; ++tonic) {
-        names.insert(Text(KeyText(tonic, 1)));
-        names.insert(Text(KeyText(tonic, 2)));
+        names.insert(Text(SpokenKey(tonic, 1)));
+        names.insert(Text(SpokenKey(tonic, 2)));
     }
     EXPECT_EQ(names.size(), 24U);
     EXPECT_EQ(names.count(""), 0U);
-    EXPECT_EQ(Text(KeyText(0, 2)), "C major");
-    EXPECT_EQ(Text(KeyText(11, 1)), "B minor");
-    EXPECT_EQ(Text(KeyText(3, 0)), "");
-    EXPECT_EQ(Text(KeyText(12, 1)), "");
+    EXPECT_EQ(Text(SpokenKey(0, 2)), "C major");
+    EXPECT_EQ(Text(SpokenKey(11, 1)), "B minor");
+    EXPECT_EQ(Text(SpokenKey(3, 0)), "");
+    EXPECT_EQ(Text(SpokenKey(12, 1)), "");
 }
 
 TEST(PaneTextsTest, APlaceTellsItsMeasureAndBeat) {
@@ -103,9 +103,9 @@ TEST(PaneTextsTest, ASongWithoutABeatSaysSo) {
 
 TEST(PaneTextsTest, GermanHasItsOwnNamesForKeys) {
     CLanguage const german(QLocale(QLocale::German, QLocale::Germany));
-    EXPECT_EQ(Text(KeyText(11, 2)), "H-Dur");
-    EXPECT_EQ(Text(KeyText(10, 2)), "B-Dur");
-    EXPECT_EQ(Text(KeyText(9, 1)), "a-Moll");
+    EXPECT_EQ(Text(SpokenKey(11, 2)), "H-Dur");
+    EXPECT_EQ(Text(SpokenKey(10, 2)), "B-Dur");
+    EXPECT_EQ(Text(SpokenKey(9, 1)), "a-Moll");
     EXPECT_EQ(Text(MusicalPlaceText(Minute(), 88200)), "0:02,0 · Takt 2, Schlag 1");
 }
 
