@@ -28,6 +28,7 @@ struct CRowState {
     bool m_bNotInFile = false; ///< The tempo was set by hand or taken back, and only shown.
     bool m_bToReview = false;  ///< Another reading of its tempo is nearly as likely, or likelier.
     std::string m_sKey = {};   ///< The key that was heard, as tags have it; empty for none.
+    bool m_bInFile = false;    ///< Its tempo stands in the file's tag, as far as is known.
 };
 
 /// True for a tempo that should be in the file and isn't. Files of a kind that is never written

@@ -54,7 +54,9 @@ CRowState CFileList::State(std::size_t row) const {
             entry.m_bByHand,
             entry.m_bNotInFile,
             !entry.m_bByHand && entry.m_file.IsDone() && DoubtIn(entry.m_candidates).has_value(),
-            entry.m_sKey};
+            entry.m_sKey,
+            entry.m_bFromTag || (entry.m_sTempoInTag && entry.m_file.IsDone() &&
+                                 *entry.m_sTempoInTag == entry.m_file.GetTempo())};
 }
 
 std::vector<CTempoCandidate> CFileList::Candidates(std::size_t row) const {

@@ -58,6 +58,7 @@ BpmWindow::BpmWindow(BPMController& controller, CSettings settings)
     m_pStatusLine = new CStatusLine(this);
     setStatusBar(m_pStatusLine);
     connectAll();
+    setUpColumns();
     showCorrections();
     m_pCorrector->Refresh();
     applyWishes(m_settings.Wishes());
@@ -280,7 +281,7 @@ void BpmWindow::showReason() {
 
 void BpmWindow::closeEvent(QCloseEvent* event) {
     if (m_bCanClose || m_bEnding) {
-        keepSize();
+        keepLayout();
         event->accept();
         return;
     }

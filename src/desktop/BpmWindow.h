@@ -24,6 +24,7 @@
 
 class BPMController;
 class CChipsLine;
+class CColumnsMenu;
 class CCorrector;
 class CFileTableView;
 class CNoticeBar;
@@ -152,7 +153,9 @@ private:
     void applyWishes(CWishes const& wishes);
     void onlyLook();
     void openPreferences();
-    void keepSize();
+    void keepLayout();
+    void setUpColumns();
+    void showSortKeys();
     void tellLeftOut();
     void addLeftOut();
     void beginAddition(std::vector<CString> const& paths);
@@ -182,6 +185,7 @@ private:
     CReasonLine* m_pReason = nullptr;
     CStatusLine* m_pStatusLine = nullptr;
     CSongPane* m_pPane = nullptr;
+    CColumnsMenu* m_pColumns = nullptr;
     QAction* m_pAdd = nullptr;
     QAction* m_pAnalyze = nullptr;
     QAction* m_pRescan = nullptr;
@@ -208,6 +212,8 @@ private:
     std::vector<CCorrectionAction> m_vCorrections;
     QTimer m_correctionTimer;
     QSize m_sizeAtStart;
+    QString m_sColumnsAtStart;
+    std::vector<QAction*> m_vSorts; // By column.
     CRun m_run;
     CAddition m_addition;
     std::set<CString> m_vLeftOut;        // Files of other kinds that the notice tells of.

@@ -7,6 +7,7 @@
 
 #include "app/BPMController.h"
 #include "desktop/ChipsLine.h"
+#include "desktop/ColumnsMenu.h"
 #include "desktop/FileTableView.h"
 #include "desktop/Glyphs.h"
 #include "desktop/ImageClickView.h"
@@ -69,12 +70,17 @@ void BpmWindow::setUpActions() {
 
 // Keys for what the mouse does in the table's head.
 void BpmWindow::setUpMoreActions() {
-    for (int column = 0; column < CFileTableModel::kColumnCount; ++column) {
-        QString const head = m_model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+    for (int column = 0; column < kAllColumns; ++column) {
+        QString const head =
+            column < CFileTableModel::kColumnCount
+                ? m_model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString()
+                : ColumnText(static_cast<EMoreColumn>(column));
+        int const digit = (column + 1) % kAllColumns; // the tenth is 0
         QAction* sort = makeAction(
             QString("actionSort%1").arg(column + 1), tr("Sort by %1").arg(head),
             tr("Sort by %1").arg(head),
-            {QKeySequence(Qt::CTRL | Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + column))});
+            {QKeySequence(Qt::CTRL | Qt::ALT | static_cast<Qt::Key>(Qt::Key_0 + digit))});
+        m_vSorts.push_back(sort);
         connect(sort, &QAction::triggered, m_pTable,
                 [this, column] { m_pTable->sortByNext(column); });
     }
@@ -100,6 +106,12 @@ void BpmWindow::setUpMoreActions() {
     connect(find, &QAction::triggered, m_pChips, &CChipsLine::focusQuery);
     m_pMenu =
         makeAction("actionMenu", tr("Menu"), tr("Everything else"), {QKeySequence(Qt::Key_F10)});
+}
+
+void BpmWindow::showSortKeys() {
+    for (std::size_t column = 0; column < m_vSorts.size(); ++column) {
+        m_vSorts[column]->setEnabled(m_pTable->hasColumn(static_cast<int>(column)));
+    }
 }
 
 void BpmWindow::setUpToolbar() {
@@ -150,6 +162,9 @@ void BpmWindow::setUpMenu(QToolBar& toolbar) {
     menu->addActions({m_pCopy, m_pSelectAll, m_pHide, m_pBringBack});
     menu->addSeparator();
     menu->addActions({m_pTogglePane, m_pSwitchPane});
+    m_pColumns = new CColumnsMenu(*m_pTable, this);
+    m_pTable->setHeaderMenu(*m_pColumns);
+    menu->addMenu(m_pColumns);
     menu->addSeparator();
     menu->addAction(m_pPreferences);
     menu->addSeparator();

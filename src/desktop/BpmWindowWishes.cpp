@@ -42,8 +42,20 @@ void BpmWindow::openPreferences() {
     }
 }
 
-// The size that the window came with is nobody's wish.
-void BpmWindow::keepSize() {
+void BpmWindow::setUpColumns() {
+    m_pTable->setColumnLayout(CColumnLayout::FromText(m_settings.Columns()));
+    m_sColumnsAtStart = m_pTable->columnLayout().Text();
+    connect(m_pTable, &CFileTableView::columnsChanged, this, &BpmWindow::showSortKeys);
+    showSortKeys();
+}
+
+// The size and the columns that the window came with are nobody's wish.
+void BpmWindow::keepLayout() {
+    QString const columns = m_pTable->columnLayout().Text();
+    if (columns != m_sColumnsAtStart) {
+        m_settings.SetColumns(columns == CColumnLayout::Factory().Text() ? QString() : columns);
+        m_sColumnsAtStart = columns;
+    }
     if (m_sizeAtStart.isValid() && size() != m_sizeAtStart && !isMaximized() && !isFullScreen()) {
         m_settings.SetWindowSize(size());
         m_sizeAtStart = size();

@@ -8,6 +8,20 @@
 #include "desktop/Texts.h"
 
 #include <QStringList>
+#include <algorithm>
+
+namespace {
+
+static_assert(static_cast<int>(kOtherColumn) == static_cast<int>(CFileTableModel::kColumnCount));
+
+Qt::Alignment AlignmentOf(int column) {
+    bool const isAtEnd = column < CFileTableModel::kColumnCount
+                             ? column == CFileTableModel::kTempoColumn
+                             : IsAtEnd(static_cast<EMoreColumn>(column));
+    return (isAtEnd ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
+}
+
+} // namespace
 
 CFileTableModel::CFileTableModel(IFileList const& list, QObject* parent)
     : QAbstractTableModel(parent), m_list(list), m_warning(WarningIcon()) {
@@ -20,7 +34,39 @@ int CFileTableModel::rowCount(QModelIndex const& parent) const {
 }
 
 int CFileTableModel::columnCount(QModelIndex const& parent) const {
-    return parent.isValid() ? 0 : kColumnCount;
+    return parent.isValid() ? 0 : kColumnCount + static_cast<int>(m_vMore.size());
+}
+
+void CFileTableModel::addColumn(EMoreColumn column) {
+    int const section = columnCount();
+    beginInsertColumns({}, section, section);
+    m_vMore.push_back(column);
+    endInsertColumns();
+}
+
+void CFileTableModel::removeColumn(EMoreColumn column) {
+    int const section = sectionOf(column);
+    if (section >= 0) {
+        beginRemoveColumns({}, section, section);
+        m_vMore.erase(m_vMore.begin() + (section - kColumnCount));
+        endRemoveColumns();
+    }
+}
+
+int CFileTableModel::columnAt(int section) const {
+    if (section < kColumnCount) {
+        return section;
+    }
+    auto const place = static_cast<std::size_t>(section - kColumnCount);
+    return place < m_vMore.size() ? m_vMore[place] : -1;
+}
+
+int CFileTableModel::sectionOf(int column) const {
+    if (column < kColumnCount) {
+        return column;
+    }
+    auto const place = std::find(m_vMore.begin(), m_vMore.end(), column);
+    return place == m_vMore.end() ? -1 : kColumnCount + static_cast<int>(place - m_vMore.begin());
 }
 
 std::size_t CFileTableModel::idAt(int row) const {
@@ -37,18 +83,19 @@ QVariant CFileTableModel::data(QModelIndex const& index, int role) const {
         return {};
     }
     std::size_t const id = idAt(index.row());
-    bool const isTempo = index.column() == kTempoColumn;
+    int const column = columnAt(index.column());
+    bool const isTempo = column == kTempoColumn;
     switch (role) {
     case Qt::DisplayRole:
-        return textOf(id, index.column());
+        return textOf(id, column);
     case Qt::ToolTipRole:
         return tipOf(id);
     case Qt::TextAlignmentRole:
-        return static_cast<int>((isTempo ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+        return static_cast<int>(AlignmentOf(column));
     case Qt::DecorationRole:
         return isTempo && HasProblem(m_list.rowState(id)) ? QVariant(m_warning) : QVariant();
     case Qt::AccessibleDescriptionRole:
-        return descriptionOf(id, index.column());
+        return descriptionOf(id, column);
     case kProblemRole:
         return ProblemText(m_list.rowState(id));
     case kPathRole:
@@ -58,7 +105,7 @@ QVariant CFileTableModel::data(QModelIndex const& index, int role) const {
     case kMarksRole:
         return isTempo ? marksRoleOf(id) : 0;
     case kUntitledRole:
-        return index.column() == kTitleColumn && isUntitled(id);
+        return column == kTitleColumn && isUntitled(id);
     case kAwaitsRole:
         return isTempo && awaitsAnalysis(id);
     case kPercentRole: {
@@ -71,6 +118,9 @@ QVariant CFileTableModel::data(QModelIndex const& index, int role) const {
 }
 
 QString CFileTableModel::textOf(std::size_t id, int column) const {
+    if (column >= kColumnCount) {
+        return MoreCell(static_cast<EMoreColumn>(column), m_list, id).m_sText;
+    }
     std::u16string const text = m_list.objectValueForTableColumn(column, id);
     if (column == kTempoColumn) {
         return tempoTextOf(id, text);
@@ -157,11 +207,17 @@ QVariant CFileTableModel::headerData(int section, Qt::Orientation orientation, i
         return {};
     }
     if (role == Qt::TextAlignmentRole) {
-        auto const side = section == kTempoColumn ? Qt::AlignRight : Qt::AlignLeft;
-        return static_cast<int>(side | Qt::AlignVCenter);
+        return static_cast<int>(AlignmentOf(columnAt(section)));
+    }
+    bool const isMore = columnAt(section) >= kColumnCount;
+    if (isMore && (role == Qt::ToolTipRole || role == Qt::AccessibleTextRole)) {
+        return ColumnText(static_cast<EMoreColumn>(columnAt(section)));
     }
     if (role != Qt::DisplayRole) {
         return {};
+    }
+    if (isMore) {
+        return HeadText(static_cast<EMoreColumn>(columnAt(section)));
     }
     switch (section) {
     case kTitleColumn:

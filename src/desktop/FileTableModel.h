@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/BpmView.h"
+#include "desktop/MoreColumns.h"
 #include "desktop/RowFilter.h"
 #include "desktop/RowQuery.h"
 
@@ -14,16 +15,17 @@
 #include <optional>
 #include <vector>
 
-/// The file list as a sortable table of title, artist and tempo, all of its rows or those that a
-/// filter lets through. Texts stay with the list; the model keeps only the order in which rows are
-/// shown, and a few marks of each. Row numbers of the list ("ids") are identities: sorting and
-/// filtering change places, never ids. What is shown is also what is sorted, copied and spoken.
-/// Thread: main.
+/// The file list as a sortable table of title, artist and tempo, and of more columns when they are
+/// wanted: all of its rows or those that a filter lets through. Texts stay with the list; the model
+/// keeps only the order in which rows are shown, and a few marks of each. Row numbers of the list
+/// ("ids") are identities: sorting and filtering change places, never ids. What is shown is also
+/// what is sorted, copied and spoken. Columns have numbers of their own as well: `EColumn`, then
+/// `EMoreColumn`. Where the three stand, both are the same. Thread: main.
 class CFileTableModel : public QAbstractTableModel {
     Q_OBJECT
 
 public:
-    enum EColumn { kTitleColumn, kArtistColumn, kTempoColumn, kColumnCount };
+    enum EColumn { kTitleColumn, kArtistColumn, kTempoColumn, kColumnCount }; ///< Always there.
     enum ERole {
         kPercentRole = Qt::UserRole, ///< int, 0 to 100, while the row is analysed; else invalid.
         kPathRole,                   ///< Full path, readable form.
@@ -44,9 +46,22 @@ public:
     Qt::ItemFlags flags(QModelIndex const& index) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-    /// Sorts the shown order by `column`; -1 restores the order of the list. Rows without a tempo
-    /// come last whichever way the tempo is sorted; ties keep the order of the list.
-    void sort(int column, Qt::SortOrder order) override;
+    /// Sorts the shown order by what stands at `section`; -1 restores the order of the list. Rows
+    /// without a tempo come last whichever way the tempo is sorted, and so do those that have
+    /// nothing in one of the further columns; ties keep the order of the list.
+    void sort(int section, Qt::SortOrder order) override;
+
+    /// Adds `column`, which isn't there, behind the others.
+    void addColumn(EMoreColumn column);
+
+    /// Takes `column` away, if it is there.
+    void removeColumn(EMoreColumn column);
+
+    /// Which column stands at `section`; -1 for none.
+    [[nodiscard]] int columnAt(int section) const;
+
+    /// Where `column` stands; -1 when it isn't there.
+    [[nodiscard]] int sectionOf(int column) const;
 
     /// Shows rows that the list has gained, `limit` at the most.
     /// Returns: true when rows are left for a further call.
@@ -88,10 +103,11 @@ private:
         friend bool operator==(CMarks const&, CMarks const&) = default;
     };
 
-    /// What a row is sorted by: a text, or a number that is NaN for a row without a tempo.
+    /// What a row is sorted by: a text, or a number.
     struct CSortKey {
         std::optional<QCollatorSortKey> m_text;
         double m_fNumber = 0.0;
+        bool m_bMissing = false; // The row comes last.
     };
     using Ids = std::vector<std::size_t>;
 
@@ -105,6 +121,8 @@ private:
     [[nodiscard]] QString descriptionOf(std::size_t id, int column) const;
     [[nodiscard]] QString tipOf(std::size_t id) const;
     [[nodiscard]] CSortKey makeKey(std::size_t id) const;
+    [[nodiscard]] static int compare(CSortKey const& left, CSortKey const& right);
+    [[nodiscard]] bool takeKey(std::size_t id);
     [[nodiscard]] bool comesBefore(std::size_t left, std::size_t right) const;
     [[nodiscard]] CMarks marksOf(std::size_t id) const;
     [[nodiscard]] bool isWanted(std::size_t id) const;
@@ -132,6 +150,7 @@ private:
     std::vector<QString> m_vSearchTexts; // By id; filled from the first query on.
     bool m_bSearched = false;            // There was a query.
     std::vector<CSortKey> m_vKeys;       // By id; filled while a column is sorted.
-    int m_nSortColumn = -1;
+    std::vector<EMoreColumn> m_vMore;    // Behind the three.
+    int m_nSortColumn = -1;              // Its number, not its place.
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
 };

@@ -26,9 +26,23 @@ CFileTableModel::CSortKey CFileTableModel::makeKey(std::size_t id) const {
     if (m_nSortColumn == kTempoColumn) {
         bool const isPercentage = m_list.rowState(id).m_nPercent >= 0;
         std::u16string const text = m_list.objectValueForTableColumn(kTempoColumn, id);
-        return {std::nullopt, isPercentage ? kNoTempo : TempoValue(text)};
+        double const tempo = isPercentage ? kNoTempo : TempoValue(text);
+        return {std::nullopt, tempo, std::isnan(tempo)};
     }
-    return {m_collator.sortKey(textOf(id, m_nSortColumn)), 0.0};
+    if (m_nSortColumn < kColumnCount) {
+        return {m_collator.sortKey(textOf(id, m_nSortColumn)), 0.0, false};
+    }
+    auto const column = static_cast<EMoreColumn>(m_nSortColumn);
+    CMoreCell const cell = MoreCell(column, m_list, id);
+    return HasNumbers(column)
+               ? CSortKey{std::nullopt, cell.m_fNumber, cell.m_sText.isEmpty()}
+               : CSortKey{m_collator.sortKey(cell.m_sText), 0.0, cell.m_sText.isEmpty()};
+}
+
+// Only keys of one column are compared.
+int CFileTableModel::compare(CSortKey const& left, CSortKey const& right) {
+    return left.m_text ? left.m_text->compare(*right.m_text)
+                       : (left.m_fNumber > right.m_fNumber) - (left.m_fNumber < right.m_fNumber);
 }
 
 // Strict order with the list's own order behind it, so that equal rows never swap.
@@ -38,23 +52,18 @@ bool CFileTableModel::comesBefore(std::size_t left, std::size_t right) const {
     }
     CSortKey const& a = m_vKeys[left];
     CSortKey const& b = m_vKeys[right];
-    if (m_nSortColumn == kTempoColumn) {
-        bool const leftHasNone = std::isnan(a.m_fNumber);
-        bool const rightHasNone = std::isnan(b.m_fNumber);
-        if (leftHasNone || rightHasNone) {
-            return leftHasNone == rightHasNone ? left < right : rightHasNone;
-        }
+    if (a.m_bMissing || b.m_bMissing) {
+        return a.m_bMissing == b.m_bMissing ? left < right : b.m_bMissing;
     }
-    int const order = m_nSortColumn == kTempoColumn
-                          ? (a.m_fNumber > b.m_fNumber) - (a.m_fNumber < b.m_fNumber)
-                          : a.m_text->compare(*b.m_text);
+    int const order = compare(a, b);
     if (order == 0) {
         return left < right;
     }
     return m_sortOrder == Qt::AscendingOrder ? order < 0 : order > 0;
 }
 
-void CFileTableModel::sort(int column, Qt::SortOrder order) {
+void CFileTableModel::sort(int section, Qt::SortOrder order) {
+    int const column = columnAt(section);
     bool const sameKeys = column == m_nSortColumn;
     m_nSortColumn = column;
     m_sortOrder = order;
@@ -256,8 +265,8 @@ void CFileTableModel::reloadRow(std::size_t id) {
         emit countsChanged();
     }
     if (m_vPlaces[id] != kNowhere) {
-        QModelIndex const cell = index(rowOf(id), kTempoColumn);
-        emit dataChanged(cell, cell);
+        int const row = rowOf(id);
+        emit dataChanged(index(row, kTempoColumn), index(row, columnCount() - 1));
     }
 }
 
@@ -287,25 +296,33 @@ void CFileTableModel::showOrHide(std::size_t id) {
     }
 }
 
-// A percentage is no tempo: the row keeps its place until its result is there.
-void CFileTableModel::refreshKey(std::size_t id) {
-    if (m_nSortColumn != kTempoColumn || m_list.rowState(id).m_nPercent >= 0) {
-        return;
+// A percentage is no result: the row keeps its place until that is there. Titles and artists don't
+// change. Returns: true when the row has another key now.
+bool CFileTableModel::takeKey(std::size_t id) {
+    if (m_nSortColumn < kTempoColumn || m_list.rowState(id).m_nPercent >= 0) {
+        return false;
     }
-    CSortKey const key = makeKey(id);
-    double const before = m_vKeys[id].m_fNumber;
-    bool const same = std::isnan(key.m_fNumber) ? std::isnan(before) : key.m_fNumber == before;
+    CSortKey key = makeKey(id);
+    CSortKey& before = m_vKeys[id];
+    bool const same =
+        key.m_bMissing == before.m_bMissing && (key.m_bMissing || compare(key, before) == 0);
     if (!same) {
-        m_vKeys[id] = key;
-        if (m_vPlaces[id] != kNowhere) {
-            rearrange(0);
-        }
+        before = std::move(key);
+    }
+    return !same;
+}
+
+void CFileTableModel::refreshKey(std::size_t id) {
+    if (takeKey(id) && m_vPlaces[id] != kNowhere) {
+        rearrange(0);
     }
 }
 
 void CFileTableModel::reloadAll() {
     bool areSame = true;
+    bool isOtherOrder = false;
     for (std::size_t id = 0; id < m_vMarks.size(); ++id) {
+        isOtherOrder = takeKey(id) || isOtherOrder;
         refreshMarks(id);
         refreshSearchText(id);
         areSame = areSame && isWanted(id) == (m_vPlaces[id] != kNowhere);
@@ -315,7 +332,10 @@ void CFileTableModel::reloadAll() {
         fillOrder();
         endResetModel();
     } else if (!m_vOrder.empty()) {
-        emit dataChanged(index(0, 0), index(rowCount() - 1, kColumnCount - 1));
+        if (isOtherOrder) {
+            rearrange(0);
+        }
+        emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
     }
     emit countsChanged();
 }

@@ -13,37 +13,14 @@
 #include <QEvent>
 #include <QHeaderView>
 #include <QPainter>
-#include <QProxyStyle>
 #include <QStyleOption>
 #include <algorithm>
 
 namespace {
 
-constexpr int kSmallestColumnChars = 6; // Fixed: a column can't be made narrower.
-constexpr int kRowPadding = 8;          // Fixed: pixels added to a line's height.
-constexpr double kTitleShare = 0.6;     // Fixed: title and artist are 3 to 2 at first.
-constexpr int kStripeStepMs = 50;       // Fixed: from one place of the stripe to the next.
-constexpr int kDropFrameWidth = 2;      // Fixed: pixels.
-
-/// The desktop's own style, but header texts stand above the texts of their cells.
-class CHeaderStyle : public QProxyStyle {
-public:
-    CHeaderStyle() : QProxyStyle(QApplication::style()->name()) {}
-
-    void drawControl(ControlElement element, QStyleOption const* option, QPainter* painter,
-                     QWidget const* widget) const override {
-        auto const* header = qstyleoption_cast<QStyleOptionHeader const*>(option);
-        if (element != CE_HeaderLabel || header == nullptr) {
-            QProxyStyle::drawControl(element, option, painter, widget);
-            return;
-        }
-        QStyleOptionHeader label = *header;
-        int const more = kCellMargin - 1 - pixelMetric(PM_HeaderMargin, option, widget) / 2;
-        bool const hasArrow = label.sortIndicator != QStyleOptionHeader::None;
-        label.rect.adjust(more, 0, hasArrow ? 0 : -more, 0);
-        QProxyStyle::drawControl(element, &label, painter, widget);
-    }
-};
+constexpr int kRowPadding = 8;     // Fixed: pixels added to a line's height.
+constexpr int kStripeStepMs = 50;  // Fixed: from one place of the stripe to the next.
+constexpr int kDropFrameWidth = 2; // Fixed: pixels.
 
 /// A cell as one field of tab-separated text.
 QString AsField(QString text) {
@@ -56,7 +33,7 @@ QString AsField(QString text) {
 } // namespace
 
 CFileTableView::CFileTableView(CFileTableModel& model, QWidget* parent)
-    : QTableView(parent), m_model(model), m_fTitleShare(kTitleShare) {
+    : QTableView(parent), m_model(model) {
     setModel(&model);
     setItemDelegate(new CCellDelegate(this));
     auto* const tempos = new CTempoDelegate(this);
@@ -93,24 +70,6 @@ CFileTableView::CFileTableView(CFileTableModel& model, QWidget* parent)
     connect(&model, &QAbstractItemModel::modelAboutToBeReset, this, &CFileTableView::keepPlaces);
     connect(&model, &QAbstractItemModel::modelReset, this, &CFileTableView::restorePlaces);
     onRowsChanged();
-}
-
-void CFileTableView::setUpHeader() {
-    QHeaderView* header = horizontalHeader();
-    int const letter = fontMetrics().averageCharWidth();
-    auto* headerStyle = new CHeaderStyle;
-    headerStyle->setParent(this);
-    header->setStyle(headerStyle);
-    header->setHighlightSections(false);
-    header->setSectionsMovable(false);
-    header->setMinimumSectionSize(letter * kSmallestColumnChars);
-    header->setSortIndicatorClearable(true);
-    header->setSortIndicator(-1, Qt::AscendingOrder);
-    int const icon = style()->pixelMetric(QStyle::PM_SmallIconSize);
-    header->resizeSection(CFileTableModel::kTempoColumn,
-                          CTempoDelegate::WidestNumber(font()) + icon + 5 * kCellMargin);
-    setSortingEnabled(true);
-    connect(header, &QHeaderView::sectionResized, this, &CFileTableView::onSectionResized);
 }
 
 void CFileTableView::setHeights() {
@@ -169,7 +128,7 @@ void CFileTableView::restorePlaces() {
         rows.push_back(m_model.rowOf(id));
     }
     std::sort(rows.begin(), rows.end());
-    int const lastColumn = CFileTableModel::kColumnCount - 1;
+    int const lastColumn = m_model.columnCount() - 1;
     for (std::size_t i = 0; i < rows.size();) {
         std::size_t end = i + 1;
         while (end < rows.size() && rows[end] == rows[end - 1] + 1) {
@@ -206,11 +165,15 @@ QModelIndex CFileTableView::moveCursor(CursorAction action, Qt::KeyboardModifier
 
 void CFileTableView::sortByNext(int column) {
     QHeaderView* header = horizontalHeader();
-    bool const isSorted = header->sortIndicatorSection() == column;
+    int const section = m_model.sectionOf(column);
+    if (section < 0) {
+        return;
+    }
+    bool const isSorted = header->sortIndicatorSection() == section;
     if (isSorted && header->sortIndicatorOrder() == Qt::DescendingOrder) {
         header->setSortIndicator(-1, Qt::AscendingOrder);
     } else {
-        header->setSortIndicator(column, isSorted ? Qt::DescendingOrder : Qt::AscendingOrder);
+        header->setSortIndicator(section, isSorted ? Qt::DescendingOrder : Qt::AscendingOrder);
     }
 }
 
@@ -246,11 +209,12 @@ void CFileTableView::copySelection() const {
         return;
     }
     std::sort(rows.begin(), rows.end());
+    QHeaderView const* header = horizontalHeader();
     QString text;
     for (QModelIndex const& row : rows) {
-        for (int column = 0; column < CFileTableModel::kColumnCount; ++column) {
-            text += AsField(row.siblingAtColumn(column).data().toString());
-            text += QLatin1Char(column + 1 < CFileTableModel::kColumnCount ? '\t' : '\n');
+        for (int place = 0; place < header->count(); ++place) {
+            text += AsField(row.siblingAtColumn(header->logicalIndex(place)).data().toString());
+            text += QLatin1Char(place + 1 < header->count() ? '\t' : '\n');
         }
     }
     QApplication::clipboard()->setText(text);
@@ -299,8 +263,10 @@ void CFileTableView::paintFocus() {
     QStyleOptionFocusRect option;
     option.initFrom(this);
     option.backgroundColor = palette().color(QPalette::Base);
-    option.rect = visualRect(current.siblingAtColumn(0))
-                      .united(visualRect(current.siblingAtColumn(CFileTableModel::kTempoColumn)));
+    QHeaderView const* header = horizontalHeader();
+    int const last = header->logicalIndex(header->count() - 1);
+    option.rect =
+        visualRect(current.siblingAtColumn(0)).united(visualRect(current.siblingAtColumn(last)));
     style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
 }
 
@@ -309,39 +275,4 @@ void CFileTableView::paintDropFrame() {
     painter.setPen(QPen(palette().color(QPalette::Highlight), kDropFrameWidth));
     int const inset = kDropFrameWidth / 2;
     painter.drawRect(viewport()->rect().adjusted(inset, inset, -inset, -inset));
-}
-
-// The columns always fill the table: a column that is dragged takes from, or gives to, the one on
-// its right. Title and artist keep their shares from then on when the window's width changes.
-void CFileTableView::onSectionResized(int section, int oldWidth, int newWidth) {
-    if (m_bFitting) {
-        return;
-    }
-    QHeaderView* header = horizontalHeader();
-    int const neighbour = section + 1;
-    if (neighbour < CFileTableModel::kColumnCount) {
-        m_bFitting = true;
-        int const wanted = header->sectionSize(neighbour) - (newWidth - oldWidth);
-        header->resizeSection(neighbour, std::max(header->minimumSectionSize(), wanted));
-        m_bFitting = false;
-        int const title = header->sectionSize(CFileTableModel::kTitleColumn);
-        int const artist = header->sectionSize(CFileTableModel::kArtistColumn);
-        m_fTitleShare = static_cast<double>(title) / (title + artist);
-    }
-    fitColumns();
-}
-
-void CFileTableView::fitColumns() {
-    if (m_bFitting) {
-        return;
-    }
-    m_bFitting = true;
-    QHeaderView* header = horizontalHeader();
-    int const least = header->minimumSectionSize();
-    int const room = std::max(2 * least, viewport()->width() -
-                                             header->sectionSize(CFileTableModel::kTempoColumn));
-    int const title = std::clamp(qRound(room * m_fTitleShare), least, room - least);
-    header->resizeSection(CFileTableModel::kTitleColumn, title);
-    header->resizeSection(CFileTableModel::kArtistColumn, room - title);
-    m_bFitting = false;
 }

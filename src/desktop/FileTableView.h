@@ -3,26 +3,31 @@
 
 #pragma once
 
+#include "desktop/ColumnLayout.h"
+#include "desktop/MoreColumns.h"
+
 #include <QTableView>
 #include <QTimer>
 #include <cstddef>
+#include <map>
 #include <vector>
 
 class CEmptyHint;
 class CFileTableModel;
+class QMenu;
 struct CWishes;
 
 /// The table of files: whole rows are selected, columns sort and resize, and a drop that would be
-/// taken is announced by a frame. An empty table says what the program does and how to begin.
-/// Thread: main.
+/// taken is announced by a frame. Columns can be added and moved, but for the title. An empty table
+/// says what the program does and how to begin. Thread: main.
 class CFileTableView : public QTableView {
     Q_OBJECT
 
 public:
     explicit CFileTableView(CFileTableModel& model, QWidget* parent = nullptr);
 
-    /// Copies the selected rows to the clipboard in the order shown, one line a row, the three
-    /// texts separated by tabs. Without a selection the clipboard stays as it is.
+    /// Copies the selected rows to the clipboard in the order shown, one line a row, the texts
+    /// separated by tabs. Without a selection the clipboard stays as it is.
     void copySelection() const;
 
     /// The list's numbers of the selected rows, in the order shown.
@@ -34,8 +39,19 @@ public:
     /// Shows or hides the frame that announces a drop.
     void setDropTarget(bool isTarget);
 
-    /// Sorts as a click on the column's head does: upwards, downwards, then as added.
+    /// Sorts as a click on the column's head does: upwards, downwards, then as added. A column that
+    /// isn't there sorts nothing.
     void sortByNext(int column);
+
+    /// Columns go by their numbers.
+    [[nodiscard]] bool hasColumn(int column) const;
+    void showColumn(EMoreColumn column, bool isWanted);
+
+    [[nodiscard]] CColumnLayout columnLayout() const;
+    void setColumnLayout(CColumnLayout const& layout);
+
+    /// The menu of the table's head, which must outlive the table.
+    void setHeaderMenu(QMenu& menu);
 
     /// The empty table says what is found and written.
     void setWishes(CWishes const& wishes);
@@ -44,6 +60,9 @@ public:
     void setReading(bool isReading);
 
 signals:
+    /// Columns came, went or moved.
+    void columnsChanged();
+
     /// The button of the empty table was pressed.
     void addRequested();
 
@@ -69,7 +88,10 @@ private:
     void restorePlaces();
     void onRowsChanged();
     void onSectionResized(int section, int oldWidth, int newWidth);
+    void keepWidth(int section);
     void fitColumns();
+    [[nodiscard]] int firstWidth(int column) const;
+    void removeColumn(EMoreColumn column);
     void moveStripes();
 
     CFileTableModel& m_model;
@@ -79,7 +101,8 @@ private:
     std::size_t m_nCurrentId = 0;            // Likewise.
     int m_nFirstSelectedRow = -1;            // Likewise; -1 when there is none.
     int m_nCurrentRow = -1;                  // Likewise; -1 when there is none.
-    double m_fTitleShare;                    // Of the room that title and artist have together.
+    double m_fTitleShare = 0.0;              // Of the room that title and artist have together.
+    std::map<int, int> m_widths;             // By column; those that the user chose.
     bool m_bDropTarget = false;
     bool m_bFitting = false;
 };

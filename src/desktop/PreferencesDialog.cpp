@@ -119,7 +119,7 @@ void CPreferencesDialog::setUpTags() {
 
 void CPreferencesDialog::setUpWindow(CState const& state) {
     QVBoxLayout* group = addGroup(tr("Window"));
-    m_pRemember = addBox(group, "remember", tr("Re&member its size"));
+    m_pRemember = addBox(group, "remember", tr("Re&member its size and columns"));
     auto* stored = new QLabel(this);
     stored->setObjectName("stored");
     stored->setTextFormat(Qt::PlainText);

@@ -15,6 +15,7 @@ namespace {
 constexpr char kPaneOpen[] = "window/pane";
 constexpr char kRemembers[] = "window/remember";
 constexpr char kSize[] = "window/size";
+constexpr char kColumns[] = "window/columns";
 constexpr char kOtherKinds[] = "list/otherKinds";
 constexpr char kWriteOtherKinds[] = "tags/otherKinds";
 constexpr char kOnlyLook[] = "tags/onlyLook";
@@ -118,6 +119,7 @@ void CSettings::SetRemembersLayout(bool isWanted) {
     file.Set(kRemembers, isWanted, true);
     if (!isWanted) {
         file.Set(kSize, QSize(), QSize());
+        file.Set(kColumns, QString(), QString());
     }
 }
 
@@ -129,6 +131,16 @@ std::optional<QSize> CSettings::WindowSize() const {
 void CSettings::SetWindowSize(QSize size) {
     if (RemembersLayout()) {
         CUserSettings().setValue(kSize, size);
+    }
+}
+
+QString CSettings::Columns() const {
+    return RemembersLayout() ? CUserSettings().Get(kColumns, QString()) : QString();
+}
+
+void CSettings::SetColumns(QString const& columns) {
+    if (RemembersLayout()) {
+        CUserSettings().Set(kColumns, columns, QString());
     }
 }
 

@@ -26,14 +26,19 @@ public:
     [[nodiscard]] std::optional<bool> PaneOpen() const;
     void SetPaneOpen(bool isOpen);
 
-    /// Whether the window's size is kept for the next start. Once it is not, what was kept is
-    /// forgotten.
+    /// Whether the window's size and columns are kept for the next start. Once it is not, what was
+    /// kept is forgotten.
     [[nodiscard]] bool RemembersLayout() const;
     void SetRemembersLayout(bool isWanted);
 
     /// Nothing unless the user has changed it and it is kept.
     [[nodiscard]] std::optional<QSize> WindowSize() const;
     void SetWindowSize(QSize size);
+
+    /// The table's columns, in the words of `CColumnLayout`; empty unless the user has changed them
+    /// and they are kept. Setting nothing forgets them.
+    [[nodiscard]] QString Columns() const;
+    void SetColumns(QString const& columns);
 
     /// All that is stored, as lines of the file; empty when nothing is.
     [[nodiscard]] QString Stored() const;

@@ -211,3 +211,41 @@ TEST_F(FileTableOrderTest, RowsThatComeOrChangeMeetTheQueryToo) {
     EXPECT_EQ(titles(), (Texts{"one more", "one"}));
     EXPECT_EQ(model.counts().m_nAll, 3U); // a query changes no count
 }
+
+TEST_F(FileTableOrderTest, AFurtherColumnIsSortedByItsNumbersWithTheUnknownLast) {
+    for (char16_t const* title : {u"9:00", u"unknown", u"10:00"}) {
+        add(title);
+    }
+    for (std::size_t const id : {0U, 2U}) {
+        list.rows[id].state.m_outcome.m_report.m_nFileRate = 44100;
+        list.rows[id].state.m_outcome.m_report.m_dHeardSeconds = id == 0 ? 540.0 : 600.0;
+    }
+    model.addColumn(kStateColumn);
+    model.addColumn(kLengthColumn);
+    EXPECT_EQ(model.sectionOf(kLengthColumn), 4);
+    EXPECT_EQ(model.index(0, 4).data().toString(), "9:00");
+    model.sort(4, Qt::DescendingOrder);
+    EXPECT_EQ(titles(), (Texts{"10:00", "9:00", "unknown"}));
+    model.sort(4, Qt::AscendingOrder);
+    EXPECT_EQ(titles(), (Texts{"9:00", "10:00", "unknown"}));
+    list.rows[1].state.m_outcome.m_report.m_nFileRate = 44100;
+    list.rows[1].state.m_outcome.m_report.m_dHeardSeconds = 570.0;
+    model.reloadRow(1);
+    EXPECT_EQ(titles(), (Texts{"9:00", "unknown", "10:00"}));
+    model.removeColumn(kStateColumn);
+    EXPECT_EQ(model.columnCount(), 4);
+    EXPECT_EQ(model.index(0, 3).data().toString(), "9:00");
+}
+
+TEST_F(FileTableOrderTest, StatesThatChangeAtOnceAreSortedAnew) {
+    add(u"done");
+    add(u"todo");
+    model.addColumn(kStateColumn);
+    model.sort(3, Qt::AscendingOrder);
+    EXPECT_EQ(titles(), (Texts{"done", "todo"})); // "analyzed", "to do"
+    setState(0, u"todo");
+    setState(1, u"done");
+    model.reloadAll();
+    EXPECT_EQ(titles(), (Texts{"done", "todo"}));
+    EXPECT_EQ(model.idAt(0), 1U);
+}

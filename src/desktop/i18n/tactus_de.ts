@@ -381,6 +381,17 @@
     </message>
 </context>
 <context>
+    <name>CColumnsMenu</name>
+    <message>
+        <source>Columns</source>
+        <translation>Spalten</translation>
+    </message>
+    <message>
+        <source>As at first</source>
+        <translation>Wie am Anfang</translation>
+    </message>
+</context>
+<context>
     <name>CEmptyHint</name>
     <message>
         <source>Drop files and folders here, or</source>
@@ -647,8 +658,8 @@
         <translation>Fenster</translation>
     </message>
     <message>
-        <source>Re&amp;member its size</source>
-        <translation>Größe &amp;merken</translation>
+        <source>Re&amp;member its size and columns</source>
+        <translation>Größe und Spalten &amp;merken</translation>
     </message>
     <message>
         <source>Nothing is stored: everything is as it came.</source>
@@ -880,6 +891,91 @@
     <message>
         <source>%1 %</source>
         <translation>%1 %</translation>
+    </message>
+</context>
+<context>
+    <name>MoreColumns</name>
+    <message>
+        <source>reading</source>
+        <translation>liest</translation>
+    </message>
+    <message>
+        <source>analyzing</source>
+        <translation>läuft</translation>
+    </message>
+    <message>
+        <source>to do</source>
+        <translation>zu tun</translation>
+    </message>
+    <message>
+        <source>by hand</source>
+        <translation>von Hand</translation>
+    </message>
+    <message>
+        <source>from the tag</source>
+        <translation>aus dem Tag</translation>
+    </message>
+    <message>
+        <source>no beat</source>
+        <translation>kein Schlag</translation>
+    </message>
+    <message>
+        <source>failed</source>
+        <translation>misslungen</translation>
+    </message>
+    <message>
+        <source>damaged</source>
+        <translation>beschädigt</translation>
+    </message>
+    <message>
+        <source>to review</source>
+        <translation>zu prüfen</translation>
+    </message>
+    <message>
+        <source>analyzed</source>
+        <translation>analysiert</translation>
+    </message>
+    <message>
+        <source>yes</source>
+        <translation>ja</translation>
+    </message>
+    <message>
+        <source>no</source>
+        <translation>nein</translation>
+    </message>
+    <message>
+        <source>Or</source>
+        <comment>another tempo</comment>
+        <translation>Oder</translation>
+    </message>
+    <message>
+        <source>Other reading</source>
+        <translation>Andere Lesart</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <comment>of music</comment>
+        <translation>Tonart</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>Länge</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Zustand</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>Art</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>Stored</source>
+        <translation>Gespeichert</translation>
     </message>
 </context>
 <context>
