@@ -70,13 +70,13 @@ std::string WriterName(EJournalWriter writer) {
 void ReportJournal(CJournal const& journal) {
     std::string const reason = RecordReason(journal.Problem());
     if (!reason.empty()) {
-        ReportProblem("the journal of writes " + reason);
+        ReportProblem(journal.Path(), "the journal of writes " + reason);
     }
 }
 
 void ReportStore(CRecordStore const& store) {
     std::string const reason = RecordReason(store.Problem());
     if (!reason.empty()) {
-        ReportProblem("the store of results " + reason);
+        ReportProblem(store.Path(), "the store of results " + reason);
     }
 }

@@ -226,6 +226,10 @@ std::optional<std::int64_t> CJournal::Clear() {
     });
 }
 
+std::string CJournal::Path() const {
+    return m_pImpl->m_sFolder + "/" + kJournalKind.m_pFileName;
+}
+
 ERecordProblem CJournal::Problem() const {
     std::scoped_lock const guard(m_lock);
     return m_pImpl->m_eProblem;

@@ -123,6 +123,9 @@ public:
     /// Forgets everything. Returns: the number of writes forgotten; nothing when that failed.
     std::optional<std::int64_t> Clear();
 
+    /// Where its file lies or would lie; means nothing without a folder.
+    [[nodiscard]] std::string Path() const;
+
     /// The first trouble since the journal was made.
     [[nodiscard]] ERecordProblem Problem() const;
 

@@ -308,6 +308,10 @@ std::optional<std::int64_t> CRecordStore::Clear() {
     return m_pImpl->Remove("DELETE FROM songs");
 }
 
+std::string CRecordStore::Path() const {
+    return m_pImpl->Path();
+}
+
 ERecordProblem CRecordStore::Problem() const {
     std::scoped_lock const guard(m_lock);
     return m_pImpl->m_eProblem;

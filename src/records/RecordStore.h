@@ -58,6 +58,9 @@ public:
     /// Removes everything. Returns: how many songs.
     std::optional<std::int64_t> Clear();
 
+    /// Where its file lies or would lie; means nothing without a folder.
+    [[nodiscard]] std::string Path() const;
+
     /// The first trouble since the store was made.
     [[nodiscard]] ERecordProblem Problem() const;
 

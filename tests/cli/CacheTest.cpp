@@ -99,7 +99,8 @@ TEST_F(CacheTest, ADamagedStoreIsToldInOneLine) {
     CProcessResult const run = Tactus({"analyze", "--format", "jsonl", "-q", "songs/c.mp3"});
     EXPECT_EQ(run.m_nExit, 0);
     EXPECT_EQ(run.m_sErr,
-              "tactus: the store of results was damaged and is put aside; a new one is begun\n");
+              "tactus: " + (m_cache / "c/tactus/songs.sqlite") +
+                  ": the store of results was damaged and is put aside; a new one is begun\n");
     EXPECT_EQ(Rows({}), without);
 }
 
@@ -108,7 +109,8 @@ TEST_F(CacheTest, NothingIsKeptWhereNothingCanBe) {
     WriteText(m_cache / "c", "no folder");
     CProcessResult const run = Tactus({"analyze", "-q", "songs/c.mp3"});
     EXPECT_EQ(run.m_nExit, 0);
-    EXPECT_EQ(run.m_sErr, "tactus: the store of results can't be opened or made\n");
+    EXPECT_EQ(run.m_sErr, "tactus: " + (m_cache / "c/tactus/songs.sqlite") +
+                              ": the store of results can't be opened or made\n");
     (void)::setenv("TACTUS_NO_RECORDS", "1", 1);
     EXPECT_EQ(Tactus({"analyze", "-q", "songs/c.mp3"}).m_sErr, "");
     EXPECT_THAT(Tactus({"cache", "info"}).m_sErr, StartsWith("tactus: nothing is remembered"));

@@ -145,7 +145,8 @@ TEST_F(UndoCommandTest, AWriteSucceedsWithoutAJournal) {
     WriteText(m_state / "s", "no folder");
     CProcessResult const set = Tactus({"tag", "set", "a.mp3", "TBPM", "100"});
     EXPECT_EQ(set.m_nExit, 0);
-    EXPECT_EQ(set.m_sErr, "tactus: the journal of writes can't be opened or made\n");
+    EXPECT_EQ(set.m_sErr, "tactus: " + (m_state / "s/tactus/journal.sqlite") +
+                              ": the journal of writes can't be opened or made\n");
     EXPECT_EQ(Tactus({"tag", "get", "a.mp3", "TBPM"}).m_sOut, "100\n");
 }
 
