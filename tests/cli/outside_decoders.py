@@ -112,19 +112,18 @@ def make_files(folder, is_all):
     """Paths of the files, each with its kind, its rate and the moments of its clicks."""
     files = {}
     for number, (bpm, start) in enumerate(TRACKS if is_all else TRACKS[:1]):
-        sources = {}
-        for name, rate, coder in kinds(is_all):
-            if rate not in sources:
-                path = f"{folder}/source-{number}-{rate}.wav"
+        for rate in RATES + HIGH_RATES:
+            made = {f"{folder}/{number}-{rate}-{name}.{ending(name)}": (name, coder)
+                    for name, of, coder in kinds(is_all) if of == rate}
+            if made:
                 moments, samples = clicks(bpm, start, rate)
-                with wave.open(path, "wb") as sound:
+                with wave.open(f"{folder}/source.wav", "wb") as sound:
                     sound.setparams((1, 2, rate, 0, "NONE", ""))
                     sound.writeframes(samples.tobytes())
-                sources[rate] = (path, moments)
-            source, moments = sources[rate]
-            path = f"{folder}/{number}-{rate}-{name}.{ending(name)}"
-            subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", source, *coder, path], check=True)
-            files[path] = (name, rate, moments)
+                outputs = [word for path, (_, coder) in made.items() for word in (*coder, path)]
+                subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", f"{folder}/source.wav",
+                                *outputs], check=True)
+            files.update({path: (name, rate, moments) for path, (name, _) in made.items()})
     return files
 
 
