@@ -12,6 +12,7 @@
 #include <QMenu>
 #include <QProxyStyle>
 #include <QScrollBar>
+#include <QSignalBlocker>
 #include <QStyleOption>
 #include <algorithm>
 
@@ -77,13 +78,15 @@ bool CFileTableView::hasColumn(int column) const {
     return m_model.sectionOf(column) >= 0;
 }
 
-// Columns that come or go leave selection and place as they are.
+// Columns that come or go leave selection and place as they are, so nobody is told of the moment
+// between.
 void CFileTableView::showColumn(EMoreColumn column, bool isWanted) {
     if (hasColumn(column) == isWanted) {
         return;
     }
     int const scrolled = verticalScrollBar()->value();
     keepPlaces();
+    QSignalBlocker const unheard(selectionModel());
     m_bFitting = true;
     if (isWanted) {
         m_model.addColumn(column);
@@ -96,6 +99,7 @@ void CFileTableView::showColumn(EMoreColumn column, bool isWanted) {
     restorePlaces();
     fitColumns();
     verticalScrollBar()->setValue(scrolled);
+    viewport()->update();
     emit columnsChanged();
 }
 

@@ -6,11 +6,13 @@
 #include "desktop/ColumnsMenu.h"
 #include "desktop/NoticeBar.h"
 #include "desktop/Settings.h"
+#include "desktop/SongPane.h"
 #include "support/TagFile.h"
 
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QSignalSpy>
 #include <QToolButton>
 
 namespace {
@@ -108,6 +110,21 @@ TEST_F(BpmWindowColumnsTest, ColumnsComeByTheMenuOfTheHeadAndGoAgain) {
     choose("Length");
     EXPECT_EQ(headsOf(window), "Title Artist Tempo Stored");
     EXPECT_EQ(table->selectedIds(), std::vector<std::size_t>{1});
+}
+
+TEST_F(BpmWindowColumnsTest, TheSongOfTheRowStaysWhenAColumnGoes) {
+    openTwo();
+    QTest::keyClick(&window, Qt::Key_F9);
+    auto* pane = window.findChild<CSongPane*>("songPane");
+    QSignalSpy settled(pane, &CSongPane::settled);
+    table->selectRow(1);
+    ASSERT_TRUE(settled.wait(20'000));
+    CSongPicture const* const picture = pane->picture();
+    ASSERT_NE(picture, nullptr);
+    choose("Length");
+    choose("Length");
+    EXPECT_EQ(pane->picture(), picture);
+    EXPECT_TRUE(action("actionDouble")->isEnabled());
 }
 
 TEST_F(BpmWindowColumnsTest, TheyFillTheTableAndAreInTheMenuToo) {
