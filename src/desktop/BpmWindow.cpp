@@ -57,6 +57,7 @@ BpmWindow::BpmWindow(BPMController& controller, CSettings settings)
     setUpToolbar();
     m_pStatusLine = new CStatusLine(this);
     setStatusBar(m_pStatusLine);
+    m_pStatusLine->setUndo(*m_pUndo);
     connectAll();
     setUpColumns();
     showCorrections();
@@ -228,6 +229,10 @@ bool BpmWindow::takeAddedRows(std::size_t limit) {
 
 void BpmWindow::reloadRow(std::size_t row) {
     m_model.reloadRow(row);
+    QModelIndex const current = m_pTable->currentIndex();
+    if (current.isValid() && m_model.idAt(current.row()) == row) {
+        showSong();
+    }
 }
 
 void BpmWindow::reloadAll() {

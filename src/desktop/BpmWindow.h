@@ -37,6 +37,7 @@ class QSplitter;
 class QToolBar;
 struct CExportRow;
 struct CTempoFix;
+struct CUndoReport;
 
 /// The main window over the controller: toolbar and picture, notices, filters, the table, what is
 /// wrong with the selected row, the pane with its song, and the status bar. It refuses to close
@@ -143,12 +144,14 @@ private:
     void stopAndClose();
     void hideRows();
     void bringBack();
-    void correct(CTempoFix const& fix);
+    void correct(std::vector<std::size_t> const& rows, CTempoFix const& fix);
     void showCorrections();
     void takeNextReading();
     void showSteps(bool isIdle);
     [[nodiscard]] bool isHidingLatest(std::optional<std::int64_t> latestStep);
     void undo();
+    void redo();
+    void tellStep(CUndoReport const& report);
     void showHidden(CBatchStatus const& status);
     void applyWishes(CWishes const& wishes);
     void onlyLook();
@@ -221,6 +224,8 @@ private:
     std::size_t m_nReadFolders = 0;      // Of those, in notices that were read.
     std::size_t m_nHidden = 0;           // Rows that the last notice told of.
     std::vector<CHideStep> m_vHideSteps; // The latest comes last.
+    QString m_sStep;                     // The step that is being taken back or done again.
+    std::int64_t m_nStart = 0;           // nanoseconds since the epoch
     std::atomic<bool> m_bCanClose{true};
     bool m_bCloseWhenIdle = false; // The user has chosen to stop and close.
     bool m_bDragIsTaken = false;   // The drag over the window has files.

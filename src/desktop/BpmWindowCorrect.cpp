@@ -11,6 +11,7 @@
 #include "desktop/NoticeBar.h"
 #include "desktop/Numbers.h"
 #include "desktop/SongPane.h"
+#include "desktop/StatusLine.h"
 
 #include <QAction>
 #include <QHBoxLayout>
@@ -41,7 +42,10 @@ void BpmWindow::addCorrection(QString const& name, QString const& text, char con
     CTempoFix const fix = TempoFixOf(word).value_or(CTempoFix());
     QAction* const action = makeAction(name, text, text, {key});
     m_vCorrections.push_back({action, word, action->toolTip()});
-    connect(action, &QAction::triggered, this, [this, fix] { correct(fix); });
+    connect(action, &QAction::triggered, this, [this, fix] {
+        correct(m_pTable->selectedIds(), fix);
+        showCorrections();
+    });
 }
 
 void BpmWindow::setUpCorrections() {
@@ -63,16 +67,15 @@ void BpmWindow::setUpCorrections() {
                                 {QKeySequence(Qt::ALT | Qt::Key_Return)});
     connect(m_pNextReading, &QAction::triggered, this, &BpmWindow::takeNextReading);
     connect(m_pPane, &CSongPane::tempoChosen, this, [this](double bpm) {
-        (void)m_pCorrector->Correct({m_model.idAt(m_pTable->currentIndex().row())},
-                                    {.m_dBpm = bpm});
+        correct({m_model.idAt(m_pTable->currentIndex().row())}, {.m_dBpm = bpm});
         showSong();
     });
     connect(m_pType, &QAction::triggered, m_pTable, &CFileTableView::editTempo);
     connect(m_pUndo, &QAction::triggered, this, &BpmWindow::undo);
-    connect(m_pRedo, &QAction::triggered, this, [this] { m_pCorrector->Redo(); });
-    connect(m_pTable, &CFileTableView::tempoTyped, this, [this](std::size_t id, double bpm) {
-        (void)m_pCorrector->Correct({id}, {.m_dBpm = bpm});
-    });
+    connect(m_pRedo, &QAction::triggered, this, &BpmWindow::redo);
+    connect(m_pTable, &CFileTableView::tempoTyped, this,
+            [this](std::size_t id, double bpm) { correct({id}, {.m_dBpm = bpm}); });
+    m_nStart = Now();
     m_correctionTimer.setSingleShot(true);
     m_correctionTimer.setInterval(kRefreshMs);
     connect(&m_correctionTimer, &QTimer::timeout, this, &BpmWindow::showCorrections);
@@ -116,9 +119,10 @@ void BpmWindow::resizeEvent(QResizeEvent* event) {
     m_pCorrectionRoom->setVisible(width() >= m_nWidthForCorrections);
 }
 
-void BpmWindow::correct(CTempoFix const& fix) {
-    (void)m_pCorrector->Correct(m_pTable->selectedIds(), fix);
-    showCorrections();
+void BpmWindow::correct(std::vector<std::size_t> const& rows, CTempoFix const& fix) {
+    if (m_pCorrector->Correct(rows, fix)) {
+        m_pStatusLine->setSummary({}); // what was told there is no longer the last step
+    }
 }
 
 // The readings come from the analysis, or from the pane that has heard the song.
@@ -137,7 +141,7 @@ void BpmWindow::takeNextReading() {
     });
     bool const isLast = now == readings.end() || now + 1 == readings.end();
     CTempoCandidate const& next = isLast ? readings.front() : *(now + 1);
-    (void)m_pCorrector->Correct({id}, {.m_dBpm = static_cast<double>(next.m_fBpm)});
+    correct({id}, {.m_dBpm = static_cast<double>(next.m_fBpm)});
     showSong();
 }
 
@@ -169,11 +173,30 @@ bool BpmWindow::isHidingLatest(std::optional<std::int64_t> latestStep) {
 }
 
 void BpmWindow::undo() {
-    if (isHidingLatest(TimeOf(m_pCorrector->State().m_undo))) {
+    std::optional<CUndoStep> const step = m_pCorrector->State().m_undo;
+    if (isHidingLatest(TimeOf(step))) {
         bringBack();
-    } else {
+    } else if (step) {
+        m_sStep = tr("Undone: %1").arg(StepText(*step));
         m_pCorrector->Undo();
     }
+}
+
+void BpmWindow::redo() {
+    if (std::optional<CUndoStep> const step = m_pCorrector->State().m_redo) {
+        m_sStep = tr("Done again: %1").arg(StepText(*step));
+        m_pCorrector->Redo();
+    }
+}
+
+// A notice tells what was left as it is; the line at the bottom, what was done.
+void BpmWindow::tellStep(CUndoReport const& report) {
+    if (report.m_nLeft > 0) {
+        m_pNotices->post({ENotice::Undone, LeftText(report), {{tr("Close"), {}}}});
+    } else {
+        m_pNotices->withdraw(ENotice::Undone);
+    }
+    m_pStatusLine->setSummary(report.m_nDone > 0 ? m_sStep : QString());
 }
 
 void BpmWindow::hideRows() {
@@ -200,22 +223,22 @@ void BpmWindow::showSteps(bool isIdle) {
     m_bWasIdle = isIdle;
     CUndoState const state = m_pCorrector->State();
     QString done;
-    if (isHidingLatest(TimeOf(state.m_undo))) {
+    bool const isHiding = isHidingLatest(TimeOf(state.m_undo));
+    if (isHiding) {
         done =
             tr("hiding %Ln file(s)", nullptr, static_cast<int>(m_vHideSteps.back().m_vRows.size()));
     } else if (state.m_undo) {
         done = StepText(*state.m_undo);
     }
+    bool const isOfNow = state.m_undo && state.m_undo->m_nTime > m_nStart &&
+                         state.m_undo->m_kind != EStepKind::Analysis;
+    m_pStatusLine->showUndo(isHiding || isOfNow);
     m_pUndo->setEnabled(!done.isEmpty());
     m_pUndo->setText(done.isEmpty() ? tr("Undo") : tr("Undo: %1").arg(done));
     m_pRedo->setEnabled(state.m_redo.has_value());
     m_pRedo->setText(state.m_redo ? tr("Redo: %1").arg(StepText(*state.m_redo)) : tr("Redo"));
     if (std::optional<CUndoReport> const report = m_pCorrector->TakeReport()) {
-        if (report->m_nLeft > 0) {
-            m_pNotices->post({ENotice::Undone, LeftText(*report), {{tr("Close"), {}}}});
-        } else {
-            m_pNotices->withdraw(ENotice::Undone);
-        }
+        tellStep(*report);
     }
     if (!m_correctionTimer.isActive()) {
         m_correctionTimer.start();

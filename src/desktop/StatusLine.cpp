@@ -8,6 +8,7 @@
 
 #include <QLabel>
 #include <QProgressBar>
+#include <QToolButton>
 
 namespace {
 
@@ -21,6 +22,7 @@ CStatusLine::CStatusLine(QWidget* parent)
       m_pActivity(new CElidedLabel(Qt::ElideMiddle, this)),
       m_pSummary(new CElidedLabel(Qt::ElideRight, this)),
       m_pProgress(new QProgressBar(this)),
+      m_pUndo(new QToolButton(this)),
       m_pOnlyLook(new QLabel(tr("Only looking: nothing is written"), this)) {
     setObjectName("statusBar");
     setAccessibleName(tr("Status bar"));
@@ -36,6 +38,11 @@ CStatusLine::CStatusLine(QWidget* parent)
     m_pSummary->hide();
     addPermanentWidget(m_pSummary);
     addPermanentWidget(m_pProgress);
+    m_pUndo->setObjectName("statusUndo");
+    m_pUndo->setAutoRaise(true);
+    m_pUndo->setFocusPolicy(Qt::TabFocus);
+    m_pUndo->hide();
+    addPermanentWidget(m_pUndo);
     m_pOnlyLook->setObjectName("onlyLook");
     addPermanentWidget(m_pOnlyLook);
     setOnlyLook(false);
@@ -44,6 +51,14 @@ CStatusLine::CStatusLine(QWidget* parent)
 void CStatusLine::setSummary(QString const& summary) {
     m_pSummary->setText(summary);
     m_pSummary->setVisible(!summary.isEmpty());
+}
+
+void CStatusLine::setUndo(QAction& undo) {
+    m_pUndo->setDefaultAction(&undo);
+}
+
+void CStatusLine::showUndo(bool isWanted) {
+    m_pUndo->setVisible(isWanted);
 }
 
 void CStatusLine::setOnlyLook(bool isOnlyLook) {

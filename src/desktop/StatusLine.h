@@ -9,8 +9,10 @@
 #include <cstddef>
 
 class CElidedLabel;
+class QAction;
 class QLabel;
 class QProgressBar;
+class QToolButton;
 
 /// The status bar: what is going on, and the overall progress while there is any.
 /// Thread: main.
@@ -20,8 +22,12 @@ class CStatusLine : public QStatusBar {
 public:
     explicit CStatusLine(QWidget* parent = nullptr);
 
-    /// What came of the last run; empty for nothing.
+    /// What came of the last run or step; empty for nothing.
     void setSummary(QString const& summary);
+
+    /// Has a button for `undo`, which must outlive it; shown when it is wanted.
+    void setUndo(QAction& undo);
+    void showUndo(bool isWanted);
 
     /// Says, beside all else, that nothing is written.
     void setOnlyLook(bool isOnlyLook);
@@ -33,5 +39,6 @@ private:
     CElidedLabel* m_pActivity;
     CElidedLabel* m_pSummary;
     QProgressBar* m_pProgress;
+    QToolButton* m_pUndo;
     QLabel* m_pOnlyLook;
 };

@@ -4,6 +4,14 @@
 <context>
     <name>BpmWindow</name>
     <message>
+        <source>Undone: %1</source>
+        <translation>Zurückgenommen: %1</translation>
+    </message>
+    <message>
+        <source>Done again: %1</source>
+        <translation>Wiederholt: %1</translation>
+    </message>
+    <message>
         <source>Tactus</source>
         <translation>Tactus</translation>
     </message>
@@ -981,6 +989,14 @@
 <context>
     <name>PaneTexts</name>
     <message>
+        <source>in the tag: %1</source>
+        <translation>im Tag: %1</translation>
+    </message>
+    <message>
+        <source>no tempo in the tag</source>
+        <translation>kein Tempo im Tag</translation>
+    </message>
+    <message>
         <source>C minor</source>
         <translation>c-Moll</translation>
     </message>
@@ -1077,8 +1093,8 @@
         <translation>H-Dur</translation>
     </message>
     <message>
-        <source>%1 BPM</source>
-        <translation>%1 BPM</translation>
+        <source>%1 BPM found</source>
+        <translation>%1 BPM gefunden</translation>
     </message>
     <message>
         <source>measure %L1, beat %L2</source>
