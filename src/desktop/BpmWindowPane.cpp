@@ -95,8 +95,13 @@ void BpmWindow::showSong() {
         m_pPane->setSong(std::nullopt);
         return;
     }
-    m_pPane->setTempo(m_pCorrector->Tempo(m_model.idAt(current.row())));
-    CRowState const row = m_controller.rowState(m_model.idAt(current.row()));
+    std::size_t const id = m_model.idAt(current.row());
+    m_pPane->setTempo(m_pCorrector->Tempo(id));
+    CRowState const row = m_controller.rowState(id);
+    std::u16string const tempo =
+        m_controller.objectValueForTableColumn(CFileTableModel::kTempoColumn, id);
+    m_pPane->setTagSigns({row.m_nPercent < 0 ? tempo : std::u16string(), row.m_bInFile,
+                          row.m_bNotInFile, row.m_writeProblem});
     m_pPane->setSong(
         CPaneSong{CString(row.m_sPath).ToPath(),
                   current.siblingAtColumn(CFileTableModel::kTitleColumn).data().toString(),

@@ -8,6 +8,7 @@
 #include "desktop/SoundNames.h"
 #include "engine/envelope/Tempo.h"
 #include "engine/notes/KeyDetector.h"
+#include "song/KeyText.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -98,9 +99,17 @@ QString MajorKeyText(std::uint16_t tonic) {
     }
 }
 
+/// The key with its Camelot code.
+QString KeyFact(CSongPicture const& picture) {
+    QString const key = SpokenKey(picture.m_nTonic, picture.m_nMode);
+    return key.isEmpty() ? key
+                         : QString("%1 (%2)").arg(
+                               key, CamelotName(KeyText(picture.m_nTonic, picture.m_nMode)));
+}
+
 QString BpmText(float bpm) {
     constexpr int kDecimals = 2; // Fixed: as in the table.
-    return CPaneTexts::tr("%1 BPM").arg(QLocale().toString(bpm, 'f', kDecimals));
+    return CPaneTexts::tr("%1 BPM found").arg(QLocale().toString(bpm, 'f', kDecimals));
 }
 
 int AsCount(std::size_t count) {
@@ -144,7 +153,7 @@ QString SpokenKey(std::uint16_t tonic, std::uint16_t mode) {
 
 QString FactsText(CSongPicture const& picture) {
     QStringList facts{KindName(picture.m_outcome.m_report), LengthText(picture.Seconds()),
-                      SpokenKey(picture.m_nTonic, picture.m_nMode)};
+                      KeyFact(picture)};
     if (picture.m_grid.MeasureCount() > 0) {
         facts << QStringLiteral("%L1/%L1").arg(4); // The engine knows no other metre.
     }
@@ -167,6 +176,11 @@ QString TempoLineText(CSongPicture const& picture) {
     }
     return Joined({BpmText(picture.m_fBpm),
                    CPaneTexts::tr("%Ln measure(s)", nullptr, picture.m_grid.MeasureCount())});
+}
+
+QString TagText(QString const& tempo) {
+    return tempo.isEmpty() ? CPaneTexts::tr("no tempo in the tag")
+                           : CPaneTexts::tr("in the tag: %1").arg(tempo);
 }
 
 QString PictureText(CSongPicture const& picture) {

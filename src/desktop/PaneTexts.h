@@ -30,6 +30,9 @@ QString MusicalPlaceText(CSongPicture const& picture, std::int64_t sample);
 /// Tempo and measures in one line.
 QString TempoLineText(CSongPicture const& picture);
 
+/// What the file's tag says, if anything: "in the tag: 94.99".
+QString TagText(QString const& tempo);
+
 /// What the picture shows, for those who don't see it.
 QString PictureText(CSongPicture const& picture);
 

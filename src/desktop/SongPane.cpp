@@ -6,11 +6,13 @@
 #include "desktop/AccentsView.h"
 #include "desktop/ElidedLabel.h"
 #include "desktop/Glyphs.h"
+#include "desktop/Numbers.h"
 #include "desktop/PaneTexts.h"
 #include "desktop/PictureView.h"
 #include "desktop/SoundControls.h"
 #include "desktop/TempoLine.h"
 #include "desktop/Texts.h"
+#include "song/SongTags.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -60,6 +62,14 @@ CSongPane::CSongPane(IPictureSource& source, CSoundChoice sound, QWidget* parent
     m_pStack->addWidget(makePage());
     setUpSound();
     connect(this, &CSongPane::arrived, this, &CSongPane::take, Qt::QueuedConnection);
+    connect(
+        this, &CSongPane::tagRead, this,
+        [this](std::uint64_t request, QString const& tempo) {
+            if (request == m_nTagRequest) {
+                m_pTag->setText(TagText(tempo));
+            }
+        },
+        Qt::QueuedConnection);
     setSong(std::nullopt);
 }
 
@@ -71,13 +81,15 @@ QWidget* CSongPane::makePage() {
     m_pStrip = new CBeatStrip(page);
     m_pStrip->setAccessibleName(tr("Some measures"));
     m_pTempo = MakeLabel(page, "paneTempo");
+    m_pTag = new CElidedLabel(Qt::ElideRight, page);
+    m_pTag->setObjectName("paneTag");
     m_pAccentsA = new CAccentsView(tr("Accents A"), page);
     m_pAccentsB = new CAccentsView(tr("B"), page);
     auto* foot = new QHBoxLayout;
     foot->setSpacing(kFootGap);
     m_pControls = new CSoundControls(page);
     foot->addWidget(m_pTempo);
-    foot->addStretch();
+    foot->addWidget(m_pTag, 1);
     foot->addWidget(m_pControls);
     foot->addWidget(m_pAccentsA);
     foot->addWidget(m_pAccentsB);
@@ -179,9 +191,31 @@ void CSongPane::setSong(std::optional<CPaneSong> song) {
         return;
     }
     showMessage(tr("Reading “%1” …").arg(m_song->m_sTitle));
+    m_pTag->clear();
+    readTag();
     m_loader.Load(m_song->m_sPath, [this, request](CSongPicturePtr const& picture) {
         emit arrived(request, picture);
     });
+}
+
+void CSongPane::setTagSigns(CTagSigns const& signs) {
+    if (signs != m_signs) {
+        m_signs = signs;
+        readTag();
+    }
+}
+
+// What is asked for next makes the one before needless.
+void CSongPane::readTag() {
+    std::uint64_t const request = ++m_nTagRequest;
+    if (m_song) {
+        (void)m_tags.Post([this, request, path = m_song->m_sPath] {
+            if (request == m_nTagRequest) {
+                std::string const tempo = ReadShownTags(CString::FromPath(path)).m_sTempo;
+                emit tagRead(request, TempoText(QString::fromStdString(tempo).toStdU16String()));
+            }
+        });
+    }
 }
 
 // One that was on its way when another song was chosen comes too late.

@@ -3,11 +3,14 @@
 
 #pragma once
 
+#include "IDTag/WriteProblem.h"
 #include "app/PictureLoader.h"
+#include "app/WorkQueue.h"
 #include "desktop/SongSound.h"
 
 #include <QString>
 #include <QWidget>
+#include <atomic>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -31,6 +34,16 @@ struct CPaneSong {
     friend bool operator==(CPaneSong const&, CPaneSong const&) = default;
 };
 
+/// What the list knows of a file's tag; when that changes, the tag may have.
+struct CTagSigns {
+    std::u16string m_sTempo;
+    bool m_bInFile = false;
+    bool m_bNotInFile = false;
+    EWriteProblem m_problem = EWriteProblem::None;
+
+    friend bool operator==(CTagSigns const&, CTagSigns const&) = default;
+};
+
 /// What there is to see of one song: who and what it is, the whole of it, some measures, tempo and
 /// accents; or why there is nothing to see. Left and right go from beat to beat, with Ctrl from
 /// measure to measure, Space plays and stops.
@@ -47,6 +60,9 @@ public:
 
     /// The tempo that the song has in the list now; 0 for none.
     void setTempo(double bpm);
+
+    /// Reads anew what the song's file says, when these are others than before.
+    void setTagSigns(CTagSigns const& signs);
 
     /// The picture that is shown; null while there is none.
     [[nodiscard]] CSongPicture const* picture() const;
@@ -67,6 +83,9 @@ signals:
     /// Sent on the worker, received on the main thread.
     void arrived(std::uint64_t request, CSongPicturePtr picture);
 
+    /// Likewise. `tempo`: as it stands in the file's tag.
+    void tagRead(std::uint64_t request, QString const& tempo);
+
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -76,6 +95,7 @@ private:
     void setUpSound();
     QWidget* makePage();
     void take(std::uint64_t request, CSongPicturePtr const& picture);
+    void readTag();
     void showMessage(QString const& text);
     void showPicture(CSongPicturePtr const& picture);
     void goTo(std::int64_t sample, bool isTold);
@@ -87,6 +107,8 @@ private:
 
     std::optional<CPaneSong> m_song;
     std::uint64_t m_nRequest = 0; // the latest
+    CTagSigns m_signs;
+    std::atomic<std::uint64_t> m_nTagRequest = 0; // the latest
     QStackedLayout* m_pStack;
     QLabel* m_pMessage;
     CElidedLabel* m_pTitle;
@@ -94,6 +116,7 @@ private:
     QLabel* m_pPlace;
     QLabel* m_pFacts;
     QLabel* m_pTempo;
+    CElidedLabel* m_pTag;
     CSongBar* m_pBar;
     CBeatStrip* m_pStrip;
     CAccentsView* m_pAccentsA;
@@ -103,5 +126,6 @@ private:
     double m_dTempo = 0.0; // in the list
     CSongPicturePtr m_pShown;
     CSongSound m_sound;
-    CPictureLoader m_loader; // comes last: its end waits for the worker, which may still deliver
+    CWorkQueue m_tags;       // reads them
+    CPictureLoader m_loader; // both come last: their end waits for workers that may still deliver
 };

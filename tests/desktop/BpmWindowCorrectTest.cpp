@@ -4,7 +4,9 @@
 #include "Language.h"
 #include "WindowFixture.h"
 #include "desktop/NoticeBar.h"
+#include "desktop/Settings.h"
 #include "desktop/SongPane.h"
+#include "support/Process.h"
 #include "support/TagFile.h"
 
 #include "IDTag/TagStore.h"
@@ -324,4 +326,58 @@ TEST_F(BpmWindowCorrectTest, ATempoIsTappedInThePaneAndAltReturnTakesReadings) {
     press(Qt::Key_Return, Qt::AltModifier);
     EXPECT_NEAR(std::stod(cell(0, 2)), static_cast<double>(readings[1].m_fBpm), 0.0051);
     EXPECT_NE(found, "");
+}
+
+TEST_F(BpmWindowCorrectTest, TheLineAtTheBottomOffersToTakeACorrectionBackAndTellsThatItIs) {
+    auto* button = window.findChild<QToolButton*>("statusUndo");
+    openThree();
+    EXPECT_FALSE(button->isVisible());
+    select(0);
+    press(Qt::Key_D);
+    ASSERT_TRUE(waitForTag("a.mp3", "180.00"));
+    ASSERT_TRUE(waitForUndo("Undo: ×2 on 1 file"));
+    EXPECT_TRUE(button->isVisible());
+    EXPECT_EQ(button->text(), "Undo: ×2 on 1 file");
+    QTest::mouseClick(button, Qt::LeftButton);
+    ASSERT_TRUE(waitForTag("a.mp3", "90"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return label("summary") == "Undone: ×2 on 1 file"; }));
+    EXPECT_FALSE(button->isVisible());
+    press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return label("summary") == "Done again: ×2 on 1 file"; }));
+    EXPECT_TRUE(button->isVisible());
+    press(Qt::Key_D);
+    EXPECT_EQ(label("summary"), ""); // that was the step before
+}
+
+TEST_F(BpmWindowCorrectTest, WhatARunStoredIsNotOfferedToBeTakenBack) {
+    Ffmpeg({"-i", writeClip("clip.wav"), "-map_metadata", "-1", folder / "a.mp3"});
+    open({folder / "a.mp3"});
+    ASSERT_TRUE(waitUntilIdle());
+    ASSERT_TRUE(waitForUndo("Undo: 1 stored tempo"));
+    EXPECT_FALSE(window.findChild<QToolButton*>("statusUndo")->isVisible());
+    table->setFocus();
+    select(0);
+    press(Qt::Key_Delete, Qt::NoModifier);
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return window.findChild<QToolButton*>("statusUndo")->isVisible(); }));
+}
+
+TEST_F(BpmWindowCorrectTest, ThePaneTellsWhatTheTagSaysNow) {
+    Ffmpeg({"-i", writeClip("b.wav"), "-map_metadata", "-1", folder / "a.mp3"});
+    open({folder / "a.mp3", folder / "b.wav"});
+    ASSERT_TRUE(waitUntilIdle());
+    auto const waitFor = [this](char const* text) {
+        return QTest::qWaitFor([&] { return label("paneTag") == text; }, 10'000);
+    };
+    table->setFocus();
+    press(Qt::Key_F9, Qt::NoModifier);
+    select(0);
+    EXPECT_TRUE(waitFor("in the tag: 120.00"));
+    press(Qt::Key_D);
+    EXPECT_TRUE(waitFor("in the tag: 240.00"));
+    press(Qt::Key_Z);
+    EXPECT_TRUE(waitFor("in the tag: 120.00"));
+    select(1);
+    EXPECT_TRUE(waitFor("no tempo in the tag"));
+    CSettings().Clear();
 }

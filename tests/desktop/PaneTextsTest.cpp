@@ -50,10 +50,15 @@ TEST(PaneTextsTest, LengthsAreRoundedToSeconds) {
 
 TEST(PaneTextsTest, FactsAreKindLengthKeyAndMetre) {
     CSongPicture picture = Minute();
-    EXPECT_EQ(Text(FactsText(picture)), "MP3 · 1:00 · A minor · 4/4");
+    EXPECT_EQ(Text(FactsText(picture)), "MP3 · 1:00 · A minor (8A) · 4/4");
     picture.m_nMode = 0;
     picture.m_grid = {};
     EXPECT_EQ(Text(FactsText(picture)), "MP3 · 1:00");
+}
+
+TEST(PaneTextsTest, WhatTheTagSaysIsToldInWords) {
+    EXPECT_EQ(Text(TagText("94.99")), "in the tag: 94.99");
+    EXPECT_EQ(Text(TagText("")), "no tempo in the tag");
 }
 
 TEST(PaneTextsTest, EveryKeyHasANameOfItsOwn) {
@@ -87,7 +92,7 @@ TEST(PaneTextsTest, APictureIsToldAsAWhole) {
     picture.m_vFades = {44100, 5 * 44100};
     picture.m_fAccentsA = {1.0f, 0.0f, 0.5f, 0.0f, 0.25f, 0.0f, 0.0f, 0.0f};
     EXPECT_EQ(Text(PictureText(picture)),
-              "MP3 · 1:00 · A minor · 4/4 · 120.00 BPM · 30 measures "
+              "MP3 · 1:00 · A minor (8A) · 4/4 · 120.00 BPM found · 30 measures "
               "The intro ends at 0:01.0. The outro starts at 0:50.0. "
               "2 mix points into the song: 0:00.0, 0:02.0. 1 mix point out of it: 0:49.0. "
               "The song before fades out from 0:01.0 to 0:05.0. "
