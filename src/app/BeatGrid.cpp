@@ -3,13 +3,13 @@
 
 #include "app/BeatGrid.h"
 
-#include "engine/envelope/ImpactPoints.h"
+#include "base/EngineRate.h"
+#include "song/BeatTimes.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
-
-constexpr std::int32_t kBeatsPerMeasure = 4; // Fixed: the engine knows no other metre.
 
 std::optional<CBeat> StepIn(std::vector<CBeat> const& beats, std::int64_t sample,
                             std::int32_t count) {
@@ -34,31 +34,20 @@ std::optional<CBeat> StepIn(std::vector<CBeat> const& beats, std::int64_t sample
 
 } // namespace
 
-CBeatGrid::CBeatGrid(CPfImpactPoints const& grid, std::int64_t end) {
-    std::int64_t const step = grid.GetResolution() / kBeatsPerMeasure;
-    if (step == 0 || grid.GetResolution() % kBeatsPerMeasure != 0) {
-        return;
-    }
-    std::int64_t mark = 0;
-    std::int32_t downbeat = 0;
-    if (grid.EnumMeasStartMarks(0, &mark)) {
-        (void)grid.GetClosestPointIndex(mark, &downbeat);
-    }
-    auto const points = grid.Points();
-    std::int64_t const resolution = grid.GetResolution();
-    std::int64_t place = (resolution - downbeat % resolution) % resolution; // within its measure
+CBeatGrid::CBeatGrid(CBeatTimes const& heard, std::int64_t end) {
     std::int32_t measure = 0;
-    for (std::int64_t const point : points) {
-        std::int64_t const phase = place++ % resolution;
-        if (point < 0 || point >= end || phase % step != 0) {
+    for (CBeatTime const& time : heard.m_vHalfBeats) {
+        std::int64_t const sample = std::llround(time.m_dSeconds * double{kEngineRateHz});
+        if (time.m_nPlace == 0 || sample < 0 || sample >= end) {
             continue;
         }
-        measure += static_cast<std::int32_t>(phase == 0);
-        m_vBeats.push_back({point, measure, static_cast<std::int32_t>(phase / step) + 1});
-        if (phase == 0) {
+        measure += static_cast<std::int32_t>(time.m_nPlace == 1);
+        m_vBeats.push_back({sample, measure, time.m_nPlace});
+        if (time.m_nPlace == 1) {
             m_vMeasures.push_back(m_vBeats.back());
         }
     }
+    m_nBeatsPerMeasure = m_vBeats.empty() ? 0 : heard.m_nBeatsPerMeasure;
 }
 
 std::optional<CBeat> CBeatGrid::At(std::int64_t sample) const {

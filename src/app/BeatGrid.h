@@ -9,13 +9,13 @@
 #include <span>
 #include <vector>
 
-class CPfImpactPoints;
+struct CBeatTimes;
 
 /// One beat of a song.
 struct CBeat {
     std::int64_t m_nSample = 0;  // from the song's start
     std::int32_t m_nMeasure = 0; // 1 for the first whole one, 0 for what comes before it
-    std::int32_t m_nBeat = 0;    // 1 to 4 within its measure
+    std::int32_t m_nBeat = 0;    // from 1 on within its measure
 
     friend bool operator==(CBeat const&, CBeat const&) = default;
 };
@@ -26,10 +26,8 @@ class CBeatGrid {
 public:
     CBeatGrid() = default;
 
-    /// Takes every second point of the engine's grid of half beats, from the phase of its first
-    /// measure-start mark on; from the phase of its first point where there is no mark. Points
-    /// outside [0, `end`) are left out. Empty for a grid whose resolution isn't a multiple of four.
-    CBeatGrid(CPfImpactPoints const& grid, std::int64_t end);
+    /// The beats that were heard. Those outside [0, `end`) are left out.
+    CBeatGrid(CBeatTimes const& heard, std::int64_t end);
 
     [[nodiscard]] std::span<CBeat const> Beats() const { return m_vBeats; }
 
@@ -45,6 +43,9 @@ public:
     [[nodiscard]] std::optional<CBeat> StepMeasures(std::int64_t sample,
                                                     std::int32_t measures) const;
 
+    /// 3 or 4; 0 when the grid is empty.
+    [[nodiscard]] std::int32_t BeatsPerMeasure() const { return m_nBeatsPerMeasure; }
+
     /// Number of the last measure that begins; 0 without any.
     [[nodiscard]] std::int32_t MeasureCount() const {
         return m_vBeats.empty() ? 0 : m_vBeats.back().m_nMeasure;
@@ -53,4 +54,5 @@ public:
 private:
     std::vector<CBeat> m_vBeats;
     std::vector<CBeat> m_vMeasures; // of these, the first ones of measures
+    std::int32_t m_nBeatsPerMeasure = 0;
 };

@@ -63,7 +63,7 @@ double CSongPicture::Seconds() const {
     return static_cast<double>(m_nSamples) / kEngineRateHz;
 }
 
-CSongPicture MakeSongPicture(CSongProfile profile, CPfImpactPoints const& grid) {
+CSongPicture MakeSongPicture(CSongProfile profile) {
     CSongPicture picture;
     CProfileResults const& results = profile.m_results;
     picture.m_vCandidates = CandidatesOf(profile).m_vCandidates;
@@ -77,7 +77,7 @@ CSongPicture MakeSongPicture(CSongProfile profile, CPfImpactPoints const& grid) 
         std::max<std::int64_t>(picture.m_nSamples / kSamplesPerElement, 0));
     picture.m_vEnergy = Levels(profile.m_energy.Elements(), heard);
     picture.m_vBass = Levels(profile.m_bass.Elements(), heard);
-    picture.m_grid = CBeatGrid(grid, picture.m_nSamples);
+    picture.m_grid = CBeatGrid(profile.m_beats, picture.m_nSamples);
     picture.m_nIntroEnd = std::clamp<std::int64_t>(results.GetIntroEnd(), 0, picture.m_nSamples);
     picture.m_nOutroStart =
         std::clamp<std::int64_t>(results.GetOutroStart(), 0, picture.m_nSamples);

@@ -12,7 +12,6 @@
 #include <cstdint>
 #include <vector>
 
-class CPfImpactPoints;
 struct CSongProfile;
 
 constexpr std::size_t kAccentSteps = 8;          // Fixed: half beats of a measure.
@@ -48,6 +47,6 @@ struct CSongPicture {
     std::vector<CTempoCandidate> m_vCandidates; // readings of the tempo, the likeliest first
 };
 
-/// Takes from a profile, which must have kept its envelopes, and from the engine's grid of the same
-/// run what a picture needs.
-[[nodiscard]] CSongPicture MakeSongPicture(CSongProfile profile, CPfImpactPoints const& grid);
+/// Takes from a profile, which must have kept its envelopes and heard the beats, what a picture
+/// needs.
+[[nodiscard]] CSongPicture MakeSongPicture(CSongProfile profile);

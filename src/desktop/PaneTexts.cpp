@@ -155,7 +155,8 @@ QString FactsText(CSongPicture const& picture) {
     QStringList facts{KindName(picture.m_outcome.m_report), LengthText(picture.Seconds()),
                       KeyFact(picture)};
     if (picture.m_grid.MeasureCount() > 0) {
-        facts << QStringLiteral("%L1/%L1").arg(4); // The engine knows no other metre.
+        constexpr int kQuarters = 4; // Fixed: beats are written as quarters.
+        facts << QStringLiteral("%L1/%L2").arg(picture.m_grid.BeatsPerMeasure()).arg(kQuarters);
     }
     return Joined(facts);
 }

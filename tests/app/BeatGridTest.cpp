@@ -3,29 +3,31 @@
 
 #include "app/BeatGrid.h"
 
-#include "engine/envelope/ImpactPoints.h"
+#include "song/BeatTimes.h"
 
 #include <gtest/gtest.h>
 #include <limits>
 
 namespace {
 
-/// Half beats every 100 samples from `first` on, eight a measure, the downbeat at `mark`.
-CPfImpactPoints Grid(std::int64_t first, int count, std::int64_t mark) {
-    CPfImpactPoints grid(44100, 100'000);
-    grid.SetResolution(8);
+/// Half beats every 100 samples from `first` on, eight a measure; `mark` is a downbeat.
+CBeatTimes Times(std::int64_t first, int count, std::int64_t mark) {
+    CBeatTimes times{.m_vHalfBeats = {}, .m_nBeatsPerMeasure = 4};
     for (int i = 0; i < count; ++i) {
-        grid.Add(first + i * 100);
+        std::int64_t const sample = first + i * 100;
+        std::int64_t const half = ((sample - mark) / 100 % 8 + 8) % 8;
+        times.m_vHalfBeats.push_back(
+            {.m_dSeconds = static_cast<double>(sample) / 44100.0,
+             .m_nPlace = static_cast<std::uint8_t>(half % 2 == 0 ? half / 2 + 1 : 0)});
     }
-    grid.AddMeasStartMark(mark);
-    return grid;
+    return times;
 }
 
 } // namespace
 
-TEST(BeatGridTest, EverySecondPointFromTheDownbeatOnIsABeat) {
-    // Points 50, 150, 250 ... 1850; the downbeat is the fourth, 350.
-    CBeatGrid const grid(Grid(50, 19, 350), 100'000);
+TEST(BeatGridTest, HalfBeatsBetweenTheBeatsAreLeftOut) {
+    // Half beats 50, 150, 250 ... 1850; the downbeat is the fourth, 350.
+    CBeatGrid const grid(Times(50, 19, 350), 100'000);
     std::vector<CBeat> const expected{{150, 0, 4},  {350, 1, 1},  {550, 1, 2},
                                       {750, 1, 3},  {950, 1, 4},  {1150, 2, 1},
                                       {1350, 2, 2}, {1550, 2, 3}, {1750, 2, 4}};
@@ -34,16 +36,27 @@ TEST(BeatGridTest, EverySecondPointFromTheDownbeatOnIsABeat) {
 }
 
 TEST(BeatGridTest, BeatsOutsideTheSongAreLeftOut) {
-    CBeatGrid const grid(Grid(-300, 12, -300), 400); // beats at -300, -100, 100, 300, 500 ...
+    CBeatGrid const grid(Times(-300, 12, -300), 400); // beats at -300, -100, 100, 300, 500 ...
     ASSERT_EQ(grid.Beats().size(), 2U);
     EXPECT_EQ(grid.Beats()[0], (CBeat{100, 0, 3}));
     EXPECT_EQ(grid.Beats()[1], (CBeat{300, 0, 4}));
 }
 
-TEST(BeatGridTest, AGridWithoutResolutionHasNoBeats) {
-    CPfImpactPoints points(44100, 1000);
-    points.Add(10);
-    CBeatGrid const grid(points, 1000);
+TEST(BeatGridTest, MeasuresOfThreeBeatsAreThatLong) {
+    CBeatTimes times{.m_vHalfBeats = {}, .m_nBeatsPerMeasure = 3};
+    for (int i = 0; i < 7; ++i) {
+        times.m_vHalfBeats.push_back({.m_dSeconds = static_cast<double>(i),
+                                      .m_nPlace = static_cast<std::uint8_t>(i % 3 + 1)});
+    }
+    CBeatGrid const grid(times, 44100 * 10);
+    EXPECT_EQ(grid.BeatsPerMeasure(), 3);
+    EXPECT_EQ(grid.MeasureCount(), 3);
+    EXPECT_EQ(grid.StepMeasures(0, 1), (CBeat{3 * 44100, 2, 1}));
+}
+
+TEST(BeatGridTest, ASongWithoutBeatsHasAnEmptyGrid) {
+    CBeatGrid const grid(CBeatTimes(), 1000);
+    EXPECT_EQ(grid.BeatsPerMeasure(), 0);
     EXPECT_TRUE(grid.Beats().empty());
     EXPECT_EQ(grid.MeasureCount(), 0);
     EXPECT_EQ(grid.At(500), std::nullopt);
@@ -52,7 +65,7 @@ TEST(BeatGridTest, AGridWithoutResolutionHasNoBeats) {
 }
 
 TEST(BeatGridTest, APlaceBelongsToTheBeatBeforeIt) {
-    CBeatGrid const grid(Grid(50, 19, 350), 100'000);
+    CBeatGrid const grid(Times(50, 19, 350), 100'000);
     EXPECT_EQ(grid.At(149), std::nullopt);
     EXPECT_EQ(grid.At(150), (CBeat{150, 0, 4}));
     EXPECT_EQ(grid.At(549), (CBeat{350, 1, 1}));
@@ -60,7 +73,7 @@ TEST(BeatGridTest, APlaceBelongsToTheBeatBeforeIt) {
 }
 
 TEST(BeatGridTest, StepsGoFromBeatToBeatAndStayInTheSong) {
-    CBeatGrid const grid(Grid(50, 19, 350), 100'000);
+    CBeatGrid const grid(Times(50, 19, 350), 100'000);
     EXPECT_EQ(grid.Step(350, 1)->m_nSample, 550);
     EXPECT_EQ(grid.Step(351, -1)->m_nSample, 350);
     EXPECT_EQ(grid.Step(350, -1)->m_nSample, 150);

@@ -3,8 +3,8 @@
 
 #include "app/Player.h"
 
-#include "engine/envelope/ImpactPoints.h"
 #include "platform/StereoReader.h"
+#include "song/BeatTimes.h"
 #include "support/ClickTrack.h"
 #include "support/TempFolder.h"
 #include "support/WavFile.h"
@@ -47,13 +47,12 @@ public:
 
 /// Beats at these places; every fourth begins a measure.
 CBeatGrid Beats(std::vector<std::int64_t> const& places) {
-    CPfImpactPoints points(44100, std::int64_t{1} << 40);
-    points.SetResolution(4);
-    for (std::int64_t const place : places) {
-        points.Add(place);
+    CBeatTimes heard{.m_vHalfBeats = {}, .m_nBeatsPerMeasure = 4};
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        heard.m_vHalfBeats.push_back({.m_dSeconds = static_cast<double>(places[i]) / 44100.0,
+                                      .m_nPlace = static_cast<std::uint8_t>(i % 4 + 1)});
     }
-    points.AddMeasStartMark(places.front());
-    return {points, std::int64_t{1} << 40};
+    return {heard, std::int64_t{1} << 40};
 }
 
 std::vector<float> Render(CPlayer& player, std::size_t frames, std::size_t block = 1000) {

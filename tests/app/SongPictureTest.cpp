@@ -4,7 +4,6 @@
 #include "app/SongPicture.h"
 
 #include "app/PictureLoader.h"
-#include "engine/envelope/ImpactPoints.h"
 #include "song/SongProfile.h"
 #include "support/ClickTrack.h"
 #include "support/TempFolder.h"
@@ -12,6 +11,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cmath>
 #include <future>
 #include <gtest/gtest.h>
 #include <limits>
@@ -71,6 +71,20 @@ TEST(SongPictureTest, ASongHasItsLengthItsTempoAndABeatEveryHalfSecond) {
     EXPECT_LE(picture->m_nIntroEnd, picture->m_nOutroStart);
 }
 
+// Half beats alone would leave the beats half a step off as often as not.
+TEST(SongPictureTest, BeatsLieWhereTheClicksAre) {
+    CTempFolder const folder;
+    WriteWav(folder / "clicks.wav", MakeClickTrack(100.0, 30.0));
+    CSongPicturePtr const picture = Picture(folder / "clicks.wav");
+    auto const beats = picture->m_grid.Beats();
+    ASSERT_GE(beats.size(), 48U); // of 50
+    for (CBeat const& beat : beats) {
+        // A click every 0.6 s, which are 26460 samples; the ear takes 20 ms for one moment.
+        double const clicks = static_cast<double>(beat.m_nSample) / 26460.0;
+        EXPECT_NEAR(clicks, std::round(clicks), 882.0 / 26460.0);
+    }
+}
+
 TEST(SongPictureTest, TheLoudestElementIsFullAndSilenceNothing) {
     CSongProfile profile;
     ASSERT_TRUE(profile.m_energy.Initialize(5 * 256, 44100, 256));
@@ -80,7 +94,7 @@ TEST(SongPictureTest, TheLoudestElementIsFullAndSilenceNothing) {
     profile.m_energy.SetAt(3, 4.0f);
     profile.m_energy.SetAt(4, std::numeric_limits<float>::quiet_NaN());
     profile.m_results.SetSampleCount(5 * 256);
-    CSongPicture const picture = MakeSongPicture(std::move(profile), CPfImpactPoints(44100, 0));
+    CSongPicture const picture = MakeSongPicture(std::move(profile));
     EXPECT_EQ(picture.m_vEnergy, (std::vector<std::uint8_t>{0, 64, 255, 128, 0}));
     EXPECT_TRUE(picture.m_vBass.empty());
 }
@@ -91,7 +105,7 @@ TEST(SongPictureTest, EndlessElementsAreFull) {
     profile.m_bass.SetAt(0, std::numeric_limits<float>::infinity());
     profile.m_bass.SetAt(1, 1.0f);
     profile.m_results.SetSampleCount(2 * 256);
-    CSongPicture const picture = MakeSongPicture(std::move(profile), CPfImpactPoints(44100, 0));
+    CSongPicture const picture = MakeSongPicture(std::move(profile));
     EXPECT_EQ(picture.m_vBass, (std::vector<std::uint8_t>{255, 255}));
 }
 

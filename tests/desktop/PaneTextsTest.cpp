@@ -4,7 +4,7 @@
 #include "desktop/PaneTexts.h"
 
 #include "Language.h"
-#include "engine/envelope/ImpactPoints.h"
+#include "song/BeatTimes.h"
 
 #include <gtest/gtest.h>
 #include <set>
@@ -19,13 +19,13 @@ CSongPicture Minute() {
     picture.m_nTonic = 9;
     picture.m_nMode = 1;
     picture.m_outcome.m_report.m_container = EContainer::MpegAudio;
-    CPfImpactPoints points(44100, picture.m_nSamples);
-    points.SetResolution(8);
+    CBeatTimes heard{.m_vHalfBeats = {}, .m_nBeatsPerMeasure = 4};
     for (int i = 0; i < 240; ++i) {
-        points.Add(i * 11025);
+        heard.m_vHalfBeats.push_back(
+            {.m_dSeconds = i / 4.0,
+             .m_nPlace = static_cast<std::uint8_t>(i % 2 == 0 ? i / 2 % 4 + 1 : 0)});
     }
-    points.AddMeasStartMark(0);
-    picture.m_grid = CBeatGrid(points, picture.m_nSamples);
+    picture.m_grid = CBeatGrid(heard, picture.m_nSamples);
     return picture;
 }
 

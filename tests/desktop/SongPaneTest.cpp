@@ -6,7 +6,7 @@
 #include "desktop/AccentsView.h"
 #include "desktop/PictureView.h"
 #include "desktop/SoundControls.h"
-#include "engine/envelope/ImpactPoints.h"
+#include "song/BeatTimes.h"
 #include "support/ClickTrack.h"
 #include "support/TempFolder.h"
 #include "support/WavFile.h"
@@ -38,13 +38,13 @@ std::shared_ptr<CSongPicture> Minute() {
     picture->m_outcome.m_report.m_container = EContainer::Wav;
     picture->m_vEnergy.assign(60 * 44100 / 256, 255);
     picture->m_vBass.assign(60 * 44100 / 256, 0);
-    CPfImpactPoints points(44100, picture->m_nSamples);
-    points.SetResolution(8);
+    CBeatTimes heard{.m_vHalfBeats = {}, .m_nBeatsPerMeasure = 4};
     for (int i = 0; i < 240; ++i) {
-        points.Add(i * kBeat / 2);
+        heard.m_vHalfBeats.push_back(
+            {.m_dSeconds = i / 4.0,
+             .m_nPlace = static_cast<std::uint8_t>(i % 2 == 0 ? i / 2 % 4 + 1 : 0)});
     }
-    points.AddMeasStartMark(0);
-    picture->m_grid = CBeatGrid(points, picture->m_nSamples);
+    picture->m_grid = CBeatGrid(heard, picture->m_nSamples);
     picture->m_fAccentsA[0] = 1.0f;
     return picture;
 }
