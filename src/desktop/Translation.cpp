@@ -9,12 +9,15 @@
 #include <QTranslator>
 
 void InstallTranslations(QCoreApplication& app, QLocale const& locale) {
-    auto* ofQt = new QTranslator(&app);
-    if (ofQt->load(locale, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
-        QCoreApplication::installTranslator(ofQt);
-    }
     auto* ours = new QTranslator(&app);
-    if (ours->load(locale, "tactus", "_", ":/i18n") || ours->load(":/i18n/tactus_en.qm")) {
+    bool const isTranslated = ours->load(locale, "tactus", "_", ":/i18n");
+    if (isTranslated || ours->load(":/i18n/tactus_en.qm")) {
         QCoreApplication::installTranslator(ours);
+    }
+    // A window in English has no buttons in another language, and isn't mirrored.
+    auto* ofQt = new QTranslator(&app);
+    if (isTranslated &&
+        ofQt->load(locale, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        QCoreApplication::installTranslator(ofQt);
     }
 }
