@@ -4,6 +4,7 @@
 #include "desktop/ChipsLine.h"
 
 #include "desktop/Numbers.h"
+#include "desktop/Tints.h"
 
 #include <QButtonGroup>
 #include <QHBoxLayout>
@@ -37,6 +38,12 @@ CChipsLine::CChipsLine(QWidget* parent)
         chip->setAutoRaise(true);
         chip->setCheckable(true);
         chip->setFocusPolicy(Qt::TabFocus);
+        // On black, a button's own ground doesn't show that it is down.
+        connect(chip, &QToolButton::toggled, chip, [chip](bool isDown) {
+            QFont font = chip->font();
+            font.setUnderline(isDown);
+            chip->setFont(font);
+        });
         auto* shortcut = new QShortcut(keys, this); // A button's own goes with its text.
         connect(shortcut, &QShortcut::activated, chip, &QToolButton::click);
         chip->setToolTip(keys.toString(QKeySequence::NativeText));
@@ -62,6 +69,18 @@ void CChipsLine::setUpQuery() {
     m_pQuery->setMaximumWidth(fontMetrics().averageCharWidth() * kQueryChars);
     m_pQuery->installEventFilter(this);
     connect(m_pQuery, &QLineEdit::textChanged, this, &CChipsLine::queryChanged);
+    tintHint();
+}
+
+/// The field's hint in a colour that can be read: some palettes leave it black on black.
+void CChipsLine::tintHint() {
+    QPalette own;
+    for (auto const group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        own.setColor(group, QPalette::PlaceholderText,
+                     HintColor(palette().color(group, QPalette::Text),
+                               palette().color(group, QPalette::Base)));
+    }
+    m_pQuery->setPalette(own);
 }
 
 void CChipsLine::focusQuery() {
@@ -91,6 +110,13 @@ bool CChipsLine::eventFilter(QObject* object, QEvent* event) {
         makeRoom();
     }
     return QWidget::eventFilter(object, event);
+}
+
+void CChipsLine::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        tintHint();
+    }
 }
 
 void CChipsLine::resizeEvent(QResizeEvent* event) {

@@ -40,11 +40,13 @@ signals:
     void queryLeft();
 
 protected:
+    void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     void setUpQuery();
+    void tintHint();
     void makeRoom();
 
     QLineEdit* m_pQuery;

@@ -3,6 +3,9 @@
 
 #include "desktop/ChipsLine.h"
 
+#include "desktop/Tints.h"
+
+#include <QLineEdit>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
@@ -54,4 +57,25 @@ TEST_F(ChipsLineTest, TheKeysOutliveNewCounts) {
     EXPECT_EQ(line.filter(), ERowFilter::Problems);
     QTest::keyClick(&line, Qt::Key_1, Qt::AltModifier);
     EXPECT_EQ(line.filter(), ERowFilter::All);
+}
+
+TEST_F(ChipsLineTest, TheHintIsLegibleWhereThePaletteLeavesItBlack) {
+    QPalette palette = line.palette();
+    palette.setColor(QPalette::Base, QColor(27, 30, 32));
+    palette.setColor(QPalette::Text, Qt::white);
+    palette.setColor(QPalette::PlaceholderText, Qt::black);
+    line.setPalette(palette);
+    QPalette const& field = line.findChild<QLineEdit*>("query")->palette();
+    EXPECT_EQ(field.color(QPalette::Base), QColor(27, 30, 32));
+    EXPECT_GE(Contrast(field.color(QPalette::PlaceholderText), field.color(QPalette::Base)), 4.5);
+}
+
+TEST_F(ChipsLineTest, TheChosenChipIsUnderlined) {
+    auto const isUnderlined = [this](char const* name) {
+        return line.findChild<QToolButton*>(name)->font().underline();
+    };
+    EXPECT_TRUE(isUnderlined("chipAll"));
+    line.choose(ERowFilter::Problems);
+    EXPECT_TRUE(isUnderlined("chipProblems"));
+    EXPECT_FALSE(isUnderlined("chipAll"));
 }
