@@ -165,7 +165,7 @@ int UsualLetters(EMoreColumn column) {
     case kLengthColumn:
         return 7;
     case kKeyColumn:
-        return 9;
+        return 11;
     case kStateColumn:
         return 14;
     case kFolderColumn:

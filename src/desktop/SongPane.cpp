@@ -88,8 +88,11 @@ QWidget* CSongPane::makePage() {
     auto* foot = new QHBoxLayout;
     foot->setSpacing(kFootGap);
     m_pControls = new CSoundControls(page);
-    foot->addWidget(m_pTempo);
-    foot->addWidget(m_pTag, 1);
+    auto* tempos = new QVBoxLayout; // what was found over what is in the tag
+    tempos->setSpacing(0);
+    tempos->addWidget(m_pTempo);
+    tempos->addWidget(m_pTag);
+    foot->addLayout(tempos, 1);
     foot->addWidget(m_pControls);
     foot->addWidget(m_pAccentsA);
     foot->addWidget(m_pAccentsB);

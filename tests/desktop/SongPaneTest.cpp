@@ -347,3 +347,18 @@ TEST(SongPaneSoundTest, TheEndOfTheSongEndsThePlaying) {
     pane.findChild<QToolButton*>("panePlay")->click();
     EXPECT_FALSE(pane.isPlaying());
 }
+
+// The controls of the sound stand in the same line.
+TEST_F(SongPaneTest, WhatTheTagSaysHasRoomInASmallWindow) {
+    CSongPane sounding(source, {std::make_unique<CFakeOutput>(), ESoundProblem::None});
+    sounding.resize(760, 300);
+    sounding.show();
+    QSignalSpy settled(&sounding, &CSongPane::settled);
+    sounding.setSong(CPaneSong{"song", "Feelings", ""});
+    ASSERT_TRUE(settled.wait(10'000));
+    auto const* tag = sounding.findChild<QLabel*>("paneTag");
+    ASSERT_TRUE(QTest::qWaitFor([tag] { return !tag->text().isEmpty(); }));
+    EXPECT_EQ(tag->text(), "no tempo in the tag");
+    QTest::qWait(0); // the layout follows
+    EXPECT_GE(tag->width(), tag->fontMetrics().horizontalAdvance(tag->text()));
+}
