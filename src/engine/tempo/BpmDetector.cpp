@@ -67,12 +67,15 @@ public:
         if (m_nDivisor == 1) {
             return n; // 2^64 does not fit into the reciprocal
         }
-        __extension__ using Wide = unsigned __int128;
-        return static_cast<std::uint32_t>((static_cast<Wide>(m_nReciprocal) * n) >> 64);
+        // The product's upper 64 bits, from the reciprocal's halves: not every processor has 128.
+        std::uint64_t const low = (m_nReciprocal & kLowHalf) * n;
+        return static_cast<std::uint32_t>(((m_nReciprocal >> 32) * n + (low >> 32)) >> 32);
     }
     [[nodiscard]] std::uint32_t Modulo(std::uint32_t n) const { return n - Divide(n) * m_nDivisor; }
 
 private:
+    static constexpr std::uint64_t kLowHalf = 0xFFFF'FFFF;
+
     std::uint32_t m_nDivisor;
     std::uint64_t m_nReciprocal;
 };
