@@ -15,11 +15,10 @@
 #include "song/BeatGridFit.h"
 
 #include "base/EngineRate.h"
-#include "song/BeatListener.h"
 #include "song/EvenGrid.h"
+#include "song/GridShift.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <optional>
@@ -30,7 +29,6 @@ using Seconds = std::vector<double>;
 using Counts = std::vector<std::int64_t>;
 
 constexpr double kRate = kEngineRateHz; // of the engine's positions
-constexpr double kHopsPerSecond = kRate / static_cast<double>(kAttackHopSamples);
 
 constexpr double kLeastStepSeconds = 0.05; // Fixed: half a beat at 600 BPM.
 constexpr std::int64_t kSmoothReach = 16;  // Tuned: beat_model; half beats on either side.
@@ -38,12 +36,6 @@ constexpr double kJitterSeconds = 0.005;   // Derived: 256 samples, the engine's
 constexpr int kLineRounds = 8;             // Tuned: the weights stand after five.
 constexpr double kStraightSeconds = 0.025; // Tuned: beat_model; off the line for a steady tempo.
 constexpr double kStraightShare = 0.9;     // Tuned: beat_model; of the points.
-constexpr std::int64_t kBlurHops = 6;      // Tuned: beat_model; 4 ms.
-constexpr std::int64_t kShiftHops = 56;    // Fixed: 41 ms to either side.
-constexpr std::size_t kShifts = 2 * kShiftHops + 1;
-constexpr std::int64_t kStretchHops = 24;  // Fixed: 17 ms at the ends of the song.
-constexpr std::size_t kStretchPoints = 16; // Tuned: beat_model; half beats, two measures.
-constexpr std::int64_t kPathHops = 2;      // Fixed: 1.5 ms from stretch to stretch.
 constexpr double kLineShare = 0.85;        // Tuned: beat_model; of what the path meets.
 constexpr double kOtherLineShare = 1.05;   // Tuned: beat_model; what an even grid must meet of what
 constexpr double kOtherPathShare = 0.97;   // the engine's does, when that is a line, or a path.
@@ -52,17 +44,8 @@ constexpr double kNearSeconds = 0.03;      // swung music could be met between t
 constexpr std::int64_t kSettleHops = 14;   // Tuned: beat_model; 10 ms.
 constexpr int kSettleRounds = 3;           // Tuned: the fourth moves nothing by 0.1 ms.
 
-std::int64_t Round(double value) {
-    return static_cast<std::int64_t>(std::floor(value + 0.5));
-}
-
-/// The step that the middle of a moment lies in.
-std::int64_t HopAt(double seconds) {
-    return Round(seconds * kHopsPerSecond - 0.5);
-}
-
 double MiddleOf(std::int64_t hop) {
-    return (static_cast<double>(hop) + 0.5) / kHopsPerSecond;
+    return (static_cast<double>(hop) + 0.5) / kRiseHopsPerSecond;
 }
 
 /// Distance of the middle pair of neighbours by length.
@@ -82,7 +65,7 @@ Seconds NumberPoints(std::span<std::int64_t const> points, double step) {
     for (std::size_t i = 1; i < points.size(); ++i) {
         double const from = static_cast<double>(points[i - 1]) / kRate;
         double const gap = static_cast<double>(points[i]) / kRate - from;
-        std::int64_t const steps = std::max<std::int64_t>(1, Round(gap / step));
+        std::int64_t const steps = std::max<std::int64_t>(1, RoundToWhole(gap / step));
         for (std::int64_t n = 1; n <= steps; ++n) {
             grid.push_back(from + gap * static_cast<double>(n) / static_cast<double>(steps));
         }
@@ -176,141 +159,12 @@ Seconds LaidOut(CLine const& line, std::size_t count) {
     return grid;
 }
 
-/// The rises blurred by a triangle, so that players who aren't quite together count together.
-Counts Blur(std::span<std::uint8_t const> rises) {
-    auto const count = static_cast<std::int64_t>(rises.size());
-    Counts out(rises.size(), 0);
-    for (std::int64_t i = 0; i < count; ++i) {
-        std::int64_t const last = std::min(count - 1, i + kBlurHops - 1);
-        std::int64_t sum = 0;
-        for (std::int64_t j = std::max<std::int64_t>(0, i - kBlurHops + 1); j <= last; ++j) {
-            sum += (kBlurHops - std::abs(j - i)) * rises[static_cast<std::size_t>(j)];
-        }
-        out[static_cast<std::size_t>(i)] = sum;
-    }
-    return out;
-}
-
-/// What sets in at each shift of a stretch's half beats.
-using CShiftTable = std::vector<std::array<std::int64_t, kShifts>>;
-
-CShiftTable CollectRises(Seconds const& grid, std::span<std::uint8_t const> rises) {
-    Counts const blurred = Blur(rises);
-    auto const hops = static_cast<std::int64_t>(blurred.size());
-    CShiftTable table(std::max<std::size_t>(1, grid.size() / kStretchPoints));
-    for (std::size_t i = 0; i < grid.size(); ++i) {
-        auto& sums = table[std::min(table.size() - 1, i / kStretchPoints)];
-        std::int64_t const first = HopAt(grid[i]) - kShiftHops;
-        if (first < 0 || first + static_cast<std::int64_t>(kShifts) > hops) {
-            continue;
-        }
-        for (std::size_t shift = 0; shift < kShifts; ++shift) {
-            sums[shift] += blurred[static_cast<std::size_t>(first) + shift];
-        }
-    }
-    return table;
-}
-
-/// How far a line that turns by `turn` steps at the ends lies off at `place` of `count`.
-double TurnAt(std::int64_t turn, std::size_t place, std::size_t count) {
-    auto const part = (static_cast<double>(place) + 0.5) / static_cast<double>(count);
-    return static_cast<double>(turn) * (2.0 * part - 1.0);
-}
-
-/// A shift of the whole line, a turn at its ends, in steps, and what it then meets.
-struct CLineShift {
-    std::int64_t m_nShift = 0;
-    std::int64_t m_nTurn = 0;
-    std::int64_t m_nMet = -1;
-};
-
-std::int64_t Met(CShiftTable const& table, CLineShift const& line) {
-    std::int64_t met = 0;
-    for (std::size_t i = 0; i < table.size(); ++i) {
-        std::int64_t const turned = Round(TurnAt(line.m_nTurn, i, table.size()));
-        met += table[i][static_cast<std::size_t>(kShiftHops + line.m_nShift + turned)];
-    }
-    return met;
-}
-
-CLineShift FindLine(CShiftTable const& table) {
-    constexpr std::int64_t kReach = kShiftHops - kStretchHops;
-    CLineShift best{0, 0, Met(table, {})}; // which wins a tie
-    for (std::int64_t turn = -kStretchHops; turn <= kStretchHops; ++turn) {
-        for (std::int64_t shift = -kReach; shift <= kReach; ++shift) {
-            std::int64_t const met = Met(table, {shift, turn});
-            best = met > best.m_nMet ? CLineShift{shift, turn, met} : best;
-        }
-    }
-    return best;
-}
-
-/// Shifts in steps, one for each stretch, and what they meet.
-struct CPathShift {
-    std::vector<double> m_vShifts;
-    std::int64_t m_nMet = 0;
-};
-
-/// The path of shifts that meets most, by dynamic programming.
-CPathShift FindPath(CShiftTable const& table) {
-    std::array<std::int64_t, kShifts> sums = table.front();
-    std::vector<std::array<std::uint8_t, kShifts>> origins;
-    for (std::size_t i = 1; i < table.size(); ++i) {
-        std::array<std::int64_t, kShifts> next{};
-        auto& origin = origins.emplace_back();
-        for (std::int64_t shift = 0; shift < static_cast<std::int64_t>(kShifts); ++shift) {
-            auto const here = static_cast<std::size_t>(shift);
-            std::size_t best = here; // which wins a tie
-            std::int64_t const last = std::min<std::int64_t>(kShifts - 1, shift + kPathHops);
-            for (auto j = std::max<std::int64_t>(0, shift - kPathHops); j <= last; ++j) {
-                auto const from = static_cast<std::size_t>(j);
-                best = sums[from] > sums[best] ? from : best;
-            }
-            next[here] = sums[best] + table[i][here];
-            origin[here] = static_cast<std::uint8_t>(best);
-        }
-        sums = next;
-    }
-    auto const top =
-        static_cast<std::size_t>(std::max_element(sums.begin(), sums.end()) - sums.begin());
-    std::size_t place = sums[top] > sums[kShiftHops] ? top : static_cast<std::size_t>(kShiftHops);
-    CPathShift path{{}, sums[place]};
-    for (std::size_t i = table.size(); i-- > 0;) {
-        path.m_vShifts.push_back(static_cast<double>(place) - static_cast<double>(kShiftHops));
-        place = i > 0 ? origins[i - 1][place] : place;
-    }
-    std::ranges::reverse(path.m_vShifts);
-    return path;
-}
-
-void ShiftLine(CLineShift const& line, Seconds& grid) {
-    for (std::size_t i = 0; i < grid.size(); ++i) {
-        double const turned = TurnAt(line.m_nTurn, i, grid.size());
-        grid[i] += (static_cast<double>(line.m_nShift) + turned) / kHopsPerSecond;
-    }
-}
-
-/// The shifts hold in the middle of their stretches; they run straight between them.
-void ShiftAlong(CPathShift const& path, Seconds& grid) {
-    auto const last = static_cast<double>(path.m_vShifts.size() - 1);
-    for (std::size_t i = 0; i < grid.size(); ++i) {
-        double const place =
-            (static_cast<double>(i) + 0.5) / static_cast<double>(kStretchPoints) - 0.5;
-        double const held = std::clamp(place, 0.0, last);
-        auto const before = static_cast<std::size_t>(held);
-        std::size_t const after = std::min(before + 1, path.m_vShifts.size() - 1);
-        double const part = held - static_cast<double>(before);
-        double const hops = (1.0 - part) * path.m_vShifts[before] + part * path.m_vShifts[after];
-        grid[i] += hops / kHopsPerSecond;
-    }
-}
-
 /// Moves the grid by the mean of what sets in around it; a line is turned as well.
 void Settle(std::span<std::uint8_t const> rises, bool isLine, Seconds& grid) {
     auto const hops = static_cast<std::int64_t>(rises.size());
     CRegression sums;
     for (std::size_t i = 0; i < grid.size(); ++i) {
-        std::int64_t const middle = HopAt(grid[i]);
+        std::int64_t const middle = RiseHopAt(grid[i]);
         std::int64_t const last = std::min(hops - 1, middle + kSettleHops);
         for (std::int64_t hop = std::max<std::int64_t>(0, middle - kSettleHops); hop <= last;
              ++hop) {
@@ -353,7 +207,7 @@ CLaidGrid LayPoints(std::span<std::int64_t const> points, double step,
 
 /// A grid of one tempo from the start to the end.
 CLaidGrid LayEvenly(CEvenGrid const& even, std::span<std::uint8_t const> rises) {
-    double const song = static_cast<double>(rises.size()) / kHopsPerSecond;
+    double const song = static_cast<double>(rises.size()) / kRiseHopsPerSecond;
     auto const count = static_cast<std::size_t>(std::ceil((song - even.m_dFirst) / even.m_dStep));
     Seconds grid = LaidOut({even.m_dFirst, 0.0, even.m_dStep}, count);
     CLineShift const straight = FindLine(CollectRises(grid, rises));
