@@ -19,7 +19,8 @@ namespace {
 
 nlohmann::json Describe(CBeatSource const& source) {
     std::vector<std::uint8_t> const rises = AttackRises(source.m_curves.m_vAttack);
-    CFittedGrid const grid = FitGrid(source.m_vPoints, static_cast<double>(source.m_fBpm), rises);
+    CFittedGrid const grid = FitGrid(source.m_vPoints, static_cast<double>(source.m_fBpm), rises,
+                                     source.m_curves.m_vBands);
     nlohmann::json song = {{"times", grid.m_vSeconds},
                            {"steady", grid.m_bSteady},
                            {"points", source.m_vPoints},

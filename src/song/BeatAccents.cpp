@@ -10,6 +10,8 @@
 #include "song/BeatFeatures.h"
 
 #include "base/EngineRate.h"
+#include "song/BandStrokes.h"
+#include "song/RunningMeans.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,75 +20,16 @@ namespace {
 
 constexpr double kRate = kEngineRateHz;
 constexpr double kAttackRate = kRate / static_cast<double>(kAttackHopSamples);
-constexpr double kBandRate = kRate / static_cast<double>(kBandHopSamples);
 constexpr double kPitchRate = kRate / static_cast<double>(kPitchHopSamples);
 
 constexpr double kAttackReachSeconds = 0.010; // Tuned: beat_model; the rises that belong to a beat.
-constexpr double kBeforeSeconds = 0.046;      // Tuned: beat_model; what a band rises from,
-constexpr double kGuardSeconds = 0.005;       // Tuned: beat_model; up to so much before the beat.
-constexpr std::size_t kPeakHops = 10;         // Tuned: beat_model; 58 ms for a band to rise.
 constexpr double kPitchDelaySeconds = 0.08;   // Derived: two resonators that ring for 60 ms.
-constexpr int kDeepestBandLevels = 120;       // Tuned: beat_model; 45 dB below the loudest.
 constexpr int kDeepestPitchLevels = 96;       // Tuned: beat_model; 36 dB below the loudest.
 constexpr std::size_t kBassPitches = 20;      // Fixed: 55 to 165 Hz.
 constexpr std::array<double, 3> kSpans = {2.0, 4.0, 8.0}; // Fixed: half beats: 1, 2, 4 beats.
 constexpr double kLowestScore = -2.5;                     // Tuned: beat_model; deviations.
 constexpr double kHighestScore = 4.0;    // Tuned: beat_model; so that one cymbal isn't all.
 constexpr double kLeastDeviation = 1e-6; // Fixed: below it is what rounding leaves.
-
-/// Mean of a row of levels between any two moments, from running sums.
-template <std::size_t Width>
-class CRunningMeans {
-public:
-    using CRow = std::array<double, Width>;
-
-    /// `levels` less `floor`, and no less than 0. Nothing is kept of them.
-    template <typename Rows>
-    CRunningMeans(Rows const& levels, std::array<int, Width> const& floor) {
-        m_vSums.reserve(levels.size() + 1);
-        m_vSums.emplace_back();
-        for (auto const& row : levels) {
-            auto& sums = m_vSums.emplace_back(m_vSums.back());
-            for (std::size_t i = 0; i < Width; ++i) {
-                sums[i] += static_cast<std::uint32_t>(std::max(0, row[i] - floor[i]));
-            }
-        }
-    }
-
-    /// From row `from` up to but without row `to`, both rounded; the nearest row where that is
-    /// none.
-    [[nodiscard]] CRow Between(double from, double to) const {
-        std::size_t const count = m_vSums.size() - 1;
-        std::size_t const first = Held(from, count > 0 ? count - 1 : 0);
-        std::size_t const end = std::max(Held(to, count), std::min(first + 1, count));
-        CRow means{};
-        for (std::size_t i = 0; i < Width; ++i) {
-            means[i] = static_cast<double>(m_vSums[end][i] - m_vSums[first][i]) /
-                       static_cast<double>(std::max<std::size_t>(1, end - first));
-        }
-        return means;
-    }
-
-private:
-    static std::size_t Held(double place, std::size_t last) {
-        double const held = std::clamp(std::floor(place + 0.5), 0.0, static_cast<double>(last));
-        return static_cast<std::size_t>(held);
-    }
-
-    std::vector<std::array<std::uint32_t, Width>> m_vSums;
-};
-
-/// The loudest of each column.
-template <std::size_t Width>
-std::array<int, Width> Loudest(std::vector<std::array<std::uint8_t, Width>> const& rows) {
-    std::array<int, Width> loudest{};
-    for (auto const& row : rows) {
-        for (std::size_t i = 0; i < Width; ++i) {
-            loudest[i] = std::max<int>(loudest[i], row[i]);
-        }
-    }
-    return loudest;
-}
 
 /// 1 less the cosine of the angle between two rows, from `first` up to `end`; 0 for silence.
 template <typename Row>
@@ -138,29 +81,16 @@ void CAccentTable::AddAttacks(std::span<std::uint8_t const> rises) {
 }
 
 void CAccentTable::AddBands(double step) {
-    auto floor = Loudest(m_curves.m_vBands);
-    for (int& level : floor) {
-        level = std::max(0, level - kDeepestBandLevels);
-    }
-    CRunningMeans<kBeatBands> const means(m_curves.m_vBands, floor);
-    auto const rows = static_cast<double>(m_curves.m_vBands.size());
-    for (std::size_t i = 0; i < m_halfBeats.size() && rows > 0.0; ++i) {
+    CBandStrokes const strokes(m_curves.m_vBands);
+    for (std::size_t i = 0; i < m_halfBeats.size() && !m_curves.m_vBands.empty(); ++i) {
         double const beat = m_halfBeats[i];
-        auto const before =
-            means.Between((beat - kBeforeSeconds) * kBandRate, (beat - kGuardSeconds) * kBandRate);
-        auto const during = means.Between(beat * kBandRate, (beat + step) * kBandRate);
-        double const first = std::floor((beat - kGuardSeconds) * kBandRate + 0.5);
+        CBandStroke const stroke = strokes.At(beat);
+        auto const during = strokes.Levels().Between(beat * kBandRate, (beat + step) * kBandRate);
         for (std::size_t band = 0; band < kBeatBands; ++band) {
-            int peak = 0;
-            for (std::size_t hop = 0; hop < kPeakHops; ++hop) {
-                double const row = std::clamp(first + static_cast<double>(hop), 0.0, rows - 1.0);
-                peak = std::max<int>(peak, m_curves.m_vBands[static_cast<std::size_t>(row)][band]);
-            }
-            double const top = std::max(0, peak - floor[band]);
-            Put(i, m_nKind + band, std::max(0.0, top - before[band]));
+            Put(i, m_nKind + band, stroke.m_rise[band]);
             Put(i, m_nKind + kBeatBands + band, during[band]);
             if (band < 2) {
-                Put(i, m_nKind + 2 * kBeatBands + band, top);
+                Put(i, m_nKind + 2 * kBeatBands + band, stroke.m_top[band]);
             }
         }
     }

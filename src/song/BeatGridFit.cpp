@@ -9,12 +9,14 @@
 //     CollectRises     what sets in around the half beats of each stretch
 //     FindLine         the shift and the turn of the line that meet most of it
 //     FindPath         the shifts that do, if each stretch has its own
-//   LayEvenly          the even grid that meets most, if that is more
-//   Settle             to the mean of what sets in nearby
+//     Settle           to the mean of what sets in nearby
+//   LayEvenly          the even grid that meets most
+//   IsBetter           which of the two it is
 
 #include "song/BeatGridFit.h"
 
 #include "base/EngineRate.h"
+#include "song/BandStrokes.h"
 #include "song/EvenGrid.h"
 #include "song/GridShift.h"
 
@@ -39,8 +41,8 @@ constexpr double kStraightShare = 0.9;     // Tuned: beat_model; of the points.
 constexpr double kLineShare = 0.85;        // Tuned: beat_model; of what the path meets.
 constexpr double kOtherLineShare = 1.05;   // Tuned: beat_model; what an even grid must meet of what
 constexpr double kOtherPathShare = 0.97;   // the engine's does, when that is a line, or a path.
-constexpr double kLeastAgreement = 0.45;   // Tuned: beat_model; of the engine's half beats with it;
-constexpr double kNearSeconds = 0.03;      // swung music could be met between the beats as well.
+constexpr double kTogetherShare = 0.9;     // Tuned: beat_model; of the engine's half beats that lie
+constexpr double kNearSeconds = 0.025;     // so near those of an even grid that both are the same.
 constexpr std::int64_t kSettleHops = 14;   // Tuned: beat_model; 10 ms.
 constexpr int kSettleRounds = 3;           // Tuned: the fourth moves nothing by 0.1 ms.
 
@@ -160,7 +162,7 @@ Seconds LaidOut(CLine const& line, std::size_t count) {
 }
 
 /// Moves the grid by the mean of what sets in around it; a line is turned as well.
-void Settle(std::span<std::uint8_t const> rises, bool isLine, Seconds& grid) {
+void SettleOnce(std::span<std::uint8_t const> rises, bool isLine, Seconds& grid) {
     auto const hops = static_cast<std::int64_t>(rises.size());
     CRegression sums;
     for (std::size_t i = 0; i < grid.size(); ++i) {
@@ -177,6 +179,12 @@ void Settle(std::span<std::uint8_t const> rises, bool isLine, Seconds& grid) {
     line.m_dSlope = isLine ? line.m_dSlope : 0.0;
     for (std::size_t i = 0; i < grid.size(); ++i) {
         grid[i] += line.At(static_cast<double>(i));
+    }
+}
+
+void Settle(std::span<std::uint8_t const> rises, bool isLine, Seconds& grid) {
+    for (int round = 0; round < kSettleRounds; ++round) {
+        SettleOnce(rises, isLine, grid);
     }
 }
 
@@ -199,9 +207,11 @@ CLaidGrid LayPoints(std::span<std::int64_t const> points, double step,
     CLineShift const straight = isStraight ? FindLine(table) : CLineShift{};
     if (static_cast<double>(straight.m_nMet) >= kLineShare * static_cast<double>(path.m_nMet)) {
         ShiftLine(straight, grid);
+        Settle(rises, true, grid);
         return {std::move(grid), straight.m_nMet, true};
     }
     ShiftAlong(path, grid);
+    Settle(rises, false, grid);
     return {std::move(grid), path.m_nMet, false};
 }
 
@@ -212,23 +222,45 @@ CLaidGrid LayEvenly(CEvenGrid const& even, std::span<std::uint8_t const> rises) 
     Seconds grid = LaidOut({even.m_dFirst, 0.0, even.m_dStep}, count);
     CLineShift const straight = FindLine(CollectRises(grid, rises));
     ShiftLine(straight, grid);
+    Settle(rises, true, grid);
     return {std::move(grid), straight.m_nMet, true};
 }
 
-/// Part of the engine's grid that lies near half beats of an even one; 1 where there is none.
-double Agreement(Seconds const& engines, CEvenGrid const& even) {
+/// Whether the engine's grid lies near half beats of an even one.
+bool LieTogether(Seconds const& engines, Seconds const& even) {
     std::size_t near = 0;
     for (double const moment : engines) {
-        double const steps = (moment - even.m_dFirst) / even.m_dStep;
-        near += std::abs(steps - std::floor(steps + 0.5)) * even.m_dStep < kNearSeconds;
+        auto const after = std::ranges::lower_bound(even, moment - kNearSeconds);
+        near += after != even.end() && *after < moment + kNearSeconds;
     }
-    return engines.empty() ? 1.0 : static_cast<double>(near) / static_cast<double>(engines.size());
+    return static_cast<double>(near) >= kTogetherShare * static_cast<double>(engines.size());
+}
+
+/// Those of `grid` that lie within a step of the moments from `first` to `last`.
+std::span<double const> Between(Seconds const& grid, double first, double last) {
+    auto const from = std::ranges::lower_bound(grid, first);
+    return {from, std::ranges::upper_bound(from, grid.end(), last)};
+}
+
+/// Two grids that lie together are judged by what sets in at all, to the millisecond. If they
+/// don't, one of them has slipped or lies between the half beats: then by how much the bands rise
+/// where both are, since a drum rises in more of them than what is played between the beats.
+bool IsBetter(CLaidGrid const& even, CLaidGrid const& engines, CBandRows const& bands) {
+    if (engines.m_vSeconds.size() < 2 || LieTogether(engines.m_vSeconds, even.m_vSeconds)) {
+        double const share = engines.m_bSteady ? kOtherLineShare : kOtherPathShare;
+        return static_cast<double>(even.m_nMet) > share * static_cast<double>(engines.m_nMet);
+    }
+    CBandStrokes const strokes(bands);
+    double const first = engines.m_vSeconds.front() - kNearSeconds;
+    double const last = engines.m_vSeconds.back() + kNearSeconds;
+    return strokes.MeanRise(Between(even.m_vSeconds, first, last)) >
+           strokes.MeanRise(engines.m_vSeconds);
 }
 
 } // namespace
 
 CFittedGrid FitGrid(std::span<std::int64_t const> points, double bpm,
-                    std::span<std::uint8_t const> rises) {
+                    std::span<std::uint8_t const> rises, CBandRows const& bands) {
     double const step = points.size() >= 2 ? MiddleGap(points) : bpm > 0.0 ? 30.0 / bpm : 0.0;
     if (!(step >= kLeastStepSeconds)) {
         return {};
@@ -236,20 +268,16 @@ CFittedGrid FitGrid(std::span<std::int64_t const> points, double bpm,
     CLaidGrid laid = points.size() >= 2 ? LayPoints(points, step, rises) : CLaidGrid{};
     if (std::optional<CEvenGrid> const even = FindEvenGrid(rises, step)) {
         CLaidGrid other = LayEvenly(*even, rises);
-        double const share = laid.m_bSteady ? kOtherLineShare : kOtherPathShare;
-        if (Agreement(laid.m_vSeconds, *even) >= kLeastAgreement &&
-            static_cast<double>(other.m_nMet) > share * static_cast<double>(laid.m_nMet)) {
+        if (IsBetter(other, laid, bands)) {
             laid = std::move(other);
         }
     }
-    Seconds& grid = laid.m_vSeconds;
+    Seconds const& grid = laid.m_vSeconds;
     if (grid.size() < 2) {
         return {};
     }
-    for (int round = 0; round < kSettleRounds; ++round) {
-        Settle(rises, laid.m_bSteady, grid);
-    }
     double const mean = (grid.back() - grid.front()) / static_cast<double>(grid.size() - 1);
-    return mean > kLeastStepSeconds / 2.0 ? CFittedGrid{std::move(grid), mean, laid.m_bSteady}
-                                          : CFittedGrid{};
+    return mean > kLeastStepSeconds / 2.0
+               ? CFittedGrid{std::move(laid.m_vSeconds), mean, laid.m_bSteady}
+               : CFittedGrid{};
 }

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "song/BeatListener.h"
+
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -17,8 +19,9 @@ struct CFittedGrid {
 };
 
 /// Lays `points`, positions in samples at 44100 Hz that ascend, on the rises (AttackRises). Where
-/// the engine's grid meets less than an even grid of about its tempo does, or where it has less
-/// than two points, the grid is that even one; `bpm` is the tempo in beats a minute, or 0. Half
-/// beats closer than a twentieth of a second make no grid.
+/// an even grid of about the engine's tempo meets more than the engine's, or lies elsewhere and the
+/// `bands` rise more on it, or where there are less than two points, the grid is that even one;
+/// `bpm` is the tempo in beats a minute, or 0. Half beats closer than a twentieth of a second make
+/// no grid.
 [[nodiscard]] CFittedGrid FitGrid(std::span<std::int64_t const> points, double bpm,
-                                  std::span<std::uint8_t const> rises);
+                                  std::span<std::uint8_t const> rises, CBandRows const& bands);

@@ -15,11 +15,14 @@ constexpr std::size_t kPitchHopSamples = 4096; // Fixed: 93 ms.
 constexpr std::size_t kBeatBands = 4;          // Fixed: bass, low and high middle, treble.
 constexpr std::size_t kBeatPitches = 48;       // Fixed: four octaves of semitones from 55 Hz up.
 
+/// Levels of each band.
+using CBandRows = std::vector<std::array<std::uint8_t, kBeatBands>>;
+
 /// What the placing of beats needs of a song's sound, as levels of one byte: an eighth of an octave
 /// of energy (0.38 dB) a step, 0 for silence. 2.6 kB a second. A plain value.
 struct CBeatCurves {
     std::vector<std::uint8_t> m_vAttack; // of the samples' differences, so that treble counts most
-    std::vector<std::array<std::uint8_t, kBeatBands>> m_vBands;
+    CBandRows m_vBands;
     std::vector<std::array<std::uint8_t, kBeatPitches>> m_vPitches;
 };
 

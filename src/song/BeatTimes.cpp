@@ -136,7 +136,8 @@ std::vector<double> CBeatTimes::Downbeats() const {
 CBeatTimes FindBeatTimes(CBeatSource const& source) {
     CBeatTimes times;
     std::vector<std::uint8_t> const rises = AttackRises(source.m_curves.m_vAttack);
-    CFittedGrid const grid = FitGrid(source.m_vPoints, static_cast<double>(source.m_fBpm), rises);
+    CFittedGrid const grid = FitGrid(source.m_vPoints, static_cast<double>(source.m_fBpm), rises,
+                                     source.m_curves.m_vBands);
     if (grid.m_vSeconds.empty()) {
         return times;
     }
