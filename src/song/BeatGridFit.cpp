@@ -9,9 +9,9 @@
 //     CollectRises     what sets in around the half beats of each stretch
 //     FindLine         the shift and the turn of the line that meet most of it
 //     FindPath         the shifts that do, if each stretch has its own
-//     Settle           to the mean of what sets in nearby
 //   LayEvenly          the even grid that meets most
 //   IsBetter           which of the two it is
+//   Settle             to the mean of what sets in nearby
 
 #include "song/BeatGridFit.h"
 
@@ -162,7 +162,7 @@ Seconds LaidOut(CLine const& line, std::size_t count) {
 }
 
 /// Moves the grid by the mean of what sets in around it; a line is turned as well.
-void SettleOnce(std::span<std::uint8_t const> rises, bool isLine, Seconds& grid) {
+void Settle(std::span<std::uint8_t const> rises, bool isLine, Seconds& grid) {
     auto const hops = static_cast<std::int64_t>(rises.size());
     CRegression sums;
     for (std::size_t i = 0; i < grid.size(); ++i) {
@@ -179,12 +179,6 @@ void SettleOnce(std::span<std::uint8_t const> rises, bool isLine, Seconds& grid)
     line.m_dSlope = isLine ? line.m_dSlope : 0.0;
     for (std::size_t i = 0; i < grid.size(); ++i) {
         grid[i] += line.At(static_cast<double>(i));
-    }
-}
-
-void Settle(std::span<std::uint8_t const> rises, bool isLine, Seconds& grid) {
-    for (int round = 0; round < kSettleRounds; ++round) {
-        SettleOnce(rises, isLine, grid);
     }
 }
 
@@ -207,11 +201,9 @@ CLaidGrid LayPoints(std::span<std::int64_t const> points, double step,
     CLineShift const straight = isStraight ? FindLine(table) : CLineShift{};
     if (static_cast<double>(straight.m_nMet) >= kLineShare * static_cast<double>(path.m_nMet)) {
         ShiftLine(straight, grid);
-        Settle(rises, true, grid);
         return {std::move(grid), straight.m_nMet, true};
     }
     ShiftAlong(path, grid);
-    Settle(rises, false, grid);
     return {std::move(grid), path.m_nMet, false};
 }
 
@@ -222,7 +214,6 @@ CLaidGrid LayEvenly(CEvenGrid const& even, std::span<std::uint8_t const> rises) 
     Seconds grid = LaidOut({even.m_dFirst, 0.0, even.m_dStep}, count);
     CLineShift const straight = FindLine(CollectRises(grid, rises));
     ShiftLine(straight, grid);
-    Settle(rises, true, grid);
     return {std::move(grid), straight.m_nMet, true};
 }
 
@@ -236,7 +227,7 @@ bool LieTogether(Seconds const& engines, Seconds const& even) {
     return static_cast<double>(near) >= kTogetherShare * static_cast<double>(engines.size());
 }
 
-/// Those of `grid` that lie within a step of the moments from `first` to `last`.
+/// Those of `grid` from `first` to `last`.
 std::span<double const> Between(Seconds const& grid, double first, double last) {
     auto const from = std::ranges::lower_bound(grid, first);
     return {from, std::ranges::upper_bound(from, grid.end(), last)};
@@ -272,12 +263,14 @@ CFittedGrid FitGrid(std::span<std::int64_t const> points, double bpm,
             laid = std::move(other);
         }
     }
-    Seconds const& grid = laid.m_vSeconds;
+    Seconds& grid = laid.m_vSeconds;
     if (grid.size() < 2) {
         return {};
     }
+    for (int round = 0; round < kSettleRounds; ++round) {
+        Settle(rises, laid.m_bSteady, grid);
+    }
     double const mean = (grid.back() - grid.front()) / static_cast<double>(grid.size() - 1);
-    return mean > kLeastStepSeconds / 2.0
-               ? CFittedGrid{std::move(laid.m_vSeconds), mean, laid.m_bSteady}
-               : CFittedGrid{};
+    return mean > kLeastStepSeconds / 2.0 ? CFittedGrid{std::move(grid), mean, laid.m_bSteady}
+                                          : CFittedGrid{};
 }
