@@ -132,28 +132,30 @@ def fit(songs, ridge):
     songs = [s for s in songs if len(s.times) and s.right.any() and not s.right.all()]
     spread = numpy.vstack([s.features for s in songs]).std(axis=0)
     spread[spread < 1e-6] = numpy.inf
-    data = [(s.features / spread, s.right) for s in songs]
+    x = numpy.stack([s.features / spread for s in songs])
+    right = numpy.stack([s.right for s in songs])
+    rows = x.reshape(-1, x.shape[2])
+
+    def shares(w):
+        sums = x @ w
+        likely = numpy.exp(sums - sums.max(axis=1, keepdims=True))
+        return likely / likely.sum(axis=1, keepdims=True)
 
     def loss(w):
-        total = ridge * (w @ w) / 2
-        for x, right in data:
-            sums = x @ w
-            likely = numpy.exp(sums - sums.max())
-            total += numpy.log(likely.sum()) - numpy.log(likely[right].sum())
-        return total
+        p = shares(w)
+        return ridge * (w @ w) / 2 - numpy.log(numpy.where(right, p, 0).sum(axis=1) + 1e-300).sum()
 
     w = numpy.zeros(len(spread))
     for _ in range(60):
-        gradient, hessian = ridge * w, ridge * numpy.eye(len(w))
-        for x, right in data:
-            p = model.softmax(x @ w)
-            wanted = numpy.where(right, p, 0) / p[right].sum()
-            mean = p @ x
-            gradient += x.T @ (p - wanted)
-            hessian += (x * p[:, None]).T @ x - numpy.outer(mean, mean)
+        p = shares(w)
+        wanted = numpy.where(right, p, 0)
+        wanted /= wanted.sum(axis=1, keepdims=True)
+        means = (p[:, None, :] @ x)[:, 0]
+        gradient = ridge * w + rows.T @ (p - wanted).ravel()
+        hessian = ridge * numpy.eye(len(w)) + (rows.T * p.ravel()) @ rows - means.T @ means
         step = model.descend(loss, w, gradient, numpy.linalg.solve(hessian, gradient))
         w = w - step
-        if numpy.abs(step).max() < 1e-4:
+        if numpy.abs(step).max() < 1e-3:
             break
     return w / spread
 
