@@ -251,7 +251,7 @@ void BpmWindow::showStatus() {
     followRun(status);
     showUnreadFolders(status);
     showHidden(status);
-    showSteps(isIdle);
+    showSteps();
     endAddition(status);
     showReason();
     if (isIdle) {

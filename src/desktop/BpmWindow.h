@@ -147,7 +147,7 @@ private:
     void correct(std::vector<std::size_t> const& rows, CTempoFix const& fix);
     void showCorrections();
     void takeNextReading();
-    void showSteps(bool isIdle);
+    void showSteps();
     [[nodiscard]] bool isHidingLatest(std::optional<std::int64_t> latestStep);
     void undo();
     void redo();
@@ -230,6 +230,5 @@ private:
     bool m_bCloseWhenIdle = false; // The user has chosen to stop and close.
     bool m_bDragIsTaken = false;   // The drag over the window has files.
     bool m_bEnding = false;
-    bool m_bWasIdle = true; // When the status was shown last.
     std::unique_ptr<CCorrector> m_pCorrector;
 };

@@ -216,11 +216,7 @@ void BpmWindow::bringBack() {
     }
 }
 
-void BpmWindow::showSteps(bool isIdle) {
-    if (isIdle && !std::exchange(m_bWasIdle, true)) {
-        m_pCorrector->Refresh(); // the batch that has ended is a step now
-    }
-    m_bWasIdle = isIdle;
+void BpmWindow::showSteps() {
     CUndoState const state = m_pCorrector->State();
     QString done;
     bool const isHiding = isHidingLatest(TimeOf(state.m_undo));

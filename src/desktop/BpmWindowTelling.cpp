@@ -7,6 +7,7 @@
 #include "desktop/BpmWindow.h"
 
 #include "app/BPMController.h"
+#include "app/Corrector.h"
 #include "desktop/DesktopNote.h"
 #include "desktop/ListDialog.h"
 #include "desktop/NoticeBar.h"
@@ -38,6 +39,7 @@ void BpmWindow::followRun(CBatchStatus const& status) {
     }
     qint64 const milliseconds = m_run.m_time.isValid() ? m_run.m_time.elapsed() : 0;
     endRun(status, milliseconds);
+    m_pCorrector->Refresh(); // what it has stored is a step now
     m_run = {};
     m_run.m_nHeard = status.m_nHeard;
     m_run.m_nStored = status.m_nStored;
