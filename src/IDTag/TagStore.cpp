@@ -164,13 +164,17 @@ private:
         if (!file.IsOpen()) {
             return EWriteProblem::NotWritable;
         }
-        if (IsMp4At(file.Get(), m_tag.GetTagSize())) {
-            return EWriteProblem::OtherFormat;
-        }
+        bool const isMp4 = IsMp4At(file.Get(), m_tag.GetTagSize());
         bool const isSound = m_options.m_bNeedsMpegChain
                                  ? HasMpegChain(file.Get(), m_tag.GetTagSize())
                                  : !HasOtherKind(file.Get(), m_tag.GetTagSize());
-        return isSound ? EWriteProblem::None : EWriteProblem::NotMpegAudio;
+        // In another file, or one that was written meanwhile, the tag's size means nothing.
+        if (IdentityOf(file.Get()) != m_rules.m_expected) {
+            return EWriteProblem::Changed;
+        }
+        return isMp4     ? EWriteProblem::OtherFormat
+               : isSound ? EWriteProblem::None
+                         : EWriteProblem::NotMpegAudio;
     }
 
     /// True when the frame itself has a form that its new text wouldn't have.

@@ -5,6 +5,7 @@
 
 #include "IDTag/ID3Reader.h"
 
+#include "support/SystemCalls.h"
 #include "support/TagFile.h"
 #include "support/TempFolder.h"
 
@@ -90,6 +91,37 @@ TEST_F(TagStoreTest, OnlyTheExpectedFileInItsStateIsWritten) {
     EXPECT_EQ(ReadBytes(m_folder / "a.mp3"), other);
     options.m_expected = IdentityAt(m_folder / "a.mp3");
     EXPECT_EQ(Store("a.mp3", options), EWriteProblem::None);
+}
+
+TEST_F(TagStoreTest, ASongThatTakesTheNameMeanwhileIsToldAsThat) {
+    TagBytes const song = Joined({TagOf(3, kTitle), kSound});
+    // Where the sound of one begins, the other has text, and more than may lie before a sound.
+    TagBytes const text = Frame23("TPE1", Latin1Text(std::string(9000, 'x')));
+    TagBytes const other = Joined({TagOf(3, Joined({kTitle, text})), kSound});
+    CTagStoreOptions options;
+    options.m_bNeedsMpegChain = true;
+    for (int place = 1;; ++place) {
+        Write("a.mp3", song);
+        Write("b.mp3", other);
+        int opened = 0;
+        EWriteProblem problem = EWriteProblem::None;
+        {
+            CSystemCalls calls;
+            calls.m_open = [&](int) {
+                if (++opened == place) {
+                    std::filesystem::rename(m_folder / "b.mp3", m_folder / "a.mp3");
+                }
+                return 0;
+            };
+            problem = Store("a.mp3", options);
+        }
+        if (problem == EWriteProblem::None) {
+            EXPECT_GT(place, 2); // the tag was read and the sound looked at before
+            break;
+        }
+        EXPECT_EQ(problem, EWriteProblem::Changed) << place;
+        EXPECT_EQ(ReadBytes(m_folder / "a.mp3"), other) << place;
+    }
 }
 
 TEST_F(TagStoreTest, ATextThatSomebodySetMeanwhileStays) {
