@@ -20,7 +20,7 @@ import unittest
 FRAMES = (b"\xff\xfb\x90\x64" + bytes(413)) * 400
 NOBODY = 65534
 FULL_KILOBYTES = 64
-LINE = "^tactus: the (journal of writes|store of results) can't be (opened or made|written)$"
+LINE = r"^tactus: /.*/(journal|songs)\.sqlite: the (journal of writes|store of results) can't be (opened or made|written)$"
 
 
 class NoPlace(unittest.TestCase):
@@ -64,7 +64,7 @@ class NoPlace(unittest.TestCase):
             lines.append((command, done.returncode, out))
             about = [line for line in done.stderr.splitlines() if "the journal" in line or "the store" in line]
             self.assertLessEqual(len(about), 2, about)
-            self.assertEqual(len(set(line.split()[2] for line in about)), len(about), about)
+            self.assertEqual(len({"the journal" in line for line in about}), len(about), about)
             told += about
         files = {path.name: path.read_bytes() for path in self.songs.iterdir()}
         return lines, files, told
