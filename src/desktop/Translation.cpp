@@ -14,10 +14,11 @@ void InstallTranslations(QCoreApplication& app, QLocale const& locale) {
     if (isTranslated || ours->load(":/i18n/tactus_en.qm")) {
         QCoreApplication::installTranslator(ours);
     }
-    // A window in English has no buttons in another language, and isn't mirrored.
+    if (!isTranslated) {
+        return; // a window in English has no buttons in another language, and isn't mirrored
+    }
     auto* ofQt = new QTranslator(&app);
-    if (isTranslated &&
-        ofQt->load(locale, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    if (ofQt->load(locale, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
         QCoreApplication::installTranslator(ofQt);
     }
 }
