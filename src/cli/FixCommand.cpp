@@ -61,8 +61,8 @@ CLI::App* CFixCommand::AddTo(CLI::App& program) {
     app->add_flag("--keep-mtime", m_bKeepTime, "Leave the time of a file's last write as it is");
     app->add_flag("-L,--follow", m_walk.m_bFollows, "Search folders behind links too");
     app->add_option("HOW", m_sHow,
-                    "x2, /2, 3:2, 2:3, 4:3 or 3:4 times what it is now; =174.5 for\n"
-                    "a tempo; tap to tap it")
+                    "x2, /2, 3:2, 2:3, 4:3 or 3:4 times what it is now; =174.5 for a tempo; tap to "
+                    "tap it")
         ->type_name("")
         ->required()
         ->check([](std::string const& word) {

@@ -104,11 +104,11 @@ CLI::App* CHistoryCommand::AddTo(CLI::App& program) {
     CLI::App* const app = program.add_subcommand("history", "Tell what was written into tags");
     app->add_option("-n,--number", m_nMost, "How many rows to show at the most, 20 unless said")
         ->type_name("N")
-        ->check(CLI::Range(std::int64_t{1}, kMostRows));
+        ->check(CLI::Range(std::int64_t{1}, kMostRows).description(""));
     app->add_flag("--json", m_bJson, "Print a JSON object a line");
     app->add_flag("--clear", m_bClear, "Forget all of it; nothing can be taken back then");
     app->add_option("WHAT", m_sWhat,
-                    "The number of a batch, whose writes are listed, or a file;\n"
+                    "The number of a batch, whose writes are listed, or a file; "
                     "the latest batches unless said")
         ->type_name("");
     app->footer("Exit status: 0 all done; 1 nothing was found; 2 wrong usage.\n");

@@ -36,7 +36,7 @@ CLI::App* CUndoCommand::AddTo(CLI::App& program) {
     app->add_flag("--keep-mtime", m_options.m_bKeepTime,
                   "Give files the time back that they had before the write");
     app->add_option("WHAT", m_vWhat,
-                    "Numbers of batches, as 'tactus history' lists them, and files,\n"
+                    "Numbers of batches, as 'tactus history' lists them, and files, "
                     "whose last write is meant; the last batch unless said")
         ->type_name("");
     app->footer(

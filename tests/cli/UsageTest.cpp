@@ -41,6 +41,23 @@ TEST_F(UsageTest, HelpAndVersionGoToStandardOutput) {
     EXPECT_THAT(version.m_sOut, testing::MatchesRegex("tactus [0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }
 
+TEST_F(UsageTest, EveryEntryOfAHelpIsIndented) {
+    for (char const* command : {"analyze", "profile", "dupes", "history", "undo", "fix"}) {
+        std::istringstream help(Tactus({command, "--help"}).m_sOut);
+        std::string line;
+        while (std::getline(help, line) && !line.empty()) {
+        }
+        // From the first entry to the first option, without the heads.
+        while (std::getline(help, line) && line != "Options:") {
+            EXPECT_THAT(line, testing::AnyOf("", testing::StartsWith("  "))) << command;
+        }
+    }
+}
+
+TEST_F(UsageTest, TypesOfValuesAreNamedInPlainWords) {
+    EXPECT_THAT(Tactus({"history", "--help"}).m_sOut, HasSubstr("-n, --number N  "));
+}
+
 TEST_F(UsageTest, WrongUsageIsTwoAndWritesNoResults) {
     for (std::vector<std::string> const& arguments : {std::vector<std::string>{"--bogus"},
                                                       {"bogus"},
