@@ -3,15 +3,15 @@
 
 #include "desktop/RowQuery.h"
 
-#include "song/KeyCodes.h"
-#include "song/KeyText.h"
+#include "export/SongFilter.h"
+#include "export/TakenSong.h"
 
 #include <QRegularExpression>
 #include <algorithm>
+#include <optional>
 
 namespace {
 
-constexpr std::uint16_t kTonics = 12;
 constexpr char kKeyMark[] = "key:";
 constexpr char kStateMark[] = "state:";
 
@@ -19,25 +19,10 @@ double NumberIn(QString text) {
     return text.replace(QLatin1Char(','), QLatin1Char('.')).toDouble();
 }
 
-/// The keys, as tags have them, that a person may mean by `word`.
-QStringList KeysOf(QString const& word) {
-    QStringList keys;
-    for (std::uint16_t tonic = 0; tonic < kTonics; ++tonic) {
-        for (EKeyMode const mode : {EKeyMode::Minor, EKeyMode::Major}) {
-            CHarmony harmony;
-            harmony.m_nTonic = tonic;
-            harmony.m_eMode = mode;
-            QString const text =
-                QString::fromStdString(KeyText(tonic, mode == EKeyMode::Minor ? 1 : 2));
-            for (QString const& name : {text, QString::fromStdString(CamelotCode(harmony)),
-                                        QString::fromStdString(OpenKeyCode(harmony))}) {
-                if (name.compare(word, Qt::CaseInsensitive) == 0) {
-                    keys << text;
-                }
-            }
-        }
-    }
-    return keys;
+/// The key, as tags have it, that a person means by `word`; empty for none.
+QString KeyOf(QString const& word) {
+    std::optional<CHarmony> const key = KeyNamed(word.toStdString());
+    return key ? QString::fromStdString(PlainKey(*key)) : QString();
 }
 
 } // namespace
@@ -73,7 +58,7 @@ void CRowQuery::take(QString const& word) {
     } else if (word.startsWith(QLatin1String(kKeyMark), Qt::CaseInsensitive)) {
         QString const key = word.mid(static_cast<qsizetype>(sizeof kKeyMark) - 1);
         if (!key.isEmpty()) {
-            m_vKeys.push_back(KeysOf(key));
+            m_vKeys.push_back(KeyOf(key));
         }
     } else if (word.startsWith(QLatin1String(kStateMark), Qt::CaseInsensitive)) {
         m_vStates << word.mid(static_cast<qsizetype>(sizeof kStateMark) - 1).toLower();
@@ -104,7 +89,7 @@ bool CRowQuery::matches(CRowFacts const& row) const {
            std::all_of(m_vStates.begin(), m_vStates.end(),
                        [&](QString const& state) { return isInState(state, row); }) &&
            std::all_of(m_vKeys.begin(), m_vKeys.end(),
-                       [&](QStringList const& keys) { return keys.contains(row.m_sKey); }) &&
+                       [&](QString const& key) { return !key.isEmpty() && key == row.m_sKey; }) &&
            std::all_of(m_vWords.begin(), m_vWords.end(),
                        [&](QString const& word) { return row.m_sText.contains(word); });
 }

@@ -44,6 +44,6 @@ private:
 
     QStringList m_vWords;
     QStringList m_vStates;
-    std::vector<QStringList> m_vKeys; // One of each must be the row's.
+    std::vector<QString> m_vKeys; // Each must be the row's; empty: nobody's.
     std::vector<std::pair<double, double>> m_vRanges;
 };

@@ -3,16 +3,8 @@
 
 #include "desktop/SoundNames.h"
 
+#include "export/SongFilter.h"
 #include "song/KeyCodes.h"
-#include "song/KeyText.h"
-
-namespace {
-
-constexpr std::uint16_t kTonics = 12;
-constexpr std::uint16_t kMinor = 1; // Fixed: modes of `KeyText`.
-constexpr std::uint16_t kMajor = 2;
-
-} // namespace
 
 QString KindName(CDecodeReport const& report) {
     switch (report.m_container) {
@@ -53,15 +45,5 @@ QString KindName(CDecodeReport const& report) {
 }
 
 QString CamelotName(std::string const& key) {
-    for (std::uint16_t tonic = 0; tonic < kTonics; ++tonic) {
-        for (bool const isMinor : {true, false}) {
-            if (KeyText(tonic, isMinor ? kMinor : kMajor) == key) {
-                CHarmony harmony;
-                harmony.m_nTonic = tonic;
-                harmony.m_eMode = isMinor ? EKeyMode::Minor : EKeyMode::Major;
-                return QString::fromStdString(CamelotCode(harmony));
-            }
-        }
-    }
-    return {};
+    return QString::fromStdString(CamelotCode(KeyNamed(key).value_or(CHarmony())));
 }

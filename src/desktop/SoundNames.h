@@ -14,5 +14,5 @@
 /// The format of a file that was heard: "MP3", "ALAC"; empty when it is unknown.
 QString KindName(CDecodeReport const& report);
 
-/// The Camelot code of a key as tags have it: "8A" for "Am"; empty for any other text.
+/// The Camelot code of a key as tags have it: "8A" for "Am"; empty when it names none.
 QString CamelotName(std::string const& key);
