@@ -3,6 +3,7 @@
 
 #include "desktop/MoreColumns.h"
 
+#include "desktop/FileTableModel.h"
 #include "desktop/Numbers.h"
 #include "desktop/PaneTexts.h"
 #include "desktop/SoundNames.h"
@@ -27,7 +28,8 @@ CMoreCell OtherCell(IFileList const& list, std::size_t id) {
     if (!state.m_bToReview && !state.m_bByHand) {
         return {};
     }
-    double const bpm = TempoValue(list.objectValueForTableColumn(2, id));
+    double const bpm =
+        TempoValue(list.objectValueForTableColumn(CFileTableModel::kTempoColumn, id));
     std::vector<CTempoCandidate> const readings = list.rowCandidates(id);
     auto const other = std::ranges::find_if(readings, [bpm](CTempoCandidate const& reading) {
         return !AreShownAlike(static_cast<double>(reading.m_fBpm), bpm);
