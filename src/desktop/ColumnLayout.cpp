@@ -12,8 +12,7 @@
 namespace {
 
 constexpr int kWidest = 4000;  // Fixed: pixels; no column is meant to be wider.
-constexpr int kWhole = 1000;   // Fixed: thousandths.
-constexpr int kLeastShare = 1; // Fixed: likewise.
+constexpr int kLeastShare = 1; // Fixed: thousandths.
 
 // Fixed: names of the columns by their numbers, in the settings.
 constexpr std::array<char const*, kAllColumns> kNames{
@@ -23,7 +22,7 @@ constexpr std::array<char const*, kAllColumns> kNames{
 int MeantWidth(int column, int width) {
     bool const isTitle = column == CFileTableModel::kTitleColumn;
     bool const isMeant =
-        isTitle ? width >= kLeastShare && width < kWhole : width > 0 && width <= kWidest;
+        isTitle ? width >= kLeastShare && width < kWholeShare : width > 0 && width <= kWidest;
     return isMeant ? width : 0;
 }
 

@@ -6,6 +6,8 @@
 #include <QString>
 #include <vector>
 
+constexpr int kWholeShare = 1000; // Fixed: shares are kept in thousandths.
+
 /// Which columns a table has, in the order shown, and what its user made of their widths.
 /// Thread: main.
 struct CColumnLayout {

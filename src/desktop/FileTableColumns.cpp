@@ -21,7 +21,6 @@ namespace {
 constexpr int kSmallestColumnChars = 6; // Fixed: a column can't be made narrower.
 constexpr int kLegibleChars = 12;       // Fixed: others don't take more from title and artist.
 constexpr double kTitleShare = 0.6;     // Fixed: title and artist are 3 to 2 at first.
-constexpr double kWhole = 1000.0;       // Fixed: thousandths.
 
 /// The desktop's own style, but header texts stand above the texts of their cells.
 class CHeaderStyle : public QProxyStyle {
@@ -148,7 +147,7 @@ void CFileTableView::setColumnLayout(CColumnLayout const& layout) {
         header->moveSection(header->visualIndex(m_model.sectionOf(place.m_nColumn)), visual++);
     }
     auto const share = m_widths.find(CFileTableModel::kTitleColumn);
-    m_fTitleShare = share != m_widths.end() ? share->second / kWhole : kTitleShare;
+    m_fTitleShare = share != m_widths.end() ? share->second / double{kWholeShare} : kTitleShare;
     constexpr int kTempo = CFileTableModel::kTempoColumn;
     auto const tempo = m_widths.find(kTempo);
     m_bFitting = true;
@@ -193,7 +192,7 @@ void CFileTableView::keepWidth(int section) {
         int const title = header->sectionSize(CFileTableModel::kTitleColumn);
         int const artist = header->sectionSize(CFileTableModel::kArtistColumn);
         m_fTitleShare = static_cast<double>(title) / (title + artist);
-        m_widths[CFileTableModel::kTitleColumn] = qRound(m_fTitleShare * kWhole);
+        m_widths[CFileTableModel::kTitleColumn] = qRound(m_fTitleShare * kWholeShare);
     }
 }
 
