@@ -76,6 +76,7 @@ TAGLIB_SOURCES = {
         "TagFile.cpp",
         "TagFile.h",
         "TagItems.cpp",
+        "TagLibVersions.h",
         "TagStream.cpp",
         "TagStream.h",
     )
@@ -88,7 +89,7 @@ TOOLKITS = {
     r"records/(Database|JournalRows)\.h": lambda path: path.parts[1] == "records",
     r"lib(av|sw)": lambda path: path.as_posix() == "src/platform/LibAv.h",
     r"pugixml": lambda path: path.parts[1:3] == ("export", "xml"),
-    r"taglib/|platform/Tag(Stream|File)\.h": lambda path: path.as_posix() in TAGLIB_SOURCES,
+    r"taglib/|platform/Tag(Stream|File|LibVersions)\.h": lambda path: path.as_posix() in TAGLIB_SOURCES,
     r"platform/(LibAv|AudioInput|AudioMixer|DecodeRun|PacketCount)\.h": lambda path: path.as_posix() in LIBAV_SOURCES,
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]', re.M)

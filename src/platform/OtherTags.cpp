@@ -8,6 +8,7 @@
 
 #include "base/Utf16.h"
 #include "platform/FileKind.h"
+#include "platform/TagLibVersions.h"
 #include "platform/TagMarks.h"
 #include "platform/TagReaders.h"
 #include "platform/TagStream.h"
@@ -78,7 +79,7 @@ void TakeComments(TagLib::Ogg::XiphComment const* comment, COtherTags& tags) {
 }
 
 void ReadFlac(CTagStream& stream, COtherTags& tags) {
-    TagLib::FLAC::File file(&stream, nullptr, false);
+    TagLib::FLAC::File file = FlacFileIn(stream);
     TakeComments(file.hasXiphComment() ? file.xiphComment() : nullptr, tags);
 }
 

@@ -8,6 +8,7 @@
 
 #include "platform/FileKind.h"
 #include "platform/TagFile.h"
+#include "platform/TagLibVersions.h"
 #include "platform/TagMarks.h"
 #include "platform/TagReaders.h"
 #include "platform/TagStream.h"
@@ -213,7 +214,7 @@ ETagChange ChangeAiff(TagLib::IOStream& stream, CTagWish const& wish, ETagDepth 
 }
 
 ETagChange ChangeFlac(TagLib::IOStream& stream, CTagWish const& wish, ETagDepth depth) {
-    TagLib::FLAC::File file(&stream, nullptr, false);
+    TagLib::FLAC::File file = FlacFileIn(stream);
     return Change(file, file.isValid() ? file.xiphComment(true) : nullptr, wish, depth,
                   [&file] { return file.save(); });
 }

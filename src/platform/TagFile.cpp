@@ -65,7 +65,7 @@ void CTagFile::Move(std::int64_t from, std::int64_t to) {
     }
 }
 
-TagLib::ByteVector CTagFile::readBlock(unsigned long length) {
+TagLib::ByteVector CTagFile::readBlock(TagSize length) {
     std::int64_t const rest = std::max<std::int64_t>(this->length() - m_nPosition, 0);
     auto const size = static_cast<unsigned>(
         std::min<std::uint64_t>({length, static_cast<std::uint64_t>(rest), UINT32_MAX}));
@@ -82,7 +82,7 @@ void CTagFile::writeBlock(TagLib::ByteVector const& data) {
     m_nPosition += data.size();
 }
 
-void CTagFile::insert(TagLib::ByteVector const& data, unsigned long start, unsigned long replace) {
+void CTagFile::insert(TagLib::ByteVector const& data, TagStart start, TagSize replace) {
     auto const place = static_cast<std::int64_t>(start);
     std::int64_t const oldEnd = place + static_cast<std::int64_t>(replace);
     std::int64_t const newEnd = place + data.size();
@@ -97,11 +97,11 @@ void CTagFile::insert(TagLib::ByteVector const& data, unsigned long start, unsig
     m_nPosition = newEnd;
 }
 
-void CTagFile::removeBlock(unsigned long start, unsigned long length) {
+void CTagFile::removeBlock(TagStart start, TagSize length) {
     insert(TagLib::ByteVector(), start, length);
 }
 
-void CTagFile::seek(long offset, Position position) {
+void CTagFile::seek(TagOffset offset, Position position) {
     std::int64_t const base = position == Beginning ? 0
                               : position == Current ? m_nPosition
                                                     : length();
@@ -110,12 +110,12 @@ void CTagFile::seek(long offset, Position position) {
     m_nPosition = isFar ? length() : std::max<std::int64_t>(place, 0);
 }
 
-long CTagFile::length() {
+TagOffset CTagFile::length() {
     struct stat info = {};
     return Note(::fstat(m_nFile, &info)) ? info.st_size : 0;
 }
 
-void CTagFile::truncate(long length) {
+void CTagFile::truncate(TagOffset length) {
     if (m_nError == 0) {
         (void)Note(::ftruncate(m_nFile, length));
     }

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "platform/TagLibVersions.h"
+
 #include <cstdint>
 #include <span>
 #include <taglib/tiostream.h>
@@ -18,17 +20,16 @@ public:
     [[nodiscard]] int GetError() const { return m_nError; }
 
     TagLib::FileName name() const override { return ""; }
-    TagLib::ByteVector readBlock(unsigned long length) override;
+    TagLib::ByteVector readBlock(TagSize length) override;
     void writeBlock(TagLib::ByteVector const& data) override;
-    void insert(TagLib::ByteVector const& data, unsigned long start,
-                unsigned long replace) override;
-    void removeBlock(unsigned long start, unsigned long length) override;
+    void insert(TagLib::ByteVector const& data, TagStart start, TagSize replace) override;
+    void removeBlock(TagStart start, TagSize length) override;
     bool readOnly() const override { return false; }
     bool isOpen() const override { return true; }
-    void seek(long offset, Position position) override;
-    long tell() const override { return m_nPosition; }
-    long length() override;
-    void truncate(long length) override;
+    void seek(TagOffset offset, Position position) override;
+    TagOffset tell() const override { return m_nPosition; }
+    TagOffset length() override;
+    void truncate(TagOffset length) override;
 
 private:
     bool Read(std::span<char> room, std::int64_t place);

@@ -18,7 +18,7 @@ bool CTagStream::IsUsedUp() const {
     return m_nBytesRead > kMostBytes || m_nReads > kMostReads;
 }
 
-TagLib::ByteVector CTagStream::readBlock(unsigned long length) {
+TagLib::ByteVector CTagStream::readBlock(TagSize length) {
     ++m_nReads;
     std::int64_t const rest = std::max<std::int64_t>(this->length() - m_nPosition, 0);
     auto const wanted = static_cast<std::int64_t>(
@@ -40,7 +40,7 @@ TagLib::ByteVector CTagStream::readBlock(unsigned long length) {
     return block;
 }
 
-void CTagStream::seek(long offset, Position position) {
+void CTagStream::seek(TagOffset offset, Position position) {
     std::int64_t const base = position == Beginning ? 0
                               : position == Current ? m_nPosition
                                                     : length();
@@ -50,6 +50,6 @@ void CTagStream::seek(long offset, Position position) {
 }
 
 /// Once all that may be read is read, the file seems empty: every loop of the library's ends.
-long CTagStream::length() {
+TagOffset CTagStream::length() {
     return IsUsedUp() ? 0 : std::max<std::int64_t>(m_source.GetSize() - m_nBegin, 0);
 }

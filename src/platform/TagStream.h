@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/SourceFile.h"
+#include "platform/TagLibVersions.h"
 
 #include <cstdint>
 #include <taglib/tiostream.h>
@@ -17,16 +18,16 @@ public:
     CTagStream(CSourceFile& source, std::int64_t begin) : m_source(source), m_nBegin(begin) {}
 
     TagLib::FileName name() const override { return ""; }
-    TagLib::ByteVector readBlock(unsigned long length) override;
+    TagLib::ByteVector readBlock(TagSize length) override;
     void writeBlock(TagLib::ByteVector const&) override {}
-    void insert(TagLib::ByteVector const&, unsigned long, unsigned long) override {}
-    void removeBlock(unsigned long, unsigned long) override {}
+    void insert(TagLib::ByteVector const&, TagStart, TagSize) override {}
+    void removeBlock(TagStart, TagSize) override {}
     bool readOnly() const override { return true; }
     bool isOpen() const override { return true; }
-    void seek(long offset, Position position) override;
-    long tell() const override { return m_nPosition; }
-    long length() override;
-    void truncate(long) override {}
+    void seek(TagOffset offset, Position position) override;
+    TagOffset tell() const override { return m_nPosition; }
+    TagOffset length() override;
+    void truncate(TagOffset) override {}
 
 private:
     [[nodiscard]] bool IsUsedUp() const;
