@@ -319,10 +319,12 @@ void CBatch::StoreTempo(CListRow& row) {
         return;
     }
     row.m_retries = {};
+    bool const isStored = isHeard && isWished && problem == EWriteProblem::None;
+    CString const stored = isStored ? StoredTempoText(path, tempo) : CString();
     {
         auto const guard = m_list.Lock();
-        if (isHeard && isWished && problem == EWriteProblem::None) {
-            row.m_sTempoInTag = tempo;
+        if (isStored) {
+            row.m_sTempoInTag = stored;
             ++m_list.Counts().m_nStored;
         }
         row.m_vConverted = std::move(report.m_vConverted);

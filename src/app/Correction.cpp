@@ -3,9 +3,8 @@
 
 #include "app/Correction.h"
 
-#include "IDTag/FrameIds.h"
-#include "IDTag/TagStore.h"
-#include "song/SongTags.h"
+#include "song/AudioKinds.h"
+#include "song/StoreTempo.h"
 #include "song/TagTempo.h"
 
 #include <array>
@@ -69,12 +68,15 @@ std::optional<double> TappedTempo(std::vector<double> const& seconds) {
 
 EWriteProblem StoreCorrection(CString const& path, CString const& text, CJournal& journal,
                               CCorrectionOptions const& options) {
+    CAudioKind const* const kind = FindAudioKind(path);
+    bool const isLibrarys = kind != nullptr && kind->m_writing == ETagWriting::Library;
+    if (isLibrarys && !options.m_bOtherKinds) {
+        return EWriteProblem::OtherExtension;
+    }
     auto const witness = journal.Witness(options.m_eWriter, ETextOrigin::Hand);
-    CTagStoreOptions store;
-    store.m_bNeedsMpegChain = true;
+    CStoreTempoOptions store;
+    store.m_tempoBefore = options.m_textBefore;
     store.m_bKeepTime = options.m_bKeepTime;
-    store.m_expectedText =
-        options.m_textBefore ? options.m_textBefore : ReadSongTags(path).m_sTempoFrame;
     store.m_pWitness = witness.get();
-    return StoreTagText(path, kTempoFrameId, text, store);
+    return StoreGivenTempo(path, text, store);
 }

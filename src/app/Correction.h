@@ -39,14 +39,15 @@ std::optional<double> TappedTempo(std::vector<double> const& seconds);
 /// How a correction is written.
 struct CCorrectionOptions {
     EJournalWriter m_eWriter = EJournalWriter::Fix;
-    bool m_bKeepTime = false; // the file's time of the last write stays
+    bool m_bKeepTime = false;   // the file's time of the last write stays
+    bool m_bOtherKinds = false; // kinds beside MP3 are written too
     /// What the tag said when the tempo was shown to whoever wants it replaced; nothing: whatever
     /// stands there now.
     std::optional<CString> m_textBefore = {};
 };
 
-/// Writes `text` as the tempo of the MP3 file at `path`, as set by hand, unless somebody has set
-/// another one since. Nobody needs to have decoded the file: MPEG frames must follow its tag.
-/// Thread: any.
+/// Writes `text` as the tempo of the file at `path`, as set by hand, unless somebody has set
+/// another one since. Nobody needs to have decoded it: in an MP3 file, MPEG frames must follow the
+/// tag. Thread: any.
 EWriteProblem StoreCorrection(CString const& path, CString const& text, CJournal& journal,
                               CCorrectionOptions const& options);

@@ -8,6 +8,7 @@
 
 #include "IDTag/FrameIds.h"
 #include "app/BPMController.h"
+#include "song/StoreTempo.h"
 #include "song/TempoText.h"
 
 #include <algorithm>
@@ -140,12 +141,14 @@ void CCorrector::Store(CRowChange& change) {
         path = row.m_file.GetPath();
         options.m_textBefore = row.m_sTempoInTag;
         options.m_bKeepTime = m_list.Wishes().m_bKeepTime;
+        options.m_bOtherKinds = m_list.Wishes().m_bWriteOtherKinds;
         isOnlyShown = m_list.Wishes().m_bOnlyLook;
     }
     EWriteProblem const problem =
         isOnlyShown ? EWriteProblem::None : StoreCorrection(path, text, m_journal, options);
     change.m_after.m_writeProblem = problem;
     change.m_after.m_bNotInFile = isOnlyShown || problem != EWriteProblem::None;
+    CString const stored = change.m_after.m_bNotInFile ? text : StoredTempoText(path, text);
     {
         auto const guard = m_list.Lock();
         if (change.m_nRow >= m_list.Size()) {
@@ -153,7 +156,7 @@ void CCorrector::Store(CRowChange& change) {
         }
         CListRow& row = m_list.Row(change.m_nRow);
         if (!change.m_after.m_bNotInFile) {
-            row.m_sTempoInTag = text;
+            row.m_sTempoInTag = stored;
         } else if (problem == EWriteProblem::TempoChanged) {
             row.m_sTempoInTag.reset(); // whoever corrects it once more means it
         }
@@ -194,14 +197,14 @@ void CCorrector::FindByHand(std::size_t first, std::size_t end) {
                 continue;
             }
             path = m_list.Row(index).m_file.GetPath();
-            text = m_list.Row(index).m_file.GetTempo();
+            text = TextInTagOf(m_list.Row(index));
         }
         if (m_journal.OriginOf(path.ToPath(), kTempoFrameId, text.ToUtf8()) != ETextOrigin::Hand) {
             continue;
         }
         {
             auto const guard = m_list.Lock();
-            if (index < m_list.Size() && m_list.Row(index).m_file.GetTempo() == text) {
+            if (index < m_list.Size() && TextInTagOf(m_list.Row(index)) == text) {
                 m_list.Row(index).m_bByHand = true;
             }
         }

@@ -8,6 +8,7 @@
 
 #include "app/Batch.h"
 #include "app/FileList.h"
+#include "app/RowTags.h"
 #include "records/RealPath.h"
 #include "song/TempoText.h"
 
@@ -146,7 +147,8 @@ void CCorrector::ShowFile(CJournalEntry const& entry, std::size_t index, bool wa
     bool const isByHand =
         entry.m_textBefore && m_journal.OriginOf(entry.m_sPath, entry.m_sFrameId,
                                                  *entry.m_textBefore) == ETextOrigin::Hand;
-    bool const hasTempo = LeadingNumber(text) > 0.0;
+    CString const shown = TempoOfTagText(CString::FromPath(entry.m_sPath), text);
+    bool const hasTempo = !shown.IsEmpty();
     auto const guard = m_list.Lock();
     if (index >= m_list.Size()) {
         return;
@@ -165,7 +167,7 @@ void CCorrector::ShowFile(CJournalEntry const& entry, std::size_t index, bool wa
         tempo.m_outcome.m_problem = EAnalysisProblem::None;
     }
     if (hasTempo || !wasHeard) {
-        tempo.m_sText = hasTempo ? text : CString();
+        tempo.m_sText = shown;
         tempo.m_bDone = hasTempo;
     }
     SetTempoOfRow(m_list, row, tempo);

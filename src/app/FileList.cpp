@@ -4,6 +4,7 @@
 #include "app/FileList.h"
 
 #include "song/SongCandidates.h"
+#include "song/TempoText.h"
 
 #include <algorithm>
 #include <utility>
@@ -12,6 +13,12 @@ namespace {
 
 constexpr std::int32_t kArtistColumn = 1; // Fixed: identifiers of the table's columns.
 constexpr std::int32_t kTempoColumn = 2;
+
+/// MP4 has 120 for 120.00.
+bool AreSameTempo(CString const& tag, CString const& shown) {
+    double const bpm = LeadingNumber(tag);
+    return tag == shown || (bpm > 0.0 && bpm == LeadingNumber(shown));
+}
 
 } // namespace
 
@@ -56,7 +63,7 @@ CRowState CFileList::State(std::size_t row) const {
             !entry.m_bByHand && entry.m_file.IsDone() && DoubtIn(entry.m_candidates).has_value(),
             entry.m_sKey,
             entry.m_bFromTag || (entry.m_sTempoInTag && entry.m_file.IsDone() &&
-                                 *entry.m_sTempoInTag == entry.m_file.GetTempo())};
+                                 AreSameTempo(*entry.m_sTempoInTag, entry.m_file.GetTempo()))};
 }
 
 std::vector<CTempoCandidate> CFileList::Candidates(std::size_t row) const {

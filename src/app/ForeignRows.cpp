@@ -6,6 +6,7 @@
 
 #include "IDTag/FrameIds.h"
 #include "app/Batch.h"
+#include "app/RowTempo.h"
 
 #include <utility>
 
@@ -17,7 +18,7 @@ std::size_t CBatch::CountForeign() {
         for (std::size_t index = 0; index < m_list.Size(); ++index) {
             CListRow const& row = m_list.Row(index);
             if ((row.m_bFromTag || row.m_bByHand) && !row.m_bHidden) {
-                found.emplace_back(row.m_file.GetPath().ToPath(), row.m_file.GetTempo().ToUtf8());
+                found.emplace_back(row.m_file.GetPath().ToPath(), TextInTagOf(row).ToUtf8());
             }
         }
     }

@@ -6,6 +6,7 @@
 #include "base/FileUtil.h"
 #include "song/AudioKinds.h"
 #include "song/SongTags.h"
+#include "song/TagTempo.h"
 #include "song/TempoText.h"
 
 namespace {
@@ -54,4 +55,12 @@ CString ReadRowTags(CBPMFile& row, CWishes const& wishes) {
     row.SetTitle(title);
     row.SetArtist(tags.m_sArtist);
     return tags.m_sTempoFrame;
+}
+
+CString TempoOfTagText(CString const& path, CString const& text) {
+    if (IsMp3(path)) {
+        return LeadingNumber(text) > 0.0 ? text : CString();
+    }
+    CTagTempo const tempo = JudgeTagTempo(text.ToUtf8());
+    return tempo.m_worth == ETagTempo::None ? CString() : CString(TempoText(tempo.m_dBpm).c_str());
 }

@@ -16,3 +16,7 @@
 /// held against.
 /// Thread: any, on a row that nobody else sees yet.
 CString ReadRowTags(CBPMFile& row, CWishes const& wishes = {});
+
+/// The tempo that a row of the file at `path` shows for the text in its tag; empty for none. The
+/// text itself for an MP3 file, a tempo with two decimals for others.
+CString TempoOfTagText(CString const& path, CString const& text);

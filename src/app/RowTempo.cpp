@@ -51,3 +51,7 @@ double BpmOfRow(CListRow const& row) {
     CTagTempo const tempo = JudgeTagTempo(text);
     return tempo.m_worth == ETagTempo::None ? 0.0 : tempo.m_dBpm;
 }
+
+CString TextInTagOf(CListRow const& row) {
+    return row.m_bFromTag && row.m_sTempoInTag ? *row.m_sTempoInTag : row.m_file.GetTempo();
+}

@@ -36,3 +36,7 @@ void SetTempoOfRow(CFileList& list, CListRow& row, CRowTempo const& tempo);
 /// The tempo that a row shows, unrounded where that is known, and what is meant by one that is 10
 /// or 100 times too large. Returns: 0 for a row without a tempo and for one that is analysed.
 [[nodiscard]] double BpmOfRow(CListRow const& row);
+
+/// What stands in the file of a row whose tempo came from its tag, as far as that is known; else
+/// the text that the row shows.
+[[nodiscard]] CString TextInTagOf(CListRow const& row);

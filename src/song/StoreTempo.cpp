@@ -6,6 +6,7 @@
 #include "IDTag/FrameIds.h"
 #include "song/AudioKinds.h"
 #include "song/LibraryStore.h"
+#include "song/SongTags.h"
 
 #include <algorithm>
 
@@ -120,4 +121,10 @@ EWriteProblem StoreGivenTempo(CString const& path, CString const& tempo,
     options.m_expectedText = wishes.m_tempoBefore;
     options.m_pWitness = wishes.m_pWitness;
     return StoreTagText(path, kTempoFrameId, tempo, options);
+}
+
+CString StoredTempoText(CString const& path, CString const& tempo) {
+    CAudioKind const* const kind = FindAudioKind(path);
+    bool const isLibrarys = kind != nullptr && kind->m_writing == ETagWriting::Library;
+    return isLibrarys ? CString::FromUtf8(ReadShownTags(path).m_sTempo) : tempo;
 }

@@ -62,3 +62,9 @@ EWriteProblem StoreTempo(CString const& path, CAnalysisOutcome const& outcome, C
 /// Thread: any.
 EWriteProblem StoreGivenTempo(CString const& path, CString const& tempo,
                               CStoreTempoOptions const& wishes);
+
+/// The text that the tag of the file at `path` has once `tempo` is written into it, which a later
+/// write is held against: `tempo` itself in an MP3 file, what is read back in others, as MP4 has
+/// whole numbers of its own.
+/// Thread: any.
+CString StoredTempoText(CString const& path, CString const& tempo);

@@ -6,6 +6,8 @@
 #include "ControllerFixture.h"
 
 #include "IDTag/TagStore.h"
+#include "song/SongTags.h"
+#include "song/StoreTempo.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -56,6 +58,20 @@ struct CorrectorTest : COwnState, ControllerTest {
         CString text;
         return ReadTagText(CString::FromPath(file), "TBPM", text) == kStatusOk ? text.ToUtf8()
                                                                                : "<none>";
+    }
+
+    /// A song of another kind, with this tempo in its tag where there is one.
+    std::string writeOther(std::string const& name, char const* bpm) const {
+        WriteWav(folder / "clip", MakeClickTrack(120.0, 1.0));
+        Ffmpeg({"-i", folder / "clip", "-map_metadata", "-1", folder / name});
+        if (bpm != nullptr) {
+            EXPECT_EQ(StoreGivenTempo(path(folder / name), bpm, {}), EWriteProblem::None);
+        }
+        return folder / name;
+    }
+
+    static double shownTempo(std::string const& file) {
+        return ReadShownTags(CString::FromPath(file)).m_tempo.m_dBpm;
     }
 
     void correct(std::vector<std::size_t> const& rows, char const* word) {
@@ -310,6 +326,97 @@ TEST_F(CorrectorTest, FilesThatTakeNoTagAreCorrectedInTheListAlone) {
     redo();
     EXPECT_EQ(tempo(0), "60.00");
     EXPECT_TRUE(controller.rowState(0).m_bByHand);
+}
+
+TEST_F(CorrectorTest, OtherKindsAreWrittenWhenWishedForAndTakenBackByteForByte) {
+    controller.setWishes({.m_bOtherKinds = true, .m_bWriteOtherKinds = true});
+    std::vector<std::string> files;
+    std::vector<Bytes> before;
+    for (char const* const name : {"a.flac", "b.m4a", "c.wav"}) {
+        files.push_back(writeOther(name, "95"));
+        before.push_back(ReadBytes(files.back()));
+        controller.addFile(path(files.back()));
+    }
+    ASSERT_EQ(tempo(0), "95.00");
+    correct({0, 1, 2}, "x2");
+    for (std::size_t row = 0; row < files.size(); ++row) {
+        EXPECT_EQ(shownTempo(files[row]), 190.0) << files[row];
+        EXPECT_EQ(tempo(row), "190.00");
+        EXPECT_FALSE(controller.rowState(row).m_bNotInFile);
+        EXPECT_TRUE(controller.rowState(row).m_bInFile) << files[row];
+        EXPECT_EQ(controller.rowState(row).m_writeProblem, EWriteProblem::None) << files[row];
+    }
+    // MP4 has the whole number 190, which is the tempo that was written.
+    correct({0, 1, 2}, "3:4");
+    for (std::size_t row = 0; row < files.size(); ++row) {
+        EXPECT_EQ(shownTempo(files[row]), 142.5) << files[row];
+    }
+    undo();
+    undo();
+    for (std::size_t row = 0; row < files.size(); ++row) {
+        EXPECT_EQ(shownTempo(files[row]), 95.0) << files[row];
+        EXPECT_EQ(tempo(row), "95.00");
+    }
+    EXPECT_EQ(ReadBytes(files[0]), before[0]);
+    redo();
+    EXPECT_EQ(shownTempo(files[1]), 190.0);
+}
+
+TEST_F(CorrectorTest, AnAnalysedSongOfAnotherKindCanBeCorrected) {
+    controller.setWishes({.m_bOtherKinds = true, .m_bWriteOtherKinds = true});
+    std::string const file = writeOther("a.m4a", nullptr);
+    controller.addFile(path(file));
+    controller.analyze();
+    waitUntilIdle();
+    ASSERT_EQ(shownTempo(file), 120.0);
+    correct({0}, "/2");
+    EXPECT_EQ(shownTempo(file), 60.0);
+    EXPECT_EQ(controller.rowState(0).m_writeProblem, EWriteProblem::None);
+}
+
+TEST_F(CorrectorTest, OtherKindsKeepTheirBytesWhenTheyAreNotToBeWritten) {
+    controller.setWishes({.m_bOtherKinds = true});
+    std::string const file = writeOther("a.flac", "95");
+    Bytes const before = ReadBytes(file);
+    controller.addFile(path(file));
+    correct({0}, "x2");
+    EXPECT_EQ(tempo(0), "190.00");
+    EXPECT_TRUE(controller.rowState(0).m_bNotInFile);
+    EXPECT_FALSE(controller.rowState(0).m_bInFile);
+    EXPECT_EQ(controller.rowState(0).m_writeProblem, EWriteProblem::OtherExtension);
+    EXPECT_EQ(ReadBytes(file), before);
+}
+
+TEST_F(CorrectorTest, AnotherTempoThatAFileOfAnotherKindGotMeanwhileStays) {
+    controller.setWishes({.m_bOtherKinds = true, .m_bWriteOtherKinds = true});
+    std::string const file = writeOther("a.flac", "95");
+    controller.addFile(path(file));
+    ASSERT_EQ(StoreGivenTempo(path(file), CString("77"), {}), EWriteProblem::None);
+    correct({0}, "x2");
+    EXPECT_EQ(shownTempo(file), 77.0);
+    EXPECT_EQ(controller.rowState(0).m_writeProblem, EWriteProblem::TempoChanged);
+    EXPECT_TRUE(controller.rowState(0).m_bNotInFile);
+}
+
+TEST_F(CorrectorTest, StepsOverOtherKindsSurviveTheEndOfTheProgram) {
+    CWishes const wishes{.m_bOtherKinds = true, .m_bWriteOtherKinds = true};
+    controller.setWishes(wishes);
+    std::string const file = writeOther("a.m4a", "95");
+    controller.addFile(path(file));
+    correct({0}, "x2");
+    settle();
+    FakeView other;
+    BPMController later(other);
+    CCorrector sees(later);
+    later.setWishes(wishes);
+    later.addFile(path(file));
+    sees.LookAtNewRows();
+    waitFor([&] { return sees.IsIdle(); });
+    EXPECT_TRUE(later.rowState(0).m_bByHand);
+    sees.Undo();
+    waitFor([&] { return sees.IsIdle(); });
+    EXPECT_EQ(shownTempo(file), 95.0);
+    EXPECT_EQ(CString(later.objectValueForTableColumn(2, 0)).ToUtf8(), "95.00");
 }
 
 TEST_F(CorrectorTest, RowsKnowWhoSetThemInAnEarlierSession) {

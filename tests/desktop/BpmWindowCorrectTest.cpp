@@ -10,6 +10,8 @@
 #include "support/TagFile.h"
 
 #include "IDTag/TagStore.h"
+#include "song/SongTags.h"
+#include "song/StoreTempo.h"
 
 #include <QDialog>
 #include <QKeyEvent>
@@ -360,6 +362,62 @@ TEST_F(BpmWindowCorrectTest, WhatARunStoredIsNotOfferedToBeTakenBack) {
     press(Qt::Key_Delete, Qt::NoModifier);
     EXPECT_TRUE(
         QTest::qWaitFor([&] { return window.findChild<QToolButton*>("statusUndo")->isVisible(); }));
+}
+
+TEST_F(BpmWindowCorrectTest, OtherKindsAreWrittenWhenThePreferenceSaysSo) {
+    controller.setWishes({.m_bOtherKinds = true, .m_bWriteOtherKinds = true});
+    std::string const wav = writeClip("clip.wav");
+    auto const shown = [this](char const* name) {
+        return ReadShownTags(CString::FromPath(folder / name)).m_tempo.m_dBpm;
+    };
+    auto const waitFor = [&](char const* name, double bpm) {
+        return QTest::qWaitFor([&] { return shown(name) == bpm; }, 10'000);
+    };
+    for (char const* const name : {"a.flac", "b.m4a"}) {
+        Ffmpeg({"-i", wav, "-map_metadata", "-1", folder / name});
+        ASSERT_EQ(StoreGivenTempo(CString::FromPath(folder / name), "95", {}), EWriteProblem::None);
+    }
+    std::string const before = ReadText(folder / "a.flac");
+    open({folder / "a.flac", folder / "b.m4a"});
+    ASSERT_TRUE(waitUntilIdle());
+    table->setFocus();
+    table->selectAll();
+    press(Qt::Key_D);
+    EXPECT_TRUE(waitFor("a.flac", 190.0));
+    EXPECT_TRUE(waitFor("b.m4a", 190.0));
+    select(1);
+    press(Qt::Key_F2, Qt::NoModifier);
+    ASSERT_NE(editor(), nullptr);
+    QTest::keyClicks(editor(), "174,5");
+    press(Qt::Key_Return, Qt::NoModifier);
+    EXPECT_TRUE(waitFor("b.m4a", 174.5));
+    EXPECT_TRUE(waitForUndo("Undo: tempo of 1 file"));
+    EXPECT_EQ(table->model()->index(1, 2).data(Qt::AccessibleDescriptionRole), "set by hand");
+    press(Qt::Key_Z);
+    EXPECT_TRUE(waitFor("b.m4a", 190.0));
+    EXPECT_TRUE(waitForUndo("Undo: ×2 on 2 files"));
+    press(Qt::Key_Z);
+    EXPECT_TRUE(waitFor("b.m4a", 95.0));
+    EXPECT_TRUE(waitForCell(1, "95.00"));
+    EXPECT_EQ(ReadText(folder / "a.flac"), before);
+}
+
+TEST_F(BpmWindowCorrectTest, WithoutThePreferenceRowsOfOtherKindsSayThatTheyAreNotWritten) {
+    open({writeClip("a.wav")});
+    ASSERT_TRUE(waitUntilIdle());
+    table->setFocus();
+    select(0);
+    std::string const before = ReadText(folder / "a.wav");
+    press(Qt::Key_D);
+    EXPECT_TRUE(waitForUndo("Undo: ×2 on 1 file"));
+    EXPECT_EQ(cell(0, 2), "240.00");
+    EXPECT_EQ(ReadText(folder / "a.wav"), before);
+    EXPECT_EQ(table->model()->index(0, 2).data(Qt::AccessibleDescriptionRole),
+              "set by hand: not in the file");
+    EXPECT_EQ(table->model()->index(0, 2).data(Qt::ToolTipRole).toString().toStdString(),
+              folder / "a.wav" + std::string("\nThis tempo was set by hand.\nThe file doesn't have "
+                                             "it in its tag.\nTempo not stored: only MP3 files "
+                                             "are tagged"));
 }
 
 TEST_F(BpmWindowCorrectTest, ThePaneTellsWhatTheTagSaysNow) {
