@@ -8,6 +8,7 @@
 #include "desktop/SoundNames.h"
 #include "engine/envelope/Tempo.h"
 #include "engine/notes/KeyDetector.h"
+#include "export/TakenSong.h"
 #include "song/KeyText.h"
 
 #include <QCoreApplication>
@@ -21,6 +22,7 @@ namespace {
 constexpr int kSecondsPerMinute = 60;
 constexpr int kTenths = 10;
 constexpr float kWholePercent = 100.0f;
+constexpr double kBitsPerKilobit = 1000.0;
 
 class CPaneTexts {
     Q_DECLARE_TR_FUNCTIONS(PaneTexts)
@@ -107,6 +109,14 @@ QString KeyFact(CSongPicture const& picture) {
                                key, CamelotName(KeyText(picture.m_nTonic, picture.m_nMode)));
 }
 
+/// The format with its bit rate: "MP3 192 kbit/s".
+QString FormatFact(CSongPicture const& picture) {
+    CDecodeReport const& report = picture.m_outcome.m_report;
+    auto const kilobits = std::llround(BitRateOf(report, picture.Seconds()) / kBitsPerKilobit);
+    QString const kind = KindName(report);
+    return kilobits > 0 ? CPaneTexts::tr("%1 %L2 kbit/s").arg(kind).arg(kilobits).trimmed() : kind;
+}
+
 QString BpmText(float bpm) {
     constexpr int kDecimals = 2; // Fixed: as in the table.
     return CPaneTexts::tr("%1 BPM found").arg(QLocale().toString(bpm, 'f', kDecimals));
@@ -152,8 +162,7 @@ QString SpokenKey(std::uint16_t tonic, std::uint16_t mode) {
 }
 
 QString FactsText(CSongPicture const& picture) {
-    QStringList facts{KindName(picture.m_outcome.m_report), LengthText(picture.Seconds()),
-                      KeyFact(picture)};
+    QStringList facts{FormatFact(picture), LengthText(picture.Seconds()), KeyFact(picture)};
     if (picture.m_grid.MeasureCount() > 0) {
         constexpr int kQuarters = 4; // Fixed: beats are written as quarters.
         facts << QStringLiteral("%L1/%L2").arg(picture.m_grid.BeatsPerMeasure()).arg(kQuarters);

@@ -21,7 +21,7 @@ QString LengthText(double seconds);
 /// A key in plain words: "A minor"; empty when there is none.
 QString SpokenKey(std::uint16_t tonic, std::uint16_t mode);
 
-/// Kind, length, key and metre in one line.
+/// Kind, bit rate, length, key and metre in one line.
 QString FactsText(CSongPicture const& picture);
 
 /// A place with its measure and beat: "0:12.4 · measure 7, beat 1".

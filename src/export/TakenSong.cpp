@@ -52,10 +52,7 @@ void TakeFacts(CSongFacts const& facts, CTakenSong& song) {
     CDecodeReport const& report = song.m_outcome.m_report;
     std::uint32_t const rate = report.m_nFileRate > 0 ? report.m_nFileRate : kEngineRateHz;
     song.m_dSeconds = static_cast<double>(facts.m_nFrames) / rate;
-    if (song.m_dSeconds > 0.0) {
-        song.m_dBitsPerSecond =
-            kByteBits * static_cast<double>(report.m_identity.m_nSize) / song.m_dSeconds;
-    }
+    song.m_dBitsPerSecond = BitRateOf(report, song.m_dSeconds);
     song.m_dHeardTempo = static_cast<double>(facts.m_fBpm);
     song.m_key = facts.m_key;
     song.m_harmony = facts.m_harmony;
@@ -93,6 +90,11 @@ CTakenSong TakenSongOf(std::string path, CShownTags const& tags, CHeardSong cons
         song.m_outcome.m_problem = EAnalysisProblem::NoBeat;
     }
     return song;
+}
+
+double BitRateOf(CDecodeReport const& report, double seconds) {
+    return seconds > 0.0 ? kByteBits * static_cast<double>(report.m_identity.m_nSize) / seconds
+                         : 0.0;
 }
 
 std::string FolderOf(std::string const& path) {

@@ -65,6 +65,9 @@ struct CTakenSong {
 [[nodiscard]] CTakenSong TakenSongOf(std::string path, CShownTags const& tags,
                                      CHeardSong const& heard);
 
+/// Bits a second of a whole file of which so many seconds were heard; 0 when not known.
+[[nodiscard]] double BitRateOf(CDecodeReport const& report, double seconds);
+
 /// The folder that `path` lies in, as the path has it; empty when it has none.
 [[nodiscard]] std::string FolderOf(std::string const& path);
 

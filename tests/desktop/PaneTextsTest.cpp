@@ -54,6 +54,8 @@ TEST(PaneTextsTest, FactsAreKindLengthKeyAndMetre) {
     picture.m_nMode = 0;
     picture.m_grid = {};
     EXPECT_EQ(Text(FactsText(picture)), "MP3 · 1:00");
+    picture.m_outcome.m_report.m_identity.m_nSize = 1'443'000; // bytes in a minute
+    EXPECT_EQ(Text(FactsText(picture)), "MP3 192 kbit/s · 1:00");
 }
 
 TEST(PaneTextsTest, WhatTheTagSaysIsToldInWords) {

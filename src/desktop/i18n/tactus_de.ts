@@ -1233,6 +1233,10 @@
         <source>The folder “%1” could not be read.</source>
         <translation>Der Ordner „%1“ konnte nicht gelesen werden.</translation>
     </message>
+    <message>
+        <source>%1 %L2 kbit/s</source>
+        <translation>%1 %L2 kbit/s</translation>
+    </message>
     <message numerus="yes">
         <source>%Ln folder(s) could not be read, the last of them “%1”.</source>
         <translation>
