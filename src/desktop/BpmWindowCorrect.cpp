@@ -137,7 +137,7 @@ void BpmWindow::takeNextReading() {
     }
     double const bpm = m_pCorrector->Tempo(id);
     auto const now = std::ranges::find_if(readings, [bpm](CTempoCandidate const& reading) {
-        return AreShownAlike(static_cast<double>(reading.m_fBpm), bpm);
+        return AreSameTempo(static_cast<double>(reading.m_fBpm), bpm);
     });
     bool const isLast = now == readings.end() || now + 1 == readings.end();
     CTempoCandidate const& next = isLast ? readings.front() : *(now + 1);

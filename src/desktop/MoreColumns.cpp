@@ -32,7 +32,7 @@ CMoreCell OtherCell(IFileList const& list, std::size_t id) {
         TempoValue(list.objectValueForTableColumn(CFileTableModel::kTempoColumn, id));
     std::vector<CTempoCandidate> const readings = list.rowCandidates(id);
     auto const other = std::ranges::find_if(readings, [bpm](CTempoCandidate const& reading) {
-        return !AreShownAlike(static_cast<double>(reading.m_fBpm), bpm);
+        return !AreSameTempo(static_cast<double>(reading.m_fBpm), bpm);
     });
     if (other == readings.end()) {
         return {};

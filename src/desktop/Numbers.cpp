@@ -14,8 +14,8 @@
 
 namespace {
 
-constexpr double kAlikeBpm = 0.0051; // Derived: half of the last decimal, and a little.
-constexpr int kPercentDigits = 2;    // Fixed: of a percentage, filled up with blanks in front.
+constexpr double kSameBpm = 0.0151; // Derived: the last decimal and half of it, and a little.
+constexpr int kPercentDigits = 2;   // Fixed: of a percentage, filled up with blanks in front.
 
 bool IsPlainDigit(QChar letter) {
     return letter >= QLatin1Char('0') && letter <= QLatin1Char('9');
@@ -61,8 +61,8 @@ double TempoValue(std::u16string const& tempo) {
     return value > 0.0 ? value : std::numeric_limits<double>::quiet_NaN();
 }
 
-bool AreShownAlike(double bpm, double other) {
-    return std::abs(bpm - other) < kAlikeBpm;
+bool AreSameTempo(double bpm, double other) {
+    return std::abs(bpm - other) < kSameBpm;
 }
 
 std::optional<double> TypedTempo(QString const& text) {

@@ -19,8 +19,9 @@ QString TempoText(std::u16string const& tempo);
 /// The number in a tempo text, as the list reads it; NaN when there is none above 0.
 double TempoValue(std::u16string const& tempo);
 
-/// Whether two tempos look the same in the list, with its two decimals.
-bool AreShownAlike(double bpm, double other);
+/// Whether two tempos are the same in the list, with its two decimals. One that was rounded,
+/// doubled and rounded again may be one hundredth off.
+bool AreSameTempo(double bpm, double other);
 
 /// The tempo that a person typed: digits of the locale or plain ones, with comma, point or the
 /// locale's own before the decimals, blanks around it ignored. Returns: nothing for any other text,

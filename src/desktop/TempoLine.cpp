@@ -72,7 +72,7 @@ void CTempoLine::setTempo(double bpm) {
     m_pGroup->setExclusive(false); // so that none can be on
     for (QAbstractButton* button : m_pGroup->buttons()) {
         auto const reading = m_vBpms[static_cast<std::size_t>(m_pGroup->id(button))];
-        button->setChecked(AreShownAlike(reading, bpm));
+        button->setChecked(AreSameTempo(reading, bpm));
     }
     m_pGroup->setExclusive(true);
 }

@@ -49,6 +49,10 @@ TEST_F(TempoLineTest, TheReadingThatTheSongHasIsOn) {
     line.setTempo(94.99);
     EXPECT_TRUE(reading(1)->isChecked());
     EXPECT_FALSE(reading(2)->isChecked());
+    line.setTempo(190.0);
+    EXPECT_FALSE(reading(2)->isChecked());
+    line.setTempo(189.99); // one hundredth off, as what was rounded twice may be
+    EXPECT_TRUE(reading(2)->isChecked());
     line.setTempo(100.0);
     EXPECT_FALSE(reading(1)->isChecked());
     EXPECT_EQ(chosen.count(), 0);
