@@ -168,13 +168,14 @@ bool CCellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
 }
 
 void CCellDelegate::paintContents(QPainter& painter, QStyleOptionViewItem const& cell,
-                                  QModelIndex const&) const {
+                                  QModelIndex const& index) const {
     QRect area = cell.rect.adjusted(kCellMargin, 0, -kCellMargin, 0);
     if (!cell.icon.isNull()) {
         PaintIcon(painter, cell, area);
     }
-    QString const text =
-        QFontMetrics(cell.font).elidedText(cell.text, cell.textElideMode, area.width());
+    bool const isPlace = index.data(CFileTableModel::kPlaceRole).toBool();
+    QString const text = QFontMetrics(cell.font).elidedText(
+        cell.text, isPlace ? Qt::ElideLeft : cell.textElideMode, area.width());
     painter.setPen(TextColor(cell));
     painter.setLayoutDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     painter.drawText(

@@ -100,6 +100,8 @@ QVariant CFileTableModel::data(QModelIndex const& index, int role) const {
         return ProblemText(m_list.rowState(id));
     case kPathRole:
         return ReadableText(m_list.rowState(id).m_sPath);
+    case kPlaceRole:
+        return column == kFolderColumn;
     case kReadingRole:
         return isTempo && m_list.rowState(id).m_bReading;
     case kMarksRole:

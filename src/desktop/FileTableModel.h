@@ -33,6 +33,7 @@ public:
         kUntitledRole,               ///< bool: the file's name stands where the title should.
         kAwaitsRole,                 ///< bool: the tempo shown awaits another analysis.
         kMarksRole,                  ///< int, bits of `EMark`.
+        kPlaceRole,                  ///< bool: a path, whose end tells more than its begin.
         kProblemRole,                ///< What went wrong with the row, as a sentence, or empty.
     };
 

@@ -303,3 +303,22 @@ TEST_F(FileTableViewTest, ARunningCellIsPaintedWithABarAsLongAsItsPercentage) {
     };
     EXPECT_LT(distance(filled), distance(empty));
 }
+
+TEST_F(FileTableViewTest, AFolderWithoutRoomShowsItsEnd) {
+    for (char16_t const* const path : {u"/home/someone/music/of some years/first/a.mp3",
+                                       u"/home/someone/music/of some years/other/a.mp3",
+                                       u"/mnt/music of somebody else, some years/first/a.mp3"}) {
+        add(u"", u"", u"");
+        list.rows.back().state.m_sPath = path;
+    }
+    view.showColumn(kFolderColumn, true);
+    int const section = model.sectionOf(kFolderColumn);
+    view.horizontalHeader()->resizeSection(section, view.fontMetrics().averageCharWidth() * 14);
+    auto const picture = [&](int row) {
+        QRect const cell = view.visualRect(model.index(row, section));
+        return view.viewport()->grab(cell.adjusted(1, 2, -1, -2)).toImage();
+    };
+    view.setAlternatingRowColors(false);
+    EXPECT_NE(picture(0), picture(1));
+    EXPECT_EQ(picture(0), picture(2));
+}
