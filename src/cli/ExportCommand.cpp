@@ -15,6 +15,7 @@
 #include "export/Labels.h"
 #include "export/Midi.h"
 #include "export/Playlist.h"
+#include "export/SongFileName.h"
 #include "export/xml/Rekordbox.h"
 #include "export/xml/SongDrawing.h"
 
@@ -140,14 +141,8 @@ constexpr std::array<CExportCommand::CFormat, 7> kFormats = {
 /// "NAME.mid" in `folder`, with a number where another song has that name already.
 std::string PlaceFor(CTakenSong const& song, std::string const& folder, char const* extension,
                      std::set<std::string>& taken) {
-    std::string const stem = song.m_sPath == kStandardInputName
-                                 ? "standard-input"
-                                 : fs::path(song.m_sPath).stem().native();
-    std::string name = stem + extension;
-    for (int number = 2; !taken.insert(name).second; ++number) {
-        name = stem + " (" + std::to_string(number) + ")" + extension;
-    }
-    return (fs::path(folder) / name).native();
+    std::string const path = song.m_sPath == kStandardInputName ? "standard-input" : song.m_sPath;
+    return (fs::path(folder) / SongFileName(path, extension, taken)).native();
 }
 
 } // namespace
