@@ -5,6 +5,7 @@
 //   start   from the start of the process to the first painting of the table
 //   add     50,000 rows, or those of FOLDER, coming in; the longest stall of the event loop
 //   sort    a click on each column's header
+//   filter  a query typed letter by letter, until the table is painted: the longest letter
 //   notify  one progress notification until its cell is painted
 //   stop    from Escape to the end of the batch, in the middle of a long file
 
@@ -18,6 +19,7 @@
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <algorithm>
@@ -149,6 +151,26 @@ void BenchSort(CFileTableView& table) {
     }
 }
 
+void BenchFilter(BpmWindow const& window, CFileTableView& table, CPaintWatch const& watch) {
+    auto* field = window.findChild<QLineEdit*>("query");
+    for (QString const query : {"499", "missing 7", "120-130", "state:todo", "key:8A"}) {
+        double worst = 0.0;
+        for (qsizetype length = 1; length <= query.size(); ++length) {
+            int const before = watch.paints;
+            QElapsedTimer time;
+            time.start();
+            field->setText(query.left(length));
+            table.viewport()->update(); // the same rows may be found
+            RunUntil([&] { return watch.paints > before; });
+            worst = std::max(worst, Milliseconds(time.nsecsElapsed()));
+        }
+        std::printf("filter  %8.1f ms for \"%s\", %d rows found\n", worst, qPrintable(query),
+                    table.model()->rowCount());
+    }
+    field->clear();
+    QApplication::processEvents();
+}
+
 void BenchNotify(BPMController& controller, CFileTableView& table, CPaintWatch& watch) {
     table.sortByColumn(-1, Qt::AscendingOrder);
     QApplication::processEvents();
@@ -197,6 +219,7 @@ int main(int argc, char** argv) {
     std::printf("start   %8.0f ms\n", ProcessAge());
     BenchAdd(controller, *table, argc > 1 ? argv[1] : nullptr);
     BenchSort(*table);
+    BenchFilter(window, *table, watch);
     BenchNotify(controller, *table, watch);
     controller.applicationWillTerminate();
     view.setWindow(nullptr);
