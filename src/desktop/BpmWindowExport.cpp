@@ -6,6 +6,7 @@
 #include "desktop/BpmWindow.h"
 
 #include "app/BPMController.h"
+#include "app/Batch.h"
 #include "desktop/ExportDialog.h"
 #include "desktop/FileTableView.h"
 #include "desktop/NoticeBar.h"
@@ -39,7 +40,7 @@ void BpmWindow::exportRows() {
     for (std::size_t const id : m_pTable->selectedIds()) {
         selected.push_back(exportRow(id));
     }
-    CExportDialog dialog(std::move(all), std::move(selected), this);
+    CExportDialog dialog(std::move(all), std::move(selected), m_controller.batch().Store(), this);
     if (dialog.exec() == QDialog::Accepted) {
         m_pNotices->post({ENotice::Exported, dialog.summary(), {{tr("Close"), {}}}});
     }

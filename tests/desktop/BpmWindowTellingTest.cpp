@@ -7,6 +7,7 @@
 #include "desktop/ListDialog.h"
 #include "support/Unprivileged.h"
 
+#include <QComboBox>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTimer>
@@ -102,4 +103,31 @@ TEST_F(BpmWindowTellingTest, ControlEExportsTheSelectedRowsAsTheyAreShown) {
     EXPECT_EQ(ReadText(target), "path,title,artist,tempo,source,error\n" + folder.Path() +
                                     "/b.wav,b.wav,,120.00,analysis,\n");
     EXPECT_EQ(label("noticeText").toStdString(), "1 row exported to “" + target + "”.");
+}
+
+TEST_F(BpmWindowTellingTest, ControlETakesSongsAlongWithTheirBeats) {
+    WriteWav(folder / "song.wav", MakeClickTrack(120.0, 40.0));
+    window.addPaths({folder / "song.wav"});
+    ASSERT_TRUE(waitUntilIdle());
+    std::string const target = folder / "out.txt";
+    QTimer::singleShot(0, &window, [target] {
+        auto* dialog = qobject_cast<CExportDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        auto const visible = [dialog](char const* name) {
+            return QTest::qWaitFor([=] { return dialog->findChild<QWidget*>(name)->isVisible(); },
+                                   10'000);
+        };
+        auto* formats = dialog->findChild<QComboBox*>("exportFormat");
+        formats->setFocus();
+        QTest::keyClicks(formats, "Beats as labels");
+        ASSERT_TRUE(visible("exportGather"));
+        QTest::mouseClick(dialog->findChild<QPushButton*>("exportGather"), Qt::LeftButton);
+        auto const* save = dialog->findChild<QPushButton*>("exportSave");
+        EXPECT_TRUE(QTest::qWaitFor([=] { return save->isEnabled(); }, 20'000));
+        EXPECT_TRUE(dialog->save(QString::fromStdString(target)));
+        dialog->accept();
+    });
+    QTest::keyClick(&window, Qt::Key_E, Qt::ControlModifier);
+    EXPECT_NE(ReadText(target).find("1.1 downbeat"), std::string::npos);
+    EXPECT_EQ(label("noticeText").toStdString(), "1 song exported to “" + target + "”.");
 }

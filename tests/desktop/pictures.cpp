@@ -5,9 +5,9 @@
 //
 //     desktop_pictures light|dark|contrast LOCALE FOLDER SONG...
 //
-// empty, running, done, problems, filter, notice and preferences go into FOLDER, each a PNG. In a
-// locale that is written from right to left the window is mirrored. QT_SCALE_FACTOR makes it
-// larger.
+// empty, running, done, problems, filter, notice, export and preferences go into FOLDER, each a
+// PNG. In a locale that is written from right to left the window is mirrored. QT_SCALE_FACTOR makes
+// it larger.
 
 #include "Language.h"
 #include "app/BPMController.h"
@@ -19,11 +19,13 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QPalette>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -142,6 +144,21 @@ public:
         QTest::keyClick(&m_window, Qt::Key_1, Qt::AltModifier);
     }
 
+    /// Songs that have no beat grid yet are to be taken along with one.
+    void Export() {
+        QTimer::singleShot(500, &m_window, [this] {
+            if (QWidget* dialog = QApplication::activeModalWidget(); dialog != nullptr) {
+                auto* formats = dialog->findChild<QComboBox*>("exportFormat");
+                formats->setCurrentIndex(formats->findText("(xml)", Qt::MatchContains));
+                auto const* gather = dialog->findChild<QPushButton*>("exportGather");
+                (void)QTest::qWaitFor([gather] { return gather->isVisible(); }, kPatienceMs);
+                Draw(*dialog, "export");
+                dialog->close();
+            }
+        });
+        Act("actionExport");
+    }
+
     void Preferences() {
         QTimer::singleShot(500, &m_window, [this] {
             if (QWidget* dialog = QApplication::activeModalWidget(); dialog != nullptr) {
@@ -201,6 +218,7 @@ int main(int argc, char** argv) {
     sitting.Look();
     sitting.Filter();
     sitting.Problems();
+    sitting.Export();
     sitting.Preferences();
     return 0;
 }

@@ -525,6 +525,94 @@
         <source>“%1” could not be written: %2</source>
         <translation>„%1“ konnte nicht geschrieben werden: %2</translation>
     </message>
+    <message>
+        <source>Beat grids for rekordbox (xml)</source>
+        <translation>Schlagraster für rekordbox (xml)</translation>
+    </message>
+    <message>
+        <source>Beats as labels for Audacity (txt)</source>
+        <translation>Schläge als Marken für Audacity (txt)</translation>
+    </message>
+    <message>
+        <source>Tempo map for sequencers (mid)</source>
+        <translation>Tempospur für Sequenzer (mid)</translation>
+    </message>
+    <message>
+        <source>Annotations for music research (jams)</source>
+        <translation>Annotationen für die Musikforschung (jams)</translation>
+    </message>
+    <message>
+        <source>All that is known, as JSON (jsonl)</source>
+        <translation>Alles, was bekannt ist, als JSON (jsonl)</translation>
+    </message>
+    <message>
+        <source>Playlist (m3u8)</source>
+        <translation>Wiedergabeliste (m3u8)</translation>
+    </message>
+    <message>
+        <source>Drawing of the song (svg)</source>
+        <translation>Zeichnung des Lieds (svg)</translation>
+    </message>
+    <message>
+        <source>Save in …</source>
+        <translation>Speichern in …</translation>
+    </message>
+    <message>
+        <source>Folder for the files</source>
+        <translation>Ordner für die Dateien</translation>
+    </message>
+    <message>
+        <source>Finding beat grids: %L1 of %L2 …</source>
+        <translation>Suche Schlagraster: %L1 von %L2 …</translation>
+    </message>
+    <message>
+        <source>Looking for beat grids …</source>
+        <translation>Sehe nach Schlagrastern …</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln of %1 row(s) can&apos;t be heard and will be missing.</source>
+        <translation>
+            <numerusform>%Ln von %1 Zeilen lässt sich nicht hören und wird fehlen.</numerusform>
+            <numerusform>%Ln von %1 Zeilen lassen sich nicht hören und werden fehlen.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln of %1 row(s) have no beat grid yet and will be missing.</source>
+        <translation>
+            <numerusform>%Ln von %1 Zeilen hat noch kein Schlagraster und wird fehlen.</numerusform>
+            <numerusform>%Ln von %1 Zeilen haben noch kein Schlagraster und werden fehlen.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Find beat grids</source>
+        <translation>Schlagraster suchen</translation>
+    </message>
+    <message>
+        <source>What goes into this file is no text.</source>
+        <translation>Was in diese Datei kommt, ist kein Text.</translation>
+    </message>
+    <message>
+        <source>There are no beats to be written.</source>
+        <translation>Es gibt keine Schläge, die geschrieben werden könnten.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln song(s) exported to “%1”.</source>
+        <translation>
+            <numerusform>%Ln Lied nach „%1“ exportiert.</numerusform>
+            <numerusform>%Ln Lieder nach „%1“ exportiert.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln row(s) left out.</source>
+        <translation>
+            <numerusform>%Ln Zeile fehlt darin.</numerusform>
+            <numerusform>%Ln Zeilen fehlen darin.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>CFileTableModel</name>
@@ -1145,6 +1233,10 @@
         <source>Accents B: %1.</source>
         <translation>Betonung B: %1.</translation>
     </message>
+    <message>
+        <source>%1 %L2 kbit/s</source>
+        <translation>%1 %L2 kbit/s</translation>
+    </message>
 </context>
 <context>
     <name>StatusTexts</name>
@@ -1232,10 +1324,6 @@
     <message>
         <source>The folder “%1” could not be read.</source>
         <translation>Der Ordner „%1“ konnte nicht gelesen werden.</translation>
-    </message>
-    <message>
-        <source>%1 %L2 kbit/s</source>
-        <translation>%1 %L2 kbit/s</translation>
     </message>
     <message numerus="yes">
         <source>%Ln folder(s) could not be read, the last of them “%1”.</source>

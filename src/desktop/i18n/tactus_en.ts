@@ -41,6 +41,34 @@
             <numerusform>%Ln rows exported to “%1”.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln of %1 row(s) can&apos;t be heard and will be missing.</source>
+        <translation>
+            <numerusform>%Ln of %1 rows can&apos;t be heard and will be missing.</numerusform>
+            <numerusform>%Ln of %1 rows can&apos;t be heard and will be missing.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln of %1 row(s) have no beat grid yet and will be missing.</source>
+        <translation>
+            <numerusform>%Ln of %1 rows has no beat grid yet and will be missing.</numerusform>
+            <numerusform>%Ln of %1 rows have no beat grid yet and will be missing.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln song(s) exported to “%1”.</source>
+        <translation>
+            <numerusform>%Ln song exported to “%1”.</numerusform>
+            <numerusform>%Ln songs exported to “%1”.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln row(s) left out.</source>
+        <translation>
+            <numerusform>%Ln row left out.</numerusform>
+            <numerusform>%Ln rows left out.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>CSoundControls</name>
