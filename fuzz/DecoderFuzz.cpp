@@ -43,11 +43,10 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     static CFuzzFolder const folder;
     static std::once_flag once;
     std::call_once(once, SetUpAudio); // as the programs' main does
-    if (size == 0) {
+    std::string const path = WriteNamedFile(folder, kNames, data, size);
+    if (path.empty()) {
         return 0;
     }
-    std::string const path = folder / kNames[data[0] % kNames.size()];
-    WriteFuzzFile(path, data + 1, size - 1);
     CDecodedAudio first;
     CDecodedAudio second;
     FUZZ_REQUIRE(DecodeOnce(path, first) == DecodeOnce(path, second));

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -63,4 +64,16 @@ inline void WriteFuzzFile(std::string const& path, std::uint8_t const* data, std
 inline FuzzBytes ReadFuzzFile(std::string const& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Puts down the file that an input stands for: its first byte chooses one of the names. Returns:
+/// the path, empty where the input is.
+inline std::string WriteNamedFile(CFuzzFolder const& folder, std::span<char const* const> names,
+                                  std::uint8_t const* data, std::size_t size) {
+    if (size == 0) {
+        return {};
+    }
+    std::string const path = folder / names[data[0] % names.size()];
+    WriteFuzzFile(path, data + 1, size - 1);
+    return path;
 }
