@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr char kFooter[] =
+constexpr char kAnalyzeFooter[] =
     "A path of - is standard input. What follows -- is a path, whatever it looks\n"
     "like.\n\nExit status: 0 all done; 1 a file failed; 2 wrong usage; 4 "
     "warnings only;\n5 the results can't be written; 75 another run is at work; 128 and the\n"
@@ -45,7 +45,7 @@ CLI::App* CAnalyzeCommand::AddTo(CLI::App& program) {
         }
         m_run.RequirePaths();
     });
-    app->footer(kFooter);
+    app->footer(kAnalyzeFooter);
     return app;
 }
 

@@ -31,7 +31,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr char kVersion[] = TACTUS_VERSION;
-constexpr char kFooter[] =
+constexpr char kExportFooter[] =
     "Songs are chosen by --where, such as 'tempo>=120 and tempo<=130 and harmony~8A':\n"
     "= != < <= > >= and ~ (a part of a text, or a key that mixes well), and, or, not\n"
     "and brackets. It, --sort and csv --columns know: path, title, artist, album,\n"
@@ -174,7 +174,7 @@ void CExportCommand::AddFormat(CLI::App& program, CFormat const& format) {
            "Sort songs by columns, those with - before them downwards")
         ->type_name("LIST");
     m_run.AddOptions(*app);
-    app->footer(kFooter);
+    app->footer(kExportFooter);
 }
 
 bool CExportCommand::IsIntoFolder() const {

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr std::array<std::pair<std::string_view, EReportFormat>, 4> kFormats = {
+constexpr std::array<std::pair<std::string_view, EReportFormat>, 4> kReportFormats = {
     {{"table", EReportFormat::Table},
      {"csv", EReportFormat::Csv},
      {"json", EReportFormat::Json},
@@ -23,7 +23,7 @@ constexpr std::array<std::pair<std::string_view, EReportFormat>, 4> kFormats = {
 
 EReportFormat FormatOf(std::string const& name) {
     std::string const lower = CLI::detail::to_lower(name);
-    for (auto const& [known, format] : kFormats) {
+    for (auto const& [known, format] : kReportFormats) {
         if (known == lower) {
             return format;
         }

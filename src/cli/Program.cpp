@@ -31,7 +31,7 @@ namespace {
 
 using CommandList = std::vector<std::unique_ptr<ICommand>>;
 
-constexpr char kVersion[] = "tactus " TACTUS_VERSION;
+constexpr char kVersionLine[] = "tactus " TACTUS_VERSION;
 constexpr char kExamples[] = "Examples:\n"
                              "  tactus analyze ~/Music\n"
                              "  tactus analyze --write song.mp3\n"
@@ -55,7 +55,7 @@ CommandList MakeCommands() {
 /// Gives `command` and those below it what every command has.
 void AddCommonOptions(CLI::App& command) {
     command.set_help_flag("-h,--help", "Show this help");
-    command.set_version_flag("--version", kVersion, "Show the version")->group("");
+    command.set_version_flag("--version", kVersionLine, "Show the version")->group("");
     for (CLI::App* below : command.get_subcommands([](CLI::App*) { return true; })) {
         AddCommonOptions(*below);
     }
@@ -87,7 +87,7 @@ int FinishParsing(CLI::App const& app, CLI::ParseError const& error) {
     CLI::App const& chosen = ChosenApp(app);
     if (error.get_exit_code() == 0) {
         bool const isHelp = error.get_name() == "CallForHelp";
-        std::string const text = isHelp ? chosen.help() : std::string(kVersion) + "\n";
+        std::string const text = isHelp ? chosen.help() : std::string(kVersionLine) + "\n";
         bool const isWritten = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
         if (!isWritten || std::fflush(stdout) != 0) {
             ReportProblem("standard output", "can't be written");
