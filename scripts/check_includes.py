@@ -75,6 +75,7 @@ TAGLIB_SOURCES = {
         "TagChange.cpp",
         "TagFile.cpp",
         "TagFile.h",
+        "TagSeek.h",
         "TagItems.cpp",
         "TagLibVersions.h",
         "TagStream.cpp",
@@ -89,7 +90,7 @@ TOOLKITS = {
     r"records/(Database|JournalRows)\.h": lambda path: path.parts[1] == "records",
     r"lib(av|sw)": lambda path: path.as_posix() == "src/platform/LibAv.h",
     r"pugixml": lambda path: path.parts[1:3] == ("export", "xml"),
-    r"taglib/|platform/Tag(Stream|File|LibVersions)\.h": lambda path: path.as_posix() in TAGLIB_SOURCES,
+    r"taglib/|platform/Tag(Stream|File|Seek|LibVersions)\.h": lambda path: path.as_posix() in TAGLIB_SOURCES,
     r"platform/(LibAv|AudioInput|AudioMixer|DecodeRun|PacketCount)\.h": lambda path: path.as_posix() in LIBAV_SOURCES,
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]', re.M)

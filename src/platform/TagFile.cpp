@@ -3,6 +3,8 @@
 
 #include "platform/TagFile.h"
 
+#include "platform/TagSeek.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <sys/stat.h>
@@ -102,12 +104,7 @@ void CTagFile::removeBlock(TagStart start, TagSize length) {
 }
 
 void CTagFile::seek(TagOffset offset, Position position) {
-    std::int64_t const base = position == Beginning ? 0
-                              : position == Current ? m_nPosition
-                                                    : length();
-    std::int64_t place = 0;
-    bool const isFar = __builtin_add_overflow(base, offset, &place);
-    m_nPosition = isFar ? length() : std::max<std::int64_t>(place, 0);
+    m_nPosition = SoughtPlace(*this, offset, position);
 }
 
 TagOffset CTagFile::length() {

@@ -3,6 +3,8 @@
 
 #include "platform/TagStream.h"
 
+#include "platform/TagSeek.h"
+
 #include <algorithm>
 
 namespace {
@@ -41,12 +43,7 @@ TagLib::ByteVector CTagStream::readBlock(TagSize length) {
 }
 
 void CTagStream::seek(TagOffset offset, Position position) {
-    std::int64_t const base = position == Beginning ? 0
-                              : position == Current ? m_nPosition
-                                                    : length();
-    std::int64_t place = 0;
-    bool const isFar = __builtin_add_overflow(base, offset, &place);
-    m_nPosition = isFar ? length() : std::max<std::int64_t>(place, 0);
+    m_nPosition = SoughtPlace(*this, offset, position);
 }
 
 /// Once all that may be read is read, the file seems empty: every loop of the library's ends.
