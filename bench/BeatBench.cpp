@@ -64,7 +64,6 @@ CPfPcmThumbnail MakeHeld(CPfPcmThumbnail const& track) {
 /// One onset every `spacing` elements.
 CPfImpactPoints MakeDense(std::int32_t spacing) {
     CPfImpactPoints points(kRate, kTwoHours);
-    CNoise random;
     for (std::int64_t i = 0; i * kPerElement < kTwoHours; i += spacing) {
         points.Add(i * kPerElement);
     }

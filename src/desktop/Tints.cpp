@@ -16,7 +16,8 @@ constexpr int kStepPercent = 5;       // Fixed: from one share to the next.
 constexpr int kWholePercent = 100;
 
 // Standard: WCAG 2.1, "relative luminance".
-double LinearPart(double part) {
+double LinearPart(float channel) {
+    auto const part = static_cast<double>(channel);
     return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
 }
 

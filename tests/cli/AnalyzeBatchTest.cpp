@@ -63,7 +63,7 @@ TEST_F(AnalyzeBatchTest, ListOnStandardInputMayHaveZeroBytes) {
     WriteTagged("b.mp3", "121");
     WriteText(m_folder / "list", std::string("one\ntwo.mp3\0b.mp3\0", 18));
     for (char const* const zero : {"-0", "--null"}) {
-        CProcessSetup setup = Setup({"analyze", "--format", "jsonl", "--files-from", "-", zero});
+        CProcessSetup setup = Prepare({"analyze", "--format", "jsonl", "--files-from", "-", zero});
         setup.m_sInput = m_folder / "list";
         CProcessResult const result = RunProcess(setup);
         EXPECT_EQ(result.m_nExit, 0) << result.m_sErr;

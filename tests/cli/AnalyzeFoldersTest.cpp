@@ -39,7 +39,7 @@ TEST_F(AnalyzeFoldersTest, RowsComeWhileFurtherTagsAreStillToBeRead) {
     for (int i = 0; i < kFiles; ++i) {
         WriteTagged("d/" + std::to_string(i) + ".mp3", "120");
     }
-    CProcess process(Setup({"analyze", "-j", "1", "--format", "jsonl", "d"}));
+    CProcess process(Prepare({"analyze", "-j", "1", "--format", "jsonl", "d"}));
     while (process.Output().empty()) {
         Sleep(1);
     }
@@ -57,7 +57,7 @@ TEST_F(AnalyzeFoldersTest, JsonLinesAreThereAsSoonAsTheyAreKnown) {
     WriteWav(m_folder / "endless.wav", {.m_nClaimedData = 0xFFFFFFF0}, MakeSilence(1.0));
     std::filesystem::resize_file(m_folder / "endless.wav", 4'000'000'000);
     CProcess process(
-        Setup({"analyze", "-j", "1", "--format", "jsonl", "first.mp3", "endless.wav"}));
+        Prepare({"analyze", "-j", "1", "--format", "jsonl", "first.mp3", "endless.wav"}));
     for (int i = 0; i < 1000 && process.Output().empty(); ++i) {
         Sleep(5);
     }
@@ -69,7 +69,7 @@ TEST_F(AnalyzeFoldersTest, JsonLinesAreThereAsSoonAsTheyAreKnown) {
 TEST_F(AnalyzeFoldersTest, ProgressIsThereFromTheStart) {
     WriteTagged("a.mp3", "120");
     WriteTagged("b.mp3", "120");
-    CProcessSetup setup = Setup({});
+    CProcessSetup setup = Prepare({});
     // A terminal of its own for standard error, as far as the program can tell.
     setup.m_vArguments = {"script", "-qec", std::string(TACTUS_PROGRAM) + " analyze a.mp3 b.mp3",
                           "/dev/null"};
@@ -86,7 +86,7 @@ TEST_F(AnalyzeFoldersTest, InterruptInAFolderWithoutAudioIsTold) {
     // The same folder over and over: seconds of searching.
     std::vector<std::string> arguments = {"analyze"};
     arguments.resize(5000, "d");
-    CProcess process(Setup(arguments));
+    CProcess process(Prepare(arguments));
     while (!process.Catches(SIGINT)) {
         Sleep(1);
     }

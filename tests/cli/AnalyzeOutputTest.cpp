@@ -107,7 +107,7 @@ TEST_F(AnalyzeOutputTest, ReportsAreKnownByTheirBeginning) {
 
 TEST_F(AnalyzeOutputTest, OutputThatCannotBeWrittenIsFive) {
     WriteTagged("in.mp3", "120");
-    CProcessSetup setup = Setup({"analyze", "in.mp3"});
+    CProcessSetup setup = Prepare({"analyze", "in.mp3"});
     setup.m_sOutput = "/dev/full";
     CProcessResult const full = RunProcess(setup);
     EXPECT_EQ(full.m_nExit, 5);

@@ -41,7 +41,7 @@ protected:
                                               "1",       "--format", "jsonl"};
         arguments.insert(arguments.end(), options.begin(), options.end());
         arguments.insert(arguments.end(), {"first.mp3", "long.mp3"});
-        CProcess process(Setup(arguments));
+        CProcess process(Prepare(arguments));
         while (process.Output().empty()) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }

@@ -25,10 +25,10 @@ class AnalyzeTest : public testing::Test {
 protected:
     /// Runs `tactus analyze` with `arguments` in the temporary folder.
     CProcessResult Analyze(std::vector<std::string> const& arguments) {
-        return RunProcess(Setup(arguments));
+        return RunProcess(Prepare(arguments));
     }
 
-    CProcessSetup Setup(std::vector<std::string> const& arguments) {
+    CProcessSetup Prepare(std::vector<std::string> const& arguments) {
         CProcessSetup setup;
         setup.m_vArguments = {TACTUS_PROGRAM, "analyze"};
         setup.m_vArguments.insert(setup.m_vArguments.end(), arguments.begin(), arguments.end());
@@ -162,7 +162,7 @@ TEST_F(AnalyzeTest, PathsMayLookLikeAnything) {
 
 TEST_F(AnalyzeTest, DashIsStandardInput) {
     WriteClip("a.wav");
-    CProcessSetup setup = Setup({"--format", "csv", "-"});
+    CProcessSetup setup = Prepare({"--format", "csv", "-"});
     setup.m_sInput = m_folder / "a.wav";
     CProcessResult const file = RunProcess(setup);
     EXPECT_EQ(file.m_nExit, 0);
@@ -216,7 +216,7 @@ TEST_F(AnalyzeTest, InterruptKeepsWhatIsDone) {
     std::filesystem::resize_file(m_folder / "endless.wav", 4'000'000'000);
     for (int const signal : {SIGINT, SIGTERM}) {
         CProcess process(
-            Setup({"-j", "2", "--format", "json", "first.wav", "missing.wav", "endless.wav"}));
+            Prepare({"-j", "2", "--format", "json", "first.wav", "missing.wav", "endless.wav"}));
         // Rows come in order: once the second is reported, both are done.
         while (process.Errors().find("missing.wav") == std::string::npos) {
             std::this_thread::sleep_for(std::chrono::milliseconds(5));

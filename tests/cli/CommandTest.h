@@ -16,7 +16,7 @@
 /// Runs the program in a temporary folder, from outside.
 class CCommandTest : public testing::Test {
 protected:
-    CProcessSetup Setup(std::vector<std::string> const& arguments) {
+    CProcessSetup Prepare(std::vector<std::string> const& arguments) {
         CProcessSetup setup;
         setup.m_vArguments = {TACTUS_PROGRAM};
         setup.m_vArguments.insert(setup.m_vArguments.end(), arguments.begin(), arguments.end());
@@ -25,7 +25,7 @@ protected:
     }
 
     CProcessResult Tactus(std::vector<std::string> const& arguments) {
-        return RunProcess(Setup(arguments));
+        return RunProcess(Prepare(arguments));
     }
 
     /// A clip of 10 s without a sound: 240 / 10 doubled twice is 96.

@@ -50,7 +50,7 @@ TEST_F(FileRunTest, PathsComeFromAList) {
 TEST_F(FileRunTest, ListOnStandardInputMayHaveZeroBytes) {
     WriteClip("one\ntwo.wav");
     WriteText(m_folder / "list", std::string("one\ntwo.wav\0", 12));
-    CProcessSetup setup = Setup({"profile", "--fields", "path", "-0", "--files-from", "-"});
+    CProcessSetup setup = Prepare({"profile", "--fields", "path", "-0", "--files-from", "-"});
     setup.m_sInput = m_folder / "list";
     EXPECT_EQ(RunProcess(setup).m_sOut, "{\"path\":\"one\\ntwo.wav\"}\n");
 }

@@ -228,7 +228,7 @@ TEST_F(RecordTest, WhatIsHeardForLessTakesNothingAway) {
 
 TEST_F(RecordTest, SongFromStandardInputHasNoNames) {
     WriteClip("a.wav");
-    CProcessSetup setup = Setup({"profile", "--fields", "title,duration", "-"});
+    CProcessSetup setup = Prepare({"profile", "--fields", "title,duration", "-"});
     setup.m_sInput = m_folder / "a.wav";
     EXPECT_EQ(RunProcess(setup).m_sOut, "{\"path\":\"-\",\"title\":null,\"duration\":10}\n");
 }

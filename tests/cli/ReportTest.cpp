@@ -6,6 +6,7 @@
 #include "cli/TableReport.h"
 #include "support/TempFolder.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
 #include <vector>

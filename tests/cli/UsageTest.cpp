@@ -84,7 +84,7 @@ TEST_F(UsageTest, WrongUsageIsTwoAndWritesNoResults) {
 }
 
 TEST_F(UsageTest, HelpThatCannotBeWrittenIsFive) {
-    CProcessSetup setup = Setup({"--help"});
+    CProcessSetup setup = Prepare({"--help"});
     setup.m_sOutput = "/dev/full";
     EXPECT_EQ(RunProcess(setup).m_nExit, 5);
 }

@@ -8,6 +8,7 @@
 #include "support/Process.h"
 
 #include <QCheckBox>
+#include <QDialog>
 #include <QPushButton>
 #include <QTimer>
 

@@ -49,7 +49,7 @@ TEST(StatusTextsTest, ProblemsAreCountedBesideTheFilesWhateverGoesOn) {
 }
 
 TEST(StatusTextsTest, ALanguageWithoutTranslationGetsEnglish) {
-    CLanguage const other(QLocale(QLocale::Icelandic));
+    CLanguage const other{QLocale(QLocale::Icelandic)};
     CBatchStatus status;
     status.m_nRows = 1;
     EXPECT_EQ(Activity(status), "1 file");

@@ -50,9 +50,9 @@ void* operator new[](std::size_t size, std::nothrow_t const&) noexcept {
 }
 
 extern "C" {
-[[gnu::weak]] void* __real_calloc(std::size_t count, std::size_t size); // missing elsewhere
+[[gnu::weak]] void* __real_calloc(std::size_t items, std::size_t size); // missing elsewhere
 
-void* __wrap_calloc(std::size_t count, std::size_t size) {
-    return Fails() ? nullptr : __real_calloc(count, size);
+void* __wrap_calloc(std::size_t items, std::size_t size) {
+    return Fails() ? nullptr : __real_calloc(items, size);
 }
 }
