@@ -8,6 +8,10 @@
 add_library(Numerics INTERFACE)
 target_compile_features(Numerics INTERFACE cxx_std_20)
 target_compile_options(Numerics INTERFACE -ffp-contract=off -fno-fast-math)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    # Files beyond 2 GB and times beyond 2038, for processors of 32 bits too.
+    target_compile_definitions(Numerics INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
+endif()
 
 if(TACTUS_SANITIZE)
     target_compile_options(Numerics INTERFACE

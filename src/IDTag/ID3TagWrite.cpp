@@ -116,7 +116,8 @@ EWriteProblem CID3Tag::ReadAgain(int file, std::vector<std::uint8_t>& oldTag) co
     if (!opened) {
         return EWriteProblem::TagUnreadable;
     }
-    oldTag.resize(DigestedBytes(m_nTagBytes, static_cast<std::uint64_t>(opened->m_nSize)));
+    oldTag.resize(static_cast<std::size_t>(
+        DigestedBytes(m_nTagBytes, static_cast<std::uint64_t>(opened->m_nSize))));
     if (!ReadAllAt(file, oldTag, 0)) {
         return EWriteProblem::TagUnreadable;
     }

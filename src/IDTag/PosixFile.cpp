@@ -106,7 +106,8 @@ void SetWrittenTime(int file, std::optional<std::int64_t> time) {
     }
     std::int64_t rest = *time % kNanosecondsPerSecond;
     rest += rest < 0 ? kNanosecondsPerSecond : 0; // Before 1970 too, the rest counts forwards.
-    timespec const written = {.tv_sec = (*time - rest) / kNanosecondsPerSecond, .tv_nsec = rest};
+    timespec const written = {.tv_sec = (*time - rest) / kNanosecondsPerSecond,
+                              .tv_nsec = static_cast<long>(rest)};
     timespec const times[] = {{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, written};
     (void)::futimens(file, times);
 }

@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstddef>
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -235,7 +236,7 @@ TEST_F(ID3TagSafetyTest, ManyWritersNeverLoseAFile) {
         CString text;
         EXPECT_EQ(tag.GetString("TBPM", text), kStatusOk) << path;
         TagBytes bytes = ReadBytes(path);
-        bytes.erase(bytes.begin(), bytes.begin() + tag.GetTagSize());
+        bytes.erase(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(tag.GetTagSize()));
         return bytes;
     };
     EXPECT_EQ(audioOf(m_sFile), kAudio);

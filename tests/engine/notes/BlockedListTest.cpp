@@ -3,6 +3,7 @@
 
 #include "engine/notes/BlockedList.h"
 
+#include <cstddef>
 #include <gtest/gtest.h>
 #include <random>
 #include <vector>
@@ -49,7 +50,7 @@ TEST(BlockedListTest, RandomInsertionsAreThoseOfAVector) {
     for (int value = 0; value < 5000; ++value) {
         auto const rank = static_cast<std::uint32_t>(random() % (expected.size() + 1));
         list.InsertAt(rank, value);
-        expected.insert(expected.begin() + rank, value);
+        expected.insert(expected.begin() + static_cast<std::ptrdiff_t>(rank), value);
     }
     EXPECT_EQ(Items(list), expected);
     for (std::uint32_t i = 0; i < expected.size(); ++i) {
@@ -66,7 +67,7 @@ TEST(BlockedListTest, KeepsWhatItIsAskedToInOrderAndGoesOn) {
             for (int value = 0; value < 300; ++value) {
                 auto const rank = static_cast<std::uint32_t>(random() % (expected.size() + 1));
                 list.InsertAt(rank, value);
-                expected.insert(expected.begin() + rank, value);
+                expected.insert(expected.begin() + static_cast<std::ptrdiff_t>(rank), value);
             }
             std::vector<int> asked;
             auto const isKept = [oneIn](int item) {
@@ -100,7 +101,7 @@ TEST(BlockedListTest, BisectionAsksTheVeryItemsOfAPlainOne) {
         ASSERT_EQ(list.Bisect([threshold](int item) { return threshold < item; }), high);
         auto const rank = static_cast<std::uint32_t>(random() % (plain.size() + 1));
         list.InsertAt(rank, threshold);
-        plain.insert(plain.begin() + rank, threshold);
+        plain.insert(plain.begin() + static_cast<std::ptrdiff_t>(rank), threshold);
     }
 }
 

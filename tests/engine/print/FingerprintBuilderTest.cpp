@@ -8,6 +8,7 @@
 #include "support/ClickTrack.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <vector>
@@ -54,7 +55,8 @@ public:
         if (overflow > 0) {
             auto const gone =
                 std::min<std::int64_t>(overflow, static_cast<std::int64_t>(m_vWindow.size()));
-            m_vWindow.erase(m_vWindow.begin(), m_vWindow.begin() + gone);
+            m_vWindow.erase(m_vWindow.begin(),
+                            m_vWindow.begin() + static_cast<std::ptrdiff_t>(gone));
             m_nFirst += overflow;
         }
         std::size_t const taken = std::min<std::size_t>(n, kWindow - m_vWindow.size());
@@ -127,7 +129,9 @@ std::int64_t OffsetOfShifted(std::int64_t shift) {
         moved = MakeNoise(1.0, 0.3f, 5);
         moved.resize(static_cast<std::size_t>(shift));
     }
-    moved.insert(moved.end(), data.begin() + std::max<std::int64_t>(-shift, 0), data.end());
+    moved.insert(moved.end(),
+                 data.begin() + static_cast<std::ptrdiff_t>(std::max<std::int64_t>(-shift, 0)),
+                 data.end());
     std::int64_t offset = kNoOffset;
     CPfFingerprintBuilder second(nullptr, &reference, &offset);
     second.SetSampleRate(kRate);
