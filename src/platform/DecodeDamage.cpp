@@ -17,15 +17,15 @@ void CDecodeDamage::SetCodec(std::string_view name) {
 }
 
 void CDecodeDamage::Note(std::span<std::uint8_t const> packet, bool isDecoded) {
-    std::optional<std::size_t> const wholeBytes = m_bMp3 ? MpegFrameBytes(packet) : std::nullopt;
-    if (wholeBytes && packet.size() < *wholeBytes) {
+    std::optional<CMpegFrame> const frame = m_bMp3 ? MpegFrameOf(packet) : std::nullopt;
+    if (frame && packet.size() < frame->m_nBytes) {
         m_bBreaksOff = true;
     } else if (isDecoded) {
         m_nBad += std::exchange(m_nForeign, 0);
         m_nBadBytes += std::exchange(m_nForeignBytes, 0);
         m_nGoodBytes += static_cast<std::int64_t>(packet.size());
         ++m_nGood;
-    } else if (m_bPcm || (m_bMp3 && !wholeBytes)) {
+    } else if (m_bPcm || (m_bMp3 && !frame)) {
         m_nForeignBytes += static_cast<std::int64_t>(packet.size());
         ++m_nForeign;
     } else {

@@ -15,14 +15,17 @@ constexpr std::array<std::size_t, 16> kBitRates2 = {0,  8,  16, 24,  32,  40,  4
 // Standard: the same section: sample rates of MPEG-1; the later versions halve and quarter them.
 constexpr std::array<std::size_t, 4> kSampleRates = {44100, 48000, 32000, 0};
 
-constexpr std::size_t kBitsPerKilobit = 1000;
-constexpr std::size_t kBytesPerFrame1 = 144; // Derived: 1152 samples a frame / 8 bits a byte
-constexpr std::size_t kBytesPerFrame2 = 72;  // Derived: 576 samples a frame / 8 bits a byte
+// Standard: the same, section 2.4.2.1: a later version's frame is one granule instead of two.
+constexpr std::size_t kFrameSamples1 = 1152;
+constexpr std::size_t kFrameSamples2 = 576;
+
+constexpr std::size_t kBytesPerKilobit = 125; // Derived: 1000 / 8
 
 } // namespace
 
-std::optional<std::size_t> MpegFrameBytes(std::span<std::uint8_t const> bytes) {
+std::optional<CMpegFrame> MpegFrameOf(std::span<std::uint8_t const> bytes) {
     constexpr std::size_t kHeaderBytes = 4;
+    constexpr unsigned kSingleChannel = 3;
     if (bytes.size() < kHeaderBytes || bytes[0] != 0xFF || (bytes[1] & 0xE0U) != 0xE0U) {
         return std::nullopt;
     }
@@ -35,7 +38,10 @@ std::optional<std::size_t> MpegFrameBytes(std::span<std::uint8_t const> bytes) {
     if (version == 1 || layer != 1 || bitRate == 0 || sampleRate == 0) {
         return std::nullopt;
     }
-    std::size_t const factor = version == 3 ? kBytesPerFrame1 : kBytesPerFrame2;
+    std::size_t const samples = version == 3 ? kFrameSamples1 : kFrameSamples2;
     std::size_t const padding = (bytes[2] >> 1U) & 1U;
-    return factor * bitRate * kBitsPerKilobit / sampleRate + padding;
+    return CMpegFrame{.m_nBytes = samples * bitRate * kBytesPerKilobit / sampleRate + padding,
+                      .m_nSamples = samples,
+                      .m_nSampleRate = sampleRate,
+                      .m_bMono = bytes[3] >> 6U == kSingleChannel};
 }

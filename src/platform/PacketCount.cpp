@@ -26,7 +26,7 @@ std::int64_t FramesOf(AVPacket const& packet, AVStream const& stream) {
         return codec.frame_size; // the container may give the last packet a shorter time
     }
     if (codec.codec_id == AV_CODEC_ID_MP3 &&
-        !MpegFrameBytes({packet.data, static_cast<std::size_t>(packet.size)})) {
+        !MpegFrameOf({packet.data, static_cast<std::size_t>(packet.size)})) {
         return 0; // foreign bytes
     }
     return av_rescale_q(packet.duration, stream.time_base, {1, std::max(codec.sample_rate, 1)});

@@ -9,7 +9,8 @@
 namespace {
 
 std::optional<std::size_t> BytesOf(std::array<std::uint8_t, 4> const& header) {
-    return MpegFrameBytes(header);
+    auto const frame = MpegFrameOf(header);
+    return frame ? std::optional(frame->m_nBytes) : std::nullopt;
 }
 
 TEST(MpegFrameTest, LengthComesFromBitRateAndSampleRate) {
@@ -24,6 +25,19 @@ TEST(MpegFrameTest, LengthComesFromBitRateAndSampleRate) {
     EXPECT_EQ(BytesOf({0xFF, 0xE3, 0x18, 0x00}), 72U);
 }
 
+TEST(MpegFrameTest, VersionAndChannelModeTellTheRest) {
+    auto const first = MpegFrameOf(std::array<std::uint8_t, 4>{0xFF, 0xFB, 0x90, 0x40});
+    ASSERT_TRUE(first); // MPEG-1, joint stereo
+    EXPECT_EQ(first->m_nSamples, 1152U);
+    EXPECT_EQ(first->m_nSampleRate, 44100U);
+    EXPECT_FALSE(first->m_bMono);
+    auto const second = MpegFrameOf(std::array<std::uint8_t, 4>{0xFF, 0xF3, 0x84, 0xC0});
+    ASSERT_TRUE(second); // MPEG-2, 24000 Hz, one channel
+    EXPECT_EQ(second->m_nSamples, 576U);
+    EXPECT_EQ(second->m_nSampleRate, 24000U);
+    EXPECT_TRUE(second->m_bMono);
+}
+
 TEST(MpegFrameTest, OtherBytesHaveNoLength) {
     EXPECT_EQ(BytesOf({'T', 'A', 'G', ' '}), std::nullopt);
     EXPECT_EQ(BytesOf({0xFF, 0x1B, 0x90, 0x00}), std::nullopt); // no sync
@@ -32,7 +46,7 @@ TEST(MpegFrameTest, OtherBytesHaveNoLength) {
     EXPECT_EQ(BytesOf({0xFF, 0xFB, 0x00, 0x00}), std::nullopt); // free bit rate
     EXPECT_EQ(BytesOf({0xFF, 0xFB, 0xF0, 0x00}), std::nullopt); // bad bit rate
     EXPECT_EQ(BytesOf({0xFF, 0xFB, 0x9C, 0x00}), std::nullopt); // reserved sample rate
-    EXPECT_EQ(MpegFrameBytes({}), std::nullopt);
+    EXPECT_FALSE(MpegFrameOf({}));
 }
 
 } // namespace
