@@ -6,6 +6,7 @@
 #include "base/EngineRate.h"
 #include "platform/FileKind.h"
 #include "platform/GaplessNote.h"
+#include "platform/MpegCount.h"
 #include "platform/PacketCount.h"
 #include "platform/ReadKinds.h"
 #include "platform/WavHeader.h"
@@ -252,6 +253,11 @@ CSongLength CDecodeRun::Estimate() {
     AVCodecParameters const& codec = *m_pStream->codecpar;
     if (IsPlainPcm(codec) && IsBareData(m_container)) {
         return {.m_nFrames = CountPcmFrames(codec, m_nDataStart, m_source.GetSize(), m_nPromised)};
+    }
+    if (m_container == EContainer::MpegAudio && codec.codec_id == AV_CODEC_ID_MP3) {
+        if (auto const frames = CountMpegSamples(m_source, m_nDataStart, m_watch)) {
+            return {.m_nFrames = *frames};
+        }
     }
     m_bUsedUp = true;
     auto const [frames, skippedStart] = CountPackets(*m_input.Get(), *m_pStream, m_watch);

@@ -72,6 +72,16 @@ std::int64_t CSourceFile::Read(std::uint8_t* buffer, std::size_t size) {
     }
 }
 
+std::int64_t CSourceFile::ReadAt(std::int64_t place, std::span<std::uint8_t> bytes) const {
+    std::int64_t const rest = std::max<std::int64_t>(m_identity.m_nSize - place, 0);
+    std::size_t const count = std::min(bytes.size(), static_cast<std::size_t>(rest));
+    ssize_t done = -1;
+    do {
+        done = pread(m_nFile, bytes.data(), count, place);
+    } while (done < 0 && errno == EINTR);
+    return done;
+}
+
 std::int64_t CSourceFile::Seek(std::int64_t position) {
     return position < 0 ? -1 : lseek(m_nFile, position, SEEK_SET);
 }

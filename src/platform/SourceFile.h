@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 
 /// A regular file opened for reading, which remembers what it was like at that moment. Paths are
@@ -34,6 +35,10 @@ public:
     /// Reads up to `size` bytes at the current position.
     /// Returns: the bytes read, 0 at the end, negative after an error of the system.
     std::int64_t Read(std::uint8_t* buffer, std::size_t size);
+
+    /// Fills `bytes` from `place` on, as far as the file goes; the current position stays.
+    /// Returns: the bytes read, negative after an error of the system.
+    std::int64_t ReadAt(std::int64_t place, std::span<std::uint8_t> bytes) const;
 
     /// Moves to `position` bytes from the start.
     /// Returns: the position, negative when it can't be reached.

@@ -3,6 +3,7 @@
 
 #include "platform/AudioStream.h"
 
+#include "platform/MpegFrame.h"
 #include "support/ClickTrack.h"
 #include "support/Process.h"
 #include "support/TempFolder.h"
@@ -96,8 +97,8 @@ TEST_F(AudioStreamTest, WholeFilesAreCountedRightBeforeTheyAreDecoded) {
          {CCase{"x.wav", {}}, CCase{"x24.wav", {"-c:a", "pcm_s24le"}}, CCase{"x.aiff", {}},
           CCase{"x.caf", {}}, CCase{"x.flac", {}}, CCase{"x.m4a", {}},
           CCase{"alac.m4a", {"-c:a", "alac"}}, CCase{"vbr.mp3", {"-q:a", "4"}}, CCase{"x.mp3", {}},
-          CCase{"bare.mp3", {"-write_xing", "0"}, 81 * 1152},
-          CCase{"x.ogg", {"-c:a", "libvorbis"}}}) {
+          CCase{"bare.mp3", {"-write_xing", "0"}, 81 * 1152}, CCase{"mono.mp3", {"-ac", "1"}},
+          CCase{"old.mp3", {"-write_id3v1", "1"}}, CCase{"x.ogg", {"-c:a", "libvorbis"}}}) {
         ASSERT_EQ(m_stream.Open(Encode(item.m_sName, item.m_vOptions)), kStatusOk);
         EXPECT_EQ(m_stream.GetCount(), item.m_nCount) << item.m_sName;
         EXPECT_EQ(Drain(), kStatusOk) << item.m_sName;
@@ -129,6 +130,30 @@ TEST_F(AudioStreamTest, ADamagedFileRestartsOnceWithTheTrueCount) {
     EXPECT_EQ(Drain(), kStatusOk);
     EXPECT_FALSE(m_stream.MustRestart());
     EXPECT_GT(m_stream.GetReport().m_nBadPackets, 0);
+}
+
+TEST_F(AudioStreamTest, FramesThatAreOnlyHeadersRestartItOnce) {
+    std::string bytes = ReadText(Encode("x.mp3", {"-write_xing", "0", "-b:a", "128k"}));
+    std::size_t place = bytes.find("\xFF\xFB"); // behind the tag
+    for (int frame = 0; frame < 20; ++frame) {
+        auto const* header = reinterpret_cast<std::uint8_t const*>(&bytes[place]);
+        std::size_t const size = MpegFrameOf({header, 4})->m_nBytes;
+        if (frame >= 10) {
+            bytes.replace(place + 4, size - 4, size - 4, '\xFF');
+        }
+        place += size;
+    }
+    WriteText(m_folder / "damaged.mp3", bytes);
+    ASSERT_EQ(m_stream.Open(m_folder / "damaged.mp3"), kStatusOk);
+    EXPECT_EQ(m_stream.GetCount(), 81 * 1152); // by the headers
+    EXPECT_EQ(Drain(), kStatusFailure);
+    EXPECT_TRUE(m_stream.MustRestart());
+
+    ASSERT_EQ(m_stream.Restart(), kStatusOk);
+    EXPECT_EQ(m_stream.GetCount(), 71 * 1152);
+    EXPECT_EQ(Drain(), kStatusOk);
+    EXPECT_FALSE(m_stream.MustRestart());
+    EXPECT_EQ(m_stream.GetReport().m_nBadPackets, 10);
 }
 
 TEST_F(AudioStreamTest, ACancelEndsItAtAnyBlock) {
