@@ -25,7 +25,8 @@ public:
         : m_sPath(std::move(path)), m_watch(cancel, patience) {}
 
     EDecodeProblem Open();
-    EDecodeProblem Read(std::span<float> samples);
+    template <typename T>
+    EDecodeProblem Read(std::span<T> samples);
     EDecodeProblem Finish();
     EDecodeProblem Restart();
 
@@ -118,7 +119,8 @@ EDecodeProblem CAudioStream::CSource::Step() {
     return isOther ? EDecodeProblem::Changed : EDecodeProblem::None;
 }
 
-EDecodeProblem CAudioStream::CSource::Read(std::span<float> samples) {
+template <typename T>
+EDecodeProblem CAudioStream::CSource::Read(std::span<T> samples) {
     std::int64_t const end = std::min<std::int64_t>(m_nCount, m_length.m_nMusicEnd);
     while (!samples.empty() && m_nGiven < end) {
         auto const left = static_cast<std::size_t>(end - m_nGiven);
@@ -136,7 +138,7 @@ EDecodeProblem CAudioStream::CSource::Read(std::span<float> samples) {
             return problem;
         }
     }
-    std::ranges::fill(samples, 0.0f);
+    std::ranges::fill(samples, T{0});
     m_nGiven += static_cast<std::int64_t>(samples.size());
     return EDecodeProblem::None;
 }
@@ -228,6 +230,10 @@ std::int32_t CAudioStream::GetCount() const {
 }
 
 CStatus CAudioStream::Read(std::span<float> samples) {
+    return Do(EWork::Block, [&] { return m_pSource->Read(samples); });
+}
+
+CStatus CAudioStream::Read(std::span<std::int16_t> samples) {
     return Do(EWork::Block, [&] { return m_pSource->Read(samples); });
 }
 

@@ -47,6 +47,9 @@ public:
     /// Fills `samples` with the next ones. Behind the last come zeros.
     CStatus Read(std::span<float> samples);
 
+    /// The same in steps of 1 / 32767, for whoever widens them elsewhere (`WidenPcm`).
+    CStatus Read(std::span<std::int16_t> samples);
+
     /// Decodes the rest of the file, whether its samples were wanted or not, and looks whether the
     /// count was right and the file is still the same. To be called behind the last sample: only
     /// then are report and samples good.

@@ -50,7 +50,8 @@ EDecodeProblem Resample(std::span<float const> samples, std::uint32_t rate, CDec
         }
         std::size_t const count = std::min(queue.GetCount(), std::size_t{kMostSamples});
         audio.m_pSamples = std::make_unique_for_overwrite<float[]>(count);
-        audio.m_nCount = static_cast<std::int32_t>(queue.Take({audio.m_pSamples.get(), count}));
+        audio.m_nCount =
+            static_cast<std::int32_t>(queue.Take(std::span(audio.m_pSamples.get(), count)));
     } catch (std::bad_alloc const&) {
         return EDecodeProblem::NoMemory;
     }

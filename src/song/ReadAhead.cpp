@@ -4,15 +4,16 @@
 #include "song/ReadAhead.h"
 
 #include "platform/AudioStream.h"
+#include "platform/SampleQueue.h"
 
 #include <algorithm>
 
 namespace {
 
-// Fixed: twelve seconds, two megabytes. The engine filters half a minute at once; decoding must not
+// Fixed: 24 seconds, two megabytes. The engine filters half a minute at once; decoding must not
 // run out of room meanwhile. Whoever has to wait sleeps until an eighth of it is there, or free, so
 // that wake-ups are rare.
-constexpr std::size_t kRingSamples = std::size_t{1} << 19U;
+constexpr std::size_t kRingSamples = std::size_t{1} << 20U;
 constexpr std::size_t kEnough = kRingSamples / 8;
 constexpr std::size_t kBlockSamples = std::size_t{1} << 13U; // read at once
 
@@ -21,7 +22,7 @@ constexpr std::size_t kBlockSamples = std::size_t{1} << 13U; // read at once
 CReadAhead::CReadAhead(CAudioStream& stream)
     : m_stream(stream),
       m_nLeft(stream.GetCount()),
-      m_pRing(std::make_unique_for_overwrite<float[]>(kRingSamples)),
+      m_pRing(std::make_unique_for_overwrite<std::int16_t[]>(kRingSamples)),
       m_thread([this] { ReadAll(); }) {
 }
 
@@ -53,7 +54,7 @@ CStatus CReadAhead::ReadBlocks() {
         if (!WaitForRoom(count)) {
             return kStatusNothing;
         }
-        CStatus const status = m_stream.Read({m_pRing.get() + read % kRingSamples, count});
+        CStatus const status = m_stream.Read(std::span(m_pRing.get() + read % kRingSamples, count));
         if (status != kStatusOk) {
             return status;
         }
@@ -100,7 +101,7 @@ CStatus CReadAhead::Read(std::span<float> samples) {
             std::scoped_lock const guard(m_lock);
             return m_status != kStatusOk ? m_status : kStatusFailure;
         }
-        std::copy_n(m_pRing.get() + place, count, samples.data());
+        WidenPcm({m_pRing.get() + place, count}, samples.data());
         samples = samples.subspan(count);
         bool isRoomMade = false;
         {

@@ -42,7 +42,7 @@ private:
 
     CAudioStream& m_stream;
     std::int64_t m_nLeft; // samples of the stream that are not read yet; the thread's
-    std::unique_ptr<float[]> m_pRing;
+    std::unique_ptr<std::int16_t[]> m_pRing;
 
     std::mutex m_lock; // guards what follows
     std::condition_variable m_roomMade;

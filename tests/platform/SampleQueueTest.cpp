@@ -37,6 +37,16 @@ TEST(SampleQueueTest, GivesTheOldestFirstAcrossAppends) {
     EXPECT_EQ(queue.GetTotal(), 4);
 }
 
+TEST(SampleQueueTest, GivesThemAsTheyCameToo) {
+    CSampleQueue queue;
+    queue.Append(Pcm{5, -32768, 7});
+    Pcm samples(2);
+    EXPECT_EQ(queue.Take(samples), 2U);
+    EXPECT_THAT(samples, ElementsAre(5, -32768));
+    EXPECT_THAT(Take(queue, 2), ElementsAre(7.0f / 32767.0f));
+    EXPECT_EQ(queue.Take(samples), 0U);
+}
+
 TEST(SampleQueueTest, WhatIsDroppedStillCounts) {
     CSampleQueue queue;
     queue.Append(Pcm{1, 2, 3});
