@@ -33,6 +33,11 @@ int CAudioInput::Open(std::string const& path, bool ignoreEdits) {
     int const status = avformat_open_input(&format, name.c_str(), nullptr, &options);
     av_dict_free(&options);
     m_format.reset(format);
+    if (GetContainer() == EContainer::MpegAudio) {
+        // Reading an MP3's header leaves a checksum running over all that follows, for which nobody
+        // asks: 3 % of the decoding.
+        m_io->update_checksum = nullptr;
+    }
     return status;
 }
 
