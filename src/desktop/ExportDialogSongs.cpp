@@ -104,8 +104,12 @@ QString CExportDialog::GatheringText(CGathering const& state) {
     if (missing == 0) {
         return {};
     }
+    bool const canHear = state.m_nMissing > state.m_nInVain;
+    if (state.m_nSongs == 1) {
+        return canHear ? tr("This song has no beat grid yet.") : tr("This song can't be heard.");
+    }
     QString const text =
-        state.m_nMissing > state.m_nInVain
+        canHear
             ? tr("%Ln of %1 row(s) have no beat grid yet and will be missing.", nullptr, missing)
             : tr("%Ln of %1 row(s) can't be heard and will be missing.", nullptr, missing);
     return text.arg(all);

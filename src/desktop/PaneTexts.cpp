@@ -112,7 +112,9 @@ QString KeyFact(CSongPicture const& picture) {
 /// The format with its bit rate: "MP3 192 kbit/s".
 QString FormatFact(CSongPicture const& picture) {
     CDecodeReport const& report = picture.m_outcome.m_report;
-    auto const kilobits = std::llround(BitRateOf(report, picture.Seconds()) / kBitsPerKilobit);
+    // What an encoder added at the ends is in the file too.
+    double const seconds = std::max(report.m_dHeardSeconds, picture.Seconds());
+    auto const kilobits = std::llround(BitRateOf(report, seconds) / kBitsPerKilobit);
     QString const kind = KindName(report);
     return kilobits > 0 ? CPaneTexts::tr("%1 %L2 kbit/s").arg(kind).arg(kilobits).trimmed() : kind;
 }

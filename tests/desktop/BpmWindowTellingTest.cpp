@@ -121,6 +121,8 @@ TEST_F(BpmWindowTellingTest, ControlETakesSongsAlongWithTheirBeats) {
         formats->setFocus();
         QTest::keyClicks(formats, "Beats as labels");
         ASSERT_TRUE(visible("exportGather"));
+        EXPECT_EQ(dialog->findChild<QLabel*>("exportGathered")->text(),
+                  "This song has no beat grid yet.");
         QTest::mouseClick(dialog->findChild<QPushButton*>("exportGather"), Qt::LeftButton);
         auto const* save = dialog->findChild<QPushButton*>("exportSave");
         EXPECT_TRUE(QTest::qWaitFor([=] { return save->isEnabled(); }, 20'000));

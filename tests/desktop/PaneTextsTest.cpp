@@ -54,7 +54,11 @@ TEST(PaneTextsTest, FactsAreKindLengthKeyAndMetre) {
     picture.m_nMode = 0;
     picture.m_grid = {};
     EXPECT_EQ(Text(FactsText(picture)), "MP3 · 1:00");
-    picture.m_outcome.m_report.m_identity.m_nSize = 1'443'000; // bytes in a minute
+    picture.m_outcome.m_report.m_identity.m_nSize = 1'440'000; // 60 s of 24,000 bytes each
+    EXPECT_EQ(Text(FactsText(picture)), "MP3 192 kbit/s · 1:00");
+    // With half a second that the encoder added at the ends.
+    picture.m_outcome.m_report.m_dHeardSeconds = 60.5;
+    picture.m_outcome.m_report.m_identity.m_nSize = 1'452'000;
     EXPECT_EQ(Text(FactsText(picture)), "MP3 192 kbit/s · 1:00");
 }
 

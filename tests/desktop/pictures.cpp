@@ -5,9 +5,9 @@
 //
 //     desktop_pictures light|dark|contrast LOCALE FOLDER SONG...
 //
-// empty, running, done, problems, filter, notice, export and preferences go into FOLDER, each a
-// PNG. In a locale that is written from right to left the window is mirrored. QT_SCALE_FACTOR makes
-// it larger.
+// empty, preferences, running, notice, done, filter, problems, ungathered and export go into
+// FOLDER, each a PNG. In a locale that is written from right to left the window is mirrored.
+// QT_SCALE_FACTOR makes it larger.
 
 #include "Language.h"
 #include "app/BPMController.h"
@@ -40,6 +40,7 @@
 namespace {
 
 constexpr int kPatienceMs = 60'000; // Fixed: for all songs.
+constexpr int kStartMs = 3000;      // Fixed: until the first of them is heard.
 constexpr int kWidth = 900;         // Fixed: of the window, in pixels.
 constexpr int kHeight = 680;        // Fixed: likewise.
 constexpr int kArguments = 4;       // Fixed: in front of the songs.
@@ -105,11 +106,14 @@ public:
 
     void Empty() { Draw(m_window, "empty"); }
 
-    /// While the songs are analysed: the window runs, and then it won't be closed.
+    /// While the songs are analysed: the window runs, and then it won't be closed. Songs with a
+    /// tempo in their tag aren't.
     void Run(std::vector<std::string> const& songs) {
         m_window.addPaths(songs);
         auto* progress = m_window.findChild<QProgressBar*>();
-        (void)QTest::qWaitFor([this] { return m_controller.status().m_bRunning; }, kPatienceMs);
+        if (!QTest::qWaitFor([this] { return m_controller.status().m_bRunning; }, kStartMs)) {
+            return; // all have their tempo
+        }
         (void)QTest::qWaitFor([progress] { return progress->isVisible(); }, kPatienceMs);
         Draw(m_window, "running");
         m_window.close();
@@ -151,7 +155,12 @@ public:
                 auto* formats = dialog->findChild<QComboBox*>("exportFormat");
                 formats->setCurrentIndex(formats->findText("(xml)", Qt::MatchContains));
                 auto const* gather = dialog->findChild<QPushButton*>("exportGather");
+                dialog->findChild<QComboBox*>("exportWhich")->setCurrentIndex(1); // all rows
                 (void)QTest::qWaitFor([gather] { return gather->isVisible(); }, kPatienceMs);
+                Draw(*dialog, "ungathered");
+                dialog->findChild<QPushButton*>("exportGather")->click();
+                auto const* save = dialog->findChild<QPushButton*>("exportSave");
+                (void)QTest::qWaitFor([save] { return save->isEnabled(); }, kPatienceMs);
                 Draw(*dialog, "export");
                 dialog->close();
             }
@@ -191,6 +200,9 @@ int main(int argc, char** argv) {
     SetUpAudio();
     QTemporaryDir const settings; // nobody's own are read or changed
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
+    for (char const* const home : {"XDG_STATE_HOME", "XDG_CACHE_HOME"}) {
+        qputenv(home, settings.path().toLocal8Bit());
+    }
     QApplication app(argc, argv);
     QStringList const words = QApplication::arguments();
     if (words.size() <= kArguments) {
@@ -214,11 +226,11 @@ int main(int argc, char** argv) {
     QDir().mkpath(words[3]);
     CSitting sitting(words[3]);
     sitting.Empty();
+    sitting.Preferences();
     sitting.Run(songs);
     sitting.Look();
     sitting.Filter();
     sitting.Problems();
     sitting.Export();
-    sitting.Preferences();
     return 0;
 }

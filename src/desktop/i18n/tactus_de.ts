@@ -588,6 +588,14 @@
         <translation>Anhalten</translation>
     </message>
     <message>
+        <source>This song has no beat grid yet.</source>
+        <translation>Dieses Lied hat noch kein Schlagraster.</translation>
+    </message>
+    <message>
+        <source>This song can&apos;t be heard.</source>
+        <translation>Dieses Lied lässt sich nicht hören.</translation>
+    </message>
+    <message>
         <source>Find beat grids</source>
         <translation>Schlagraster suchen</translation>
     </message>
