@@ -30,7 +30,8 @@ TEST(ResamplerTest, AToneStaysTheSameToneAtEveryRate) {
         ASSERT_NEAR(audio.m_nCount, 88200, 4) << rate;
         double worst = 0.0;
         for (std::size_t i = 1000; i < 87000; ++i) { // the filter swings in and out at the ends
-            worst = std::max(worst, std::abs(double{audio.Samples()[i]} - double{expected[i]}));
+            worst = std::max(worst, std::abs(static_cast<double>(audio.Samples()[i]) -
+                                             static_cast<double>(expected[i])));
         }
         EXPECT_LT(worst, 0.002) << rate;
     }
