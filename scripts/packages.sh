@@ -27,12 +27,13 @@ PACKAGES_PYTHON=(
     python3-pytest python3-matplotlib python3-distributed beets mypy
 )
 
-# To run the tests: frameworks, encoders of other makers, independent tag readers, a display, and
-# what a locale with a decimal comma is made from.
+# To run the tests: frameworks, encoders of other makers, independent tag readers, a display, what
+# a screen reader is told, and what a locale with a decimal comma is made from.
 PACKAGES_TEST=(
     libgtest-dev libgmock-dev ffmpeg python3 python3-mutagen python3-taglib python3-jsonschema
     python3-mido libxml2-utils eyed3 id3v2 jq attr
-    xvfb openbox xdotool x11-utils dbus-daemon procps locales mpg123 sndfile-programs
+    xvfb openbox xdotool x11-utils dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3-gi
+    procps locales mpg123 sndfile-programs
 )
 
 # To check the code: another compiler, its sanitizers and fuzzer, formatting, static analysis.

@@ -82,7 +82,7 @@ void BpmWindow::switchPane() {
     if (isInPane || m_pPane->isHidden()) {
         m_pTable->setFocus();
     } else {
-        m_pPane->setFocus();
+        m_pPane->takeFocus();
     }
 }
 

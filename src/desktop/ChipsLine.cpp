@@ -24,8 +24,7 @@ constexpr std::array kNames{"chipAll", "chipToDo", "chipToReview", "chipByHand",
 
 } // namespace
 
-CChipsLine::CChipsLine(QWidget* parent)
-    : QWidget(parent), m_pQuery(new QLineEdit(this)), m_pGroup(new QButtonGroup(this)) {
+CChipsLine::CChipsLine(QWidget* parent) : QWidget(parent), m_pGroup(new QButtonGroup(this)) {
     setObjectName("chipsLine");
     setAccessibleName(tr("Filters"));
     auto* layout = new QHBoxLayout(this);
@@ -37,9 +36,11 @@ CChipsLine::CChipsLine(QWidget* parent)
         chip->setObjectName(kNames[i]);
         chip->setAutoRaise(true);
         chip->setCheckable(true);
-        chip->setFocusPolicy(Qt::TabFocus);
-        // On black, a button's own ground doesn't show that it is down.
+        chip->setFocusPolicy(Qt::NoFocus);
+        // On black, a button's own ground doesn't show that it is down. Tab goes to the chosen one,
+        // arrows from there to the others.
         connect(chip, &QToolButton::toggled, chip, [chip](bool isDown) {
+            chip->setFocusPolicy(isDown ? Qt::TabFocus : Qt::NoFocus);
             QFont font = chip->font();
             font.setUnderline(isDown);
             chip->setFont(font);
@@ -52,6 +53,7 @@ CChipsLine::CChipsLine(QWidget* parent)
         m_vChips.push_back(chip);
     }
     layout->addStretch();
+    m_pQuery = new QLineEdit(this); // Behind the chips for Tab too.
     layout->addWidget(m_pQuery);
     setUpQuery();
     m_vChips.front()->setChecked(true);

@@ -49,7 +49,7 @@ private:
     void tintHint();
     void makeRoom();
 
-    QLineEdit* m_pQuery;
+    QLineEdit* m_pQuery = nullptr;
     QButtonGroup* m_pGroup;
     std::vector<QToolButton*> m_vChips; // In the order of `ERowFilter`.
 };

@@ -107,6 +107,10 @@ void COpenPanel::setUpOwnParts() {
     m_pNotice->setTextFormat(Qt::PlainText);
     m_pNotice->setWordWrap(true);
     m_pNotice->hide();
+    // Qt's panel shows what its choices are for, but does not say it.
+    for (QString const& choice : {QStringLiteral("lookIn"), QStringLiteral("fileType")}) {
+        findChild<QLabel*>(choice + "Label")->setBuddy(findChild<QWidget*>(choice + "Combo"));
+    }
     auto* grid = qobject_cast<QGridLayout*>(layout());
     grid->addWidget(m_pNotice, grid->rowCount(), 0, 1, grid->columnCount());
 }

@@ -114,7 +114,6 @@ QWidget* CSongPane::makePage() {
         CPictureSpan const shown = m_pStrip->span();
         m_pBar->setFrame(shown.m_dFirst, shown.Last());
     });
-    setFocusProxy(m_pStrip);
     return page;
 }
 
@@ -258,6 +257,11 @@ void CSongPane::showPicture(CSongPicturePtr const& picture) {
     m_pShown = picture;
     m_pStack->setCurrentIndex(1);
     showPlace();
+}
+
+// Not by a focus proxy: Tab would go to that one first and leave out what stands before it.
+void CSongPane::takeFocus() {
+    m_pStrip->setFocus(Qt::ShortcutFocusReason);
 }
 
 void CSongPane::setTempo(double bpm) {

@@ -69,6 +69,9 @@ public:
 
     [[nodiscard]] std::int64_t place() const;
 
+    /// The keys go to the picture from now on.
+    void takeFocus();
+
     [[nodiscard]] bool isPlaying() const { return m_sound.isPlaying(); }
 
     QSize sizeHint() const override;

@@ -52,6 +52,7 @@ void CTempoLine::setCandidates(std::vector<CTempoCandidate> const& candidates) {
         delete button;
     }
     m_vBpms.clear();
+    QWidget* last = m_pTap;
     for (CTempoCandidate const& reading : candidates) {
         auto const bpm = static_cast<double>(reading.m_fBpm);
         m_vBpms.push_back(bpm);
@@ -63,6 +64,11 @@ void CTempoLine::setCandidates(std::vector<CTempoCandidate> const& candidates) {
         connect(button, &QRadioButton::clicked, this, [this, bpm] { emit tempoChosen(bpm); });
         m_pGroup->addButton(button, static_cast<int>(m_vBpms.size()) - 1);
         m_pReadings->addWidget(button);
+        setTabOrder(last, button);
+        last = button;
+    }
+    if (last != m_pTap) {
+        setTabOrder(last, m_pTap); // It stands behind them.
     }
     m_tapping.Clear();
     showTaps();

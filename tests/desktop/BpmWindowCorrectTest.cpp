@@ -312,7 +312,7 @@ TEST_F(BpmWindowCorrectTest, ATempoIsTappedInThePaneAndAltReturnTakesReadings) {
     QSignalSpy settled(pane, &CSongPane::settled);
     select(0);
     ASSERT_TRUE(settled.wait(20'000));
-    pane->setFocus();
+    pane->takeFocus();
     for (std::uint64_t const time : {1'000U, 1'600U, 2'200U, 2'800U}) {
         QKeyEvent key(QEvent::KeyPress, Qt::Key_T, {}, "t");
         key.setTimestamp(time);

@@ -167,7 +167,7 @@ TEST_F(SongPaneTest, AnotherSongCancelsTheOneBefore) {
 
 TEST_F(SongPaneTest, ArrowsGoFromBeatToBeatAndWithCtrlFromMeasureToMeasure) {
     choose("song");
-    pane.setFocus();
+    pane.takeFocus();
     EXPECT_TRUE(strip->hasFocus());
     QTest::keyClick(strip, Qt::Key_Right);
     EXPECT_EQ(pane.place(), kBeat);
