@@ -184,7 +184,7 @@ bool BpmWindow::askBeforeReplacing(std::size_t count) {
     question.setInformativeText(tr("Tactus did not find them; they may have been set by hand. "
                                    "MP3 files get the new tempo in their tags."));
     QPushButton* replace = question.addButton(tr("Analyze all again"), QMessageBox::AcceptRole);
-    question.setDefaultButton(question.addButton(QMessageBox::Cancel));
+    question.setDefaultButton(question.addButton(tr("Cancel"), QMessageBox::RejectRole));
     question.exec();
     return question.clickedButton() == replace;
 }
@@ -204,7 +204,7 @@ void BpmWindow::openHomePage() {
     QString const page = QString::fromStdString(HomePage());
     if (!QDesktopServices::openUrl(QUrl(page))) {
         m_pNotices->post({ENotice::HomePage,
-                          tr("No program could be found to open %1.").arg(page),
+                          tr("No program could be found to open %1.").arg(Isolated(page)),
                           {{tr("Close"), {}}}});
     }
 }

@@ -132,8 +132,7 @@ private:
     void setUpCorrections();
     QMenu* makeCorrectionMenu();
     QWidget* makeCorrectionButtons();
-    void addCorrection(QString const& name, QString const& text, char const* word,
-                       QKeySequence const& key);
+    void addCorrection(QString const& name, char const* word, QKeySequence const& key);
     void connectAll();
     QAction* makeAction(QString const& name, QString const& text, QString const& tip,
                         QList<QKeySequence> const& keys);

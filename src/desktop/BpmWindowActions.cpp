@@ -11,6 +11,7 @@
 #include "desktop/FileTableView.h"
 #include "desktop/Glyphs.h"
 #include "desktop/ImageClickView.h"
+#include "desktop/Texts.h"
 
 #include <QAction>
 #include <QMenu>
@@ -29,8 +30,7 @@ QAction* BpmWindow::makeAction(QString const& name, QString const& text, QString
     auto* action = new QAction(text, this);
     action->setObjectName(name);
     action->setShortcuts(keys);
-    QString const key =
-        keys.isEmpty() ? QString() : keys.first().toString(QKeySequence::NativeText);
+    QString const key = keys.isEmpty() ? QString() : ShortcutText(keys.first());
     action->setToolTip(key.isEmpty() ? tip : QString("%1 (%2)").arg(tip, key));
     addAction(action);
     return action;

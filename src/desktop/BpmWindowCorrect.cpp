@@ -37,9 +37,9 @@ std::optional<std::int64_t> TimeOf(std::optional<CUndoStep> const& step) {
 
 } // namespace
 
-void BpmWindow::addCorrection(QString const& name, QString const& text, char const* word,
-                              QKeySequence const& key) {
+void BpmWindow::addCorrection(QString const& name, char const* word, QKeySequence const& key) {
     CTempoFix const fix = TempoFixOf(word).value_or(CTempoFix());
+    QString const text = tr("Tempo %1").arg(RatioText(fix));
     QAction* const action = makeAction(name, text, text, {key});
     m_vCorrections.push_back({action, word, action->toolTip()});
     connect(action, &QAction::triggered, this, [this, fix] {
@@ -50,12 +50,12 @@ void BpmWindow::addCorrection(QString const& name, QString const& text, char con
 
 void BpmWindow::setUpCorrections() {
     constexpr auto kShifted = Qt::CTRL | Qt::SHIFT;
-    addCorrection("actionDouble", tr("Tempo ×2"), "x2", {Qt::CTRL | Qt::Key_D});
-    addCorrection("actionHalve", tr("Tempo ÷2"), "/2", {Qt::CTRL | Qt::Key_H});
-    addCorrection("action3To2", tr("Tempo 3:2"), "3:2", {Qt::CTRL | Qt::Key_3});
-    addCorrection("action2To3", tr("Tempo 2:3"), "2:3", {kShifted | Qt::Key_3});
-    addCorrection("action4To3", tr("Tempo 4:3"), "4:3", {Qt::CTRL | Qt::Key_4});
-    addCorrection("action3To4", tr("Tempo 3:4"), "3:4", {kShifted | Qt::Key_4});
+    addCorrection("actionDouble", "x2", {Qt::CTRL | Qt::Key_D});
+    addCorrection("actionHalve", "/2", {Qt::CTRL | Qt::Key_H});
+    addCorrection("action3To2", "3:2", {Qt::CTRL | Qt::Key_3});
+    addCorrection("action2To3", "2:3", {kShifted | Qt::Key_3});
+    addCorrection("action4To3", "4:3", {Qt::CTRL | Qt::Key_4});
+    addCorrection("action3To4", "3:4", {kShifted | Qt::Key_4});
     m_pType = makeAction("actionType", tr("Type the tempo"), tr("Type the tempo of the row"),
                          {QKeySequence(Qt::Key_F2)});
     m_pUndo =

@@ -74,7 +74,7 @@ void BpmWindow::listUnreadFolders() {
     QList<QStringList> rows;
     std::vector<CString> const folders = m_controller.unreadFolders();
     for (std::size_t i = m_nReadFolders; i < folders.size(); ++i) {
-        rows << QStringList{ReadableText(std::u16string(folders[i].Units()))};
+        rows << QStringList{Isolated(ReadableText(std::u16string(folders[i].Units())))};
     }
     m_nReadFolders = m_nUnreadFolders;
     CListDialog dialog(tr("Folders that could not be read"), {tr("Folder")}, rows, this);
@@ -87,7 +87,7 @@ void BpmWindow::showKeys() {
     for (QAction const* action : actions()) {
         QStringList keys;
         for (QKeySequence const& key : action->shortcuts()) {
-            keys << key.toString(QKeySequence::NativeText);
+            keys << ShortcutText(key);
         }
         if (!keys.isEmpty()) {
             rows << QStringList{keys.join(QStringLiteral(", ")), PlainActionText(*action)};
@@ -96,7 +96,7 @@ void BpmWindow::showKeys() {
     auto const add = [&rows](QList<QKeySequence> const& keys, QString const& text) {
         QStringList names;
         for (QKeySequence const& key : keys) {
-            names << key.toString(QKeySequence::NativeText);
+            names << ShortcutText(key);
         }
         rows << QStringList{names.join(QStringLiteral(", ")), text};
     };

@@ -4,6 +4,7 @@
 #include "desktop/ChipsLine.h"
 
 #include "desktop/Numbers.h"
+#include "desktop/Texts.h"
 #include "desktop/Tints.h"
 
 #include <QButtonGroup>
@@ -47,7 +48,7 @@ CChipsLine::CChipsLine(QWidget* parent) : QWidget(parent), m_pGroup(new QButtonG
         });
         auto* shortcut = new QShortcut(keys, this); // A button's own goes with its text.
         connect(shortcut, &QShortcut::activated, chip, &QToolButton::click);
-        chip->setToolTip(keys.toString(QKeySequence::NativeText));
+        chip->setToolTip(ShortcutText(keys));
         m_pGroup->addButton(chip, static_cast<int>(i));
         layout->addWidget(chip);
         m_vChips.push_back(chip);

@@ -3,10 +3,11 @@
 
 #include "desktop/CorrectionTexts.h"
 
+#include "desktop/Numbers.h"
 #include "desktop/Texts.h"
+#include "song/TagTempo.h"
 
 #include <QCoreApplication>
-#include <QGuiApplication>
 #include <QLocale>
 #include <QStringList>
 #include <cmath>
@@ -19,13 +20,6 @@ class CCorrectionTexts {
 
 int AsCount(std::size_t count) {
     return static_cast<int>(count);
-}
-
-/// Signs before figures stay there in languages that run from right to left.
-QString LeftToRight(QString const& text) {
-    constexpr QChar kIsolate(0x2066); // Standard: Unicode, LRI and PDI.
-    constexpr QChar kEnd(0x2069);
-    return QGuiApplication::isRightToLeft() ? kIsolate + text + kEnd : text;
 }
 
 QString LeftReason(CUndoReport const& report) {
@@ -49,12 +43,13 @@ QString LeftReason(CUndoReport const& report) {
 } // namespace
 
 QString RatioText(CTempoFix const& ratio) {
+    QString const times = QLocale().toString(ratio.m_nTimes);
+    QString const over = QLocale().toString(ratio.m_nOver);
     if (ratio.m_nOver == 1) {
-        return LeftToRight(QStringLiteral("×%1").arg(ratio.m_nTimes));
+        return LeftToRight(QStringLiteral("×%1").arg(times));
     }
-    return LeftToRight(ratio.m_nTimes == 1
-                           ? QStringLiteral("÷%1").arg(ratio.m_nOver)
-                           : QStringLiteral("%1:%2").arg(ratio.m_nTimes).arg(ratio.m_nOver));
+    return LeftToRight(ratio.m_nTimes == 1 ? QStringLiteral("÷%1").arg(over)
+                                           : QStringLiteral("%1:%2").arg(times, over));
 }
 
 QString ReadingText(CTempoCandidate const& reading) {
@@ -66,7 +61,7 @@ QString ReadingText(CTempoCandidate const& reading) {
     }
     parts << CCorrectionTexts::tr("%1 %").arg(
         QLocale().toString(static_cast<int>(std::lround(reading.m_fScore * kWholePercent))));
-    return LeftToRight(parts.join(QStringLiteral(" · ")));
+    return JoinedFacts(parts);
 }
 
 QString StepText(CUndoStep const& step) {
@@ -93,9 +88,9 @@ QString RefusalText(ECorrectionRefusal refusal) {
     case ECorrectionRefusal::NoTempo:
         return CCorrectionTexts::tr("There is no tempo yet.");
     case ECorrectionRefusal::TooSlow:
-        return CCorrectionTexts::tr("A tempo would be below 20.");
+        return CCorrectionTexts::tr("A tempo would be below %1.").arg(LimitText(kSlowestTagBpm));
     case ECorrectionRefusal::TooFast:
-        return CCorrectionTexts::tr("A tempo would be above 999.");
+        return CCorrectionTexts::tr("A tempo would be above %1.").arg(LimitText(kFastestTagBpm));
     }
     return {};
 }
@@ -104,8 +99,8 @@ QString LeftText(CUndoReport const& report) {
     if (report.m_nLeft == 0) {
         return {};
     }
-    QString const name =
-        FileNameOf(ReadableText(std::u16string(CString::FromPath(report.m_sPath).Units())));
+    QString const name = Isolated(
+        FileNameOf(ReadableText(std::u16string(CString::FromPath(report.m_sPath).Units()))));
     return report.m_nLeft == 1
                ? CCorrectionTexts::tr("“%1” was left as it is: %2.").arg(name, LeftReason(report))
                : CCorrectionTexts::tr("%Ln file(s) were left as they are, the first of them “%1”: "

@@ -3,6 +3,7 @@
 
 #include "desktop/EmptyHint.h"
 
+#include "desktop/Texts.h"
 #include "desktop/Tints.h"
 
 #include <QKeySequence>
@@ -26,8 +27,7 @@ CEmptyHint::CEmptyHint(QWidget* parent)
     m_pTitle->setObjectName("emptyHint");
     m_pWay->setObjectName("emptyWay");
     m_pAdd->setObjectName("emptyAdd");
-    QString const keys = QKeySequence(QKeySequence::Open).toString(QKeySequence::NativeText);
-    m_pAdd->setToolTip(keys);
+    m_pAdd->setToolTip(ShortcutText(QKeySequence(QKeySequence::Open)));
     m_pOnlyLook->setObjectName("emptyOnlyLook");
     m_pOnlyLook->setToolTip(tr("Add music, and change no file until the window is closed"));
     auto* layout = new QVBoxLayout(this);
@@ -88,7 +88,7 @@ void CEmptyHint::showTexts() {
         written = tr("other kinds than mp3 are written too");
     }
     m_pTitle->setText(m_bFiltered ? tr("Nothing here") : title);
-    m_pKinds->setText(QString("%1; %2").arg(kinds, written));
+    m_pKinds->setText(WithSemicolons({kinds, written}));
     for (QWidget* part : std::initializer_list<QWidget*>{m_pWay, m_pAdd, m_pKinds}) {
         part->setVisible(!m_bFiltered);
     }

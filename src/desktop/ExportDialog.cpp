@@ -4,6 +4,7 @@
 #include "desktop/ExportDialog.h"
 
 #include "desktop/SongGatherer.h"
+#include "desktop/Texts.h"
 
 #include <QAccessible>
 #include <QComboBox>
@@ -132,6 +133,7 @@ void CExportDialog::setUpPreview() {
     m_pPreview->setObjectName("exportPreview");
     m_pPreview->setAccessibleName(tr("The first lines"));
     m_pPreview->setReadOnly(true);
+    m_pPreview->setLayoutDirection(Qt::LeftToRight); // What programs read has one direction.
     m_pPreview->setTabChangesFocus(true);
     m_pPreview->setLineWrapMode(QPlainTextEdit::NoWrap);
     m_pPreview->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -213,8 +215,8 @@ bool CExportDialog::save(QString const& path) {
     if (!write(path, ExportRows(wanted, std::get<ERowFormat>(chosen)))) {
         return false;
     }
-    m_sSummary =
-        tr("%Ln row(s) exported to “%1”.", nullptr, static_cast<int>(wanted.size())).arg(path);
+    m_sSummary = tr("%Ln row(s) exported to “%1”.", nullptr, static_cast<int>(wanted.size()))
+                     .arg(Isolated(path));
     return true;
 }
 
@@ -224,7 +226,7 @@ bool CExportDialog::write(QString const& path, std::string const& text) {
     bool const isWritten =
         file.open(QIODevice::WriteOnly) && file.write(text.data(), size) == size && file.commit();
     if (!isWritten) {
-        tellProblem(tr("“%1” could not be written: %2").arg(path, file.errorString()));
+        tellProblem(tr("“%1” could not be written: %2").arg(Isolated(path), file.errorString()));
     }
     return isWritten;
 }

@@ -6,6 +6,7 @@
 #include "desktop/ExportDialog.h"
 
 #include "desktop/SongGatherer.h"
+#include "desktop/Texts.h"
 #include "export/SongFileName.h"
 
 #include <QDir>
@@ -187,7 +188,8 @@ bool CExportDialog::saveInto(QString const& folder, std::vector<CTakenSong> cons
 }
 
 void CExportDialog::tellExported(std::size_t songs, QString const& place) {
-    m_sSummary = tr("%Ln song(s) exported to “%1”.", nullptr, static_cast<int>(songs)).arg(place);
+    m_sSummary =
+        tr("%Ln song(s) exported to “%1”.", nullptr, static_cast<int>(songs)).arg(Isolated(place));
     if (std::size_t const left = rows().size() - songs; left > 0) {
         m_sSummary +=
             QLatin1Char(' ') + tr("%Ln row(s) left out.", nullptr, static_cast<int>(left));

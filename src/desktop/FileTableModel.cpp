@@ -184,7 +184,7 @@ QString CFileTableModel::descriptionOf(std::size_t id, int column) const {
 
 QString CFileTableModel::tipOf(std::size_t id) const {
     CRowState const state = m_list.rowState(id);
-    QStringList lines{ReadableText(state.m_sPath)};
+    QStringList lines{Isolated(ReadableText(state.m_sPath))};
     lines << ProblemText(state);
     if (awaitsAnalysis(id)) {
         lines << tr("This tempo is still to be analyzed again.");

@@ -65,15 +65,20 @@ bool AreSameTempo(double bpm, double other) {
     return std::abs(bpm - other) < kSameBpm;
 }
 
-std::optional<double> TypedTempo(QString const& text) {
+QString WithPlainDigits(QString const& text) {
     QString plain;
-    for (char32_t const letter : text.trimmed().toStdU32String()) {
+    for (char32_t const letter : text.toStdU32String()) {
         bool const isPoint = letter == U',' || letter == U'.' || letter == U'\u066B' ||
                              QString::fromUcs4(&letter, 1) == QLocale().decimalPoint();
         plain += isPoint                  ? QStringLiteral(".")
                  : QChar::isDigit(letter) ? QString::number(QChar::digitValue(letter))
                                           : QString::fromUcs4(&letter, 1);
     }
+    return plain;
+}
+
+std::optional<double> TypedTempo(QString const& text) {
+    QString const plain = WithPlainDigits(text.trimmed());
     double const bpm = IsPlainNumber(plain) ? plain.toDouble() : 0.0;
     return IsTempoInRange(bpm) ? std::optional(bpm) : std::nullopt;
 }
@@ -84,6 +89,10 @@ QString PercentText(int percent) {
 
 QString CountText(std::size_t count) {
     return QLocale().toString(static_cast<qulonglong>(count));
+}
+
+QString LimitText(double bpm) {
+    return QLocale().toString(bpm, 'f', 0);
 }
 
 qsizetype DecimalPointIn(QString const& tempo) {

@@ -23,6 +23,9 @@ double TempoValue(std::u16string const& tempo);
 /// doubled and rounded again may be one hundredth off.
 bool AreSameTempo(double bpm, double other);
 
+/// The text with plain digits and a plain point in place of other ones, such as the locale's.
+QString WithPlainDigits(QString const& text);
+
 /// The tempo that a person typed: digits of the locale or plain ones, with comma, point or the
 /// locale's own before the decimals, blanks around it ignored. Returns: nothing for any other text,
 /// and for a number outside 20 to 999.
@@ -33,6 +36,9 @@ QString PercentText(int percent);
 
 /// A count, with groups where the locale has them.
 QString CountText(std::size_t count);
+
+/// A tempo that bounds others, without decimals.
+QString LimitText(double bpm);
 
 /// Where the decimal point stands in a text of `TempoText`; its size where there is none; -1 for a
 /// text that is no plain number.

@@ -3,6 +3,8 @@
 
 #include "desktop/OpenPanel.h"
 
+#include "desktop/Texts.h"
+
 #include <QAccessible>
 #include <QDialogButtonBox>
 #include <QDir>
@@ -145,7 +147,7 @@ bool COpenPanel::takeTyped(QStringList const& names) {
                                  ? QDir::homePath() + name.mid(1)
                                  : QDir::cleanPath(directory().absoluteFilePath(name));
         if (!QFileInfo::exists(path)) {
-            tell(tr("There is no “%1” here.").arg(name));
+            tell(tr("There is no “%1” here.").arg(Isolated(name)));
             return false;
         }
         if (names.size() == 1 && QFileInfo(path).isDir()) {
@@ -156,7 +158,7 @@ bool COpenPanel::takeTyped(QStringList const& names) {
         if (!m_rules.m_canChoose(PathBytes(path))) {
             tell(tr("“%1” can't be chosen here, only wav, mp3 and aiff files and folders. Other "
                     "kinds come in with their folder, or when they are dropped on the window.")
-                     .arg(name));
+                     .arg(Isolated(name)));
             return false;
         }
         m_vChosen.push_back(PathBytes(path));

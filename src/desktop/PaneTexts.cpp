@@ -6,6 +6,7 @@
 #include "base/EngineRate.h"
 #include "desktop/Numbers.h"
 #include "desktop/SoundNames.h"
+#include "desktop/Texts.h"
 #include "engine/envelope/Tempo.h"
 #include "engine/notes/KeyDetector.h"
 #include "export/TakenSong.h"
@@ -27,11 +28,6 @@ constexpr double kBitsPerKilobit = 1000.0;
 class CPaneTexts {
     Q_DECLARE_TR_FUNCTIONS(PaneTexts)
 };
-
-QString Joined(QStringList parts) {
-    parts.removeAll(QString());
-    return parts.join(QStringLiteral(" · "));
-}
 
 QString MinutesText(std::int64_t seconds) {
     return QStringLiteral("%L1:%L2")
@@ -104,9 +100,10 @@ QString MajorKeyText(std::uint16_t tonic) {
 /// The key with its Camelot code.
 QString KeyFact(CSongPicture const& picture) {
     QString const key = SpokenKey(picture.m_nTonic, picture.m_nMode);
-    return key.isEmpty() ? key
-                         : QString("%1 (%2)").arg(
-                               key, CamelotName(KeyText(picture.m_nTonic, picture.m_nMode)));
+    return key.isEmpty()
+               ? key
+               : QString("%1 (%2)").arg(
+                     key, LeftToRight(CamelotName(KeyText(picture.m_nTonic, picture.m_nMode))));
 }
 
 /// The format with its bit rate: "MP3 192 kbit/s".
@@ -133,7 +130,7 @@ QString PlacesText(std::vector<std::int64_t> const& places) {
     for (std::int64_t const place : places) {
         texts << PlaceText(place);
     }
-    return texts.join(QStringLiteral(", "));
+    return WithCommas(texts);
 }
 
 bool HasAccents(std::array<float, kAccentSteps> const& accents) {
@@ -169,7 +166,7 @@ QString FactsText(CSongPicture const& picture) {
         constexpr int kQuarters = 4; // Fixed: beats are written as quarters.
         facts << QStringLiteral("%L1/%L2").arg(picture.m_grid.BeatsPerMeasure()).arg(kQuarters);
     }
-    return Joined(facts);
+    return JoinedFacts(facts);
 }
 
 QString MusicalPlaceText(CSongPicture const& picture, std::int64_t sample) {
@@ -178,7 +175,7 @@ QString MusicalPlaceText(CSongPicture const& picture, std::int64_t sample) {
     if (!beat || beat->m_nMeasure == 0) {
         return place;
     }
-    return Joined(
+    return JoinedFacts(
         {place, CPaneTexts::tr("measure %L1, beat %L2").arg(beat->m_nMeasure).arg(beat->m_nBeat)});
 }
 
@@ -186,8 +183,8 @@ QString TempoLineText(CSongPicture const& picture) {
     if (picture.m_fBpm <= 0.0f) {
         return CPaneTexts::tr("No beat was found.");
     }
-    return Joined({BpmText(picture.m_fBpm),
-                   CPaneTexts::tr("%Ln measure(s)", nullptr, picture.m_grid.MeasureCount())});
+    return JoinedFacts({BpmText(picture.m_fBpm),
+                        CPaneTexts::tr("%Ln measure(s)", nullptr, picture.m_grid.MeasureCount())});
 }
 
 QString TagText(QString const& tempo) {
@@ -196,7 +193,7 @@ QString TagText(QString const& tempo) {
 }
 
 QString PictureText(CSongPicture const& picture) {
-    QStringList sentences{Joined({FactsText(picture), TempoLineText(picture)})};
+    QStringList sentences{JoinedFacts({FactsText(picture), TempoLineText(picture)})};
     if (picture.m_nIntroEnd > 0) {
         sentences << CPaneTexts::tr("The intro ends at %1.").arg(PlaceText(picture.m_nIntroEnd));
     }

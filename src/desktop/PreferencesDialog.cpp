@@ -3,6 +3,7 @@
 
 #include "desktop/PreferencesDialog.h"
 
+#include "desktop/Texts.h"
 #include "song/TagTempo.h"
 
 #include <QCheckBox>
@@ -126,7 +127,7 @@ void CPreferencesDialog::setUpWindow(CState const& state) {
     stored->setWordWrap(true);
     stored->setTextInteractionFlags(Qt::TextSelectableByMouse);
     stored->setText(state.m_sStored.isEmpty() ? tr("Nothing is stored: everything is as it came.")
-                                              : tr("Stored in %1:").arg(state.m_sFile) +
+                                              : tr("Stored in %1:").arg(Isolated(state.m_sFile)) +
                                                     QLatin1Char('\n') + state.m_sStored);
     layout()->addWidget(stored);
 }
@@ -135,6 +136,7 @@ void CPreferencesDialog::setUpButtons() {
     auto* buttons = new QDialogButtonBox(
         QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::RestoreDefaults, this);
     layout()->addWidget(buttons);
+    buttons->button(QDialogButtonBox::Ok)->setText(tr("OK"));
     buttons->button(QDialogButtonBox::Cancel)->setText(tr("Cancel"));
     buttons->button(QDialogButtonBox::RestoreDefaults)->setText(tr("Restore defaults"));
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);

@@ -3,6 +3,7 @@
 
 #include "desktop/RowQuery.h"
 
+#include "desktop/Numbers.h"
 #include "export/SongFilter.h"
 #include "export/TakenSong.h"
 
@@ -14,10 +15,6 @@ namespace {
 
 constexpr char kKeyMark[] = "key:";
 constexpr char kStateMark[] = "state:";
-
-double NumberIn(QString text) {
-    return text.replace(QLatin1Char(','), QLatin1Char('.')).toDouble();
-}
 
 /// The key, as tags have it, that a person means by `word`; empty for none.
 QString KeyOf(QString const& word) {
@@ -51,10 +48,10 @@ CRowQuery::CRowQuery(QString const& text) {
 
 void CRowQuery::take(QString const& word) {
     static QRegularExpression const range(
-        QStringLiteral("^(\\d+(?:[.,]\\d+)?)[-\u2013](\\d+(?:[.,]\\d+)?)$"));
-    QRegularExpressionMatch const numbers = range.match(word);
+        QStringLiteral("^(\\d+(?:\\.\\d+)?)[-\u2013](\\d+(?:\\.\\d+)?)$"));
+    QRegularExpressionMatch const numbers = range.match(WithPlainDigits(word));
     if (numbers.hasMatch()) {
-        m_vRanges.emplace_back(NumberIn(numbers.captured(1)), NumberIn(numbers.captured(2)));
+        m_vRanges.emplace_back(numbers.captured(1).toDouble(), numbers.captured(2).toDouble());
     } else if (word.startsWith(QLatin1String(kKeyMark), Qt::CaseInsensitive)) {
         QString const key = word.mid(static_cast<qsizetype>(sizeof kKeyMark) - 1);
         if (!key.isEmpty()) {

@@ -139,7 +139,7 @@ void CSongPane::setUpHead(QWidget& page) {
 
 void CSongPane::setUpSound() {
     bool const canPlay = m_sound.problem() == ESoundProblem::None;
-    QString const keys = QKeySequence(Qt::Key_Space).toString(QKeySequence::NativeText);
+    QString const keys = ShortcutText(QKeySequence(Qt::Key_Space));
     QString const why = m_sound.problem() == ESoundProblem::NoDevice
                             ? tr("There is no device to play on.")
                             : tr("Playing needs the package tactus-desktop-sound.");
@@ -192,7 +192,7 @@ void CSongPane::setSong(std::optional<CPaneSong> song) {
         showMessage(tr("Select a song to see it here."));
         return;
     }
-    showMessage(tr("Reading “%1” …").arg(m_song->m_sTitle));
+    showMessage(tr("Reading “%1” …").arg(Isolated(m_song->m_sTitle)));
     m_pTag->clear();
     readTag();
     m_loader.Load(m_song->m_sPath, [this, request](CSongPicturePtr const& picture) {
@@ -243,9 +243,9 @@ void CSongPane::showMessage(QString const& text) {
 }
 
 void CSongPane::showPicture(CSongPicturePtr const& picture) {
-    m_pTitle->setText(m_song->m_sArtist.isEmpty()
-                          ? m_song->m_sTitle
-                          : tr("%1 – %2").arg(m_song->m_sTitle, m_song->m_sArtist));
+    m_pTitle->setText(m_song->m_sArtist.isEmpty() ? m_song->m_sTitle
+                                                  : tr("%1 – %2").arg(Isolated(m_song->m_sTitle),
+                                                                      Isolated(m_song->m_sArtist)));
     m_pFacts->setText(FactsText(*picture));
     m_pTempo->setText(TempoLineText(*picture));
     m_pAccentsA->setAccents(picture->m_fAccentsA);

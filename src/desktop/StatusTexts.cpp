@@ -26,10 +26,6 @@ int AsCount(std::size_t count) {
     return static_cast<int>(count);
 }
 
-QString Joined(QStringList const& parts) {
-    return parts.join(QStringLiteral(" · "));
-}
-
 /// "1 h 2 min", "1 min 9 s", "12 s"; less than a second is one.
 QString DurationText(std::int64_t milliseconds) {
     constexpr std::int64_t kPerSecond = 1000;
@@ -47,7 +43,7 @@ QString DurationText(std::int64_t milliseconds) {
 }
 
 QString RunningText(CBatchStatus const& status) {
-    QString const name = ReadableText(status.m_sRunningName);
+    QString const name = Isolated(ReadableText(status.m_sRunningName));
     return status.m_bReading ? CStatusTexts::tr("Reading “%1”").arg(name)
                              : CStatusTexts::tr("Analyzing “%1”").arg(name);
 }
@@ -76,7 +72,7 @@ QString ActivityText(CBatchStatus const& status, std::size_t problems) {
     if (problems > 0) {
         parts << CStatusTexts::tr("%Ln problem(s)", nullptr, AsCount(problems));
     }
-    return Joined(parts);
+    return JoinedFacts(parts);
 }
 
 int OverallPercent(CBatchStatus const& status) {
@@ -98,9 +94,10 @@ QString AddedText(std::size_t added, std::size_t known, QStringList const& names
     if (added > 0) {
         return {};
     }
-    QString const kinds = QStringLiteral("wav, mp3, aiff, aif, caf, m4a");
+    QString const kinds = LeftToRight(QStringLiteral("wav, mp3, aiff, aif, caf, m4a"));
     return names.size() == 1
-               ? CStatusTexts::tr("Nothing added: no music in “%1” (%2).").arg(names.front(), kinds)
+               ? CStatusTexts::tr("Nothing added: no music in “%1” (%2).")
+                     .arg(Isolated(names.front()), kinds)
                : CStatusTexts::tr("Nothing added: no music in these folders (%1).").arg(kinds);
 }
 
@@ -116,11 +113,11 @@ QString LeftOutText(std::set<CString> const& files) {
                      [](auto const& a, auto const& b) { return a.second > b.second; });
     QStringList texts;
     for (auto const& [kind, count] : kinds) {
-        texts << QString("%1 %2").arg(kind, CountText(count));
+        texts << LeftToRight(QString("%1 %2").arg(kind, CountText(count)));
     }
     return CStatusTexts::tr("%Ln file(s) of other kinds were left out (%1).", nullptr,
                             AsCount(files.size()))
-        .arg(texts.join(QStringLiteral(", ")));
+        .arg(WithCommas(texts));
 }
 
 QString SummaryText(CRunSummary const& summary) {
@@ -130,7 +127,7 @@ QString SummaryText(CRunSummary const& summary) {
     if (summary.m_nProblems > 0) {
         parts << CStatusTexts::tr("%Ln problem(s)", nullptr, AsCount(summary.m_nProblems));
     }
-    return parts.join(QStringLiteral(", "));
+    return WithCommas(parts);
 }
 
 QString ClosingText(CBatchStatus const& status) {
@@ -143,8 +140,8 @@ QString HiddenText(std::size_t count) {
 }
 
 QString FoldersText(std::size_t count, QString const& last) {
-    return count == 1 ? CStatusTexts::tr("The folder “%1” could not be read.").arg(last)
+    return count == 1 ? CStatusTexts::tr("The folder “%1” could not be read.").arg(Isolated(last))
                       : CStatusTexts::tr("%Ln folder(s) could not be read, the last of them “%1”.",
                                          nullptr, AsCount(count))
-                            .arg(last);
+                            .arg(Isolated(last));
 }

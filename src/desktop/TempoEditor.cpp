@@ -7,6 +7,7 @@
 
 #include "desktop/Glyphs.h"
 #include "desktop/Numbers.h"
+#include "song/TagTempo.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -56,7 +57,9 @@ bool CTempoDelegate::eventFilter(QObject* editor, QEvent* event) {
         !TypedTempo(line->text())) {
         line->selectAll();
         QToolTip::showText(line->mapToGlobal(line->rect().bottomLeft()),
-                           tr("A tempo is a number from 20 to 999."), line);
+                           tr("A tempo is a number from %1 to %2.")
+                               .arg(LimitText(kSlowestTagBpm), LimitText(kFastestTagBpm)),
+                           line);
         return true;
     }
     return CCellDelegate::eventFilter(editor, event);

@@ -5,13 +5,26 @@
 
 #include <QAction>
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QLocale>
-#include <QStringList>
+#include <algorithm>
 #include <cerrno>
 #include <system_error>
 #include <utility>
 
 namespace {
+
+// Standard: Unicode, its annex 9, sections 2.4 to 2.6: a letter that isn't seen, and isolates.
+constexpr QChar kRightToLeftMark(0x200F);
+constexpr QChar kLeftToRightIsolate(0x2066);
+constexpr QChar kFirstStrongIsolate(0x2068);
+constexpr QChar kIsolateEnd(0x2069);
+
+bool HasRightToLeft(QString const& text) {
+    return std::any_of(text.begin(), text.end(), [](QChar letter) {
+        return letter.direction() == QChar::DirR || letter.direction() == QChar::DirAL;
+    });
+}
 
 class CTexts {
     Q_DECLARE_TR_FUNCTIONS(Texts)
@@ -126,12 +139,12 @@ QString DamageText(CDecodeReport const& report) {
 QString ConversionText(std::vector<CWiderId> const& ids) {
     QStringList changes;
     for (CWiderId const& id : ids) {
-        changes << QString::fromStdString(id.m_sOld + " → " + id.m_sNew);
+        changes << LeftToRight(QString::fromStdString(id.m_sOld + " → " + id.m_sNew));
     }
     return changes.isEmpty() ? QString()
                              : CTexts::tr("Its tag is of version 2.3 now, and some frames got "
                                           "other names: %1")
-                                   .arg(changes.join(", "));
+                                   .arg(WithCommas(changes));
 }
 
 } // namespace
@@ -232,7 +245,7 @@ QString ProblemText(CRowState const& row) {
     if (row.m_outcome.m_problem == EAnalysisProblem::None && IsStoreFailure(row.m_writeProblem)) {
         sentences << NoteText(row);
     }
-    return sentences.join("; ");
+    return WithSemicolons(sentences);
 }
 
 QString PlainActionText(QAction const& action) {
@@ -243,4 +256,34 @@ QString PlainActionText(QAction const& action) {
 
 QString FileNameOf(QString const& path) {
     return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+}
+
+QString Isolated(QString const& name) {
+    bool const isMixed = QGuiApplication::isRightToLeft() || HasRightToLeft(name);
+    return isMixed && !name.isEmpty() ? kFirstStrongIsolate + name + kIsolateEnd : name;
+}
+
+QString LeftToRight(QString const& text) {
+    bool const isMixed = QGuiApplication::isRightToLeft();
+    return isMixed && !text.isEmpty() ? kLeftToRightIsolate + text + kIsolateEnd : text;
+}
+
+QString ShortcutText(QKeySequence const& keys) {
+    return LeftToRight(keys.toString(QKeySequence::NativeText));
+}
+
+QString WithCommas(QStringList const& parts) {
+    return parts.join(CTexts::tr(", ", "between parts of a sentence"));
+}
+
+QString WithSemicolons(QStringList const& parts) {
+    return parts.join(CTexts::tr("; ", "between parts of a sentence"));
+}
+
+QString JoinedFacts(QStringList facts) {
+    facts.removeAll(QString());
+    std::transform(facts.begin(), facts.end(), facts.begin(), Isolated);
+    QString const text = facts.join(QStringLiteral(" · "));
+    // Labels take their direction from the first letter that stands in no isolate.
+    return QGuiApplication::isRightToLeft() && !text.isEmpty() ? kRightToLeftMark + text : text;
 }

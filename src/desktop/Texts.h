@@ -5,7 +5,9 @@
 
 #include "app/BpmView.h"
 
+#include <QKeySequence>
 #include <QString>
+#include <QStringList>
 #include <string>
 
 class QAction;
@@ -37,3 +39,20 @@ QString WriteProblemText(EWriteProblem problem);
 
 /// The last component of a path.
 QString FileNameOf(QString const& path);
+
+/// A name as part of a sentence: where one of the two runs from right to left, neither changes the
+/// order of the other's words.
+QString Isolated(QString const& name);
+
+/// Signs and figures that are read from left to right in every language: "8A", "×2", "Ctrl+,".
+QString LeftToRight(QString const& text);
+
+/// The keys as the desktop writes them.
+QString ShortcutText(QKeySequence const& keys);
+
+/// Parts of a sentence with commas between, or with semicolons, as the language writes them.
+QString WithCommas(QStringList const& parts);
+QString WithSemicolons(QStringList const& parts);
+
+/// Facts in their order, with dots between; empty ones are left out.
+QString JoinedFacts(QStringList facts);

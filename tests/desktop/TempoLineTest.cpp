@@ -108,6 +108,6 @@ TEST_F(TempoLineTest, SignsStayBeforeTheirFiguresFromRightToLeft) {
     line.setCandidates({{.m_fBpm = 189.98f, .m_nTimes = 2, .m_nOver = 1, .m_fScore = 0.25f}});
     QString const text = reading(1)->text();
     QGuiApplication::setLayoutDirection(Qt::LeftToRight);
-    EXPECT_EQ(text.front(), QChar(0x2066)); // left-to-right isolate
-    EXPECT_EQ(text.back(), QChar(0x2069));  // and its end
+    // Left-to-right isolate, and its end.
+    EXPECT_TRUE(text.contains(QStringLiteral("\u2066×2\u2069"))) << text.toStdString();
 }

@@ -255,30 +255,6 @@
         <translation>Wirkung</translation>
     </message>
     <message>
-        <source>Tempo ×2</source>
-        <translation>Tempo ×2</translation>
-    </message>
-    <message>
-        <source>Tempo ÷2</source>
-        <translation>Tempo ÷2</translation>
-    </message>
-    <message>
-        <source>Tempo 3:2</source>
-        <translation>Tempo 3:2</translation>
-    </message>
-    <message>
-        <source>Tempo 2:3</source>
-        <translation>Tempo 2:3</translation>
-    </message>
-    <message>
-        <source>Tempo 4:3</source>
-        <translation>Tempo 4:3</translation>
-    </message>
-    <message>
-        <source>Tempo 3:4</source>
-        <translation>Tempo 3:4</translation>
-    </message>
-    <message>
         <source>Type the tempo</source>
         <translation>Tempo eintippen</translation>
     </message>
@@ -344,6 +320,14 @@
     <message>
         <source>Write the rows into a file</source>
         <translation>Die Zeilen in eine Datei schreiben</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Tempo %1</source>
+        <translation>Tempo %1</translation>
     </message>
 </context>
 <context>
@@ -781,6 +765,10 @@
         <source>Restore defaults</source>
         <translation>Zurücksetzen</translation>
     </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
 </context>
 <context>
     <name>CSongPane</name>
@@ -897,8 +885,8 @@
         <translation>Tempo</translation>
     </message>
     <message>
-        <source>A tempo is a number from 20 to 999.</source>
-        <translation>Ein Tempo ist eine Zahl von 20 bis 999.</translation>
+        <source>A tempo is a number from %1 to %2.</source>
+        <translation>Ein Tempo ist eine Zahl von %1 bis %2.</translation>
     </message>
 </context>
 <context>
@@ -974,12 +962,12 @@
         <translation>Es gibt noch kein Tempo.</translation>
     </message>
     <message>
-        <source>A tempo would be below 20.</source>
-        <translation>Ein Tempo läge unter 20.</translation>
+        <source>A tempo would be below %1.</source>
+        <translation>Ein Tempo läge unter %1.</translation>
     </message>
     <message>
-        <source>A tempo would be above 999.</source>
-        <translation>Ein Tempo läge über 999.</translation>
+        <source>A tempo would be above %1.</source>
+        <translation>Ein Tempo läge über %1.</translation>
     </message>
     <message>
         <source>“%1” was left as it is: %2.</source>
@@ -1606,6 +1594,16 @@
     <message>
         <source>the file is gone</source>
         <translation>die Datei ist weg</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <comment>between parts of a sentence</comment>
+        <translation>, </translation>
+    </message>
+    <message>
+        <source>; </source>
+        <comment>between parts of a sentence</comment>
+        <translation>; </translation>
     </message>
 </context>
 </TS>
