@@ -3,7 +3,7 @@
 
 #include "desktop/Translation.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
@@ -16,6 +16,9 @@ void InstallTranslations(QCoreApplication& app, QLocale const& locale) {
     }
     if (!isTranslated) {
         return; // a window in English has no buttons in another language, and isn't mirrored
+    }
+    if (QLocale(ours->language()).textDirection() == Qt::RightToLeft) {
+        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
     }
     auto* ofQt = new QTranslator(&app);
     if (ofQt->load(locale, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {

@@ -20,6 +20,7 @@ public:
         for (QTranslator* translator : qApp->findChildren<QTranslator*>()) {
             delete translator;
         }
+        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
         QLocale::setDefault(m_before);
     }
     CLanguage(CLanguage const&) = delete;

@@ -29,6 +29,20 @@ TEST(NumbersTest, AnArabicTempoIsArabicThroughout) {
     EXPECT_EQ(Shown(u"128"), "١٢٨");
     EXPECT_TRUE(PercentText(28).startsWith("٢٨٪"));
     EXPECT_EQ(CountText(128).toStdString(), "١٢٨");
+    EXPECT_EQ(LimitText(999.0).toStdString(), "٩٩٩");
+}
+
+// Morocco writes Arabic with the digits of Europe.
+TEST(NumbersTest, TheCountrySettlesTheDigits) {
+    CLanguage const arabic(QLocale(QLocale::Arabic, QLocale::Morocco));
+    EXPECT_EQ(Shown(u"128.00"), "128,00");
+    EXPECT_EQ(CountText(5128).toStdString(), "5.128");
+}
+
+TEST(NumbersTest, DigitsOfEveryScriptAreReadAsPlainOnes) {
+    EXPECT_EQ(WithPlainDigits("١٢٨٫٥-130"), "128.5-130");
+    EXPECT_EQ(WithPlainDigits("abc, 1"), "abc. 1");
+    EXPECT_EQ(TypedTempo("١٢٨٫٠٥"), 128.05);
 }
 
 TEST(NumbersTest, WhatIsNoPlainNumberStaysAsItIs) {

@@ -123,4 +123,16 @@ TEST(PaneTextsTest, GermanHasItsOwnNamesForKeys) {
 TEST(PaneTextsTest, OtherDigitsAreUsedThroughout) {
     CLanguage const arabic(QLocale(QLocale::Arabic, QLocale::Egypt));
     EXPECT_EQ(Text(PlaceText(44100 * 62 + 4410)), "١:٠٢٫١");
+    EXPECT_EQ(Text(TempoLineText(Minute())),
+              "\u200F\u2068وُجدت ١٢٠٫٠٠ BPM\u2069 · \u2068٣٠ مازورة\u2069");
+    EXPECT_EQ(Text(MusicalPlaceText(Minute(), 0)),
+              "\u200F\u2068٠:٠٠٫٠\u2069 · \u2068المازورة ١، النبضة ١\u2069");
+}
+
+// Each fact has its own direction, and codes that begin with a figure keep it in front.
+TEST(PaneTextsTest, FactsKeepTheirOrderFromRightToLeft) {
+    CLanguage const arabic(QLocale(QLocale::Arabic, QLocale::Egypt));
+    EXPECT_EQ(Text(FactsText(Minute())),
+              "\u200F\u2068MP3\u2069 · \u2068١:٠٠\u2069 · "
+              "\u2068لا الصغير (\u20668A\u2069)\u2069 · \u2068٤/٤\u2069");
 }

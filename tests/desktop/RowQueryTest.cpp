@@ -41,6 +41,8 @@ TEST(RowQueryTest, ARangeTakesBothItsEnds) {
     EXPECT_FALSE(Finds("120-130", Row("a", 119.99)));
     EXPECT_FALSE(Finds("120-130", Row("a", 130.01)));
     EXPECT_TRUE(Finds("119,5–120.5", Row("a", 120.0)));
+    EXPECT_TRUE(Finds("١١٩٫٥-١٢٠٫٥", Row("a", 120.0))); // Arabic digits and their decimal point
+    EXPECT_FALSE(Finds("١٢١-١٣٠", Row("a", 120.0)));
     EXPECT_FALSE(Finds("120-130", Row("a", std::numeric_limits<double>::quiet_NaN())));
     EXPECT_FALSE(Finds("120-", Row("a"))); // a word as yet
 }

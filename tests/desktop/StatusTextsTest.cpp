@@ -68,11 +68,27 @@ TEST(StatusTextsTest, OneLineHasOneKindOfDigits) {
     CLanguage const arabic(QLocale(QLocale::Arabic, QLocale::Egypt));
     CBatchStatus status = Running(4'995, 5'000, 0);
     // Arabic-Indic digits: U+0660 is zero; U+066C groups thousands.
-    EXPECT_TRUE(Activity(status).find("٦ of ٥٬٠٠٠") != std::string::npos) << Activity(status);
+    EXPECT_TRUE(Activity(status).find("٦ من ٥٬٠٠٠") != std::string::npos) << Activity(status);
     status.m_bRunning = false;
     status.m_nRows = 5'000;
     status.m_nUndone = 0;
-    EXPECT_TRUE(Activity(status).starts_with("٥٬٠٠٠ ")) << Activity(status);
+    // The mark of a direction, and isolates.
+    EXPECT_EQ(Activity(status, 12), "\u200F\u2068٥٬٠٠٠ ملف\u2069 · \u2068١٢ مشكلة\u2069");
+}
+
+TEST(StatusTextsTest, ArabicIsShipped) {
+    CLanguage const arabic(QLocale(QLocale::Arabic, QLocale::Egypt));
+    EXPECT_EQ(SummaryText({301, 298, 3, 69'400}).toStdString(),
+              "حُلِّل ٣٠١ ملف في ١ د ٩ ث، حُفظت ٢٩٨ سرعة، ٣ مشكلات");
+    EXPECT_EQ(FoldersText(2, "/a").toStdString(), "تعذّرت قراءة مجلدين آخرهما «\u2068/a\u2069».");
+}
+
+// U+2068 and U+2069 hold a name together and keep it from its neighbours.
+TEST(StatusTextsTest, NamesInTheOtherDirectionLeaveTheSentenceAsItIs) {
+    CLanguage const english(QLocale(QLocale::English, QLocale::UnitedStates));
+    CBatchStatus status = Running(5, 5, 0);
+    status.m_sRunningName = u"أغنية.mp3";
+    EXPECT_EQ(Activity(status), "\u2068Analyzing “\u2068أغنية.mp3\u2069”\u2069 · 1 of 5");
 }
 
 TEST(StatusTextsTest, CountsHaveTheSameGroupsEverywhere) {

@@ -5,9 +5,8 @@
 //
 //     desktop_pictures light|dark|contrast LOCALE FOLDER SONG...
 //
-// empty, preferences, running, notice, done, filter, problems, ungathered and export go into
-// FOLDER, each a PNG. In a locale that is written from right to left the window is mirrored.
-// QT_SCALE_FACTOR makes it larger.
+// empty, preferences, running, notice, done, filter, problems, ungathered, export and keys go into
+// FOLDER, each a PNG. QT_SCALE_FACTOR makes them larger.
 
 #include "Language.h"
 #include "app/BPMController.h"
@@ -168,14 +167,14 @@ public:
         Act("actionExport");
     }
 
-    void Preferences() {
-        QTimer::singleShot(500, &m_window, [this] {
+    void Dialog(char const* action, char const* state) {
+        QTimer::singleShot(500, &m_window, [this, state] {
             if (QWidget* dialog = QApplication::activeModalWidget(); dialog != nullptr) {
-                Draw(*dialog, "preferences");
+                Draw(*dialog, state);
                 dialog->close();
             }
         });
-        Act("actionPreferences");
+        Act(action);
     }
 
 private:
@@ -215,7 +214,6 @@ int main(int argc, char** argv) {
     }
     QLocale const locale(words[2]);
     CLanguage const language(locale);
-    QApplication::setLayoutDirection(locale.textDirection());
     QTemporaryDir const music; // the songs get tags
     std::vector<std::string> songs;
     for (QString const& song : words.mid(kArguments)) {
@@ -226,11 +224,12 @@ int main(int argc, char** argv) {
     QDir().mkpath(words[3]);
     CSitting sitting(words[3]);
     sitting.Empty();
-    sitting.Preferences();
+    sitting.Dialog("actionPreferences", "preferences");
     sitting.Run(songs);
     sitting.Look();
     sitting.Filter();
     sitting.Problems();
     sitting.Export();
+    sitting.Dialog("actionKeys", "keys");
     return 0;
 }
