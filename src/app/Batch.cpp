@@ -3,6 +3,7 @@
 
 #include "app/Batch.h"
 
+#include "app/RowTempo.h"
 #include "base/FileUtil.h"
 #include "song/StoreTempo.h"
 #include "song/TempoText.h"
@@ -300,6 +301,9 @@ void CBatch::StoreTempo(CListRow& row) {
         path = row.m_file.GetPath();
         tempo = row.m_file.GetTempo();
         options.m_tempoBefore = row.m_sTempoInTag;
+        if (!TempoInTagOf(row).IsEmpty()) {
+            options.m_tempoBefore = CString(); // one that isn't shown is not replaced unasked
+        }
         outcome = row.m_outcome;
         isWished = IsStoringWished(m_list.Wishes(), outcome.m_problem);
         ApplyWishes(m_list.Wishes(), options);

@@ -11,9 +11,13 @@
 
 namespace {
 
-bool IsMp3(CString const& path) {
+ETagWriting WritingOf(CString const& path) {
     CAudioKind const* const kind = FindAudioKind(path);
-    return kind != nullptr && kind->m_writing == ETagWriting::Id3;
+    return kind != nullptr ? kind->m_writing : ETagWriting::None;
+}
+
+bool IsMp3(CString const& path) {
+    return WritingOf(path) == ETagWriting::Id3;
 }
 
 CString TextOf(std::string const& utf8) {
@@ -54,7 +58,8 @@ CString ReadRowTags(CBPMFile& row, CWishes const& wishes) {
     }
     row.SetTitle(title);
     row.SetArtist(tags.m_sArtist);
-    return tags.m_sTempoFrame;
+    bool const isLibrarys = WritingOf(row.GetPath()) == ETagWriting::Library;
+    return isLibrarys ? TextOf(ReadShownTags(row.GetPath()).m_sTempo) : tags.m_sTempoFrame;
 }
 
 CString TempoOfTagText(CString const& path, CString const& text) {

@@ -12,8 +12,9 @@
 /// can't be read leaves its text empty.
 /// When more than the list's own kinds, or their tags, are wished for, what people mean by title,
 /// artist and tempo is read from every file but an MP3.
-/// Returns: the tempo text of the ID3v2 tag alone, or of that other reading, which a later write is
-/// held against.
+/// Returns: the tempo text that a later write is held against: of the ID3v2 tag alone or, in files
+/// of other kinds whose tags can be written, of that other reading, also when the row shows nothing
+/// of it.
 /// Thread: any, on a row that nobody else sees yet.
 CString ReadRowTags(CBPMFile& row, CWishes const& wishes = {});
 

@@ -3,6 +3,7 @@
 
 #include "app/RowTempo.h"
 
+#include "app/RowTags.h"
 #include "song/TagTempo.h"
 #include "song/TempoText.h"
 
@@ -54,4 +55,8 @@ double BpmOfRow(CListRow const& row) {
 
 CString TextInTagOf(CListRow const& row) {
     return row.m_bFromTag && row.m_sTempoInTag ? *row.m_sTempoInTag : row.m_file.GetTempo();
+}
+
+CString TempoInTagOf(CListRow const& row) {
+    return row.m_sTempoInTag ? TempoOfTagText(row.m_file.GetPath(), *row.m_sTempoInTag) : CString();
 }

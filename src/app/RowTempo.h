@@ -40,3 +40,7 @@ void SetTempoOfRow(CFileList& list, CListRow& row, CRowTempo const& tempo);
 /// What stands in the file of a row whose tempo came from its tag, as far as that is known; else
 /// the text that the row shows.
 [[nodiscard]] CString TextInTagOf(CListRow const& row);
+
+/// The tempo that stands in the row's tag, as such a row shows it, as far as that is known; empty
+/// for none. In the factory state, rows of other kinds than MP3 don't show it.
+[[nodiscard]] CString TempoInTagOf(CListRow const& row);

@@ -398,6 +398,37 @@ TEST_F(CorrectorTest, AnotherTempoThatAFileOfAnotherKindGotMeanwhileStays) {
     EXPECT_TRUE(controller.rowState(0).m_bNotInFile);
 }
 
+TEST_F(CorrectorTest, ATempoThatARowDoesNotShowGivesWayOnceOtherKindsAreToBeWritten) {
+    std::vector<std::string> files;
+    for (char const* const name : {"a.flac", "b.m4a", "c.wav"}) {
+        files.push_back(writeOther(name, "95"));
+        controller.addFile(path(files.back()));
+    }
+    ASSERT_EQ(tempo(1), ""); // the list by itself reads no tempo of these kinds
+    controller.setWishes({.m_bWriteOtherKinds = true});
+    ASSERT_TRUE(corrector->Correct({0, 1, 2}, {.m_dBpm = 174.5}));
+    wait();
+    for (std::size_t row = 0; row < files.size(); ++row) {
+        EXPECT_EQ(controller.rowState(row).m_writeProblem, EWriteProblem::None) << files[row];
+        EXPECT_EQ(shownTempo(files[row]), 174.5) << files[row];
+    }
+    undo();
+    for (std::size_t row = 0; row < files.size(); ++row) {
+        EXPECT_EQ(shownTempo(files[row]), 95.0) << files[row];
+    }
+}
+
+TEST_F(CorrectorTest, WhatSomebodySetSinceStaysAlsoWhereTheRowShowedNothing) {
+    std::string const file = writeOther("a.flac", "95");
+    controller.addFile(path(file));
+    controller.setWishes({.m_bWriteOtherKinds = true});
+    ASSERT_EQ(StoreGivenTempo(path(file), CString("77"), {}), EWriteProblem::None);
+    ASSERT_TRUE(corrector->Correct({0}, {.m_dBpm = 174.5}));
+    wait();
+    EXPECT_EQ(shownTempo(file), 77.0);
+    EXPECT_EQ(controller.rowState(0).m_writeProblem, EWriteProblem::TempoChanged);
+}
+
 TEST_F(CorrectorTest, StepsOverOtherKindsSurviveTheEndOfTheProgram) {
     CWishes const wishes{.m_bOtherKinds = true, .m_bWriteOtherKinds = true};
     controller.setWishes(wishes);

@@ -112,6 +112,27 @@ TEST_F(WishedRowsTest, OtherKindsAreWrittenWhenWishedFor) {
     EXPECT_EQ(controller.rowState(0).m_writeProblem, EWriteProblem::None);
 }
 
+TEST_F(WishedRowsTest, TheAnalysisReplacesNoTempoThatARowDoesNotShow) {
+    WriteWav(folder / "clip.wav", MakeClickTrack(120.0, 1.0));
+    Ffmpeg({"-i", folder / "clip.wav", "-metadata", "BPM=95", folder / "a.flac"});
+    controller.addFile(path(folder / "a.flac"));
+    ASSERT_FALSE(isDone(0)); // the list by itself reads no tempo of this kind
+    analyse(folder / "a.flac", {.m_bWriteOtherKinds = true});
+    EXPECT_EQ(tempoInTag(folder / "a.flac"), "95");
+    EXPECT_EQ(tempo(0), "95.00");
+    EXPECT_TRUE(controller.rowState(0).m_bFromTag);
+}
+
+TEST_F(WishedRowsTest, ATempoThatARowDoesNotShowIsForeignWhereItWouldBeReplaced) {
+    WriteWav(folder / "clip.wav", MakeClickTrack(120.0, 1.0));
+    Ffmpeg({"-i", folder / "clip.wav", "-metadata", "BPM=95", folder / "a.flac"});
+    analyse(folder / "a.flac", {});
+    ASSERT_EQ(tempo(0), "120.00");
+    EXPECT_EQ(controller.countForeignTempos(), 0U);
+    controller.setWishes({.m_bWriteOtherKinds = true});
+    EXPECT_EQ(controller.countForeignTempos(), 1U);
+}
+
 TEST_F(WishedRowsTest, OnlyLookingChangesNoByteAndIsNoProblem) {
     std::string const file = writeClip("a.mp3");
     Bytes const before = ReadBytes(file);
