@@ -1,16 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
-// Both detectors are one scan from the end to the start (Scan) with a test of their own; the
-// searches (SearchThreshold) run a detector with ever lower thresholds.
+// Both detectors are one scan from the end to the start (CImpactScan) with a test of their own; the
+// searches (SearchThreshold) run a detector with ever lower thresholds, those over a whole
+// thumbnail with CImpactScans, which leaves out what a threshold can't find.
 
 #include "engine/tempo/ImpactFinder.h"
 
 #include "engine/envelope/ImpactPoints.h"
 #include "engine/envelope/PcmThumbnail.h"
 #include "engine/envelope/Tempo.h"
+#include "engine/tempo/ImpactScan.h"
 
 #include <algorithm>
+#include <limits>
 #include <span>
 
 namespace {
@@ -23,68 +26,77 @@ constexpr int kSlopeTries = 62;               // Fixed: scans of one slope searc
 constexpr int kRatioTries = 19;               // Fixed: scans of one ratio search at most.
 constexpr std::uint32_t kSegmentSeconds = 10; // Fixed: length of a segment.
 constexpr std::uint32_t kRangeStartHold = 2;  // Fixed: elements a range leaves untested.
+constexpr float kLeastDivisor = 0x1.0p-100f;  // Fixed: products with smaller ones may be subnormal.
+constexpr float kAboveRounding = 1.0f + 0x1.0p-20f; // Derived: well above 1 + 2^-23, twice.
 
-/// Index of the first of the largest elements in [first, end); `first` when that is empty.
-std::int32_t FirstMaximum(std::span<float const> elements, std::int32_t first, std::int32_t end) {
-    std::int32_t best = first;
-    for (std::int32_t i = first + 1; i < end; ++i) {
-        if (elements[static_cast<std::size_t>(best)] < elements[static_cast<std::size_t>(i)]) {
-            best = i;
-        }
-    }
-    return best;
-}
-
-/// Scans elements high down to low. `test(i, peak)` adds a point and says whether it did; the next
-/// `hold` elements are then passed over. `resting` elements are passed over at the beginning.
+/// Scans elements high down to low; `resting` elements are passed over at the beginning.
 template <typename Test>
-std::int32_t Scan(std::span<float const> elements, std::int32_t low, std::int32_t high,
-                  std::uint32_t hold, std::uint32_t resting, Test test) {
+std::int32_t ScanOnce(Test const& test, std::span<float const> elements, float threshold,
+                      CImpactScan scan, std::int32_t low, std::int32_t high,
+                      CPfImpactPoints* points) {
     auto const last = static_cast<std::int64_t>(elements.size()) - 1;
-    std::int32_t peak = high;
     std::int32_t found = 0;
     for (std::int32_t i = high; i >= std::max(low, 0) && i <= last; --i) {
-        if (resting > 0) {
-            peak = i;
-            --resting;
-            continue;
-        }
-        if (elements[static_cast<std::size_t>(peak)] < elements[static_cast<std::size_t>(i)]) {
-            peak = i;
-        }
-        auto const bound =
-            static_cast<std::int32_t>(std::min<std::int64_t>(std::int64_t{i} + hold, last));
-        if (peak > bound) {
-            // Deliberate: the bound itself is left out, so a remembered peak that falls out of
-            // sight gives way to one at most hold - 1 elements ahead.
-            peak = FirstMaximum(elements, i, bound);
-        }
-        if (test(i, peak)) {
+        if (scan.MoveTo(i) && test.Fires(i, scan.GetPeak(), threshold)) {
+            points->Add(test.Position(i, scan.GetPeak()));
             ++found;
-            peak = i;
-            resting = hold;
+            scan.RestAt(i);
         }
     }
     return found;
 }
 
-std::int32_t ScanSlopes(CPfPcmThumbnail const& thumbnail, float threshold, std::uint32_t hold,
-                        std::uint32_t resting, std::int32_t low, std::int32_t high,
-                        CPfImpactPoints* points) {
-    auto const elements = thumbnail.Elements();
-    return Scan(elements, low, high, hold, resting, [&](std::int32_t i, std::int32_t peak) {
+/// A rise towards the peak that is steeper than the threshold, per element; found at its foot.
+struct CSlopeTest {
+    std::span<float const> m_elements;
+    std::int64_t m_nPerElement;
+
+    explicit CSlopeTest(CPfPcmThumbnail const& thumbnail)
+        : m_elements(thumbnail.Elements()), m_nPerElement(thumbnail.GetSamplesPerElement()) {}
+
+    [[nodiscard]] float Most(std::int32_t i, std::int32_t peak) const {
         if (peak == i) {
-            return false;
+            return -std::numeric_limits<float>::infinity();
         }
         float const rise =
-            elements[static_cast<std::size_t>(peak)] - elements[static_cast<std::size_t>(i)];
-        if (!(rise / static_cast<float>(peak - i) > threshold)) {
-            return false;
+            m_elements[static_cast<std::size_t>(peak)] - m_elements[static_cast<std::size_t>(i)];
+        return rise / static_cast<float>(peak - i);
+    }
+    [[nodiscard]] bool Fires(std::int32_t i, std::int32_t peak, float threshold) const {
+        return Most(i, peak) > threshold;
+    }
+    [[nodiscard]] std::int64_t Position(std::int32_t i, std::int32_t /*peak*/) const {
+        return i * m_nPerElement;
+    }
+};
+
+/// A peak above the threshold times the element; found at the peak.
+struct CRatioTest {
+    std::span<float const> m_elements;
+    std::int64_t m_nPerElement;
+
+    explicit CRatioTest(CPfPcmThumbnail const& thumbnail)
+        : m_elements(thumbnail.Elements()), m_nPerElement(thumbnail.GetSamplesPerElement()) {}
+
+    /// Of thresholds from 1 on. Both the quotient here and the product there are rounded by less
+    /// than 2^-23 of themselves.
+    [[nodiscard]] float Most(std::int32_t i, std::int32_t peak) const {
+        float const high = m_elements[static_cast<std::size_t>(peak)];
+        float const low = m_elements[static_cast<std::size_t>(i)];
+        if (low >= kLeastDivisor) {
+            return high / low * kAboveRounding;
         }
-        points->Add(std::int64_t{i} * thumbnail.GetSamplesPerElement()); // the foot of the rise
-        return true;
-    });
-}
+        constexpr float kAny = std::numeric_limits<float>::infinity();
+        return high > 0.0f || low < 0.0f ? kAny : -kAny;
+    }
+    [[nodiscard]] bool Fires(std::int32_t i, std::int32_t peak, float threshold) const {
+        return m_elements[static_cast<std::size_t>(peak)] >
+               threshold * m_elements[static_cast<std::size_t>(i)];
+    }
+    [[nodiscard]] std::int64_t Position(std::int32_t /*i*/, std::int32_t peak) const {
+        return peak * m_nPerElement;
+    }
+};
 
 /// Runs `detect(threshold)` on emptied points until it finds `target` or the tries run out.
 /// A target of 0 runs it not even once and leaves the points as they are.
@@ -108,21 +120,19 @@ std::uint32_t TargetCount(std::int64_t samples, std::uint32_t samplesPerMeasure,
     return static_cast<std::uint32_t>(samples / samplesPerMeasure) * pointsPerMeasure;
 }
 
-using DetectProc = std::int32_t (*)(CPfPcmThumbnail const* thumbnail, float threshold,
-                                    std::uint32_t hold, CPfImpactPoints* points);
-
 /// The search over a whole thumbnail with one threshold; the points of its last try stand, sorted.
-std::int32_t SearchWhole(CPfPcmThumbnail const* thumbnail, std::uint16_t pointsPerMeasure,
+template <typename Test>
+std::int32_t SearchWhole(CPfPcmThumbnail const& thumbnail, std::uint16_t pointsPerMeasure,
                          float threshold, int tries, CCancelFlag const* cancel,
-                         CPfImpactPoints* points, DetectProc detect) {
-    std::uint32_t const samplesPerMeasure = thumbnail->SamPerMeas(kSlowestTempoBpm);
+                         CPfImpactPoints* points) {
+    std::uint32_t const samplesPerMeasure = thumbnail.SamPerMeas(kSlowestTempoBpm);
     if (samplesPerMeasure == 0) {
         return 0;
     }
+    CImpactScans<Test> const scans(Test(thumbnail), thumbnail.Elements(), kHoldElements);
     std::int32_t const found = SearchThreshold(
-        TargetCount(thumbnail->GetSampleCount(), samplesPerMeasure, pointsPerMeasure), threshold,
-        tries, cancel, points,
-        [&](float lowered) { return detect(thumbnail, lowered, kHoldElements, points); });
+        TargetCount(thumbnail.GetSampleCount(), samplesPerMeasure, pointsPerMeasure), threshold,
+        tries, cancel, points, [&](float lowered) { return scans.Find(lowered, points); });
     points->Sort();
     return found;
 }
@@ -131,7 +141,10 @@ std::int32_t SearchWhole(CPfPcmThumbnail const* thumbnail, std::uint16_t pointsP
 
 std::int32_t CPfImpactFinder::FindImpactPoints(CPfPcmThumbnail const* thumbnail, float threshold,
                                                std::uint32_t hold, CPfImpactPoints* points) {
-    return ScanSlopes(*thumbnail, threshold, hold, 0, 0, thumbnail->GetCount() - 1, points);
+    auto const elements = thumbnail->Elements();
+    std::int32_t const high = thumbnail->GetCount() - 1;
+    return ScanOnce(CSlopeTest(*thumbnail), elements, threshold, {elements, hold, high}, 0, high,
+                    points);
 }
 
 // Deliberate: unlike the scan of the whole thumbnail, a range starts as if after a detection, so
@@ -140,35 +153,31 @@ std::int32_t CPfImpactFinder::FindImpactPointsRange(CPfPcmThumbnail const* thumb
                                                     float threshold, std::uint32_t hold,
                                                     std::int32_t low, std::int32_t high,
                                                     CPfImpactPoints* points) {
-    return ScanSlopes(*thumbnail, threshold, hold, kRangeStartHold, low, high, points);
+    auto const elements = thumbnail->Elements();
+    return ScanOnce(CSlopeTest(*thumbnail), elements, threshold,
+                    {elements, hold, high, kRangeStartHold}, low, high, points);
 }
 
 std::int32_t CPfImpactFinder::FindImpactPointsClassic(CPfPcmThumbnail const* thumbnail, float ratio,
                                                       std::uint32_t hold, CPfImpactPoints* points) {
     auto const elements = thumbnail->Elements();
-    auto const isImpact = [&](std::int32_t i, std::int32_t peak) {
-        if (!(elements[static_cast<std::size_t>(peak)] >
-              ratio * elements[static_cast<std::size_t>(i)])) {
-            return false;
-        }
-        points->Add(std::int64_t{peak} * thumbnail->GetSamplesPerElement());
-        return true;
-    };
-    return Scan(elements, 0, thumbnail->GetCount() - 1, hold, 0, isImpact);
+    std::int32_t const high = thumbnail->GetCount() - 1;
+    return ScanOnce(CRatioTest(*thumbnail), elements, ratio, {elements, hold, high}, 0, high,
+                    points);
 }
 
 std::int32_t CPfImpactFinder::BuildImpactPoints(CPfPcmThumbnail const* thumbnail,
                                                 std::uint16_t pointsPerMeasure,
                                                 CPfImpactPoints* points) const {
-    return SearchWhole(thumbnail, pointsPerMeasure, kFirstSlope, kSlopeTries, m_pCancel, points,
-                       FindImpactPoints);
+    return SearchWhole<CSlopeTest>(*thumbnail, pointsPerMeasure, kFirstSlope, kSlopeTries,
+                                   m_pCancel, points);
 }
 
 std::int32_t CPfImpactFinder::BuildImpactPointsClassic(CPfPcmThumbnail const* thumbnail,
                                                        std::uint16_t pointsPerMeasure,
                                                        CPfImpactPoints* points) const {
-    return SearchWhole(thumbnail, pointsPerMeasure, kFirstRatio, kRatioTries, m_pCancel, points,
-                       FindImpactPointsClassic);
+    return SearchWhole<CRatioTest>(*thumbnail, pointsPerMeasure, kFirstRatio, kRatioTries,
+                                   m_pCancel, points);
 }
 
 std::int32_t CPfImpactFinder::BuildImpactPointsRange(CPfPcmThumbnail const* thumbnail,

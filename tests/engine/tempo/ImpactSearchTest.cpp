@@ -10,13 +10,17 @@
 #include "engine/envelope/ImpactPoints.h"
 #include "support/Envelope.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <iterator>
+#include <random>
 #include <vector>
 
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 using testing::IsEmpty;
 
 namespace {
@@ -150,4 +154,67 @@ TEST_F(ImpactSearchTest, RangeSearchEndsWhereASegmentHasNoElement) {
     std::vector<float> const values(600, 0.0f);
     CPfPcmThumbnail const thumb = MakeEnvelope(values, 10, kPerElement);
     EXPECT_EQ(m_finder.BuildImpactPointsRange(&thumb, kPointsPerMeasure, &m_points), 0);
+}
+
+namespace {
+
+/// Envelopes of ever other shapes: walks, plateaus, falls, silence, now and then with a number that
+/// no envelope should have. A length that is no multiple of anything.
+std::vector<float> MakeOddEnvelope(std::mt19937& random) {
+    std::vector<float> values(1000 + random() % 600);
+    float const step = std::ldexp(1.0f, -static_cast<int>(random() % 12));
+    float level = 0.0f;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (random() % 50 == 0) {
+            level = static_cast<float>(random() % 64);
+        } else if (random() % 3 != 0) {
+            level = std::max(0.0f, level - step * static_cast<float>(random() % 8));
+        } else {
+            level += step * static_cast<float>(random() % 4);
+        }
+        values[i] = level;
+    }
+    if (random() % 4 == 0) {
+        constexpr float kOdd[] = {NAN, INFINITY, -INFINITY, -1.0f, 1e-45f, 3e38f};
+        for (int i = 0; i < 5; ++i) {
+            values[random() % values.size()] = kOdd[random() % std::size(kOdd)];
+        }
+    }
+    return values;
+}
+
+using DetectProc = std::int32_t (*)(CPfPcmThumbnail const*, float, std::uint32_t, CPfImpactPoints*);
+
+/// The points of a search with one whole scan for each threshold.
+std::vector<std::int64_t> SearchByScans(CPfPcmThumbnail const& thumb, float threshold, int tries,
+                                        DetectProc detect) {
+    std::int32_t const target =
+        static_cast<std::int32_t>(thumb.GetSampleCount() / 129073) * kPointsPerMeasure;
+    CPfImpactPoints points(kRate, 0);
+    for (int i = 0; i < tries; ++i, threshold /= 1.2f) {
+        points.RemoveAll();
+        if (detect(&thumb, threshold, 4, &points) >= target) {
+            break;
+        }
+    }
+    points.Sort();
+    return {points.Points().begin(), points.Points().end()};
+}
+
+} // namespace
+
+TEST_F(ImpactSearchTest, FindsWhatWholeScansFind) {
+    std::mt19937 random(5);
+    for (int i = 0; i < 300; ++i) {
+        std::vector<float> const values = MakeOddEnvelope(random);
+        CPfPcmThumbnail const thumb = MakeEnvelope(values, kRate, kPerElement);
+        (void)Search(values);
+        ASSERT_THAT(m_points.Points(),
+                    ElementsAreArray(
+                        SearchByScans(thumb, 2.44140625f, 62, CPfImpactFinder::FindImpactPoints)));
+        (void)SearchRatios(values);
+        ASSERT_THAT(m_points.Points(),
+                    ElementsAreArray(
+                        SearchByScans(thumb, 30.0f, 19, CPfImpactFinder::FindImpactPointsClassic)));
+    }
 }
