@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The pass over the audio, CPcmThumbnailBuilder::BuildSpecEng:
-//   CSpectralPass::TakeChunk   up to 24 KiB of floats, cut into frames
+//   CSpectralPass::TakeChunk   up to 24 KiB of floats, cut into frames, where they lie if it goes
 //     CSpectralPass::TakeFrame   listeners, energy, progress
 // It stands above the rooms because it feeds listeners of two of them.
 
@@ -45,21 +45,18 @@ public:
 
     [[nodiscard]] bool IsReady() const { return m_pFrames != nullptr; }
 
-    /// Fills frames from `samples`. Returns: false when cancelled.
+    /// Cuts `samples`, which stay until all is done, into frames. Returns: false when cancelled.
     bool TakeChunk(std::span<float const> samples, CCancelFlag const* cancel) {
         while (!samples.empty()) {
             if (cancel != nullptr && cancel->IsSet()) {
                 return false;
             }
-            std::size_t const piece = std::min(samples.size(), m_nFrameLength - m_nFill);
-            float* const frame = m_pFrames.get() + m_nHeld * m_nFrameLength;
-            std::ranges::copy(samples.first(piece), frame + m_nFill);
-            samples = samples.subspan(piece);
-            m_nFill += piece;
-            if (m_nFill == m_nFrameLength) {
-                TakeFrame(frame);
-                m_nFill = 0;
+            if (m_nHeld == 0 && m_nFill == 0) {
+                // Frames that are transformed side by side may as well stay where they lie.
+                m_bInPlace = samples.size() >= kFramesHeld * m_nFrameLength;
+                m_pHeld = m_bInPlace ? samples.data() : m_pFrames.get();
             }
+            samples = samples.subspan(TakePiece(samples));
         }
         return true;
     }
@@ -67,7 +64,7 @@ public:
     /// Stores the energies of the frames still held; to be called at the end of every pass.
     void StoreEnergies() {
         std::array<float, kFramesHeld> energies;
-        m_specEng.GetSpecEnergies(m_pFrames.get(), m_nHeld, energies.data());
+        m_specEng.GetSpecEnergies(m_pHeld, m_nHeld, energies.data());
         for (std::size_t i = 0; i < m_nHeld; ++i) {
             m_pThumb->SetAt(static_cast<std::int32_t>(m_nFrameIndex - m_nHeld + i), energies[i]);
         }
@@ -75,6 +72,21 @@ public:
     }
 
 private:
+    /// Up to the end of a frame. Returns: the samples taken.
+    std::size_t TakePiece(std::span<float const> samples) {
+        std::size_t const piece = std::min(samples.size(), m_nFrameLength - m_nFill);
+        std::size_t const start = m_nHeld * m_nFrameLength;
+        if (!m_bInPlace) {
+            std::ranges::copy(samples.first(piece), m_pFrames.get() + start + m_nFill);
+        }
+        m_nFill += piece;
+        if (m_nFill == m_nFrameLength) {
+            m_nFill = 0;
+            TakeFrame(m_pHeld + start);
+        }
+        return piece;
+    }
+
     // The listeners get every frame at once. Its energy, which nobody reads during the pass, waits
     // until there are enough frames to transform side by side.
     void TakeFrame(float const* frame) {
@@ -107,7 +119,9 @@ private:
     CPfNoteDetector* m_pNotes;
     CPfFingerprintBuilder* m_pPrint;
     CPfSpecEngBuilder m_specEng;
-    std::unique_ptr<float[]> m_pFrames; // the frames held, the last of them being filled
+    std::unique_ptr<float[]> m_pFrames; // room for the frames held, the last of them being filled
+    float const* m_pHeld = nullptr;     // the frames held, there or in the chunk
+    bool m_bInPlace = false;            // in the chunk
     std::size_t m_nFrameLength;
     std::size_t m_nFill = 0;
     std::size_t m_nHeld = 0; // whole frames whose energies are to come
