@@ -79,16 +79,6 @@ HWY_INLINE V LargerOf(V a, V b) {
 #endif
 }
 
-/// The smaller of each two; `b` where `a` is NaN.
-template <class V>
-HWY_INLINE V SmallerOf(V a, V b) {
-#if HWY_ARCH_X86
-    return hn::Min(a, b);
-#else
-    return hn::IfThenElse(hn::Lt(a, b), a, b);
-#endif
-}
-
 #endif // HWY_TARGET != HWY_SCALAR
 
 } // namespace HWY_NAMESPACE

@@ -3,8 +3,9 @@
 //
 // SearchNotes        looks for crossings, a register of samples at a time
 //   TestCrossing     holds the notes that nothing speaks against: Repeats compares a few stretches
-//                    along the period first, then all of it
-//   Flush            forms the ordered sums of several notes at a time, one in each lane
+//                    along the period first, then all of it, and sums the differences by the way
+//     RateLoosely    the strength, when every sum that the order could give has the same one
+//   Flush            forms the ordered sums of the other notes, several at a time, one in each lane
 //                    (SumPeriods), and hands the notes to the map
 // The order of the comparisons that decide whether a note fails is free; that of the sums is not,
 // and only notes that are found have one.
@@ -21,7 +22,6 @@
 #include <bit>
 #include <cmath>
 #include <cstddef>
-#include <limits>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "engine/notes/NoteSearchLanes.cpp"
@@ -35,7 +35,13 @@ namespace HWY_NAMESPACE {
 #if HWY_TARGET != HWY_SCALAR
 
 constexpr CLaneTag kTag;
-constexpr auto kWidth = static_cast<std::int32_t>(kLanes);
+
+// What is compared, all in one direction, takes the widest registers there are.
+using CWideTag = hn::CappedTag<float, 16>;
+using CWide = hn::Vec<CWideTag>;
+constexpr CWideTag kWide;
+constexpr auto kWidth = static_cast<std::int32_t>(hn::MaxLanes(CWideTag()));
+
 constexpr std::size_t kNotesHeld = 256; // Tuned: BM_NoteSearchBass; enough to fill groups alike.
 
 // Tuned: BM_NoteSearchSong; where along the period notes fail most often, in 32nds.
@@ -55,39 +61,60 @@ struct CFoundNote {
 /// Notes whose sums are formed side by side.
 using CSumGroup = CFoundNote* [kLanes];
 
-/// The lanes whose sample is further than `limit` from one of its repetitions.
-HWY_INLINE hn::Mask<CLaneTag> Fails(float const* samples, std::int32_t period, CLanes limit) {
-    // The largest and the smallest repetition are the furthest, and rounding keeps that order. A
-    // repetition that is NaN fails no comparison.
-    CLanes largest = hn::Set(kTag, -std::numeric_limits<float>::infinity());
-    CLanes smallest = hn::Set(kTag, std::numeric_limits<float>::infinity());
+/// The largest difference between each sample and its repetitions, all of which are added to
+/// `sums`. A difference that is NaN is larger than nothing.
+HWY_INLINE CWide Compare(float const* samples, std::int32_t period, CWide& sums) {
+    CWide const sample = hn::LoadU(kWide, samples);
+    CWide largest = hn::Zero(kWide);
     for (std::ptrdiff_t m = 1; m <= kNoteRepetitions; ++m) {
-        CLanes const repetition = hn::LoadU(kTag, samples + m * period);
-        largest = LargerOf(repetition, largest);
-        smallest = SmallerOf(repetition, smallest);
+        CWide const difference = hn::Abs(sample - hn::LoadU(kWide, samples + m * period));
+        largest = LargerOf(difference, largest);
+        sums = sums + difference;
     }
-    CLanes const sample = hn::LoadU(kTag, samples);
-    return hn::Or(hn::Gt(largest - sample, limit), hn::Gt(sample - smallest, limit));
+    return largest;
+}
+
+/// True when a few stretches along the period are within `limits` of their repetitions.
+HWY_INLINE bool PassesProbes(float const* samples, std::int32_t period, CWide limits) {
+    for (std::int32_t const probe : kProbes) {
+        CWide unused = hn::Zero(kWide);
+        float const* const at = samples + (period - kWidth) * probe / kProbeScale;
+        if (!hn::AllFalse(kWide, hn::Gt(Compare(at, period, unused), limits))) {
+            return false;
+        }
+    }
+    return true;
 }
 
 /// True when the samples of one period, all but the last, are within `limit` of their repetitions.
-HWY_INLINE bool Repeats(float const* samples, std::int32_t period, float limit) {
-    CLanes const limits = hn::Set(kTag, limit);
-    std::int32_t const lastStart = period - kWidth;
-    for (std::int32_t const probe : kProbes) {
-        if (!hn::AllFalse(kTag, Fails(samples + lastStart * probe / kProbeScale, period, limits))) {
-            return false;
-        }
+/// `sum` is then that of all differences, in some order.
+HWY_INLINE bool Repeats(float const* samples, std::int32_t period, float limit, float* sum) {
+    CWide const limits = hn::Set(kWide, limit);
+    if (!PassesProbes(samples, period, limits)) {
+        return false;
     }
+    CWide sums[] = {hn::Zero(kWide), hn::Zero(kWide)};
     std::int32_t k = 0;
-    for (; k < lastStart - kWidth; k += 2 * kWidth) {
-        if (!hn::AllFalse(kTag, hn::Or(Fails(samples + k, period, limits),
-                                       Fails(samples + k + kWidth, period, limits)))) {
+    for (; k + 2 * kWidth <= period; k += 2 * kWidth) {
+        CWide const first = Compare(samples + k, period, sums[0]);
+        CWide const second = Compare(samples + k + kWidth, period, sums[1]);
+        if (!hn::AllFalse(kWide, hn::Gt(LargerOf(first, second), limits))) {
             return false;
         }
     }
-    return hn::AllFalse(kTag, hn::Or(Fails(samples + std::min(k, lastStart), period, limits),
-                                     Fails(samples + lastStart, period, limits)));
+    // What is left, by two registers that overlap what was there before.
+    for (std::int32_t const end : {period, period - kWidth}) {
+        CWide rest = hn::Zero(kWide);
+        std::int32_t const start = end - kWidth;
+        if (!hn::AllFalse(kWide, hn::Gt(Compare(samples + start, period, rest), limits))) {
+            return false;
+        }
+        auto const isDone =
+            hn::FirstN(kWide, static_cast<std::size_t>(std::clamp(k - start, 0, kWidth)));
+        sums[0] = sums[0] + hn::IfThenZeroElse(isDone, rest);
+    }
+    *sum = hn::GetLane(hn::SumOfLanes(kWide, sums[0] + sums[1]));
+    return true;
 }
 
 /// Where the notes of a group stand: the crossing of each, and its repetitions.
@@ -163,9 +190,10 @@ public:
 
 private:
     [[nodiscard]] float FindPeak(std::int32_t i) const;
+    void RateLoosely(CFoundNote& note, float sum) const;
     void Hold(CFoundNote const& note);
     void SumAll();
-    void FinishSum(CFoundNote& note, float sum) const;
+    [[nodiscard]] float StrengthOf(CFoundNote const& note, float sum) const;
 
     CNoteSearch const& m_search;
     CPfNoteMap* m_pMap;
@@ -174,13 +202,15 @@ private:
 };
 
 float CLaneSearch::FindPeak(std::int32_t i) const {
-    // Four maxima at a time; the largest of all doesn't depend on the order.
+    // Eight maxima at a time, so that none waits for another; the largest of all doesn't depend on
+    // the order.
     std::int32_t const end = std::min(i + m_search.m_vPeriods.front(), m_search.m_nLast);
     float const* const samples = m_search.m_pSamples;
-    std::array<float, 4> peaks{};
+    std::array<float, 8> peaks{};
+    constexpr auto kPeaks = static_cast<std::int32_t>(peaks.size());
     std::int32_t k = i;
-    for (; k + 3 * kNotePeakStep < end; k += 4 * kNotePeakStep) {
-        for (std::int32_t lane = 0; lane < 4; ++lane) {
+    for (; k + (kPeaks - 1) * kNotePeakStep < end; k += kPeaks * kNotePeakStep) {
+        for (std::int32_t lane = 0; lane < kPeaks; ++lane) {
             float& peak = peaks[static_cast<std::size_t>(lane)];
             peak = std::max(peak, samples[k + lane * kNotePeakStep]);
         }
@@ -188,7 +218,7 @@ float CLaneSearch::FindPeak(std::int32_t i) const {
     for (; k < end; k += kNotePeakStep) {
         peaks[0] = std::max(peaks[0], samples[k]);
     }
-    return std::max(std::max(peaks[0], peaks[1]), std::max(peaks[2], peaks[3]));
+    return *std::ranges::max_element(peaks);
 }
 
 void CLaneSearch::TestCrossing(std::int32_t i) {
@@ -204,11 +234,31 @@ void CLaneSearch::TestCrossing(std::int32_t i) {
     for (std::int32_t note = 0; note < notes; ++note) {
         std::int32_t const period = m_search.m_vPeriods[static_cast<std::size_t>(note)];
         CFoundNote found{i, note, period, limit, 0.0f, !hasRoom};
-        if (hasRoom ? Repeats(m_search.m_pSamples + i, period, limit)
-                    : TestNote(m_search, i, period, limit, &found.m_fStrength)) {
+        if (!hasRoom) {
+            if (TestNote(m_search, i, period, limit, &found.m_fStrength)) {
+                Hold(found);
+            }
+            continue;
+        }
+        float sum = 0.0f;
+        if (Repeats(m_search.m_pSamples + i, period, limit, &sum)) {
+            RateLoosely(found, sum);
             Hold(found);
         }
     }
+}
+
+/// `sum` has the right summands, but not in their order. Sums of n summands of one sign, however
+/// ordered, lie within n 2^-24 of the exact one, and strengths fall as sums rise, through every
+/// rounding. Where the lowest and the highest agree, all do.
+void CLaneSearch::RateLoosely(CFoundNote& note, float sum) const {
+    // Derived: twice n 2^-24, and a tenth more for squares and for what is rounded here.
+    double const slack = 2.2 * kNoteRepetitions * note.m_nPeriod * 0x1.0p-24;
+    float const lowest = static_cast<float>(static_cast<double>(sum) * (1.0 - slack));
+    float const highest = static_cast<float>(static_cast<double>(sum) * (1.0 + slack));
+    note.m_fStrength = StrengthOf(note, lowest);
+    // An infinite sum says nothing of another order.
+    note.m_bSummed = std::isfinite(highest) && note.m_fStrength == StrengthOf(note, highest);
 }
 
 void CLaneSearch::Hold(CFoundNote const& note) {
@@ -249,12 +299,14 @@ void CLaneSearch::SumAll() {
         float sums[kLanes];
         SumPeriods(m_search.m_pSamples, group, sums);
         for (std::size_t lane = 0; lane < kLanes; ++lane) {
-            FinishSum(*group[lane], sums[lane]);
+            group[lane]->m_fStrength = StrengthOf(*group[lane], sums[lane]);
+            group[lane]->m_bSummed = true;
         }
     }
 }
 
-void CLaneSearch::FinishSum(CFoundNote& note, float sum) const {
+/// The strength of a note whose differences, but for those of the last sample, have this sum.
+float CLaneSearch::StrengthOf(CFoundNote const& note, float sum) const {
     float const* const last = m_search.m_pSamples + note.m_nCrossing + note.m_nPeriod;
     std::int32_t count = kNoteRepetitions * note.m_nPeriod;
     for (std::ptrdiff_t m = 1; m <= kNoteRepetitions; ++m) {
@@ -265,29 +317,30 @@ void CLaneSearch::FinishSum(CFoundNote& note, float sum) const {
             break;
         }
     }
-    note.m_fStrength = GetNoteStrength(sum, count);
-    note.m_bSummed = true;
+    return GetNoteStrength(sum, count);
 }
 
 void SearchLanes(CNoteSearch const& search, CPfNoteMap* map) {
     CLaneSearch lanes(search, map);
+    float const* const samples = search.m_pSamples;
     std::int32_t const scanEnd = search.GetScanEnd();
     std::int32_t i = 1;
     for (; i + kWidth <= scanEnd; i += kWidth) {
-        auto const isBelow = hn::Lt(hn::LoadU(kTag, search.m_pSamples + i - 1), hn::Zero(kTag));
-        auto const isAbove = hn::Ge(hn::LoadU(kTag, search.m_pSamples + i), hn::Zero(kTag));
+        auto const isBelow = hn::Lt(hn::LoadU(kWide, samples + i - 1), hn::Zero(kWide));
+        auto const isAbove = hn::Ge(hn::LoadU(kWide, samples + i), hn::Zero(kWide));
         auto const isCrossing = hn::And(isBelow, isAbove);
-        if (hn::AllFalse(kTag, isCrossing)) {
+        if (hn::AllFalse(kWide, isCrossing)) {
             continue;
         }
-        std::uint8_t bits = 0;
-        hn::StoreMaskBits(kTag, isCrossing, &bits);
-        for (std::uint32_t crossings = bits; crossings != 0; crossings &= crossings - 1) {
+        std::array<std::uint8_t, 8> bits{}; // what is stored is at least a byte
+        hn::StoreMaskBits(kWide, isCrossing, bits.data());
+        std::uint32_t crossings = bits[0] | std::uint32_t{bits[1]} << 8U;
+        for (; crossings != 0; crossings &= crossings - 1) {
             lanes.TestCrossing(i + std::countr_zero(crossings));
         }
     }
     for (; i < scanEnd; ++i) {
-        if (IsUpwardCrossing(search.m_pSamples, i)) {
+        if (IsUpwardCrossing(samples, i)) {
             lanes.TestCrossing(i);
         }
     }

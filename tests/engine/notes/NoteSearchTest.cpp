@@ -322,3 +322,22 @@ TEST(NoteSearchTest, EitherWayFindsTheSameBitsWhereEverythingIsANote) {
     }
     EXPECT_GT(Search(samples).size(), 1000U);
 }
+
+TEST(NoteSearchTest, EitherWayFindsTheSameBitsWhateverASumIsRoundedTo) {
+    // The strength has steps of 2^-8 in the mean difference at an amplitude of 1. The larger the
+    // samples, the more steps lie between the sums that other orders of summands would give; the
+    // largest ones have sums beyond what a float holds.
+    std::size_t found = 0;
+    for (float const amplitude : {0.02f, 0.5f, 1.0f, 8.0f, 300.0f, 65536.0f, 1.0e30f, 1.0e35f}) {
+        for (std::uint32_t round = 0; round < 6; ++round) {
+            std::vector<float> samples = Wave(357 + 160 * round, 12000, amplitude);
+            std::vector<float> const noise =
+                MakeNoise(0.5, 0.02f * static_cast<float>(round), round);
+            for (std::size_t i = 0; i < samples.size(); ++i) {
+                samples[i] += amplitude * noise[i];
+            }
+            found += Search(samples).size();
+        }
+    }
+    EXPECT_GT(found, 1000U);
+}
