@@ -10,6 +10,7 @@
 #include "desktop/Arguments.h"
 #include "desktop/BpmWindow.h"
 #include "desktop/DesktopNote.h"
+#include "desktop/Outlines.h"
 #include "desktop/QtBpmView.h"
 #include "desktop/QuitSignals.h"
 #include "desktop/Translation.h"
@@ -88,6 +89,7 @@ int RunDesktop(int argc, char** argv) {
     QApplication::setApplicationVersion(TACTUS_VERSION);
     QApplication::setDesktopFileName("tactus-desktop");
     InstallTranslations(app, QLocale::system());
+    COutlines const outlines;
 
     QtBpmView view;
     BPMController controller(view);
