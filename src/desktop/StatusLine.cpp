@@ -8,6 +8,9 @@
 
 #include <QLabel>
 #include <QProgressBar>
+#include <QStyle>
+#include <QStyleOptionProgressBar>
+#include <QStylePainter>
 #include <QToolButton>
 
 namespace {
@@ -15,13 +18,42 @@ namespace {
 constexpr int kSideMargin = 6;      // Fixed: pixels to the window's edges.
 constexpr int kProgressWidth = 180; // Fixed: pixels.
 
+/// In a bar that fills from the right, Fusion gives its text the colours of one that fills from the
+/// left: white on white. There the text is drawn for the part that is still empty, which lies left.
+class CProgressBar : public QProgressBar {
+public:
+    using QProgressBar::QProgressBar;
+
+protected:
+    void paintEvent(QPaintEvent* event) override {
+        bool const isMirrored = layoutDirection() == Qt::RightToLeft && maximum() > minimum();
+        if (!isMirrored || style()->name().compare("fusion", Qt::CaseInsensitive) != 0) {
+            QProgressBar::paintEvent(event);
+            return;
+        }
+        QStyleOptionProgressBar option;
+        initStyleOption(&option);
+        option.textVisible = false;
+        QStylePainter painter(this);
+        painter.drawControl(QStyle::CE_ProgressBar, option);
+        option.textVisible = true;
+        option.rect = style()->subElementRect(QStyle::SE_ProgressBarLabel, &option, this);
+        option.direction = Qt::LeftToRight;
+        option.progress = option.maximum - option.progress + option.minimum;
+        QPalette const own = option.palette;
+        option.palette.setColor(QPalette::Text, own.color(QPalette::HighlightedText));
+        option.palette.setColor(QPalette::HighlightedText, own.color(QPalette::Text));
+        painter.drawControl(QStyle::CE_ProgressBarLabel, option);
+    }
+};
+
 } // namespace
 
 CStatusLine::CStatusLine(QWidget* parent)
     : QStatusBar(parent),
       m_pActivity(new CElidedLabel(Qt::ElideMiddle, this)),
       m_pSummary(new CElidedLabel(Qt::ElideRight, this)),
-      m_pProgress(new QProgressBar(this)),
+      m_pProgress(new CProgressBar(this)),
       m_pUndo(new QToolButton(this)),
       m_pOnlyLook(new QLabel(tr("Only looking: nothing is written"), this)) {
     setObjectName("statusBar");
