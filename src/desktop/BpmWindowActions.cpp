@@ -15,6 +15,7 @@
 
 #include <QAction>
 #include <QMenu>
+#include <QStyleOptionMenuItem>
 #include <QToolBar>
 #include <QToolButton>
 #include <array>
@@ -22,6 +23,22 @@
 namespace {
 
 constexpr int kToolIconPixels = 20; // Fixed: side of the toolbar's icons.
+constexpr QChar kLeftToRightMark(0x200E);
+
+/// Keys run from left to right in mirrored windows too: "Ctrl+," would begin with its comma there.
+class CKeysMenu : public QMenu {
+public:
+    using QMenu::QMenu;
+
+protected:
+    void initStyleOption(QStyleOptionMenuItem* option, QAction const* action) const override {
+        QMenu::initStyleOption(option, action);
+        qsizetype const keys = option->text.indexOf(u'\t') + 1;
+        if (keys > 0 && isRightToLeft()) {
+            option->text.insert(keys, kLeftToRightMark).append(kLeftToRightMark);
+        }
+    }
+};
 
 } // namespace
 
@@ -151,7 +168,7 @@ void BpmWindow::setUpToolbar() {
 }
 
 void BpmWindow::setUpMenu(QToolBar& toolbar) {
-    auto* menu = new QMenu(this);
+    auto* menu = new CKeysMenu(this);
     menu->setObjectName("menu");
     menu->setAccessibleName(tr("Menu"));
     menu->addActions({m_pRescan, m_pExport});

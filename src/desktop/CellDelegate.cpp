@@ -135,6 +135,22 @@ private:
     int m_nDigit = 0;
 };
 
+/// Of three digits in front of the decimal point, which is as far as tempos and most lengths go.
+int WidestFigures(QFont const& font) {
+    CFigures const figures((QFontMetrics(font)));
+    return figures.widthOf(TempoText(u"000")) + figures.widthOfDecimals();
+}
+
+/// Numbers of a column end below each other also where the column's end is on the left.
+void PaintMirroredFigures(QPainter& painter, QStyleOptionViewItem const& cell,
+                          QString const& text) {
+    CFigures const figures((QFontMetrics(cell.font)));
+    int const width = figures.widthOf(text);
+    int const end = cell.rect.left() + kCellMargin + std::max(WidestFigures(cell.font), width);
+    painter.setLayoutDirection(Qt::LeftToRight);
+    figures.draw(painter, QRect(end - width, cell.rect.top(), 0, cell.rect.height()), text);
+}
+
 } // namespace
 
 void CCellDelegate::paint(QPainter* painter, QStyleOptionViewItem const& option,
@@ -177,6 +193,10 @@ void CCellDelegate::paintContents(QPainter& painter, QStyleOptionViewItem const&
     QString const text = QFontMetrics(cell.font).elidedText(
         cell.text, isPlace ? Qt::ElideLeft : cell.textElideMode, area.width());
     painter.setPen(TextColor(cell));
+    if (cell.direction == Qt::RightToLeft && cell.displayAlignment.testFlag(Qt::AlignRight)) {
+        PaintMirroredFigures(painter, cell, text);
+        return;
+    }
     painter.setLayoutDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     painter.drawText(
         QStyle::visualRect(cell.direction, cell.rect, area),
@@ -207,7 +227,7 @@ void CTempoDelegate::paintNumber(QPainter& painter, QStyleOptionViewItem cell, q
     paintMarks(painter, cell, area, marks);
     int const front = figures.widthOf(cell.text.left(point));
     int const behind = std::max(figures.widthOfDecimals(), figures.widthOf(cell.text.mid(point)));
-    int const usual = figures.widthOf(TempoText(u"000")) + figures.widthOfDecimals();
+    int const usual = WidestFigures(cell.font);
     bool const isMirrored = cell.direction == Qt::RightToLeft;
     int const end = isMirrored ? cell.rect.left() + kCellMargin + std::max(usual, front + behind)
                                : area.right() + 1;
@@ -234,6 +254,5 @@ void CTempoDelegate::paintMarks(QPainter& painter, QStyleOptionViewItem const& c
 
 int CTempoDelegate::WidestNumber(QFont font) {
     font.setWeight(QFont::DemiBold);
-    CFigures const figures((QFontMetrics(font)));
-    return figures.widthOf(TempoText(u"000")) + figures.widthOfDecimals();
+    return WidestFigures(font);
 }

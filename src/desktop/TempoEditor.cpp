@@ -24,8 +24,11 @@ QWidget* CTempoDelegate::createEditor(QWidget* parent, QStyleOptionViewItem cons
     editor->setAccessibleName(tr("Tempo"));
     editor->setFrame(false);
     editor->setAutoFillBackground(true);
-    editor->setAlignment(Qt::AlignRight);
-    editor->setTextMargins(0, 0, kCellMargin / 2, 0);
+    // At the column's end, as in the cell, whichever way the digits that are typed run.
+    bool const isMirrored = parent->isRightToLeft();
+    int const margin = kCellMargin / 2;
+    editor->setAlignment(Qt::AlignAbsolute | (isMirrored ? Qt::AlignLeft : Qt::AlignRight));
+    editor->setTextMargins(isMirrored ? margin : 0, 0, isMirrored ? 0 : margin, 0);
     return editor;
 }
 

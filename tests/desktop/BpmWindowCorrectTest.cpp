@@ -104,6 +104,23 @@ TEST_F(BpmWindowCorrectTest, KeysCorrectTheSelectionAndTheFiles) {
     EXPECT_EQ(tag("b.mp3"), "128.5");
 }
 
+TEST_F(BpmWindowCorrectTest, ATempoIsTypedAtTheColumnsEndInMirroredWindowsToo) {
+    openThree();
+    for (auto const direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        QGuiApplication::setLayoutDirection(direction);
+        select(0);
+        QTest::keyClick(table, Qt::Key_F2);
+        auto* editor = table->findChild<QLineEdit*>("tempoEditor");
+        ASSERT_NE(editor, nullptr);
+        (void)editor->grab(); // which is when it finds its place
+        int const cursor = editor->inputMethodQuery(Qt::ImCursorRectangle).toRect().center().x();
+        EXPECT_EQ(cursor < editor->width() / 2, direction == Qt::RightToLeft)
+            << cursor << " of " << editor->width();
+        QTest::keyClick(editor, Qt::Key_Escape);
+        QCoreApplication::sendPostedEvents(editor, QEvent::DeferredDelete);
+    }
+}
+
 TEST_F(BpmWindowCorrectTest, UndoAndRedoHaveNamesAndKeys) {
     openThree();
     EXPECT_FALSE(action("actionUndo")->isEnabled());

@@ -12,9 +12,12 @@
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QListView>
+#include <QMenu>
 #include <QPaintEvent>
+#include <QProxyStyle>
 #include <QSignalSpy>
 #include <QStatusBar>
+#include <QStyleOptionMenuItem>
 #include <QTest>
 #include <QTimer>
 #include <QToolBar>
@@ -58,6 +61,20 @@ public:
     }
 
     QRegion painted;
+};
+
+/// Takes down what the entries of a menu show.
+class CMenuWatch : public QProxyStyle {
+public:
+    void drawControl(ControlElement element, QStyleOption const* option, QPainter* painter,
+                     QWidget const* widget) const override {
+        if (auto const* entry = qstyleoption_cast<QStyleOptionMenuItem const*>(option)) {
+            texts << entry->text;
+        }
+        QProxyStyle::drawControl(element, option, painter, widget);
+    }
+
+    mutable QStringList texts;
 };
 
 using BpmWindowTest = WindowTest;
@@ -286,6 +303,21 @@ TEST_F(BpmWindowTest, AProgressNotificationPaintsItsCellAndNoOther) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return !watch.painted.isEmpty(); }));
     QRect const cell = table->visualRect(table->model()->index(3, 2));
     EXPECT_TRUE(cell.contains(watch.painted.boundingRect()));
+}
+
+TEST_F(BpmWindowTest, KeysInTheMenuRunFromLeftToRightInMirroredWindowsToo) {
+    CMenuWatch watch;
+    auto* menu = window.findChild<QMenu*>("menu");
+    menu->setStyle(&watch);
+    menu->setLayoutDirection(Qt::RightToLeft);
+    (void)menu->grab();
+    EXPECT_TRUE(watch.texts.contains("Preferences …\t\u200ECtrl+,\u200E"))
+        << watch.texts.join('|').toStdString();
+    watch.texts.clear();
+    menu->setLayoutDirection(Qt::LeftToRight);
+    (void)menu->grab();
+    EXPECT_TRUE(watch.texts.contains("Preferences …\tCtrl+,"));
+    menu->setStyle(nullptr);
 }
 
 TEST_F(BpmWindowTest, ManyRowsReachTheTableInPortions) {
