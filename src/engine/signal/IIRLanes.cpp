@@ -4,6 +4,9 @@
 // FilterLanes   fills whole registers, one runner to a lane
 //   FilterTogether   four samples of every lane, turned into columns and back; a lane that stays
 //                    empty repeats the first one: it writes the same bits to the same place
+//     RunBlock       each section four samples behind the one before it, so that the processor,
+//                    which looks some hundred operations ahead, finds three that don't wait for
+//                    each other
 //   FilterSingle     a single runner: FilterThree
 // FilterThree   the three sections in the lanes of a register. What a section costs is the wait for
 //               its own multiplication and two additions; side by side the three wait together
@@ -138,34 +141,85 @@ struct CLaneTable {
     alignas(32) float m_fStates[kStates][kLanes];
 };
 
-HWY_INLINE void FilterTogether(CIIRSection const& section, CLaneTable& table, std::int32_t count) {
-    constexpr CLaneTag kTag;
-    CStep<CLanes> const step{hn::Set(kTag, section.m_fB0), hn::Set(kTag, section.m_fB1),
-                             hn::Set(kTag, section.m_fB2), hn::Set(kTag, section.m_fA1),
-                             hn::Set(kTag, section.m_fA2)};
-    CLanes w[CLaneTable::kStates];
-    for (std::size_t k = 0; k < CLaneTable::kStates; ++k) {
-        w[k] = hn::Load(kTag, table.m_fStates[k]);
-    }
-    for (std::int32_t k = 0; k < count; k += kLaneMultiple) {
-        CLanes rows[kBlock];
-        LoadRows(table.m_pIn, k, rows);
-        TurnRows(rows);
-        for (CLanes& column : rows) {
-            column = step.Run(step.Run(step.Run(column, w[0], w[1]), w[2], w[3]), w[4], w[5]);
+/// The sections of every lane, and what is on its way from one to the next.
+class CCascade {
+public:
+    HWY_INLINE CCascade(CIIRSection const& section, CLaneTable const& table)
+        : m_step{hn::Set(kTag, section.m_fB0), hn::Set(kTag, section.m_fB1),
+                 hn::Set(kTag, section.m_fB2), hn::Set(kTag, section.m_fA1),
+                 hn::Set(kTag, section.m_fA2)} {
+        for (std::size_t k = 0; k < CLaneTable::kStates; ++k) {
+            m_states[k] = hn::Load(kTag, table.m_fStates[k]);
         }
-        TurnRows(rows);
-        StoreRows(rows, table.m_pOut, k);
     }
-    for (std::size_t k = 0; k < CLaneTable::kStates; ++k) {
-        hn::Store(w[k], kTag, table.m_fStates[k]);
+
+    /// Samples k .. k + 3 through the first section, the four before them through the second, the
+    /// four before those through the third. Sections that have no samples are left out.
+    template <bool kHasFirst, bool kHasSecond, bool kHasThird>
+    HWY_INLINE void RunBlock(CLaneTable const& table, std::ptrdiff_t k) {
+        CLanes in[kBlock];
+        CLanes out[kBlock];
+        if constexpr (kHasFirst) {
+            LoadRows(table.m_pIn, k, in);
+            TurnRows(in);
+        }
+        for (std::size_t i = 0; i < kBlock; ++i) {
+            if constexpr (kHasThird) {
+                out[i] = m_step.Run(m_second[i], m_states[4], m_states[5]);
+            }
+            if constexpr (kHasSecond) {
+                m_second[i] = m_step.Run(m_first[i], m_states[2], m_states[3]);
+            }
+            if constexpr (kHasFirst) {
+                m_first[i] = m_step.Run(in[i], m_states[0], m_states[1]);
+            }
+        }
+        if constexpr (kHasThird) {
+            TurnRows(out);
+            StoreRows(out, table.m_pOut, k - kDelay);
+        }
     }
+
+    HWY_INLINE void StoreStates(CLaneTable& table) const {
+        for (std::size_t k = 0; k < CLaneTable::kStates; ++k) {
+            hn::Store(m_states[k], kTag, table.m_fStates[k]);
+        }
+    }
+
+    /// Samples from the first section to what the third one stores.
+    static constexpr std::ptrdiff_t kDelay = 2 * kBlock;
+
+private:
+    static constexpr CLaneTag kTag{};
+
+    CStep<CLanes> m_step;
+    CLanes m_states[CLaneTable::kStates];
+    CLanes m_first[kBlock];  // outputs of the first section
+    CLanes m_second[kBlock]; // of the second
+};
+
+/// `count` is at least `CCascade::kDelay`.
+HWY_INLINE void FilterTogether(CIIRSection const& section, CLaneTable& table, std::int32_t count) {
+    constexpr std::ptrdiff_t kStep = kBlock;
+    CCascade cascade(section, table);
+    cascade.RunBlock<true, false, false>(table, 0);
+    cascade.RunBlock<true, true, false>(table, kStep);
+    for (std::ptrdiff_t k = CCascade::kDelay; k < count; k += kStep) {
+        cascade.RunBlock<true, true, true>(table, k);
+    }
+    cascade.RunBlock<false, true, true>(table, count);
+    cascade.RunBlock<false, false, true>(table, count + kStep);
+    cascade.StoreStates(table);
 }
 
 void RunLanes(CIIRSection const& section, std::span<CIIRLane const> lanes, std::int32_t count) {
     while (!lanes.empty()) {
         std::size_t const taken = std::min(lanes.size(), kLanes);
-        if (taken == 1) {
+        if (count < CCascade::kDelay) {
+            std::ranges::for_each(lanes.first(taken), [&](CIIRLane const& lane) {
+                FilterLanePlain(section, lane, count);
+            });
+        } else if (taken == 1) {
             FilterSingle(section, lanes.front(), count);
         } else {
             CLaneTable table(lanes.data(), taken);

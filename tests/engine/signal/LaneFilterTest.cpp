@@ -178,6 +178,34 @@ TEST(LaneFilterTest, EveryVectorUnitKeepsTheBits) {
     }
 }
 
+TEST(LaneFilterTest, LanesOfAnyLengthKeepTheBits) {
+    // Where the sections run side by side at different samples, the shortest have no middle.
+    CStream const stream = MakeSong(128.0, 1.0);
+    constexpr std::size_t kApart = 100; // samples from lane to lane
+    for (CKernelTarget const& target : GetKernelTargets()) {
+        CForceKernels const forced(target);
+        for (std::size_t const count : {4U, 8U, 12U, 16U, 20U, 92U}) {
+            for (std::size_t lanes = 1; lanes <= kMostLanes; ++lanes) {
+                CStream out(stream.size());
+                CStream expected(stream.size());
+                std::vector<CThreeStates> states(lanes, {0.5f, 0.25f, 0.125f, -0.5f, 0.75f, 1.0f});
+                std::vector<CThreeStates> expectedStates = states;
+                std::vector<CIIRLane> together;
+                for (std::size_t i = 0; i < lanes; ++i) {
+                    std::size_t const at = i * kApart;
+                    together.push_back({&stream[at], &out[at], &states[i]});
+                    FilterLanePlain(kBassSection, {&stream[at], &expected[at], &expectedStates[i]},
+                                    static_cast<std::int32_t>(count));
+                }
+                FilterLanes(kBassSection, together, static_cast<std::int32_t>(count));
+                EXPECT_EQ(FirstDifference(out, expected), -1)
+                    << target.m_pName << count << "x" << lanes;
+                EXPECT_EQ(states, expectedStates) << target.m_pName << count << "x" << lanes;
+            }
+        }
+    }
+}
+
 TEST(LaneFilterTest, RunnersMeetInMusic) {
     // Else no test here would ever see a runner end.
     EXPECT_LT(SamplesToMeet(MakeSong(128.0, 15.0), kSpacing).value_or(1'000'000), 600'000U);
