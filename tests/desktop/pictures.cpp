@@ -5,13 +5,17 @@
 //
 //     desktop_pictures light|dark|contrast LOCALE FOLDER SONG...
 //
-// empty, preferences, running, notice, done, filter, problems, ungathered, export and keys go into
-// FOLDER, each a PNG. QT_SCALE_FACTOR makes them larger.
+// empty, preferences, running, notice, done, filter, problems, typing, columns, menu, corrections,
+// further (the menu of columns), row (its own menu), ungathered, export and keys go into FOLDER,
+// each a PNG. QT_SCALE_FACTOR makes them larger.
 
 #include "Language.h"
 #include "app/BPMController.h"
 #include "desktop/BpmWindow.h"
+#include "desktop/ColumnsMenu.h"
 #include "desktop/FileTableView.h"
+#include "desktop/NoticeBar.h"
+#include "desktop/Outlines.h"
 #include "desktop/QtBpmView.h"
 #include "desktop/SongPane.h"
 #include "platform/AudioSetup.h"
@@ -19,9 +23,11 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPalette>
 #include <QProgressBar>
 #include <QPushButton>
@@ -30,7 +36,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
+#include <algorithm>
 #include <cstdio>
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <utility>
@@ -40,9 +49,15 @@ namespace {
 
 constexpr int kPatienceMs = 60'000; // Fixed: for all songs.
 constexpr int kStartMs = 3000;      // Fixed: until the first of them is heard.
-constexpr int kWidth = 900;         // Fixed: of the window, in pixels.
-constexpr int kHeight = 680;        // Fixed: likewise.
+constexpr int kWidth = 760;         // Fixed: of the window, in pixels, as at the first start.
+constexpr int kHeight = 620;        // Fixed: likewise.
+constexpr int kLowHeight = 360;     // Fixed: of the window without its pane.
+constexpr int kWideWidth = 900;     // Fixed: of the window with more columns.
+constexpr int kSongRow = 3;         // Fixed: whose song is shown; the last one of fewer.
+constexpr int kMeasures = 8;        // Fixed: passed before it is.
 constexpr int kArguments = 4;       // Fixed: in front of the songs.
+
+QStringList const kOwnKinds{"wav", "mp3", "aiff", "aif", "caf", "m4a"}; // that the window lists
 
 using CColours = std::initializer_list<std::pair<QPalette::ColorRole, char const*>>;
 
@@ -90,7 +105,7 @@ public:
     explicit CSitting(QString folder) : m_sFolder(std::move(folder)) {
         m_controller.awakeFromNib();
         m_view.setWindow(&m_window);
-        m_window.resize(kWidth, kHeight);
+        m_window.resize(kWidth, kLowHeight);
         m_window.show();
         (void)QTest::qWaitForWindowActive(&m_window);
     }
@@ -121,30 +136,83 @@ public:
         (void)QTest::qWaitFor([progress] { return !progress->isVisible(); }, kPatienceMs);
     }
 
-    /// The pane shows the song of the first row.
-    void Look() {
-        auto* pane = m_window.findChild<CSongPane*>();
-        if (!pane->isVisible()) {
-            Act("actionPane");
+    /// The pane shows a song.
+    void Look(char const* state) {
+        m_window.resize(kWidth, kHeight);
+        Act("actionPane");
+        ChooseSong();
+        m_window.findChild<CSongPane*>()->takeFocus();
+        for (int measure = 0; measure < kMeasures; ++measure) {
+            QTest::keyClick(m_window.focusWidget(), Qt::Key_Right, Qt::ControlModifier);
         }
-        QSignalSpy settled(pane, &CSongPane::settled);
-        auto* table = m_window.findChild<CFileTableView*>("fileTable");
-        table->setCurrentIndex(table->model()->index(0, 0));
-        (void)settled.wait(kPatienceMs);
-        Draw(m_window, "done");
+        Table()->setFocus();
+        Draw(m_window, state);
     }
 
     void Filter() {
         auto* query = m_window.findChild<QLineEdit*>("query");
-        query->setText("120-130");
+        Settle([query] { query->setText("120-130"); });
         Draw(m_window, "filter");
         query->clear();
     }
 
+    /// With the pane shut.
     void Problems() {
-        QTest::keyClick(&m_window, Qt::Key_5, Qt::AltModifier);
+        Act("actionPane");
+        m_window.resize(kWidth, kLowHeight);
+        m_window.findChild<QToolButton*>("chipProblems")->click();
+        Table()->setCurrentIndex(Table()->model()->index(0, 0));
         Draw(m_window, "problems");
-        QTest::keyClick(&m_window, Qt::Key_1, Qt::AltModifier);
+        m_window.findChild<QToolButton*>("chipAll")->click();
+        m_window.resize(kWidth, kHeight);
+        Act("actionPane");
+    }
+
+    /// A tempo is being typed, in a table that is sorted by it.
+    void Typing() {
+        auto* table = Table();
+        Act("actionSort3");
+        Settle([table] {
+            table->setCurrentIndex(table->model()->index(1, CFileTableModel::kTempoColumn));
+        });
+        Act("actionType");
+        Draw(m_window, "typing");
+        QTest::keyClick(table->findChild<QLineEdit*>("tempoEditor"), Qt::Key_Escape);
+        Act("actionSort3");
+        Act("actionSort3"); // as added
+    }
+
+    void Columns() {
+        auto* menu = m_window.findChild<CColumnsMenu*>();
+        for (char const* const column : {"column3", "column4", "column5", "column6", "column9"}) {
+            menu->findChild<QAction*>(column)->trigger();
+        }
+        m_window.resize(kWideWidth, kHeight);
+        ChooseSong();
+        Draw(m_window, "columns");
+        m_window.resize(kWidth, kHeight);
+        menu->findChild<QAction*>("columnsAsAtFirst")->trigger();
+    }
+
+    void Menus() {
+        std::pair<char const*, char const*> const menus[] = {
+            {"menu", "menu"}, {"correctionMenu", "corrections"}, {"columnsMenu", "further"}};
+        for (auto const& [name, state] : menus) {
+            auto* menu = m_window.findChild<QMenu*>(name);
+            menu->popup(m_window.mapToGlobal(QPoint()));
+            Draw(*menu, state);
+            menu->hide();
+        }
+        auto* table = Table();
+        QTimer::singleShot(500, &m_window, [this] {
+            if (QWidget* menu = QApplication::activePopupWidget(); menu != nullptr) {
+                Draw(*menu, "row");
+                menu->hide();
+            }
+        });
+        QPoint const place = table->visualRect(table->currentIndex()).center();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, place, table->mapToGlobal(place));
+        QApplication::sendEvent(table->viewport(), &event);
     }
 
     /// Songs that have no beat grid yet are to be taken along with one.
@@ -177,7 +245,29 @@ public:
         Act(action);
     }
 
+    /// The bar tells which files of the folder were left out.
+    void Kinds(std::string const& folder) {
+        m_window.addPaths({folder});
+        auto* notices = m_window.findChild<CNoticeBar*>();
+        (void)QTest::qWaitFor([notices] { return notices->isVisible(); }, kStartMs);
+        Draw(m_window, "kinds");
+    }
+
 private:
+    CFileTableView* Table() { return m_window.findChild<CFileTableView*>("fileTable"); }
+
+    void ChooseSong() {
+        int const row = std::min(kSongRow, Table()->model()->rowCount() - 1);
+        Settle([&] { Table()->setCurrentIndex(Table()->model()->index(row, 0)); });
+    }
+
+    /// Waits for the song that `change` has the pane show.
+    void Settle(std::function<void()> const& change) {
+        QSignalSpy settled(m_window.findChild<CSongPane*>(), &CSongPane::settled);
+        change();
+        (void)settled.wait(kStartMs);
+    }
+
     void Act(char const* name) { m_window.findChild<QAction*>(name)->trigger(); }
 
     void Draw(QWidget& widget, char const* state) {
@@ -212,6 +302,7 @@ int main(int argc, char** argv) {
     if (words[1] != "light") {
         QApplication::setPalette(PaletteOf(words[1].toStdString()));
     }
+    COutlines const outlines;
     QLocale const locale(words[2]);
     CLanguage const language(locale);
     QTemporaryDir const music; // the songs get tags
@@ -219,17 +310,27 @@ int main(int argc, char** argv) {
     for (QString const& song : words.mid(kArguments)) {
         QString const copy = music.filePath(QFileInfo(song).fileName());
         QFile::copy(song, copy);
-        songs.push_back(copy.toStdString());
+        if (kOwnKinds.contains(QFileInfo(song).suffix())) {
+            songs.push_back(copy.toStdString());
+        }
     }
     QDir().mkpath(words[3]);
-    CSitting sitting(words[3]);
-    sitting.Empty();
-    sitting.Dialog("actionPreferences", "preferences");
-    sitting.Run(songs);
-    sitting.Look();
-    sitting.Filter();
-    sitting.Problems();
-    sitting.Export();
-    sitting.Dialog("actionKeys", "keys");
+    {
+        CSitting sitting(words[3]);
+        sitting.Empty();
+        sitting.Dialog("actionPreferences", "preferences");
+        sitting.Run(songs);
+        sitting.Look("done");
+        sitting.Filter();
+        sitting.Problems();
+        sitting.Columns();
+        sitting.Typing();
+        sitting.Menus();
+        sitting.Export();
+        sitting.Dialog("actionKeys", "keys");
+    }
+    CSitting again(words[3]);
+    again.Kinds(music.path().toStdString());
+    again.Look("known");
     return 0;
 }
