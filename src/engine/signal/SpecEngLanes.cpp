@@ -3,7 +3,8 @@
 
 // SpecEnergyLanes
 //   LoadFrames      window, and turn frames into columns: work[kLanes * k + lane]
-//   RunStages       the butterflies of SpecEngBuilder.cpp on all lanes at once
+//   RunStages       the butterflies of SpecEngBuilder.cpp on all lanes at once, two stages in one
+//                   pass over the work buffer
 //   SplitSpectrum   likewise; the magnitude of a bin takes the place of its real part
 //   SumMagnitudes   in ascending order within each lane
 
@@ -43,29 +44,80 @@ HWY_INLINE void LoadFrames(CPfSpecEngTables const& tables, float const* frames, 
     }
 }
 
+/// A complex point of every lane.
+struct CPoint {
+    CLanes m_re, m_im;
+
+    static constexpr std::size_t kFloats = 2 * kLanes;
+
+    HWY_INLINE static CPoint Load(float const* at) {
+        return {hn::Load(kTag, at), hn::Load(kTag, at + kLanes)};
+    }
+
+    HWY_INLINE void Store(float* at) const {
+        hn::Store(m_re, kTag, at);
+        hn::Store(m_im, kTag, at + kLanes);
+    }
+};
+
+/// A twiddle factor and the butterfly that it turns.
+struct CTwiddle {
+    CLanes m_c, m_d;
+
+    HWY_INLINE explicit CTwiddle(float const* pair)
+        : m_c(hn::Set(kTag, pair[0])), m_d(hn::Set(kTag, pair[1])) {}
+
+    HWY_INLINE void Turn(CPoint& a, CPoint& b) const {
+        CLanes const half = hn::Set(kTag, 0.5f);
+        CLanes const t1 = m_d * b.m_re + m_c * b.m_im;
+        CLanes const t2 = m_c * b.m_re - m_d * b.m_im;
+        b.m_re = (a.m_re + t1) * half;
+        b.m_im = (a.m_im - t2) * half;
+        a.m_re = b.m_re - t1;
+        a.m_im = t2 + b.m_im;
+    }
+};
+
+/// The stage of `span` and the one of half of it, for groups of four points at a time.
+HWY_INLINE void RunTwoStages(CPfSpecEngTables const& tables, float* work, std::size_t span) {
+    std::size_t const groups = tables.m_nFrameLength / 4 / span;
+    std::size_t const apart = span / 2 * CPoint::kFloats;
+    for (std::size_t group = 0; group < groups; ++group) {
+        CTwiddle const whole(tables.m_pTwiddles + 2 * group);
+        CTwiddle const low(tables.m_pTwiddles + 4 * group);
+        CTwiddle const high(tables.m_pTwiddles + 4 * group + 2);
+        float* at = work + 4 * group * apart;
+        for (std::size_t i = 0; i < span / 2; ++i, at += CPoint::kFloats) {
+            CPoint p0 = CPoint::Load(at);
+            CPoint p1 = CPoint::Load(at + apart);
+            CPoint p2 = CPoint::Load(at + 2 * apart);
+            CPoint p3 = CPoint::Load(at + 3 * apart);
+            whole.Turn(p0, p2);
+            whole.Turn(p1, p3);
+            low.Turn(p0, p1);
+            high.Turn(p2, p3);
+            p0.Store(at);
+            p1.Store(at + apart);
+            p2.Store(at + 2 * apart);
+            p3.Store(at + 3 * apart);
+        }
+    }
+}
+
 HWY_INLINE void RunStages(CPfSpecEngTables const& tables, float* work) {
-    constexpr std::size_t kPoint = 2 * kLanes; // one complex point of every lane
-    CLanes const half = hn::Set(kTag, 0.5f);
     std::size_t const points = tables.m_nFrameLength / 2;
-    for (std::size_t span = points / 2; span > 0; span /= 2) {
-        float const* twiddle = tables.m_pTwiddles;
-        for (std::size_t group = 0; group < points; group += 2 * span, twiddle += 2) {
-            CLanes const c = hn::Set(kTag, twiddle[0]);
-            CLanes const d = hn::Set(kTag, twiddle[1]);
-            float* a = work + group * kPoint;
-            float* b = a + span * kPoint;
-            for (std::size_t i = 0; i < span; ++i, a += kPoint, b += kPoint) {
-                CLanes const br = hn::Load(kTag, b);
-                CLanes const bi = hn::Load(kTag, b + kLanes);
-                CLanes const t1 = d * br + c * bi;
-                CLanes const t2 = c * br - d * bi;
-                CLanes const newBr = (hn::Load(kTag, a) + t1) * half;
-                CLanes const newBi = (hn::Load(kTag, a + kLanes) - t2) * half;
-                hn::Store(newBr, kTag, b);
-                hn::Store(newBi, kTag, b + kLanes);
-                hn::Store(newBr - t1, kTag, a);
-                hn::Store(t2 + newBi, kTag, a + kLanes);
-            }
+    std::size_t span = points / 2;
+    for (; span > 1; span /= 4) {
+        RunTwoStages(tables, work, span);
+    }
+    if (span == 1) {
+        for (std::size_t i = 0; i < points; i += 2) {
+            float* const at = work + i * CPoint::kFloats;
+            CPoint a = CPoint::Load(at);
+            CPoint b = CPoint::Load(at + CPoint::kFloats);
+            CTwiddle(tables.m_pTwiddles + i).Turn(a, b);
+            a.Store(at);
+            b.Store(at + CPoint::kFloats);
         }
     }
 }
