@@ -15,5 +15,6 @@
 /// processors a hundred cycles and more: such numbers are whole multiples of 2^-149 and computed in
 /// double. A state that silence no longer changes gives the same output for as long as it lasts.
 /// Right for samples of any size, quick for quiet ones.
+/// Shape: the section is stable, so that |a1| <= 2 and |a2| <= 1.
 /// Thread: worker.
 void FilterQuiet(CIIRSection const& section, CIIRLane const& lane, std::int32_t count);
