@@ -87,7 +87,11 @@ void BpmWindow::switchPane() {
 }
 
 // A pane that is shut hears nothing and keeps nothing.
+// What is selected is known again when the table's rows are: a song that is still shown plays on.
 void BpmWindow::showSong() {
+    if (m_pTable->isRestoring()) {
+        return;
+    }
     QModelIndex const current = m_pTable->currentIndex();
     bool const isSelected =
         current.isValid() && m_pTable->selectionModel()->isRowSelected(current.row(), {});

@@ -113,6 +113,7 @@ void CFileTableView::editTempo() {
 }
 
 void CFileTableView::keepPlaces() {
+    m_bRestoring = true;
     m_vSelectedIds = selectedIds();
     m_nFirstSelectedRow = m_vSelectedIds.empty() ? -1 : m_model.rowOf(m_vSelectedIds.front());
     m_nCurrentRow = currentIndex().row();
@@ -152,6 +153,7 @@ void CFileTableView::restorePlaces() {
         scrollTo(currentIndex());
     }
     onRowsChanged();
+    m_bRestoring = false;
 }
 
 // Whole rows are what one moves between: the first and the last one, not the first and last cell.

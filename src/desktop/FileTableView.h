@@ -33,6 +33,9 @@ public:
     /// The list's numbers of the selected rows, in the order shown.
     [[nodiscard]] std::vector<std::size_t> selectedIds() const;
 
+    /// Other rows are shown, and what was selected comes back in a moment.
+    [[nodiscard]] bool isRestoring() const { return m_bRestoring; }
+
     /// Lets the tempo of the current row be typed.
     void editTempo();
 
@@ -100,9 +103,10 @@ private:
     std::vector<std::size_t> m_vSelectedIds; // While the model is reset.
     std::size_t m_nCurrentId = 0;            // Likewise.
     int m_nFirstSelectedRow = -1;            // Likewise; -1 when there is none.
-    int m_nCurrentRow = -1;                  // Likewise; -1 when there is none.
-    double m_fTitleShare = 0.0;              // Of the room that title and artist have together.
-    std::map<int, int> m_widths;             // By column; those that the user chose.
+    bool m_bRestoring = false;
+    int m_nCurrentRow = -1;      // Likewise; -1 when there is none.
+    double m_fTitleShare = 0.0;  // Of the room that title and artist have together.
+    std::map<int, int> m_widths; // By column; those that the user chose.
     bool m_bDropTarget = false;
     bool m_bFitting = false;
 };

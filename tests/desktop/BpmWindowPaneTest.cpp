@@ -10,6 +10,7 @@
 #include <QAbstractItemModel>
 #include <QClipboard>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QSettings>
 #include <QSignalSpy>
 #include <fstream>
@@ -154,6 +155,28 @@ TEST_F(BpmWindowPaneTest, TheSelectedSongIsShownWhileItIsOpen) {
     EXPECT_EQ(label("paneTitle"), "b.wav");
     QTest::keyClick(&window, Qt::Key_F9);
     EXPECT_EQ(pane->picture(), nullptr); // and nothing kept
+}
+
+TEST_F(BpmWindowPaneTest, AFilterThatLeavesTheSongsRowLeavesTheSongAsItIs) {
+    open({writeClip("a.wav"), writeClip("b.wav")});
+    ASSERT_TRUE(waitUntilIdle());
+    window.openPaneAtStart();
+    QSignalSpy settled(pane, &CSongPane::settled);
+    table->selectRow(1);
+    ASSERT_TRUE(settled.wait(10'000));
+    pane->takeFocus();
+    QTest::keyClick(window.focusWidget(), Qt::Key_End);
+    std::int64_t const place = pane->place();
+    ASSERT_GT(place, 0);
+    auto* query = window.findChild<QLineEdit*>("query");
+    query->setText("b.w");
+    ASSERT_EQ(table->model()->rowCount(), 1);
+    EXPECT_NE(pane->picture(), nullptr);
+    EXPECT_EQ(pane->place(), place);
+    query->setText("a.w");
+    EXPECT_EQ(pane->picture(), nullptr); // another row has taken the place of its row
+    ASSERT_TRUE(settled.wait(10'000));
+    EXPECT_EQ(label("paneTitle"), "a.wav");
 }
 
 TEST_F(BpmWindowPaneTest, F6GoesToTheSongAndBack) {
