@@ -49,6 +49,8 @@ namespace {
 
 constexpr int kPatienceMs = 60'000; // Fixed: for all songs.
 constexpr int kStartMs = 3000;      // Fixed: until the first of them is heard.
+constexpr int kSettleMs = 15'000;   // Fixed: until the pane shows its song.
+constexpr int kUnderWay = 20;       // Fixed: percent, of a run that is shown.
 constexpr int kWidth = 760;         // Fixed: of the window, in pixels, as at the first start.
 constexpr int kHeight = 620;        // Fixed: likewise.
 constexpr int kLowHeight = 360;     // Fixed: of the window without its pane.
@@ -128,7 +130,10 @@ public:
         if (!QTest::qWaitFor([this] { return m_controller.status().m_bRunning; }, kStartMs)) {
             return; // all have their tempo
         }
-        (void)QTest::qWaitFor([progress] { return progress->isVisible(); }, kPatienceMs);
+        auto const isUnderWay = [this, progress] {
+            return progress->value() >= kUnderWay || !m_controller.status().m_bRunning;
+        };
+        (void)QTest::qWaitFor(isUnderWay, kPatienceMs);
         Draw(m_window, "running");
         m_window.close();
         Draw(m_window, "notice");
@@ -161,7 +166,7 @@ public:
         Act("actionPane");
         m_window.resize(kWidth, kLowHeight);
         m_window.findChild<QToolButton*>("chipProblems")->click();
-        Table()->setCurrentIndex(Table()->model()->index(0, 0));
+        Choose(0, 0);
         Draw(m_window, "problems");
         m_window.findChild<QToolButton*>("chipAll")->click();
         m_window.resize(kWidth, kHeight);
@@ -170,14 +175,11 @@ public:
 
     /// A tempo is being typed, in a table that is sorted by it.
     void Typing() {
-        auto* table = Table();
         Act("actionSort3");
-        Settle([table] {
-            table->setCurrentIndex(table->model()->index(1, CFileTableModel::kTempoColumn));
-        });
+        Settle([this] { Choose(1, CFileTableModel::kTempoColumn); });
         Act("actionType");
         Draw(m_window, "typing");
-        QTest::keyClick(table->findChild<QLineEdit*>("tempoEditor"), Qt::Key_Escape);
+        QTest::keyClick(Table()->findChild<QLineEdit*>("tempoEditor"), Qt::Key_Escape);
         Act("actionSort3");
         Act("actionSort3"); // as added
     }
@@ -258,14 +260,21 @@ private:
 
     void ChooseSong() {
         int const row = std::min(kSongRow, Table()->model()->rowCount() - 1);
-        Settle([&] { Table()->setCurrentIndex(Table()->model()->index(row, 0)); });
+        Settle([&] { Choose(row, 0); });
+    }
+
+    /// This row alone, whatever key is held down.
+    void Choose(int row, int column) {
+        Table()->selectionModel()->setCurrentIndex(Table()->model()->index(row, column),
+                                                   QItemSelectionModel::ClearAndSelect |
+                                                       QItemSelectionModel::Rows);
     }
 
     /// Waits for the song that `change` has the pane show.
     void Settle(std::function<void()> const& change) {
         QSignalSpy settled(m_window.findChild<CSongPane*>(), &CSongPane::settled);
         change();
-        (void)settled.wait(kStartMs);
+        (void)settled.wait(kSettleMs);
     }
 
     void Act(char const* name) { m_window.findChild<QAction*>(name)->trigger(); }
