@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 //
 // PushPcm: hand the block to the filter, which gathers many seconds before it works, and note down
-// at which fill of the buffer a stride ends: once 61440 samples are there.
-// TakeFiltered: move what is filtered to the buffer; at each end of a stride, SearchAndMeasure the
-// first 32768 samples and move the rest to the front (EndStride).
-// FinalizeNoteDetection: the same for what is left, then prune the map.
-// The search itself is in NoteSearch.cpp, the order of the notes in NoteMap.cpp.
+// how long a stride is: at least 61440 samples.
+// TakeFiltered: of each stride that is filtered, SearchAndMeasure the first 32768 samples where
+// they lie in the filter, and drop them there (EndStride). FinalizeNoteDetection: the same for what
+// is left, then prune the map. The search itself is in NoteSearch.cpp, the order of the notes in
+// NoteMap.cpp.
 
 #include "engine/notes/NoteDetector.h"
 
@@ -19,13 +19,12 @@
 #include "engine/signal/IIRFilt.h"
 
 #include <algorithm>
-#include <new>
 #include <span>
 
 namespace {
 
-constexpr std::int32_t kBufferSamples = 65536;    // Fixed: capacity of the buffer.
-constexpr std::int32_t kSearchAbove = 61439;      // Fixed: fill above which a stride is searched.
+constexpr std::int32_t kMostSamples = 65536;      // Fixed: a stride is shorter.
+constexpr std::int32_t kSearchAbove = 61439;      // Fixed: samples above which one is searched.
 constexpr std::int32_t kStrideSamples = 32768;    // Fixed: samples that one search is through with.
 constexpr std::uint16_t kSamplesPerElement = 256; // Fixed: of the bass thumbnail.
 constexpr std::int64_t kPruneWindow = 500'000;    // Fixed: half a second in microseconds.
@@ -37,6 +36,9 @@ constexpr float kFilterDamping = 1.25f; // Fixed: damping of each section.
 // Tuned: BM_NoteDetectorSong and the peak memory of bench/lengths.sh; samples between two places
 // that are filtered at once. Nine of them with the lanes of AVX make 11 MiB.
 constexpr std::int64_t kLaneSpacing = 160'000;
+
+// A run of the filter always ends a stride, and sees it in one piece.
+static_assert(kLaneSpacing >= kMostSamples && CLaneFilter::kWindow >= kMostSamples);
 
 // Derived: 1 / (55 * 2^((k - 9) / 12)) seconds for C at 32.703 Hz (k = 0) to B at 123.471 Hz
 // (k = 23), rounded to nine decimal places.
@@ -73,7 +75,6 @@ CPfNoteDetector::CPfNoteDetector(IPcmReader* reader, CPcmThumbnailBuilder* build
       m_pThumbBuilder(builder),
       m_nThinAbove(kMostNotes) {
     (void)builder->InitThumbnail(reader, kSamplesPerElement, thumb);
-    m_pBuffer.reset(new (std::nothrow) float[kBufferSamples]);
     for (double const period : g_fNotePeriods) {
         m_vPeriods.Add(TruncateToInt32(kEngineRateHz * period));
     }
@@ -83,7 +84,7 @@ CStatus CPfNoteDetector::PushPcm(float const* pcm, std::uint32_t n) {
     if (!HasMemory()) {
         return kStatusFailure;
     }
-    if (std::int64_t{m_nFill} + n < kBufferSamples) {
+    if (std::int64_t{m_nFill} + n < kMostSamples) {
         m_nFill += static_cast<std::int32_t>(n);
         for (std::span<float const> rest(pcm, n); !rest.empty();) {
             rest = rest.subspan(m_filter.Push(rest));
@@ -101,29 +102,21 @@ CStatus CPfNoteDetector::PushPcm(float const* pcm, std::uint32_t n) {
 }
 
 void CPfNoteDetector::TakeFiltered() {
-    while (true) {
-        if (!m_vStrides.empty() && m_nFiltered == m_vStrides.front()) {
-            m_vStrides.pop_front();
-            EndStride();
-        }
+    for (; !m_vStrides.empty(); m_vStrides.pop_front()) {
         std::span<float const> const done = m_filter.GetFinished();
-        std::int32_t const wanted = m_vStrides.empty() ? m_nFill : m_vStrides.front();
-        auto const taken = std::min(done.size(), static_cast<std::size_t>(wanted - m_nFiltered));
-        if (taken == 0) {
+        auto const length = static_cast<std::size_t>(m_vStrides.front());
+        if (done.size() < length) {
             return;
         }
-        std::copy_n(done.begin(), taken, m_pBuffer.get() + m_nFiltered);
-        m_filter.Drop(taken);
-        m_nFiltered += static_cast<std::int32_t>(taken);
+        EndStride(done.first(length));
     }
 }
 
-void CPfNoteDetector::EndStride() {
+void CPfNoteDetector::EndStride(std::span<float const> stride) {
     // Deliberate: the next stride begins with sample 0 as its past, so the crossing between
     // two strides is never looked at.
-    SearchAndMeasure(kStrideSamples);
-    std::copy(m_pBuffer.get() + kStrideSamples, m_pBuffer.get() + m_nFiltered, m_pBuffer.get());
-    m_nFiltered -= kStrideSamples;
+    SearchAndMeasure(stride, kStrideSamples);
+    m_filter.Drop(kStrideSamples);
     // Wraps at 32 bits, after 13 hours of stream.
     m_nBasePos = static_cast<std::int32_t>(static_cast<std::uint32_t>(m_nBasePos) +
                                            std::uint32_t{kStrideSamples});
@@ -158,9 +151,10 @@ CStatus CPfNoteDetector::FindPeriodicWaveforms(float const* buf, std::int32_t sc
     return kStatusOk;
 }
 
-void CPfNoteDetector::SearchAndMeasure(std::int32_t count) {
-    (void)FindPeriodicWaveforms(m_pBuffer.get(), count, m_nFiltered, m_nBasePos, &m_noteMap);
-    (void)m_pThumbBuilder->BuildPcmThumbnailRange(m_pBuffer.get(), count, m_nBasePos, m_pThumb);
+void CPfNoteDetector::SearchAndMeasure(std::span<float const> samples, std::int32_t count) {
+    (void)FindPeriodicWaveforms(samples.data(), count, static_cast<std::int32_t>(samples.size()),
+                                m_nBasePos, &m_noteMap);
+    (void)m_pThumbBuilder->BuildPcmThumbnailRange(samples.data(), count, m_nBasePos, m_pThumb);
 }
 
 CStatus CPfNoteDetector::FinalizeNoteDetection(CProfiler* profiler) {
@@ -171,7 +165,8 @@ CStatus CPfNoteDetector::FinalizeNoteDetection(CProfiler* profiler) {
     if (profiler->IsCancelled()) {
         return kStatusNothing;
     }
-    SearchAndMeasure(m_nFiltered);
+    std::span<float const> const rest = m_filter.GetFinished();
+    SearchAndMeasure(rest, static_cast<std::int32_t>(rest.size()));
     m_nFound = m_noteMap.GetHeardCount();
     m_noteMap.ReportItems();
     (void)m_noteMap.RemoveSimilarItems(kPruneWindow);

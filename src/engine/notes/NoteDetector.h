@@ -10,7 +10,7 @@
 
 #include <cstdint>
 #include <deque>
-#include <memory>
+#include <span>
 
 class CPcmThumbnailBuilder;
 class CPfPcmThumbnail;
@@ -56,23 +56,21 @@ public:
     /// The 24 periods in samples, from the lowest note up.
     [[nodiscard]] CVectorArray<std::int32_t> const& GetPeriods() const { return m_vPeriods; }
 
-    /// False when there was none for its buffers: it then hears nothing.
-    [[nodiscard]] bool HasMemory() const { return m_pBuffer != nullptr && m_filter.IsReady(); }
+    /// False when there was none for the filter: it then hears nothing.
+    [[nodiscard]] bool HasMemory() const { return m_filter.IsReady(); }
 
 private:
     void TakeFiltered();
     void CatchUp();
-    void EndStride();
-    void SearchAndMeasure(std::int32_t count);
+    void EndStride(std::span<float const> stride);
+    void SearchAndMeasure(std::span<float const> samples, std::int32_t count);
     void ThinNotes();
 
     CLaneFilter m_filter;
     CPfNoteMap m_noteMap;
-    std::unique_ptr<float[]> m_pBuffer;  // null when there was no memory
-    std::int32_t m_nFill = 0;            // what the buffer holds once the filter has caught up
-    std::int32_t m_nFiltered = 0;        // what it holds now
-    std::deque<std::int32_t> m_vStrides; // fills at which strides end that are to be searched
-    std::int32_t m_nBasePos = 0;         // stream position of buffer sample 0
+    std::int32_t m_nFill = 0;            // samples behind the last stride
+    std::deque<std::int32_t> m_vStrides; // lengths of those that are to be searched
+    std::int32_t m_nBasePos = 0;         // stream position of the first sample not yet searched
     CVectorArray<std::int32_t> m_vPeriods;
     CPfPcmThumbnail* m_pThumb;
     CPcmThumbnailBuilder* m_pThumbBuilder;

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstring>
 #include <new>
 
 namespace {
@@ -29,9 +30,13 @@ bool AreSame(CThreeStates const& a, CThreeStates const& b) {
     return std::bit_cast<Bits>(a) == std::bit_cast<Bits>(b);
 }
 
+std::int64_t RoundUp(std::int64_t samples, std::int64_t step) {
+    return (samples + step - 1) / step * step;
+}
+
 std::int64_t RoundUpToBursts(std::int64_t samples) {
     // An odd number of bursts, so that neighbours don't stand at the same places of their pages.
-    return ((samples + kBurst - 1) / kBurst | 1) * kBurst;
+    return (RoundUp(samples, kBurst) / kBurst | 1) * kBurst;
 }
 
 } // namespace
@@ -41,7 +46,8 @@ CLaneFilter::CLaneFilter(CIIRSection const& section, std::int32_t lanes, std::in
       m_nLanes(lanes),
       m_nSpacing(RoundUpToBursts(spacing)),
       m_nRoom(m_nSpacing * (lanes + 1)),
-      m_pRoom(new (std::nothrow) float[static_cast<std::size_t>(2 * m_nRoom + kGapSamples)]),
+      m_pRoom(
+          new (std::nothrow) float[static_cast<std::size_t>(2 * m_nRoom + kGapSamples + kWindow)]),
       m_vRecords(BurstAt(m_nRoom - 1) + 1),
       m_vRunners{CRunner{}} {
     m_vRunners.reserve(static_cast<std::size_t>(lanes));
@@ -163,20 +169,27 @@ void CLaneFilter::FinishRest() {
     m_bFinished = true;
 }
 
-/// Goes on with the states at the end, as if the stream began there. What is finished must have
-/// been dropped.
+/// Goes on with the states at the end, as if the stream began with what is left there.
 void CLaneFilter::Restart() {
-    m_vRunners.front().m_nPos = 0;
+    std::span<float const> const left = GetFinished();
+    auto const count = static_cast<std::int64_t>(left.size());
+    m_nTaken = RoundUp(count, kBurst);
+    m_nDropped = m_nTaken - count;
+    std::memmove(m_pOut + m_nDropped, left.data(), left.size_bytes());
+    m_vRunners.front().m_nPos = m_nTaken;
     std::ranges::fill(m_vRecords, CRecord{});
-    m_nTaken = 0;
-    m_nDropped = 0;
     m_bFinished = false;
 }
 
-std::span<float const> CLaneFilter::GetFinished() const {
-    std::size_t const at = At(m_nDropped);
-    auto const count = static_cast<std::size_t>(GetFinishedEnd() - m_nDropped);
-    return {m_pOut + at, std::min(count, static_cast<std::size_t>(m_nRoom) - at)};
+std::span<float const> CLaneFilter::GetFinished() {
+    auto const at = static_cast<std::int64_t>(At(m_nDropped));
+    std::int64_t const count = GetFinishedEnd() - m_nDropped;
+    std::int64_t const untilEnd = m_nRoom - at;
+    // Behind the ring there is room for what a window needs of its beginning.
+    std::int64_t const wrapped = std::clamp<std::int64_t>(kWindow - untilEnd, 0, kWindow);
+    std::int64_t const repeated = std::clamp<std::int64_t>(count - untilEnd, 0, wrapped);
+    std::copy_n(m_pOut, repeated, m_pOut + m_nRoom);
+    return {m_pOut + at, static_cast<std::size_t>(std::min(count, untilEnd + repeated))};
 }
 
 void CLaneFilter::Drop(std::size_t count) {

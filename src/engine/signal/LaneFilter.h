@@ -24,8 +24,11 @@
 /// Thread: one thread at a time.
 class CLaneFilter {
 public:
+    static constexpr std::int64_t kWindow = 65536; // Fixed: samples that a reader sees at once.
+
     /// `lanes`: runners under way, 1 to `kMostLanes`. `spacing`: samples from runner to runner,
-    /// above 0; rounded up to whole bursts. The filter holds (lanes + 1) * spacing samples.
+    /// above 0; rounded up to whole bursts. The filter holds (lanes + 1) * spacing samples, those
+    /// that are finished and not yet dropped included.
     CLaneFilter(CIIRSection const& section, std::int32_t lanes, std::int64_t spacing);
 
     /// False without memory; nothing else may then be called.
@@ -37,11 +40,13 @@ public:
     /// Works until at least `spacing` samples are finished or everything taken is.
     void Run();
 
-    /// Finishes everything taken. The stream may go on afterwards.
+    /// Finishes everything taken. The stream may go on once no more than `kWindow` finished samples
+    /// are left.
     void Finish();
 
-    /// The oldest finished samples that lie in one piece; empty when there are none.
-    [[nodiscard]] std::span<float const> GetFinished() const;
+    /// The oldest finished samples in one piece: all of them, or at least `kWindow`. It holds until
+    /// the filter works again.
+    [[nodiscard]] std::span<float const> GetFinished();
 
     /// Drops the oldest `count` finished samples.
     void Drop(std::size_t count);

@@ -268,6 +268,54 @@ TEST(LaneFilterTest, TheStreamGoesOnAfterAFinish) {
     }
 }
 
+TEST(LaneFilterTest, WhatIsLeftAfterAFinishStaysInFront) {
+    CStream const stream = MakeSong(128.0, 8.0);
+    CStream const expected = Plain(stream);
+    for (std::size_t const left : {1U, 511U, 512U, 513U, 60'000U, 65'536U}) {
+        constexpr std::size_t kCut = 200'001;
+        CLaneFilter filter(kBassSection, 4, kSpacing);
+        CStream out;
+        PushAll(filter, {stream.data(), kCut - left}, 256, out);
+        filter.Finish();
+        TakeFinished(filter, out);
+        PushAll(filter, {stream.data() + kCut - left, left}, 256, out);
+        filter.Finish();
+        PushAll(filter, {stream.data() + kCut, stream.size() - kCut}, 256, out);
+        filter.Finish();
+        TakeFinished(filter, out);
+        EXPECT_EQ(FirstDifference(out, expected), -1) << left;
+    }
+}
+
+TEST(LaneFilterTest, AWindowLiesInOnePieceAcrossTheEndOfTheRing) {
+    // A reader that looks at 61440 samples and drops 32768 of them, over three rings.
+    CStream const stream = MakeSong(128.0, 30.0);
+    CStream const expected = Plain(stream);
+    CLaneFilter filter(kBassSection, 4, 70'000); // rounded up to 137 bursts of 512: 5 * 70144
+    constexpr std::size_t kSeen = 61'440;
+    constexpr std::size_t kDropped = 32'768;
+    std::size_t pos = 0;
+    auto const read = [&] {
+        for (auto done = filter.GetFinished(); done.size() >= kSeen; done = filter.GetFinished()) {
+            CStream const seen(done.begin(), done.begin() + kSeen);
+            CStream const wanted(expected.begin() + static_cast<std::ptrdiff_t>(pos),
+                                 expected.begin() + static_cast<std::ptrdiff_t>(pos + kSeen));
+            EXPECT_EQ(FirstDifference(seen, wanted), -1) << pos;
+            filter.Drop(kDropped);
+            pos += kDropped;
+        }
+    };
+    for (std::span<float const> rest(stream); !rest.empty();) {
+        rest = rest.subspan(filter.Push(rest.first(std::min<std::size_t>(256, rest.size()))));
+        filter.Run();
+        read();
+    }
+    filter.Finish();
+    read();
+    EXPECT_GT(pos, 3U * 5U * 70'144U);
+    EXPECT_GE(pos + kSeen, stream.size());
+}
+
 TEST(LaneFilterTest, ARunFinishesASpacing) {
     CStream const stream = MakeSong(128.0, 8.0);
     CLaneFilter filter(kBassSection, 4, kSpacing);
