@@ -3,6 +3,8 @@
 
 #include "IDTag/FrameIds.h"
 
+#include "IDTag/TagLayout.h"
+
 #include <cstring>
 #include <span>
 
@@ -39,11 +41,9 @@ constexpr CFrameIdPair kWiderFrameIds[] = {
     {"TDR", "TDRL"}, {"TDS", "TDES"}, {"TID", "TGID"}, {"TKW", "TKWD"}, {"WFD", "WFED"},
 };
 
-constexpr std::size_t kOldIdBytes = 3; // Standard: ID3v2.2.0, section 3.2.
-
 char const* FindIn(std::span<CFrameIdPair const> table, char const* oldId) {
     for (CFrameIdPair const& pair : table) {
-        if (std::strncmp(pair.m_sOld, oldId, kOldIdBytes) == 0) {
+        if (std::strncmp(pair.m_sOld, oldId, kOldFrameIdBytes) == 0) {
             return pair.m_sNew;
         }
     }

@@ -5,17 +5,15 @@
 
 #include "IDTag/FrameIds.h"
 #include "IDTag/TagBytes.h"
+#include "IDTag/TagLayout.h"
 
 #include <algorithm>
 #include <cstring>
 
 namespace {
 
-constexpr std::uint8_t kExtendedHeader = 0x40;            // Standard: ID3v2.3.0, section 3.1.
 constexpr std::uint32_t kLongestExtendedHeaderBytes = 14; // Standard: ID3v2.3.0, section 3.2.
 constexpr std::uint32_t kExtendedSizeBytes = 4;           // Standard: ID3v2.3.0, section 3.2.
-constexpr std::uint32_t kOldHeaderBytes = 6;              // Standard: ID3v2.2.0, section 3.2.
-constexpr std::uint32_t kOldIdBytes = 3;                  // Standard: ID3v2.2.0, section 3.2.
 constexpr char kOldPictureId[] = "PIC";                   // Standard: ID3v2.2.0, section 4.15.
 
 } // namespace
@@ -27,7 +25,7 @@ CFrameWalk::CFrameWalk(CRawTag const& tag, bool everyId)
 std::uint32_t CFrameWalk::StartOffset() const {
     // Deliberate: version 2.4's extended header isn't skipped, and version 2.3's is skipped
     // without the four bytes of its size.
-    if ((m_tag.Flags() & kExtendedHeader) == 0 || m_tag.Version() != 3) {
+    if ((m_tag.Flags() & kTagHasExtendedHeader) == 0 || m_tag.Version() != 3) {
         return 0;
     }
     std::uint8_t size[kExtendedSizeBytes] = {};
@@ -42,7 +40,7 @@ bool CFrameWalk::Next(CFoundFrame* found) {
 }
 
 bool CFrameWalk::NextOld(CFoundFrame* found) {
-    if (std::uint64_t{m_nOffset} + kOldHeaderBytes >= m_tag.m_nBodyBytes) {
+    if (std::uint64_t{m_nOffset} + kOldFrameHeaderBytes >= m_tag.m_nBodyBytes) {
         return false;
     }
     std::uint8_t const* const header = m_tag.m_pBody.get() + m_nOffset;
@@ -51,7 +49,7 @@ bool CFrameWalk::NextOld(CFoundFrame* found) {
     }
     *found = CFoundFrame();
     auto const* const oldId = reinterpret_cast<char const*>(header);
-    std::memcpy(found->m_sOldId, oldId, kOldIdBytes);
+    std::memcpy(found->m_sOldId, oldId, kOldFrameIdBytes);
     char const* const id = m_bEveryId ? FindWiderV3FrameId(oldId) : FindV3FrameId(oldId);
     found->m_bKnownId = id != nullptr;
     if (!found->m_bKnownId && !m_bEveryId) {
@@ -59,9 +57,9 @@ bool CFrameWalk::NextOld(CFoundFrame* found) {
     }
     found->m_bWiderId = found->m_bKnownId && FindV3FrameId(oldId) == nullptr;
     std::memcpy(found->m_header.m_sId, found->m_bKnownId ? id : found->m_sOldId, kFrameIdBytes);
-    found->m_bOldPicture = std::strncmp(oldId, kOldPictureId, kOldIdBytes) == 0;
+    found->m_bOldPicture = std::strncmp(oldId, kOldPictureId, kOldFrameIdBytes) == 0;
     std::uint8_t const size[4] = {0, header[3], header[4], header[5]};
-    return TakeBody(kOldHeaderBytes, ReadBigEndian(size), found);
+    return TakeBody(kOldFrameHeaderBytes, ReadBigEndian(size), found);
 }
 
 bool CFrameWalk::NextPlain(CFoundFrame* found) {
@@ -100,9 +98,9 @@ bool CFrameWalk::HasData(std::uint32_t begin, std::uint32_t end) const {
 std::uint32_t CFrameWalk::PastEmptyFrames() const {
     constexpr std::uint32_t kSizeBytes = 4; // Standard: ID3v2.3.0, section 3.3.
     bool const isOld = m_tag.Version() == 2;
-    std::uint32_t const idBytes = isOld ? kOldIdBytes : kFrameIdBytes;
-    std::uint32_t const headerBytes = isOld ? kOldHeaderBytes : kFrameHeaderBytes;
-    std::uint32_t const sizeEnd = isOld ? kOldHeaderBytes : kFrameIdBytes + kSizeBytes;
+    std::uint32_t const idBytes = isOld ? kOldFrameIdBytes : kFrameIdBytes;
+    std::uint32_t const headerBytes = isOld ? kOldFrameHeaderBytes : kFrameHeaderBytes;
+    std::uint32_t const sizeEnd = isOld ? kOldFrameHeaderBytes : kFrameIdBytes + kSizeBytes;
     std::uint8_t const* const body = m_tag.m_pBody.get();
     auto const isIdCharacter = [](std::uint8_t c) {
         return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');

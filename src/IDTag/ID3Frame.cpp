@@ -4,6 +4,7 @@
 #include "IDTag/ID3Frame.h"
 
 #include "IDTag/TagBytes.h"
+#include "IDTag/TagLayout.h"
 
 #include <algorithm>
 #include <cstring>
@@ -13,12 +14,9 @@
 
 namespace {
 
-constexpr char kCommentId[] = "COMM";          // Standard: ID3v2.3.0, section 4.11.
-constexpr char kCommentLanguage[] = "eng";     // Fixed: language of the comments that we write.
-constexpr std::size_t kLanguageBytes = 3;      // Standard: ID3v2.3.0, section 4.11.
-constexpr std::uint8_t kUnsynchronized = 0x02; // Standard: ID3v2.4.0 structure, section 4.1.2.
-constexpr std::uint8_t kEncodingLatin1 = 0;    // Standard: ID3v2.3.0, section 3.3.
-constexpr std::uint8_t kEncodingUtf16 = 1;     // Standard: ID3v2.3.0, section 3.3.
+constexpr std::size_t kLanguageBytes = 3;           // Standard: ID3v2.3.0, section 4.11.
+constexpr std::uint8_t kEncodingLatin1 = 0;         // Standard: ID3v2.3.0, section 3.3.
+constexpr std::uint8_t kEncodingUtf16 = 1;          // Standard: ID3v2.3.0, section 3.3.
 constexpr std::uint8_t kEncodingUtf16BigEndian = 2; // Standard: ID3v2.4.0 structure, section 4.
 constexpr std::uint8_t kEncodingUtf8 = 3;           // Standard: ID3v2.4.0 structure, section 4.
 constexpr wchar_t kByteOrderMark = 0xFEFF;          // Standard: Unicode.
@@ -123,10 +121,10 @@ CStatus CID3Frame::SetData(ID3V2_3_FRAMEHEADER const* header, std::uint8_t const
         return kStatusFailure;
     }
     m_header = *header;
-    if ((m_header.m_nFormatFlags & kUnsynchronized) != 0) {
+    if ((m_header.m_nFormatFlags & kFrameUnsynchronized) != 0) {
         RemoveUnsynchronization(m_vBody.data(), &size);
         m_vBody.resize(size);
-        m_header.m_nFormatFlags &= static_cast<std::uint8_t>(~kUnsynchronized);
+        m_header.m_nFormatFlags &= static_cast<std::uint8_t>(~kFrameUnsynchronized);
     }
     return kStatusOk;
 }

@@ -6,7 +6,7 @@
 #include "IDTag/ID3Tag.h"
 #include "IDTag/MpegChain.h"
 #include "IDTag/PosixFile.h"
-#include "base/FileUtil.h"
+#include "IDTag/TagTarget.h"
 
 #include <algorithm>
 #include <array>
@@ -16,8 +16,6 @@
 #include <sys/stat.h>
 
 namespace {
-
-constexpr char kWrittenExtension[] = "mp3"; // Fixed: the only files that are written.
 
 // Fixed: the trailer's fields as they are read: album before artist.
 constexpr std::uint32_t kTrailerBytes = 128;
@@ -36,7 +34,7 @@ constexpr std::size_t kWorkBytes = 32;
 constexpr std::int32_t kMarkFromEnd = 48;
 constexpr std::int32_t kBlockFromEnd = 7936;
 constexpr std::string_view kVeltoMark = "Velto";
-constexpr std::uint32_t kLongestText = 256;
+constexpr std::uint32_t kLongestBlockText = 256;
 constexpr int kTexts = 3;
 
 /// A text of the ID3v1 trailer without its trailing spaces; empty when it isn't UTF-8.
@@ -58,8 +56,8 @@ bool ReadVeltoText(CFile* file, CString& text) {
         return false;
     }
     std::uint32_t const length = prefix[0] * 256U + prefix[1];
-    std::array<char, kLongestText + 1> bytes = {};
-    if (length > kLongestText || !ReadExactly(file, bytes.data(), length)) {
+    std::array<char, kLongestBlockText + 1> bytes = {};
+    if (length > kLongestBlockText || !ReadExactly(file, bytes.data(), length)) {
         return false;
     }
     text = CString(bytes.data());
@@ -83,9 +81,7 @@ EWriteProblem StoreTagString(CString const& path, char const* frameId, CString c
     if (CID3Tag::IsFileUpdateable(path) != kStatusOk) {
         return ProblemOfOpening(path);
     }
-    CString extension;
-    if (CFileUtil::GetLowerCaseFileExt(path, extension) != kStatusOk ||
-        !(extension == kWrittenExtension)) {
+    if (!HasWrittenExtension(path)) {
         return EWriteProblem::OtherExtension;
     }
     CID3Tag tag;
@@ -153,9 +149,9 @@ std::int32_t CID3Reader::ImportVeltoMetaData(CFile* file) {
     if (length >= 0 && length <= kMarkFromEnd) {
         return 0;
     }
-    std::array<char, kLongestText> mark = {};
+    std::array<char, kLongestBlockText> mark = {};
     file->Seek(-kMarkFromEnd, CFile::end);
-    file->Read(mark.data(), kLongestText);
+    file->Read(mark.data(), kLongestBlockText);
     if (std::string_view(mark.data(), kVeltoMark.size()) != kVeltoMark ||
         (length >= 0 && length < kBlockFromEnd)) {
         return 0;

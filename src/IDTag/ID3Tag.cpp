@@ -6,6 +6,7 @@
 #include "IDTag/FrameIds.h"
 #include "IDTag/FrameWalk.h"
 #include "IDTag/MacCFile.h"
+#include "IDTag/TagLayout.h"
 #include "base/Assertion.h"
 
 #include <algorithm>
@@ -14,19 +15,15 @@
 
 namespace {
 
-constexpr char kLabel[] = "IDTag/ID3Tag";  // Fixed: the source that assertions name.
-constexpr char kFalse[] = "FALSE";         // Fixed: what failed when an id isn't known.
-constexpr char kCommentId[] = "COMM";      // Standard: ID3v2.3.0, section 4.11.
-constexpr char kPrivateId[] = "PRIV";      // Standard: ID3v2.3.0, section 4.28.
-constexpr char kCommentLanguage[] = "eng"; // Fixed: the comments that count.
-
-constexpr std::uint8_t kUnsynchronized = 0x02; // Standard: ID3v2.4.0 structure, section 4.1.2.
+constexpr char kTagSource[] = "IDTag/ID3Tag"; // Fixed: the source that assertions name.
+constexpr char kFalse[] = "FALSE";            // Fixed: what failed when an id isn't known.
+constexpr char kPrivateId[] = "PRIV";         // Standard: ID3v2.3.0, section 4.28.
 
 /// True for a frame that was encoded once and is decoded twice, first with its tag: its size, which
 /// counts the encoded bytes, is then too large, and zeros of its own go.
 bool IsDecodedTwice(CRawTag const& tag, CFoundFrame const& found) {
     bool const isTagShorter = tag.m_nBodyBytes + kTagHeaderBytes < tag.m_nTagBytes;
-    return isTagShorter && (found.m_header.m_nFormatFlags & kUnsynchronized) != 0;
+    return isTagShorter && (found.m_header.m_nFormatFlags & kFrameUnsynchronized) != 0;
 }
 
 /// A path in a message: what could move a terminal's cursor becomes a question mark.
@@ -91,7 +88,7 @@ CStatus CID3Tag::TakeFrames(CRawTag const& tag) {
     for (std::uint32_t count = 0; walk.Next(&found); ++count) {
         // Deliberate: a version 2.2 tag with an unknown frame isn't tolerated. Those who must go on
         // ask AreFrameIdsKnown first.
-        TACTUS_ASSERT_DETAIL(kLabel, found.m_bKnownId || m_rules.m_bEveryId, kFalse,
+        TACTUS_ASSERT_DETAIL(kTagSource, found.m_bKnownId || m_rules.m_bEveryId, kFalse,
                              Shown(m_sPath));
         if (count == kMostFrames) {
             return kStatusFailure;
@@ -235,7 +232,7 @@ CStatus CID3Tag::IsFileUpdateable(wchar_t const* path) {
 
 std::int32_t CID3Tag::MapV2FrameIdToV3(char const* v2id, char* v3id) {
     char const* const id = FindV3FrameId(v2id);
-    TACTUS_ASSERT_TEXT(kLabel, id != nullptr, kFalse);
+    TACTUS_ASSERT_TEXT(kTagSource, id != nullptr, kFalse);
     std::memcpy(v3id, id, kFrameIdBytes);
     return 1;
 }

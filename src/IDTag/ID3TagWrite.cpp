@@ -7,20 +7,16 @@
 
 #include "IDTag/ID3Tag.h"
 #include "IDTag/TagReplacement.h"
-#include "base/FileUtil.h"
 
 #include <cstring>
 #include <new>
 
 namespace {
 
-constexpr wchar_t kTemporaryExtension[] = L"MP~";     // Fixed: as `ReplaceTag` builds it.
 constexpr std::uint64_t kPaddingBytes = 4096;         // Fixed: room for later edits.
 constexpr std::uint64_t kTagLimitBytes = 1ULL << 28U; // Standard: ID3v2.3.0, 3.1: 28 size bits.
 constexpr std::uint8_t kWrittenVersion[] = {'I', 'D', '3', 3, 0, 0}; // Fixed: 2.3.0, no flags.
 constexpr std::uint8_t kRecentVersion = 4; // Standard: ID3v2.4.0, the last one.
-constexpr std::size_t kVersionOffset = 3;  // Standard: ID3v2.3.0, section 3.1.
-constexpr std::size_t kSizeOffset = 6;     // Standard: ID3v2.3.0, section 3.1.
 // Standard: ID3v2.3.0, section 3.3.1, flag b, "file alter preservation", which speaks of the audio.
 constexpr std::uint8_t kDiscardWhenAltered = 0x40;
 
@@ -57,9 +53,7 @@ std::uint32_t CID3Tag::GetPendingBodySize() const {
 }
 
 CString CID3Tag::CreateTempFileName() const {
-    CString name;
-    CFileUtil::ChangeFileExt(m_sPath, kTemporaryExtension, name);
-    return name;
+    return TemporaryPathBeside(m_sPath);
 }
 
 CStatus CID3Tag::UpdateFile(bool* rewritten) {
@@ -133,8 +127,8 @@ std::vector<std::uint8_t> CID3Tag::MakeTag(std::uint32_t tagBytes) const {
     tag.assign(std::begin(kWrittenVersion), std::end(kWrittenVersion));
     tag.resize(kTagHeaderBytes);
     bool const isRecent = m_rules.m_bKeepVersion && m_nVersion == kRecentVersion;
-    tag[kVersionOffset] = isRecent ? kRecentVersion : tag[kVersionOffset];
-    WriteSyncsafe(tagBytes - static_cast<std::uint32_t>(kTagHeaderBytes), &tag[kSizeOffset]);
+    tag[kTagVersionOffset] = isRecent ? kRecentVersion : tag[kTagVersionOffset];
+    WriteSyncsafe(tagBytes - static_cast<std::uint32_t>(kTagHeaderBytes), &tag[kTagSizeOffset]);
     CID3Frame* frame = nullptr;
     for (std::uint32_t i = 0; m_frames.EnumItems(i, &frame); ++i) {
         ID3V2_3_FRAMEHEADER header = {};

@@ -13,11 +13,11 @@
 
 namespace {
 
-constexpr char kLabel[] = "IDTag/MacCFile"; // Fixed: the source that assertions name.
-constexpr std::uint32_t kAccessMask = 0xF;  // Fixed: the low four bits of the open flags.
-constexpr std::int32_t kCauseClosed = 2;    // Fixed: cause of an operation on a closed file.
-constexpr std::int32_t kNoOsError = -1;     // Fixed: there was no error of the system.
-constexpr mode_t kNewFileMode = 0666;       // Standard: POSIX fopen; the mask takes bits away.
+constexpr char kFileSource[] = "IDTag/MacCFile"; // Fixed: the source that assertions name.
+constexpr std::uint32_t kAccessMask = 0xF;       // Fixed: the low four bits of the open flags.
+constexpr std::int32_t kCauseClosed = 2;         // Fixed: cause of an operation on a closed file.
+constexpr std::int32_t kNoOsError = -1;          // Fixed: there was no error of the system.
+constexpr mode_t kNewFileMode = 0666;            // Standard: POSIX fopen; the mask takes bits away.
 
 /// A file that can be sought and measured in 32 bits. Devices pass: they don't block.
 bool IsUsable(int file) {
@@ -71,7 +71,8 @@ bool CFile::Open(wchar_t const* path, std::uint32_t flags, CFileException* /*err
         return m_pfile != nullptr;
     }
     bool const create = (flags & modeCreate) != 0;
-    TACTUS_ASSERT_TEXT(kLabel, access != modeRead || !create, "(nOpenFlags & modeCreate) == 0");
+    TACTUS_ASSERT_TEXT(kFileSource, access != modeRead || !create,
+                       "(nOpenFlags & modeCreate) == 0");
     (void)Close();
     int systemFlags = access == modeRead ? O_RDONLY : O_RDWR;
     systemFlags |= create ? O_CREAT : 0;
@@ -149,7 +150,7 @@ std::uint32_t CFile::Write(void const* buffer, std::uint32_t count) {
 }
 
 std::uint32_t CFile::GetPosition() const {
-    TACTUS_ASSERT_TEXT(kLabel, m_pfile != nullptr, "m_pfile != NULL");
+    TACTUS_ASSERT_TEXT(kFileSource, m_pfile != nullptr, "m_pfile != NULL");
     return Position32(Position());
 }
 

@@ -24,7 +24,6 @@ constexpr std::size_t kHeaderBytes = 4; // Standard: ISO/IEC 11172-3, section 2.
 constexpr int kChainFrames = 3;         // Fixed: random bytes pass two of them once in 2^20 times.
 constexpr std::size_t kEndMarkBytes = 12; // Fixed: the longest of the marks below, rounded up.
 constexpr int kMostTags = 8;              // Fixed: tags behind one another before we give up.
-constexpr std::size_t kTagSizeOffset = 6; // Standard: ID3v2.3.0, section 3.1.
 constexpr std::uint64_t kMostZeros = 1'048'576; // Fixed: padding of some encoders.
 constexpr std::size_t kZerosAtOnce = 65'536;    // Fixed: bytes looked at in one read.
 constexpr std::size_t kLongestFrameBytes =

@@ -15,11 +15,9 @@ namespace {
 constexpr std::uint64_t kDigestPrime = 0x100000001B3U; // Standard: FNV-1a prime, 64 bits.
 constexpr unsigned kDigestShift = 32; // Fixed: lets the upper half of a word reach the lower one.
 constexpr char kTagMark[] = "ID3";    // Standard: ID3v2.3.0, section 3.1.
-constexpr std::size_t kTagMarkBytes = 3;               // Standard: ID3v2.3.0, section 3.1.
-constexpr std::size_t kSizeOffset = 6;                 // Standard: ID3v2.3.0, section 3.1.
-constexpr std::uint8_t kOldestVersion = 2;             // Fixed: ID3v2.2.
-constexpr std::uint8_t kNewestVersion = 4;             // Fixed: ID3v2.4.
-constexpr std::uint8_t kWholeTagUnsynchronized = 0x80; // Standard: ID3v2.3.0, section 3.1.
+constexpr std::size_t kTagMarkBytes = 3;   // Standard: ID3v2.3.0, section 3.1.
+constexpr std::uint8_t kOldestVersion = 2; // Fixed: ID3v2.2.
+constexpr std::uint8_t kNewestVersion = 4; // Fixed: ID3v2.4.
 
 } // namespace
 
@@ -61,7 +59,7 @@ CStatus CRawTag::Load(wchar_t const* path) {
     if (!m_bMarked || Version() < kOldestVersion || Version() > kNewestVersion) {
         return kStatusNothing;
     }
-    std::uint32_t const size = ReadSyncsafe(&m_header[kSizeOffset]);
+    std::uint32_t const size = ReadSyncsafe(&m_header[kTagSizeOffset]);
     m_nTagBytes = size + static_cast<std::uint32_t>(kTagHeaderBytes);
     if (size > file.GetLength() - kTagHeaderBytes) {
         return kStatusFailure;
@@ -73,7 +71,7 @@ CStatus CRawTag::Load(wchar_t const* path) {
     }
     m_digest.Add({m_pBody.get(), size});
     m_nBodyBytes = size;
-    if ((Flags() & kWholeTagUnsynchronized) != 0) {
+    if ((Flags() & kTagUnsynchronized) != 0) {
         RemoveUnsynchronization(m_pBody.get(), &m_nBodyBytes);
     }
     return kStatusOk;

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "IDTag/TagLayout.h"
 #include "base/Status.h"
 
 #include <array>
@@ -10,8 +11,6 @@
 #include <cstdint>
 #include <memory>
 #include <span>
-
-constexpr std::size_t kTagHeaderBytes = 10; // Standard: ID3v2.3.0, section 3.1.
 
 /// Fingerprint of a file's first bytes, to tell whether they have changed since: FNV-1a over words
 /// of eight bytes, the rest byte by byte, because covers of megabytes are read for every row of a

@@ -9,6 +9,7 @@
 #include "IDTag/FrameIds.h"
 #include "IDTag/RawTag.h"
 #include "IDTag/TagBytes.h"
+#include "IDTag/TagLayout.h"
 #include "base/Utf16.h"
 
 #include <algorithm>
@@ -22,14 +23,6 @@ constexpr std::size_t kLongestText = 65'536; // Fixed: bytes of a frame; what is
 constexpr char kUserTextId[] = "TXXX";       // Standard: ID3v2.3.0, section 4.2.2.
 
 // Standard: ID3v2.3.0, sections 3.1 to 3.3, and ID3v2.4.0 structure, sections 3 and 4.
-constexpr std::uint8_t kWholeTagUnsynchronized = 0x80;
-constexpr std::uint8_t kFrameUnsynchronized = 0x02;
-constexpr std::uint8_t kExtendedHeader = 0x40;
-constexpr std::size_t kVersionOffset = 3;
-constexpr std::size_t kFlagsOffset = 5;
-constexpr std::size_t kSizeOffset = 6;
-constexpr std::size_t kOldHeaderBytes = 6;
-constexpr std::size_t kHeaderBytes = 10;
 constexpr std::size_t kFormOffset = 9;
 
 /// What a frame's form flag means in its version.
@@ -60,7 +53,7 @@ std::vector<std::uint8_t> Resynchronized(std::span<std::uint8_t const> bytes) {
 std::size_t ExtendedBytes(std::uint8_t version, std::uint8_t flags,
                           std::span<std::uint8_t const> body) {
     constexpr std::size_t kSizeBytes = 4;
-    if ((flags & kExtendedHeader) == 0 || version == 2 || body.size() < kSizeBytes) {
+    if ((flags & kTagHasExtendedHeader) == 0 || version == 2 || body.size() < kSizeBytes) {
         return 0;
     }
     // Version 2.4 counts the four bytes of the size, version 2.3 doesn't.
@@ -164,17 +157,17 @@ std::vector<std::string> DecodeTexts(std::span<std::uint8_t const> body) {
 
 CTagReading::CTagReading(std::span<std::uint8_t const> tag, bool keepsFrames)
     : m_bKeepsFrames(keepsFrames) {
-    if (tag.size() < kHeaderBytes || tag[0] != 'I' || tag[1] != 'D' || tag[2] != '3' ||
-        tag[kVersionOffset] < 2 || tag[kVersionOffset] > 4) {
+    if (tag.size() < kTagHeaderBytes || tag[0] != 'I' || tag[1] != 'D' || tag[2] != '3' ||
+        tag[kTagVersionOffset] < 2 || tag[kTagVersionOffset] > 4) {
         return;
     }
-    std::size_t const size = ReadSyncsafe(&tag[kSizeOffset]);
-    std::uint8_t const version = tag[kVersionOffset];
-    std::uint8_t const flags = tag[kFlagsOffset];
-    std::span<std::uint8_t const> body = tag.subspan(kHeaderBytes);
+    std::size_t const size = ReadSyncsafe(&tag[kTagSizeOffset]);
+    std::uint8_t const version = tag[kTagVersionOffset];
+    std::uint8_t const flags = tag[kTagFlagsOffset];
+    std::span<std::uint8_t const> body = tag.subspan(kTagHeaderBytes);
     body = body.first(std::min(size, body.size()));
     std::vector<std::uint8_t> plain;
-    bool const isUnsynchronized = (flags & kWholeTagUnsynchronized) != 0;
+    bool const isUnsynchronized = (flags & kTagUnsynchronized) != 0;
     if (isUnsynchronized && version < 4) {
         plain = Resynchronized(body);
         body = plain;
@@ -187,7 +180,7 @@ CTagReading::CTagReading(std::span<std::uint8_t const> tag, bool keepsFrames)
 
 void CTagReading::Walk(std::uint8_t version, std::span<std::uint8_t const> body) {
     bool const isOld = version == 2;
-    std::size_t const headerBytes = isOld ? kOldHeaderBytes : kHeaderBytes;
+    std::size_t const headerBytes = isOld ? kOldFrameHeaderBytes : kTagHeaderBytes;
     while (body.size() > headerBytes && body[0] != 0) {
         std::size_t const size = FrameSize(version, body.data());
         if (size > body.size() - headerBytes) {

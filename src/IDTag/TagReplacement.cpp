@@ -9,7 +9,6 @@
 
 #include "IDTag/FileSwap.h"
 #include "IDTag/MacCFile.h"
-#include "base/FileUtil.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -17,10 +16,9 @@
 
 namespace {
 
-constexpr wchar_t kTemporaryExtension[] = L"MP~"; // Fixed: song.mp3 is built as song.MP~.
-constexpr std::size_t kPageBytes = 4096;          // Standard: the smallest page of Linux.
+constexpr std::size_t kPageBytes = 4096; // Standard: the smallest page of Linux.
 
-using Bytes = std::span<std::uint8_t const>;
+using ByteView = std::span<std::uint8_t const>;
 using Time = std::optional<std::int64_t>;
 
 /// Where two tags of the same length differ: from the first such byte to the last one.
@@ -29,7 +27,7 @@ struct CChange {
     std::size_t m_nBytes = 0;
 };
 
-CChange ChangeBetween(Bytes oldTag, Bytes newTag) {
+CChange ChangeBetween(ByteView oldTag, ByteView newTag) {
     auto const first = std::ranges::mismatch(oldTag, newTag).in1 - oldTag.begin();
     auto const last = std::mismatch(oldTag.rbegin(), oldTag.rend(), newTag.rbegin()).first.base() -
                       oldTag.begin();
@@ -60,9 +58,9 @@ bool IsForWantOfAFile(EWriteProblem problem) {
 }
 
 /// Writes the change in one call; never a byte behind the tag.
-EWriteProblem WriteInPlace(CTagTarget& target, Bytes oldTag, Bytes newTag, CChange const& change,
-                           Time writtenTime) {
-    auto const part = [&change](Bytes tag) {
+EWriteProblem WriteInPlace(CTagTarget& target, ByteView oldTag, ByteView newTag,
+                           CChange const& change, Time writtenTime) {
+    auto const part = [&change](ByteView tag) {
         return tag.subspan(change.m_nOffset, change.m_nBytes);
     };
     EWriteProblem problem = target.OpenForWriting();
@@ -84,17 +82,15 @@ EWriteProblem WriteInPlace(CTagTarget& target, Bytes oldTag, Bytes newTag, CChan
     return problem;
 }
 
-EWriteProblem SwapFile(CTagTarget const& target, std::uint64_t oldTagBytes, Bytes newTag,
+EWriteProblem SwapFile(CTagTarget const& target, std::uint64_t oldTagBytes, ByteView newTag,
                        Time writtenTime) {
     std::uint64_t const audioBytes =
         static_cast<std::uint64_t>(target.GetIdentity().m_nSize) - oldTagBytes;
     if (audioBytes + newTag.size() > kLargestFileBytes) {
         return EWriteProblem::FileTooLarge;
     }
-    CString temporary;
-    CFileUtil::ChangeFileExt(target.GetPath(), kTemporaryExtension, temporary);
     CFileSwap swap(target.Get(), target.GetIdentity(), target.GetPath().ToPath(),
-                   temporary.ToPath());
+                   TemporaryPathBeside(target.GetPath()).ToPath());
     swap.SetWrittenTime(writtenTime);
     EWriteProblem problem = swap.Begin();
     if (problem == EWriteProblem::None) {
@@ -109,7 +105,7 @@ EWriteProblem SwapFile(CTagTarget const& target, std::uint64_t oldTagBytes, Byte
 /// Puts a tag in the place of one of the same length. What a kill could cut in the middle is done
 /// through a new file, where there can be one. To the caller that is an update in place as well:
 /// the audio stays where it was.
-EWriteProblem WriteOver(CTagTarget& target, Bytes oldTag, Bytes newTag, Time writtenTime) {
+EWriteProblem WriteOver(CTagTarget& target, ByteView oldTag, ByteView newTag, Time writtenTime) {
     CChange const change = ChangeBetween(oldTag, newTag);
     if (change.m_nBytes == 0) {
         return EWriteProblem::None;

@@ -11,7 +11,6 @@
 #include "IDTag/MpegChain.h"
 #include "IDTag/PosixFile.h"
 #include "IDTag/TagTarget.h"
-#include "base/FileUtil.h"
 
 #include <fcntl.h>
 #include <new>
@@ -20,7 +19,6 @@
 
 namespace {
 
-constexpr char kWrittenExtension[] = "mp3";  // Fixed: the only files that are written.
 constexpr std::uint8_t kEncodingVersion = 4; // Standard: ID3v2.4.0 alone has the forms below.
 
 // Standard: ID3v2.4.0 structure, section 4.1.2: the second byte of a frame's flags.
@@ -70,12 +68,6 @@ bool HasEncodedFrames(CID3Tag const& tag) {
         }
     }
     return false;
-}
-
-bool HasWrittenExtension(CString const& path) {
-    CString extension;
-    return CFileUtil::GetLowerCaseFileExt(path, extension) == kStatusOk &&
-           extension == kWrittenExtension;
 }
 
 /// What speaks against the file at `path` before anything is read of it.
@@ -242,8 +234,8 @@ EWriteProblem RunStore(CString const& path, char const* frameId, std::optional<C
 CStatus FrameTextOf(CID3Frame& frame, CString& text) {
     constexpr std::uint8_t kUtf8 = 3; // Standard: ID3v2.4.0 structure, section 4.
     CRawFrame const raw = RawFrameOf(frame);
-    bool const isUtf8 =
-        raw.m_nBytes > 1 && raw.m_pBody[0] == kUtf8 && frame.IsFrameIdMatch("COMM") != kStatusOk;
+    bool const isUtf8 = raw.m_nBytes > 1 && raw.m_pBody[0] == kUtf8 &&
+                        frame.IsFrameIdMatch(kCommentId) != kStatusOk;
     if (isUtf8) {
         std::string_view const bytes(reinterpret_cast<char const*>(raw.m_pBody) + 1,
                                      raw.m_nBytes - 1);

@@ -3,6 +3,8 @@
 
 #include "IDTag/TagTarget.h"
 
+#include "base/FileUtil.h"
+
 #include <cstdlib>
 #include <fcntl.h>
 #include <memory>
@@ -24,6 +26,17 @@ CString FileBehind(CString const& path) {
     std::unique_ptr<char, decltype(&std::free)> const real(::realpath(bytes.c_str(), nullptr),
                                                            &std::free);
     return real != nullptr ? CString::FromPath(real.get()) : path;
+}
+
+bool HasWrittenExtension(CString const& path) {
+    CString extension;
+    return CFileUtil::GetLowerCaseFileExt(path, extension) == kStatusOk && extension == "mp3";
+}
+
+CString TemporaryPathBeside(CString const& path) {
+    CString temporary;
+    CFileUtil::ChangeFileExt(path, L"MP~", temporary);
+    return temporary;
 }
 
 bool CTagTarget::MayBeWritten() const {

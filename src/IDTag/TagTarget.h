@@ -14,6 +14,12 @@
 /// The file itself: `path`, or what the symbolic link there leads to.
 CString FileBehind(CString const& path);
 
+/// True for the files that tags are written into, *.mp3 in any case.
+bool HasWrittenExtension(CString const& path);
+
+/// Where the new file is built that takes the place of the one at `path`: song.MP~ for song.mp3.
+CString TemporaryPathBeside(CString const& path);
+
 /// The file that a tag is written into, locked, and watched from the lock to the last byte: whoever
 /// doesn't ask for locks is found out by the file's times.
 class CTagTarget {
