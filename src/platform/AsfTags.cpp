@@ -16,10 +16,11 @@ namespace {
 
 constexpr std::size_t kGuidBytes = 16;
 constexpr std::size_t kObjectBytes = 24; // GUID and size
-constexpr std::int64_t kHeaderBytes = 30;
-constexpr std::int64_t kMostBytes = std::int64_t{16} << 20U; // Fixed: of the header, with a cover.
-constexpr unsigned kTextType = 0;                            // of an attribute
-constexpr unsigned kNumberType = 3;                          // likewise, of four bytes
+constexpr std::int64_t kAsfHeaderBytes = 30;
+constexpr std::int64_t kMostHeaderBytes = std::int64_t{16}
+                                          << 20U; // Fixed: of the header, with a cover.
+constexpr unsigned kTextType = 0;                 // of an attribute
+constexpr unsigned kNumberType = 3;               // likewise, of four bytes
 
 using namespace std::string_view_literals;
 constexpr std::string_view kDescription =
@@ -55,7 +56,7 @@ private:
 };
 
 /// A text up to its first zero.
-std::string Text(std::span<std::uint8_t const> bytes) {
+std::string WideText(std::span<std::uint8_t const> bytes) {
     std::u16string units;
     for (; bytes.size() >= 2; bytes = bytes.subspan(2)) {
         auto const unit = static_cast<char16_t>(bytes[0] | bytes[1] << 8);
@@ -73,8 +74,8 @@ void TakeDescription(CFront body, COtherTags& tags) {
     for (std::uint64_t& size : sizes) {
         size = body.Number(2);
     }
-    tags.m_sTitle = Text(body.Take(sizes[0]));
-    tags.m_sArtist = Text(body.Take(sizes[1]));
+    tags.m_sTitle = WideText(body.Take(sizes[0]));
+    tags.m_sArtist = WideText(body.Take(sizes[1]));
 }
 
 void TakeAttribute(std::string const& name, std::string const& text, COtherTags& tags) {
@@ -90,11 +91,11 @@ void TakeAttribute(std::string const& name, std::string const& text, COtherTags&
 void TakeAttributes(CFront body, COtherTags& tags) {
     std::uint64_t const count = body.Number(2);
     for (std::uint64_t i = 0; i < count && !body.IsEmpty(); ++i) {
-        std::string const name = Text(body.Take(body.Number(2)));
+        std::string const name = WideText(body.Take(body.Number(2)));
         std::uint64_t const type = body.Number(2);
         CFront value(body.Take(body.Number(2)));
         if (type == kTextType) {
-            TakeAttribute(name, Text(value.Take(UINT64_MAX)), tags);
+            TakeAttribute(name, WideText(value.Take(UINT64_MAX)), tags);
         } else if (type == kNumberType) {
             TakeAttribute(name, std::to_string(value.Number(4)), tags);
         }
@@ -104,13 +105,13 @@ void TakeAttributes(CFront body, COtherTags& tags) {
 } // namespace
 
 void ReadAsfTags(CSourceFile& source, std::int64_t begin, COtherTags& tags) {
-    std::vector<std::uint8_t> const head = ReadPiece(source, begin, kHeaderBytes);
+    std::vector<std::uint8_t> const head = ReadPiece(source, begin, kAsfHeaderBytes);
     CFront front(head);
     (void)front.Take(kGuidBytes);
     auto const size = static_cast<std::int64_t>(
-        std::min<std::uint64_t>(front.Number(8), static_cast<std::uint64_t>(kMostBytes)));
+        std::min<std::uint64_t>(front.Number(8), static_cast<std::uint64_t>(kMostHeaderBytes)));
     std::vector<std::uint8_t> const bytes =
-        ReadPiece(source, begin + kHeaderBytes, size - kHeaderBytes);
+        ReadPiece(source, begin + kAsfHeaderBytes, size - kAsfHeaderBytes);
     CFront objects(bytes);
     while (!objects.IsEmpty()) {
         std::span<std::uint8_t const> const guid = objects.Take(kGuidBytes);

@@ -5,6 +5,7 @@
 
 #include "platform/AudioInput.h"
 #include "platform/DecodeWatch.h"
+#include "platform/TagMarks.h"
 #include "platform/TagReaders.h"
 
 #include <algorithm>
@@ -16,7 +17,7 @@
 
 namespace {
 
-constexpr std::chrono::milliseconds kPatience(30'000); // Fixed: as for decoding.
+constexpr std::chrono::milliseconds kHashPatience(30'000); // Fixed: as for decoding.
 constexpr int kHashBits = 256;
 
 /// Takes bytes and numbers, and makes the hash.
@@ -102,7 +103,6 @@ bool AddStreams(AVFormatContext const& format, CHasher& hasher) {
 /// Where tags begin that stand behind the sound: some containers take all up to the file's end for
 /// it.
 std::int64_t EndOfSound(CSourceFile& source) {
-    constexpr std::int64_t kOldTagBytes = 128; // Standard: ID3v1.
     constexpr std::int64_t kFooterBytes = 32; // Standard: APEv2: mark, version, size, count, flags.
     constexpr std::size_t kSizeOffset = 12;
     constexpr std::size_t kFlagsOffset = 20;
@@ -124,7 +124,7 @@ std::int64_t EndOfSound(CSourceFile& source) {
 
 std::optional<CAudioHash> HashAudio(int file) {
     CSourceFile source;
-    CDecodeWatch watch(nullptr, kPatience);
+    CDecodeWatch watch(nullptr, kHashPatience);
     CAudioInput input(source, watch);
     CHasher hasher;
     if (source.Adopt(file) != EDecodeProblem::None) {

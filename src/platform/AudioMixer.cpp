@@ -12,9 +12,6 @@
 
 namespace {
 
-constexpr int kSlowestRate = 1000;      // Fixed: a hostile rate must
-constexpr int kFastestRate = 1'000'000; // not blow up the resampling.
-
 // Derived: of 16-bit samples. These are mixed and resampled in whole numbers; wider ones would be
 // in floats, whose sums come out otherwise with other vector units. So they are mixed down and
 // rounded to 16 bits here.
@@ -146,7 +143,7 @@ int CAudioMixer::Configure(AVFrame const& frame) {
     if (m_shape == shape) {
         return 0;
     }
-    if (frame.sample_rate < kSlowestRate || frame.sample_rate > kFastestRate) {
+    if (!IsUsableRate(frame.sample_rate)) {
         return AVERROR(ERANGE);
     }
     int status = Flush();

@@ -5,6 +5,7 @@
 // writes numbers from the lowest byte on, AIFF from the highest.
 
 #include "base/Utf16.h"
+#include "platform/TagMarks.h"
 #include "platform/TagReaders.h"
 
 #include <algorithm>
@@ -13,11 +14,10 @@
 
 namespace {
 
-constexpr std::int64_t kFileHeaderBytes = 12;                   // Standard: id, size, kind.
-constexpr std::int64_t kHeaderBytes = 8;                        // Standard: id and size.
-constexpr int kMostChunks = 10'000;                             // Fixed: more than any file has.
-constexpr std::int64_t kMostId3Bytes = std::int64_t{32} << 20U; // Fixed: with any usual cover.
-constexpr std::int64_t kMostTextBytes = 65'536;                 // Fixed: far more than a title.
+constexpr std::int64_t kFileHeaderBytes = 12;   // Standard: id, size, kind.
+constexpr std::int64_t kChunkHeaderBytes = 8;   // Standard: id and size.
+constexpr int kMostChunks = 10'000;             // Fixed: more than any file has.
+constexpr std::int64_t kMostTextBytes = 65'536; // Fixed: far more than a title.
 
 std::string_view Letters(std::span<std::uint8_t const> bytes) {
     return {reinterpret_cast<char const*>(bytes.data()), bytes.size()};
@@ -44,10 +44,10 @@ std::string ChunkText(std::span<std::uint8_t const> bytes) {
 
 /// The texts of a RIFF list of kind INFO.
 void TakeInfo(std::span<std::uint8_t const> list, COtherTags& tags) {
-    while (list.size() >= static_cast<std::size_t>(kHeaderBytes)) {
+    while (list.size() >= static_cast<std::size_t>(kChunkHeaderBytes)) {
         std::string_view const id = Letters(list.first(4));
         std::size_t const size = Number(list.subspan(4), false);
-        list = list.subspan(kHeaderBytes);
+        list = list.subspan(kChunkHeaderBytes);
         std::string const text = ChunkText(list.first(std::min(size, list.size())));
         if (id == "INAM") {
             tags.m_sTitle = text;
@@ -105,13 +105,13 @@ void ReadChunkTags(CSourceFile& source, COtherTags& tags) {
     bool const isBigEndian = Letters(mark) == "FORM" || Letters(mark) == "RIFX";
     std::int64_t place = kFileHeaderBytes;
     for (int i = 0; i < kMostChunks; ++i) {
-        std::vector<std::uint8_t> const header = ReadPiece(source, place, kHeaderBytes);
-        if (header.size() < static_cast<std::size_t>(kHeaderBytes)) {
+        std::vector<std::uint8_t> const header = ReadPiece(source, place, kChunkHeaderBytes);
+        if (header.size() < static_cast<std::size_t>(kChunkHeaderBytes)) {
             return;
         }
         std::span<std::uint8_t const> const bytes(header);
         std::int64_t const size = Number(bytes.subspan(4), isBigEndian);
-        place += kHeaderBytes;
+        place += kChunkHeaderBytes;
         TakeChunk(source, Letters(bytes.first(4)), place, size, tags);
         place += size + size % 2;
     }

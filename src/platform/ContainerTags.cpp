@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr std::chrono::milliseconds kPatience(2000); // Fixed: a header takes no longer.
+constexpr std::chrono::milliseconds kHeaderPatience(2000); // Fixed: a header takes no longer.
 
 std::string TextOf(AVDictionary const* texts, char const* name) {
     AVDictionaryEntry const* const entry = av_dict_get(texts, name, nullptr, 0);
@@ -42,7 +42,7 @@ void TakeTexts(AVDictionary const* texts, COtherTags& tags) {
 } // namespace
 
 void ReadContainerTags(CSourceFile& source, COtherTags& tags) {
-    CDecodeWatch watch(nullptr, kPatience);
+    CDecodeWatch watch(nullptr, kHeaderPatience);
     CAudioInput input(source, watch);
     if (input.Open("", false) < 0) {
         return;

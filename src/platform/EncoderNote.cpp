@@ -14,7 +14,7 @@ using CBytes = std::span<std::uint8_t const>;
 
 constexpr std::size_t kMarkBytes = 4;     // Standard: of a header, a name, a number
 constexpr std::size_t kAddedBytes = 3;    // Standard: 12 bits for each end
-constexpr std::size_t kFieldBytes = 21;   // Standard: LAME's, from its name to what it added
+constexpr std::size_t kNoteBytes = 21;    // Standard: LAME's, from its name to what it added
 constexpr std::int64_t kDecoderLag = 529; // Standard: of layer III, in samples
 
 /// Standard: Xing's note, fields that its flags announce: frames, bytes, places, quality.
@@ -62,7 +62,7 @@ CEncoderNote EncoderNoteIn(CBytes bytes, CMpegFrame const& frame) {
         CBytes const field = Take(bytes, isAnnounced ? kAnnouncedBytes[i] : 0);
         note.m_nFrames = i == 0 ? NumberOf(field) : note.m_nFrames;
     }
-    CBytes const fields = Take(bytes, kFieldBytes);
+    CBytes const fields = Take(bytes, kNoteBytes);
     CBytes const added = Take(bytes, kAddedBytes);
     CBytes const encoder = fields.first(std::min(kMarkBytes, fields.size()));
     if (added.size() == kAddedBytes &&

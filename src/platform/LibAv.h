@@ -39,6 +39,13 @@ using CPacketPtr = std::unique_ptr<AVPacket, CFreeAv<av_packet_free>>;
 using CFramePtr = std::unique_ptr<AVFrame, CFreeAv<av_frame_free>>;
 using CResamplerPtr = std::unique_ptr<SwrContext, CFreeAv<swr_free>>;
 
+/// True for sample rates in Hz that don't blow up the resampling, as a hostile one would.
+inline bool IsUsableRate(int rate) {
+    constexpr int kSlowestRate = 1000;      // Fixed: no
+    constexpr int kFastestRate = 1'000'000; // music has these.
+    return rate >= kSlowestRate && rate <= kFastestRate;
+}
+
 /// `object`, unless there was no memory for it.
 template <typename T>
 T* Had(T* object) {

@@ -33,8 +33,6 @@ namespace {
 using TagLib::String;
 using TagLib::StringList;
 
-constexpr std::int64_t kMostId3Bytes = std::int64_t{32} << 20U; // Fixed: with any usual cover.
-constexpr std::int64_t kOldTagBytes = 128;                      // Standard: ID3v1.
 constexpr unsigned kLongestText = 65'536; // Fixed: characters; what is longer is no title.
 constexpr std::int64_t kFooterBytes = 32; // Standard: APEv2.
 constexpr std::string_view kFooterMark = "APETAGEX"; // Standard: likewise.

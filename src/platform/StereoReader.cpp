@@ -30,8 +30,6 @@ namespace {
 constexpr std::chrono::milliseconds kPatience{2000}; // Fixed: of work without a sample.
 constexpr int kPrerollFrames = 16 * 1152; // Fixed: sixteen frames of layer III; its bits reach back
                                           // over ten at the most.
-constexpr int kSlowestRate = 1000;        // Fixed: a hostile rate must
-constexpr int kFastestRate = 1'000'000;   // not blow up the resampling.
 
 /// True where the times of packets after a jump are reckoned, not known.
 bool CountsFromStart(EContainer container) {
@@ -194,7 +192,7 @@ bool CStereoReader::CStream::MakeResampler() {
     if (m_resampler != nullptr) {
         Resample(nullptr, 0);
     }
-    if (m_frame->sample_rate < kSlowestRate || m_frame->sample_rate > kFastestRate) {
+    if (!IsUsableRate(m_frame->sample_rate)) {
         return false;
     }
     m_shape = shape;
@@ -290,8 +288,7 @@ EDecodeProblem CStereoReader::Open(std::string const& path) {
         if (!stream.NextFrame() || stream.m_frame->ch_layout.nb_channels > AV_NUM_DATA_POINTERS) {
             return EDecodeProblem::Undecodable;
         }
-        if (stream.m_frame->sample_rate < kSlowestRate ||
-            stream.m_frame->sample_rate > kFastestRate) {
+        if (!IsUsableRate(stream.m_frame->sample_rate)) {
             return EDecodeProblem::BadRate;
         }
         stream.m_nFileRate = stream.m_frame->sample_rate;

@@ -26,9 +26,10 @@
 
 namespace {
 
-constexpr int kDeepest = 16;                                 // Fixed: more than any file's boxes.
-constexpr std::size_t kMostItems = 100'000;                  // Fixed: likewise for their number.
-constexpr std::int64_t kMostBytes = std::int64_t{64} << 20U; // Fixed: of one item, and its size.
+constexpr int kDeepest = 16;                // Fixed: more than any file's boxes.
+constexpr std::size_t kMostItems = 100'000; // Fixed: likewise for their number.
+constexpr std::int64_t kMostItemBytes = std::int64_t{64}
+                                        << 20U; // Fixed: of one item, and its size.
 
 std::uint64_t BigEndian(std::span<std::uint8_t const> bytes) {
     std::uint64_t value = 0;
@@ -61,7 +62,7 @@ public:
     /// `size` bytes at `place` under a name.
     void Add(std::string name, std::int64_t place, std::int64_t size) {
         // What is too large to be a tag is told by its size.
-        std::string const bytes = Text(ReadPiece(m_source, place, std::min(size, kMostBytes)));
+        std::string const bytes = Text(ReadPiece(m_source, place, std::min(size, kMostItemBytes)));
         Add(std::move(name), bytes + "/" + std::to_string(size));
     }
 
@@ -141,7 +142,7 @@ void CItems::TakeMetadata(std::string const& path, std::int64_t place, std::int6
 
 /// An item of an MP4 file's list; freeform ones bear their name in a box of their own.
 void CItems::TakeItem(std::string const& type, std::int64_t place, std::int64_t size) {
-    std::string const bytes = Text(ReadPiece(m_source, place, std::min(size, kMostBytes)));
+    std::string const bytes = Text(ReadPiece(m_source, place, std::min(size, kMostItemBytes)));
     std::string name = type;
     if (type == "----") {
         constexpr std::size_t kAhead = 8; // behind the word: version and flags, then the name
@@ -275,7 +276,6 @@ void TakeOgg(CTagStream& stream, CItems& items) {
 
 template <typename File>
 void TakeApeFile(CTagStream& stream, CSourceFile& source, CItems& items) {
-    constexpr std::int64_t kOldTagBytes = 128;
     File file(&stream, false);
     items.TakeApe(file.isValid() ? file.APETag(false) : nullptr);
     if (Text(ReadPiece(source, source.GetSize() - kOldTagBytes, 3)) == "TAG") {

@@ -32,6 +32,9 @@ constexpr std::int64_t kTagMarkBytes = 512; // Fixed: a mark, and the first page
 /// `head`: a file's first bytes, behind an ID3v2 tag if there is one.
 ETagMark TagMarkOf(std::span<std::uint8_t const> head);
 
+constexpr std::int64_t kOldTagBytes = 128;                      // Standard: ID3v1, at a file's end.
+constexpr std::int64_t kMostId3Bytes = std::int64_t{32} << 20U; // Fixed: with any usual cover.
+
 /// The last part of a freeform MP4 item's name, "----:com.apple.iTunes:BPM", its ASCII letters in
 /// upper case; empty for another item.
 std::string FreeName(std::string_view name);

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr std::int64_t kMostBytes = std::int64_t{64} << 20U; // Fixed: covers of any usual size.
+constexpr std::int64_t kMostReadBytes = std::int64_t{64} << 20U; // Fixed: covers of any usual size.
 // Fixed: every box within a box costs a read and a piece of the stack: 40,000 of them fit into the
 // usual 8 MB of it, 80,000 don't.
 constexpr std::int64_t kMostReads = 10'000;
@@ -17,7 +17,7 @@ constexpr std::int64_t kMostReads = 10'000;
 } // namespace
 
 bool CTagStream::IsUsedUp() const {
-    return m_nBytesRead > kMostBytes || m_nReads > kMostReads;
+    return m_nBytesRead > kMostReadBytes || m_nReads > kMostReads;
 }
 
 TagLib::ByteVector CTagStream::readBlock(TagSize length) {

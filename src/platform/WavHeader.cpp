@@ -17,7 +17,7 @@ constexpr std::int64_t kFormBytes = 12;
 constexpr std::int64_t kChunkHeadBytes = 8;
 constexpr std::size_t kFormatBytes = 16;
 constexpr std::size_t kFrameSizeOffset = 12;
-constexpr int kMostChunks = 1000; // Fixed: a file with more is not followed.
+constexpr int kMostWavChunks = 1000; // Fixed: a file with more is not followed.
 
 template <std::size_t Size>
 bool ReadAt(CSourceFile& source, std::int64_t place, std::array<std::uint8_t, Size>& bytes) {
@@ -43,7 +43,7 @@ std::int64_t ClaimedWavFrames(CSourceFile& source) {
     }
     std::int64_t frameBytes = 0;
     std::int64_t place = kFormBytes;
-    for (int i = 0; i < kMostChunks; ++i) {
+    for (int i = 0; i < kMostWavChunks; ++i) {
         std::array<std::uint8_t, kChunkHeadBytes> head{};
         if (!ReadAt(source, place, head)) {
             return 0;
