@@ -18,9 +18,8 @@
 
 namespace {
 
-constexpr double kRate = kEngineRateHz;
-constexpr double kAttackRate = kRate / static_cast<double>(kAttackHopSamples);
-constexpr double kPitchRate = kRate / static_cast<double>(kPitchHopSamples);
+constexpr double kAttackRate = kEngineRateHz / static_cast<double>(kAttackHopSamples);
+constexpr double kPitchRate = kEngineRateHz / static_cast<double>(kPitchHopSamples);
 
 constexpr double kAttackReachSeconds = 0.010; // Tuned: beat_model; the rises that belong to a beat.
 constexpr double kPitchDelaySeconds = 0.08;   // Derived: two resonators that ring for 60 ms.

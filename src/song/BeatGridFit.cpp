@@ -30,8 +30,6 @@ namespace {
 using Seconds = std::vector<double>;
 using Counts = std::vector<std::int64_t>;
 
-constexpr double kRate = kEngineRateHz; // of the engine's positions
-
 constexpr double kLeastStepSeconds = 0.05; // Fixed: half a beat at 600 BPM.
 constexpr std::int64_t kSmoothReach = 16;  // Tuned: beat_model; half beats on either side.
 constexpr double kJitterSeconds = 0.005;   // Derived: 256 samples, the engine's grain.
@@ -58,15 +56,15 @@ double MiddleGap(std::span<std::int64_t const> points) {
     }
     auto const middle = gaps.begin() + static_cast<std::ptrdiff_t>(gaps.size() / 2);
     std::nth_element(gaps.begin(), middle, gaps.end());
-    return static_cast<double>(*middle) / kRate;
+    return static_cast<double>(*middle) / kEngineRateHz;
 }
 
 /// The points in seconds, with evenly laid ones where there is room for more than one step.
 Seconds NumberPoints(std::span<std::int64_t const> points, double step) {
-    Seconds grid{static_cast<double>(points.front()) / kRate};
+    Seconds grid{static_cast<double>(points.front()) / kEngineRateHz};
     for (std::size_t i = 1; i < points.size(); ++i) {
-        double const from = static_cast<double>(points[i - 1]) / kRate;
-        double const gap = static_cast<double>(points[i]) / kRate - from;
+        double const from = static_cast<double>(points[i - 1]) / kEngineRateHz;
+        double const gap = static_cast<double>(points[i]) / kEngineRateHz - from;
         std::int64_t const steps = std::max<std::int64_t>(1, RoundToWhole(gap / step));
         for (std::int64_t n = 1; n <= steps; ++n) {
             grid.push_back(from + gap * static_cast<double>(n) / static_cast<double>(steps));

@@ -19,7 +19,6 @@
 
 namespace {
 
-constexpr double kRate = kEngineRateHz;
 constexpr double kTwoPi = 6.2831853071796;       // Standard: ISO 80000-2.
 constexpr double kSemitone = 1.0594630943592953; // Derived: the twelfth root of 2.
 constexpr double kLowestPitchHz = 55.0;          // Fixed: A1, near a bass guitar's E1.
@@ -30,7 +29,7 @@ constexpr double kShortestRingSeconds = 0.06; // Tuned: beat_model.
 constexpr std::array<double, kBeatBands> kEdgesHz = {120.0, 500.0, 2500.0, 6000.0};
 constexpr double kThinnerHz = 1200.0; // Derived: 26 dB down where 5512.5 Hz folds back.
 
-constexpr int kSeriesTerms = 16;    // Derived: 1 / 16! is below 1e-13, for arguments up to 1.3.
+constexpr int kWaveTerms = 16;      // Derived: 1 / 16! is below 1e-13, for arguments up to 1.3.
 constexpr float kQuiet = 1e-18f;    // Fixed: a state below it has no level, nor its square.
 constexpr float kLoud = 1e6f;       // Fixed: no sum of samples in [-1, 1] comes near it.
 constexpr int kLevelShift = 20;     // Derived: leaves the exponent and 3 bits of a float.
@@ -51,7 +50,7 @@ std::uint8_t LevelOf(float energy, int floor) {
 /// e^x, cos x and sin x out of additions and multiplications, for |x| < 1.3.
 double SeriesExp(double x) {
     double sum = 1.0;
-    for (int n = kSeriesTerms; n > 0; --n) {
+    for (int n = kWaveTerms; n > 0; --n) {
         sum = 1.0 + sum * x / static_cast<double>(n);
     }
     return sum;
@@ -59,7 +58,7 @@ double SeriesExp(double x) {
 
 double SeriesCos(double x) {
     double sum = 1.0;
-    for (int n = kSeriesTerms; n > 0; n -= 2) {
+    for (int n = kWaveTerms; n > 0; n -= 2) {
         sum = 1.0 - sum * x * x / static_cast<double>(n * (n - 1));
     }
     return sum;
@@ -67,7 +66,7 @@ double SeriesCos(double x) {
 
 double SeriesSin(double x) {
     double sum = 1.0;
-    for (int n = kSeriesTerms; n > 0; n -= 2) {
+    for (int n = kWaveTerms; n > 0; n -= 2) {
         sum = 1.0 - sum * x * x / static_cast<double>(n * (n + 1));
     }
     return sum * x;
@@ -75,7 +74,7 @@ double SeriesSin(double x) {
 
 /// What a low-pass of one pole takes of each new sample.
 float ShareFor(double edgeHz) {
-    return static_cast<float>(1.0 - SeriesExp(-kTwoPi * edgeHz / kRate));
+    return static_cast<float>(1.0 - SeriesExp(-kTwoPi * edgeHz / kEngineRateHz));
 }
 
 void SettleState(float& state) {
@@ -91,7 +90,7 @@ CBeatListener::CBeatListener() {
     }
     m_thinner.m_fShare = ShareFor(kThinnerHz);
     double pitch = kLowestPitchHz;
-    double const rate = kRate / static_cast<double>(kThinning);
+    double const rate = kEngineRateHz / static_cast<double>(kThinning);
     for (std::size_t i = 0; i < kBeatPitches; ++i) {
         double const ring = std::max(kShortestRingSeconds, kPitchWidth * 2.0 / (kTwoPi * pitch));
         double const left = SeriesExp(-1.0 / (ring * rate));

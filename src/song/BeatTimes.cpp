@@ -25,8 +25,6 @@
 
 namespace {
 
-constexpr float kLog2E = 1.44269504f; // Standard: ISO 80000-2, logarithm of e to the base 2.
-
 struct CJudgement {
     CBeatReading m_reading;
     float m_fBeats = 0.0f;

@@ -21,7 +21,6 @@ namespace {
 // Tuned: scripts/harmony; one frame of two tells the key as well as all of them do.
 constexpr std::size_t kSamplesBetweenFrames = kToneFrameSamples;
 constexpr std::size_t kKeys = 2 * kToneClasses; // major from C up, then minor
-constexpr float kLog2E = 1.44269504f; // Standard: ISO 80000-2, logarithm of e to the base 2.
 
 // Tuned: scripts/harmony; music with tones is clearer, noise and speech reach 0.11.
 constexpr float kClearTuning = 0.3f;

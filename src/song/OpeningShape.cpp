@@ -22,7 +22,7 @@ constexpr std::int32_t kStrokeElements = 6;       // 35 ms: the rise of a stroke
 constexpr std::int32_t kAnchorReachElements = 40; // 0.23 s: the highest of these is an anchor
 constexpr std::int64_t kLeastRise = 36;           // a quarter of an octave in each element
 constexpr std::int32_t kBinElements = 12;         // 70 ms: a step of the code
-constexpr std::int32_t kCodeBits = 32;
+constexpr std::int32_t kCodeBins = 32;
 constexpr std::int32_t kFewestElements = 512; // Fixed: 3 s, for a likeness that means something.
 constexpr std::int32_t kGlanceStep = 8;       // Fixed: every eighth element is enough to glance at.
 
@@ -139,10 +139,10 @@ std::vector<std::int32_t> COpeningShape::Anchors() const {
 
 std::uint32_t COpeningShape::CodeAt(std::int32_t anchor, bool* isThere) const {
     auto const size = static_cast<std::int32_t>(m_vSteps.size());
-    *isThere = anchor >= 0 && anchor + kBinElements * (kCodeBits + 1) <= size;
+    *isThere = anchor >= 0 && anchor + kBinElements * (kCodeBins + 1) <= size;
     std::uint32_t code = 0;
     std::int64_t before = 0;
-    for (std::int32_t bin = 0; bin <= kCodeBits && *isThere; ++bin) {
+    for (std::int32_t bin = 0; bin <= kCodeBins && *isThere; ++bin) {
         auto const first = m_vSteps.begin() + anchor + std::ptrdiff_t{bin} * kBinElements;
         std::int64_t const sum = std::accumulate(first, first + kBinElements, std::int64_t{0});
         code = bin == 0 ? 0U : code << 1U | (sum > before ? 1U : 0U);

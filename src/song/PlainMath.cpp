@@ -14,12 +14,12 @@ constexpr double kLn2 = 0.693147180559945309; // Standard: ISO 80000-2, natural 
 constexpr int kSeriesTerms = 9;               // Derived: the tenth is below 2e-10 for |x| < 0.5.
 constexpr int kAreaTerms = 8;                 // Derived: the ninth is below 1e-14 for m near 1.
 
-constexpr double kTwoPi = 6.28318530717958648; // Standard: ISO 80000-2, a turn in radians.
-constexpr int kCosineTerms = 9;                // Derived: the tenth is below 1e-15 for |x| <= pi/2.
+constexpr double kTurnRadians = 6.28318530717958648; // Standard: ISO 80000-2, a turn in radians.
+constexpr int kCosineTerms = 9; // Derived: the tenth is below 1e-15 for |x| <= pi/2.
 
 /// Cosine of an angle of at most a quarter turn, by Taylor's series in Horner's order.
 double CosineOfQuarter(double turns) {
-    double const square = turns * kTwoPi * (turns * kTwoPi);
+    double const square = turns * kTurnRadians * (turns * kTurnRadians);
     double sum = 1.0;
     for (int n = kCosineTerms; n > 0; --n) {
         sum = 1.0 - sum * square / static_cast<double>(2 * n * (2 * n - 1));

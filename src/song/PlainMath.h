@@ -6,6 +6,8 @@
 /// Powers and logarithms out of additions and multiplications alone, so that they have the same
 /// bits on every machine, which the C library does not promise.
 
+constexpr float kLog2E = 1.44269504f; // Standard: ISO 80000-2, logarithm of e to the base 2.
+
 /// 2^x in single precision, within 1e-6 of it relatively. Below -126: 0; above 126, and for NaN:
 /// 2^126.
 [[nodiscard]] float PlainExp2(float x);

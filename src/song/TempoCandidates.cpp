@@ -20,8 +20,6 @@
 
 namespace {
 
-constexpr float kLog2E = 1.44269504f; // Standard: ISO 80000-2, logarithm of e to the base 2.
-
 /// Sum of the products in order; `weights` is at least as long as `features`.
 float Weighted(std::span<float const> features, std::span<float const> weights) {
     float sum = 0.0f;

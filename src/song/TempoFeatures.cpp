@@ -24,10 +24,10 @@
 
 namespace {
 
-using Features = std::vector<float>;
+using FeatureList = std::vector<float>;
 
 // Tuned: tempo_model. Periods at which the curves are compared.
-constexpr std::array<float, 16> kPeriods = {
+constexpr std::array<float, 16> kLagPeriods = {
     1.0f / 8, 1.0f / 6, 1.0f / 4, 1.0f / 3, 1.0f / 2, 2.0f / 3, 3.0f / 4, 1.0f,
     4.0f / 3, 3.0f / 2, 2.0f,     3.0f,     4.0f,     5.0f,     6.0f,     8.0f};
 constexpr std::array<float, 8> kBetweenPeriods = {1.0f / 4, 1.0f / 3, 1.0f / 2, 1.0f,
@@ -42,18 +42,18 @@ constexpr std::array<std::int32_t, 7> kTimes = {1, 2, 1, 3, 2, 4, 3};
 constexpr std::array<std::int32_t, 7> kOver = {1, 1, 2, 2, 3, 3, 4};
 
 /// `count` numbers of which the two around x share 1 by nearness; the ends stand for all beyond.
-void AddHats(float x, float first, float width, int count, Features* out) {
+void AddHats(float x, float first, float width, int count, FeatureList* out) {
     float const place = std::clamp((x - first) / width, 0.0f, static_cast<float>(count - 1));
     for (int i = 0; i < count; ++i) {
         out->push_back(std::max(0.0f, 1.0f - std::abs(place - static_cast<float>(i))));
     }
 }
 
-void AddLikeness(CTempoEvidence const& evidence, float period, Features* out) {
-    for (float const periods : kPeriods) {
+void AddLikeness(CTempoEvidence const& evidence, float period, FeatureList* out) {
+    for (float const periods : kLagPeriods) {
         out->push_back(evidence.m_energyLikeness.m_whole.At(period * periods));
     }
-    for (float const periods : kPeriods) {
+    for (float const periods : kLagPeriods) {
         out->push_back(evidence.m_bassLikeness.m_whole.At(period * periods));
     }
     for (float const periods : kBetweenPeriods) {
@@ -61,7 +61,7 @@ void AddLikeness(CTempoEvidence const& evidence, float period, Features* out) {
     }
 }
 
-void AddContrasts(CLagTable const& table, float period, Features* out) {
+void AddContrasts(CLagTable const& table, float period, FeatureList* out) {
     float const half = table.At(period / 2.0f);
     float const third = table.At(period / 3.0f);
     float const one = table.At(period);
@@ -77,16 +77,16 @@ void AddContrasts(CLagTable const& table, float period, Features* out) {
     out->push_back(std::min(one, three));
 }
 
-void AddTempo(float bpm, Features* out) {
+void AddTempo(float bpm, FeatureList* out) {
     AddHats(PlainLog2(bpm / kSlowestCandidateBpm), 0.0f, kTempoHat, kTempoHats, out);
 }
 
-void AddDensity(COnsetCurve const& curve, float bpm, Features* out) {
+void AddDensity(COnsetCurve const& curve, float bpm, FeatureList* out) {
     float const perBeat = curve.m_fOnsetsPerSecond * 60.0f / bpm;
     AddHats(PlainLog2(perBeat), kDensityFirst, kDensityHat, kDensityHats, out);
 }
 
-void AddOrigin(CTempoReading const& reading, Features* out) {
+void AddOrigin(CTempoReading const& reading, FeatureList* out) {
     for (std::size_t i = 0; i < kTimes.size(); ++i) {
         bool const is = reading.m_nTimes == kTimes[i] && reading.m_nOver == kOver[i];
         out->push_back(is ? 1.0f : 0.0f);
@@ -111,7 +111,7 @@ std::array<float, 2> Accents(CPfBeatPattern const& pattern) {
 }
 
 /// The accents where the reading is the reported tempo, its double or its half; else 0.
-void AddAccents(CTempoSource const& source, CTempoReading const& reading, Features* out) {
+void AddAccents(CTempoSource const& source, CTempoReading const& reading, FeatureList* out) {
     for (CPfBeatPattern const* pattern : {source.m_pEnergyPattern, source.m_pBassPattern}) {
         for (float const accent : Accents(*pattern)) {
             for (std::size_t i = 0; i < 3; ++i) {
@@ -122,7 +122,7 @@ void AddAccents(CTempoSource const& source, CTempoReading const& reading, Featur
     }
 }
 
-void AddCharacter(CTempoEvidence const& evidence, float bpm, Features* out) {
+void AddCharacter(CTempoEvidence const& evidence, float bpm, FeatureList* out) {
     float const lean = PlainLog2(bpm / kMiddleBpm);
     out->push_back(lean * (evidence.m_energy.m_fPeakiness - 1.5f));
     out->push_back(lean * (evidence.m_bass.m_fPeakiness - 1.5f));
@@ -150,7 +150,7 @@ std::array<float, 2> HighestBeat(CLagTable const& table, float frameSeconds) {
 
 std::vector<float> ReadingFeatures(CTempoSource const& source, CTempoEvidence const& evidence,
                                    CTempoReading const& reading) {
-    Features features;
+    FeatureList features;
     float const period = 60.0f / (reading.m_fBpm * evidence.m_energy.m_fFrameSeconds);
     AddLikeness(evidence, period, &features);
     AddContrasts(evidence.m_energyLikeness.m_whole, period, &features);

@@ -23,7 +23,7 @@ constexpr float kMostLagSeconds =
 constexpr float kSameTempo = 0.03f; // Tuned: tempo_model; nearer ones are one reading.
 constexpr int kSalienceSteps = 264; // Derived: 40 to 250 BPM in 1/100 of an octave.
 constexpr float kStepOctaves = 0.01f; // Tuned: tempo_model; 0.7 %.
-constexpr std::array<float, 5> kPeriods = {1.0f, 2.0f, 3.0f, 4.0f, 8.0f}; // Tuned: tempo_model.
+constexpr std::array<float, 5> kBarPeriods = {1.0f, 2.0f, 3.0f, 4.0f, 8.0f}; // Tuned: tempo_model.
 
 struct CRatio {
     std::int32_t m_nTimes;
@@ -143,7 +143,7 @@ CTempoEvidence GatherTempoEvidence(CTempoSource const& source) {
 float Salience(CTempoEvidence const& evidence, float bpm) {
     float const period = PeriodFrames(evidence, bpm);
     float sum = 0.0f;
-    for (float const periods : kPeriods) {
+    for (float const periods : kBarPeriods) {
         sum += evidence.m_energyLikeness.m_whole.At(period * periods) +
                0.5f * evidence.m_bassLikeness.m_whole.At(period * periods);
     }
