@@ -3,6 +3,7 @@
 
 #include "app/Correction.h"
 
+#include "app/Tapping.h"
 #include "song/AudioKinds.h"
 #include "song/StoreTempo.h"
 #include "song/TagTempo.h"
@@ -11,9 +12,6 @@
 #include <charconv>
 
 namespace {
-
-constexpr std::size_t kFewestTaps = 4; // Fixed: three spans.
-constexpr double kMinuteSeconds = 60.0;
 
 struct CNamedRatio {
     std::string_view m_sName;

@@ -11,9 +11,7 @@
 namespace {
 
 constexpr double kLongestSpanSeconds = 3.1; // Derived: 60 / 20 BPM, and a hand's delay.
-constexpr double kMinuteSeconds = 60.0;
-constexpr double kSnapShare = 0.01;    // Fixed: told in the guide.
-constexpr std::size_t kFewestTaps = 4; // Fixed: three spans.
+constexpr double kSnapShare = 0.01;         // Fixed: told in the guide.
 constexpr double kDeviationsPerMedian =
     1.4826; // Derived: of a normal distribution, 1 / its third quartile.
 

@@ -8,6 +8,9 @@
 #include <span>
 #include <vector>
 
+constexpr std::size_t kFewestTaps = 4; // Fixed: three spans.
+constexpr double kMinuteSeconds = 60.0;
+
 /// A tempo that was tapped.
 struct CTappedTempo {
     double m_dTapped = 0.0; // from the median of the spans
