@@ -12,8 +12,8 @@
 
 namespace {
 
-constexpr double kHeightLines = 6.0;     // Fixed: height in lines of text.
-constexpr double kMixSide = 10.0;        // Fixed: pixels of a mix point's mark.
+constexpr double kStripLines = 6.0;      // Fixed: height in lines of text.
+constexpr double kStripMixSide = 10.0;   // Fixed: pixels of a mix point's mark.
 constexpr double kFirstSeconds = 8.0;    // Fixed: shown at first; some four measures.
 constexpr double kShortestSeconds = 1.0; // Fixed: the closest look.
 constexpr double kTurnShare = 0.1;   // Fixed: of the width, before a place that was out of view.
@@ -29,7 +29,7 @@ CBeatStrip::CBeatStrip(QWidget* parent) : CPictureView(parent) {
 }
 
 QSize CBeatStrip::sizeHint() const {
-    return {minimumSizeHint().width(), static_cast<int>(fontMetrics().height() * kHeightLines)};
+    return {minimumSizeHint().width(), static_cast<int>(fontMetrics().height() * kStripLines)};
 }
 
 CPictureSpan CBeatStrip::span() const {
@@ -75,7 +75,7 @@ void CBeatStrip::paintPicture(QPainter& painter, CPictureColors const& colors) c
     PaintGround(painter, all, *picture(), colors);
     PaintEnvelopes(painter, lower, *picture(), colors, EHeights::PeaksRaised);
     PaintGrid(painter, all, lower.m_area.top(), *picture(), colors);
-    PaintMixPoints(painter, lower, *picture(), colors, kMixSide);
+    PaintMixPoints(painter, lower, *picture(), colors, kStripMixSide);
 }
 
 void CBeatStrip::wheelEvent(QWheelEvent* event) {

@@ -32,8 +32,8 @@
 
 namespace {
 
-constexpr QSize kFirstSize(760, 460);    // Fixed: pixels; some fifteen rows.
-constexpr QSize kSmallestSize(420, 220); // Fixed: pixels; the toolbar still fits.
+constexpr QSize kFirstWindowSize(760, 460); // Fixed: pixels; some fifteen rows.
+constexpr QSize kSmallestSize(420, 220);    // Fixed: pixels; the toolbar still fits.
 
 } // namespace
 
@@ -47,7 +47,7 @@ BpmWindow::BpmWindow(BPMController& controller, CSettings settings)
     setAccessibleName(windowTitle());
     setWindowIcon(ProductIcon());
     setMinimumSize(kSmallestSize);
-    resize(kFirstSize.boundedTo(screen()->availableSize()));
+    resize(kFirstWindowSize.boundedTo(screen()->availableSize()));
     setAcceptDrops(true);
     setUpCentre();
     setUpActions();

@@ -19,15 +19,13 @@
 
 namespace {
 
-constexpr int kBarMarginX = 4;    // Fixed: pixels left and right of the bar.
-constexpr int kBarMarginY = 3;    // Fixed: pixels above and below it.
-constexpr qreal kBarRadius = 3.0; // Fixed: pixels, of its corners.
-constexpr int kGrooveAlpha = 28;  // Fixed: of 255; the part still to come.
-constexpr int kFillAlpha = 110;   // Fixed: of 255; light enough for the text on top.
-constexpr int kWholePercent = 100;
+constexpr int kBarMarginX = 4;                // Fixed: pixels left and right of the bar.
+constexpr int kBarMarginY = 3;                // Fixed: pixels above and below it.
+constexpr qreal kBarRadius = 3.0;             // Fixed: pixels, of its corners.
+constexpr int kGrooveAlpha = 28;              // Fixed: of 255; the part still to come.
+constexpr int kFillAlpha = 110;               // Fixed: of 255; light enough for the text on top.
 constexpr int kStripePercent = 30;            // Fixed: of the bar's length.
 constexpr std::int64_t kStripeTurnMs = 1'600; // Fixed: once through the bar.
-constexpr int kDecimals = 2;                  // Fixed: what the list writes.
 constexpr int kMarkPercent = 90;              // Fixed: of an icon's side.
 constexpr int kMarkGap = 3;                   // Fixed: pixels behind a mark.
 
@@ -113,7 +111,7 @@ public:
 
     /// Widest part that stands behind the digits in front of the decimal point.
     [[nodiscard]] int widthOfDecimals() const {
-        return kDecimals * m_nDigit + m_metrics.horizontalAdvance(QLocale().decimalPoint());
+        return kTempoDecimals * m_nDigit + m_metrics.horizontalAdvance(QLocale().decimalPoint());
     }
 
     void draw(QPainter& painter, QRect place, QString const& text) const {

@@ -17,11 +17,11 @@
 
 namespace {
 
-constexpr int kMarginX = 6;     // Fixed: pixels to the window's edges.
-constexpr int kMarginY = 2;     // Fixed: pixels above and below.
+constexpr int kLineMarginX = 6; // Fixed: pixels to the window's edges.
+constexpr int kLineMarginY = 2; // Fixed: pixels above and below.
 constexpr int kQueryChars = 24; // Fixed: of an average letter; the field's width.
-constexpr std::array kNames{"chipAll", "chipToDo", "chipToReview", "chipByHand",
-                            "chipProblems"}; // In the order of ERowFilter.
+constexpr std::array kChipNames{"chipAll", "chipToDo", "chipToReview", "chipByHand",
+                                "chipProblems"}; // In the order of ERowFilter.
 
 } // namespace
 
@@ -29,12 +29,12 @@ CChipsLine::CChipsLine(QWidget* parent) : QWidget(parent), m_pGroup(new QButtonG
     setObjectName("chipsLine");
     setAccessibleName(tr("Filters"));
     auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(kMarginX, kMarginY, kMarginX, kMarginY);
-    for (std::size_t i = 0; i < kNames.size(); ++i) {
+    layout->setContentsMargins(kLineMarginX, kLineMarginY, kLineMarginX, kLineMarginY);
+    for (std::size_t i = 0; i < kChipNames.size(); ++i) {
         auto* chip = new QToolButton(this);
         auto const key = static_cast<Qt::Key>(Qt::Key_1 + static_cast<int>(i));
         QKeySequence const keys(Qt::ALT | key);
-        chip->setObjectName(kNames[i]);
+        chip->setObjectName(kChipNames[i]);
         chip->setAutoRaise(true);
         chip->setCheckable(true);
         chip->setFocusPolicy(Qt::NoFocus);
@@ -132,12 +132,12 @@ void CChipsLine::makeRoom() {
     for (QToolButton const* chip : m_vChips) {
         width += chip->sizeHint().width() + layout()->spacing();
     }
-    m_pQuery->setVisible(width + 2 * kMarginX <= this->width() || m_pQuery->hasFocus() ||
+    m_pQuery->setVisible(width + 2 * kLineMarginX <= this->width() || m_pQuery->hasFocus() ||
                          !m_pQuery->text().isEmpty());
 }
 
 void CChipsLine::setCounts(CRowCounts const& counts) {
-    std::array<QString, kNames.size()> const texts{
+    std::array<QString, kChipNames.size()> const texts{
         tr("All %1").arg(CountText(counts.m_nAll)), tr("To do %1").arg(CountText(counts.m_nToDo)),
         tr("To review %1").arg(CountText(counts.m_nToReview)),
         tr("By hand %1").arg(CountText(counts.m_nByHand)),

@@ -15,7 +15,7 @@ constexpr int kWidest = 4000;  // Fixed: pixels; no column is meant to be wider.
 constexpr int kLeastShare = 1; // Fixed: thousandths.
 
 // Fixed: names of the columns by their numbers, in the settings.
-constexpr std::array<char const*, kAllColumns> kNames{
+constexpr std::array<char const*, kAllColumns> kColumnNames{
     "title", "artist", "tempo", "or", "key", "length", "state", "kind", "folder", "stored"};
 
 /// What can be meant by `width`; 0 otherwise.
@@ -41,11 +41,12 @@ CColumnLayout CColumnLayout::FromText(QString const& text) {
     CColumnLayout layout;
     for (QString const& word : text.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
         QStringList const parts = word.split(QLatin1Char(':'));
-        auto const name = std::find_if(kNames.begin(), kNames.end(), [&parts](char const* known) {
-            return parts.front() == QLatin1String(known);
-        });
-        auto const column = static_cast<int>(name - kNames.begin());
-        if (name != kNames.end() && !Has(layout, column)) {
+        auto const name =
+            std::find_if(kColumnNames.begin(), kColumnNames.end(), [&parts](char const* known) {
+                return parts.front() == QLatin1String(known);
+            });
+        auto const column = static_cast<int>(name - kColumnNames.begin());
+        if (name != kColumnNames.end() && !Has(layout, column)) {
             int const width = parts.size() == 2 ? parts.back().toInt() : 0;
             layout.m_vPlaces.push_back({column, MeantWidth(column, width)});
         }
@@ -64,7 +65,7 @@ CColumnLayout CColumnLayout::FromText(QString const& text) {
 QString CColumnLayout::Text() const {
     QStringList words;
     for (CPlace const& place : m_vPlaces) {
-        QString const name = QLatin1String(kNames[static_cast<std::size_t>(place.m_nColumn)]);
+        QString const name = QLatin1String(kColumnNames[static_cast<std::size_t>(place.m_nColumn)]);
         words << (place.m_nWidth > 0 ? QString("%1:%2").arg(name).arg(place.m_nWidth) : name);
     }
     return words.join(QLatin1Char(' '));

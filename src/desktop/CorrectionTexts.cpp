@@ -18,10 +18,6 @@ class CCorrectionTexts {
     Q_DECLARE_TR_FUNCTIONS(CorrectionTexts)
 };
 
-int AsCount(std::size_t count) {
-    return static_cast<int>(count);
-}
-
 QString LeftReason(CUndoReport const& report) {
     switch (report.m_eReason) {
     case EUndo::OtherText:
@@ -53,14 +49,11 @@ QString RatioText(CTempoFix const& ratio) {
 }
 
 QString ReadingText(CTempoCandidate const& reading) {
-    constexpr int kDecimals = 2; // Fixed: as in the table.
-    constexpr float kWholePercent = 100.0f;
-    QStringList parts{QLocale().toString(reading.m_fBpm, 'f', kDecimals)};
+    QStringList parts{QLocale().toString(reading.m_fBpm, 'f', kTempoDecimals)};
     if (reading.m_nTimes != reading.m_nOver && reading.m_nOver != 0) {
         parts << RatioText({.m_nTimes = reading.m_nTimes, .m_nOver = reading.m_nOver, .m_dBpm = 0});
     }
-    parts << CCorrectionTexts::tr("%1 %").arg(
-        QLocale().toString(static_cast<int>(std::lround(reading.m_fScore * kWholePercent))));
+    parts << CCorrectionTexts::tr("%1 %").arg(ShareText(reading.m_fScore));
     return JoinedFacts(parts);
 }
 

@@ -24,8 +24,8 @@
 
 namespace {
 
-constexpr std::size_t kPreviewRows = 8; // Fixed: enough to see what it looks like.
-constexpr QSize kFirstSize(640, 420);   // Fixed: pixels.
+constexpr std::size_t kPreviewRows = 8;     // Fixed: enough to see what it looks like.
+constexpr QSize kFirstExportSize(640, 420); // Fixed: pixels.
 
 QString EndingOf(ERowFormat format) {
     switch (format) {
@@ -62,7 +62,7 @@ CExportDialog::CExportDialog(std::vector<CExportRow> all, std::vector<CExportRow
       m_pGatherer(new CSongGatherer(store, this)) {
     setObjectName("exportDialog");
     setWindowTitle(tr("Export"));
-    resize(kFirstSize);
+    resize(kFirstExportSize);
     new QVBoxLayout(this);
     setUpChoices();
     setUpGathering();

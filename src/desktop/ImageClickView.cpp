@@ -36,7 +36,7 @@ public:
     }
 };
 
-QAccessibleInterface* MakeAccessible(QString const&, QObject* object) {
+QAccessibleInterface* MakeClickable(QString const&, QObject* object) {
     auto* view = qobject_cast<QxImageClickView*>(object);
     return view != nullptr ? new CAccessibleImage(view) : nullptr;
 }
@@ -44,7 +44,7 @@ QAccessibleInterface* MakeAccessible(QString const&, QObject* object) {
 } // namespace
 
 QxImageClickView::QxImageClickView(QWidget* parent) : QWidget(parent) {
-    QAccessible::installFactory(MakeAccessible); // Once more does no harm.
+    QAccessible::installFactory(MakeClickable); // Once more does no harm.
     setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);

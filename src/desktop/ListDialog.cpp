@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr QSize kFirstSize(560, 480); // Fixed: pixels.
+constexpr QSize kFirstListSize(560, 480); // Fixed: pixels.
 
 } // namespace
 
@@ -20,7 +20,7 @@ CListDialog::CListDialog(QString const& title, QStringList const& heads,
     : QDialog(parent), m_pButtons(new QDialogButtonBox(QDialogButtonBox::Close, this)) {
     setObjectName("listDialog");
     setWindowTitle(title);
-    resize(kFirstSize);
+    resize(kFirstListSize);
     auto* list = new QTreeWidget(this);
     list->setAccessibleName(title);
     list->setRootIsDecorated(false);

@@ -23,7 +23,6 @@ class CMoreColumns {
 
 /// A tempo that was set by hand was doubted by whoever set it.
 CMoreCell OtherCell(IFileList const& list, std::size_t id) {
-    constexpr int kDecimals = 2; // Fixed: as in the tempo's column.
     CRowState const state = list.rowState(id);
     if (!state.m_bToReview && !state.m_bByHand) {
         return {};
@@ -38,7 +37,7 @@ CMoreCell OtherCell(IFileList const& list, std::size_t id) {
         return {};
     }
     auto const number = static_cast<double>(other->m_fBpm);
-    return {QLocale().toString(number, 'f', kDecimals), number};
+    return {QLocale().toString(number, 'f', kTempoDecimals), number};
 }
 
 /// Sorted around the circle of fifths, so that what mixes well stands together.

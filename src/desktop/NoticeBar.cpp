@@ -3,6 +3,8 @@
 
 #include "desktop/NoticeBar.h"
 
+#include "desktop/Margins.h"
+
 #include <QAccessibleWidget>
 #include <QApplication>
 #include <QHBoxLayout>
@@ -15,8 +17,7 @@
 namespace {
 
 constexpr std::size_t kMostChoices = 2; // Fixed: a bar is no dialogue.
-constexpr int kMarginX = 9;             // Fixed: pixels; the text stands over the table's texts.
-constexpr int kMarginY = 4;             // Fixed: pixels.
+constexpr int kNoticeMarginY = 4;       // Fixed: pixels.
 
 /// What a screen reader sees: an alert with the sentence as its name.
 class CAccessibleNotice : public QAccessibleWidget {
@@ -25,7 +26,7 @@ public:
         : QAccessibleWidget(bar, QAccessible::AlertMessage) {}
 };
 
-QAccessibleInterface* MakeAccessible(QString const&, QObject* object) {
+QAccessibleInterface* MakeNotice(QString const&, QObject* object) {
     auto* bar = qobject_cast<CNoticeBar*>(object);
     return bar != nullptr ? new CAccessibleNotice(bar) : nullptr;
 }
@@ -34,14 +35,14 @@ QAccessibleInterface* MakeAccessible(QString const&, QObject* object) {
 
 CNoticeBar::CNoticeBar(QWidget* parent)
     : QFrame(parent), m_pSign(new QLabel(this)), m_pText(new QLabel(this)) {
-    QAccessible::installFactory(MakeAccessible); // Once more does no harm.
+    QAccessible::installFactory(MakeNotice); // Once more does no harm.
     setObjectName("noticeBar");
     setFrameShape(QFrame::StyledPanel);
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::ToolTipBase);
     setForegroundRole(QPalette::ToolTipText);
     auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(kMarginX, kMarginY, kMarginX, kMarginY);
+    layout->setContentsMargins(kTextMarginX, kNoticeMarginY, kTextMarginX, kNoticeMarginY);
     m_pText->setObjectName("noticeText");
     m_pText->setTextFormat(Qt::PlainText);
     m_pText->setWordWrap(true);

@@ -87,6 +87,15 @@ QString PercentText(int percent) {
     return InLocalDigits(QString("%1").arg(percent, kPercentDigits)) + QLocale().percent();
 }
 
+QString ShareText(float share) {
+    return QLocale().toString(
+        static_cast<int>(std::lround(share * static_cast<float>(kWholePercent))));
+}
+
+int AsCount(std::size_t count) {
+    return static_cast<int>(count);
+}
+
 QString CountText(std::size_t count) {
     return QLocale().toString(static_cast<qulonglong>(count));
 }

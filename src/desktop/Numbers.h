@@ -12,6 +12,9 @@
 /// none.
 /// Thread: main.
 
+constexpr int kTempoDecimals = 2; // Fixed: of a tempo in the table.
+constexpr int kWholePercent = 100;
+
 /// A tempo of the list for the screen. Only plain numbers change; anything else, such as "ca.
 /// 128.5", stays as it is.
 QString TempoText(std::u16string const& tempo);
@@ -34,8 +37,14 @@ std::optional<double> TypedTempo(QString const& text);
 /// A percentage with room for two digits, as the list writes it.
 QString PercentText(int percent);
 
+/// A share of 1 in percent, rounded, without the sign for it.
+QString ShareText(float share);
+
 /// A count, with groups where the locale has them.
 QString CountText(std::size_t count);
+
+/// A count as the translation takes it for its plural.
+int AsCount(std::size_t count);
 
 /// A tempo that bounds others, without decimals.
 QString LimitText(double bpm);

@@ -22,7 +22,6 @@ namespace {
 
 constexpr int kSecondsPerMinute = 60;
 constexpr int kTenths = 10;
-constexpr float kWholePercent = 100.0f;
 constexpr double kBitsPerKilobit = 1000.0;
 
 class CPaneTexts {
@@ -117,12 +116,7 @@ QString FormatFact(CSongPicture const& picture) {
 }
 
 QString BpmText(float bpm) {
-    constexpr int kDecimals = 2; // Fixed: as in the table.
-    return CPaneTexts::tr("%1 BPM found").arg(QLocale().toString(bpm, 'f', kDecimals));
-}
-
-int AsCount(std::size_t count) {
-    return static_cast<int>(count);
+    return CPaneTexts::tr("%1 BPM found").arg(QLocale().toString(bpm, 'f', kTempoDecimals));
 }
 
 QString PlacesText(std::vector<std::int64_t> const& places) {
@@ -229,7 +223,7 @@ QString PictureText(CSongPicture const& picture) {
 QString AccentsText(std::array<float, kAccentSteps> const& accents) {
     QStringList texts;
     for (float const weight : accents) {
-        texts << QLocale().toString(static_cast<int>(std::lround(weight * kWholePercent)));
+        texts << ShareText(weight);
     }
     return texts.join(QLatin1Char(' '));
 }

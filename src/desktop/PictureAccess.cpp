@@ -46,7 +46,7 @@ private:
     CPictureView* m_pView;
 };
 
-QAccessibleInterface* MakeAccessible(QString const&, QObject* object) {
+QAccessibleInterface* MakePicture(QString const&, QObject* object) {
     auto* view = qobject_cast<CPictureView*>(object);
     return view != nullptr ? new CAccessiblePicture(view) : nullptr;
 }
@@ -54,5 +54,5 @@ QAccessibleInterface* MakeAccessible(QString const&, QObject* object) {
 } // namespace
 
 void InstallPictureAccess() {
-    QAccessible::installFactory(MakeAccessible); // Once more does no harm.
+    QAccessible::installFactory(MakePicture); // Once more does no harm.
 }

@@ -3,6 +3,7 @@
 
 #include "desktop/PreferencesDialog.h"
 
+#include "desktop/Numbers.h"
 #include "desktop/Texts.h"
 #include "song/TagTempo.h"
 
@@ -21,7 +22,6 @@ namespace {
 
 constexpr double kUsualSlowestBpm = 70.0;  // Fixed: what is offered to somebody without one.
 constexpr double kUsualFastestBpm = 180.0; // Fixed: likewise.
-constexpr int kMostDecimals = 2;
 
 QDoubleSpinBox* MakeBpmField(char const* name, double least, double most, QWidget* parent) {
     auto* field = new QDoubleSpinBox(parent);
@@ -70,7 +70,7 @@ void CPreferencesDialog::setUpTempo() {
     auto* line = new QHBoxLayout;
     m_pDecimals = new QComboBox(this);
     m_pDecimals->setObjectName("decimals");
-    for (int decimals = kMostDecimals; decimals >= 0; --decimals) {
+    for (int decimals = kTempoDecimals; decimals >= 0; --decimals) {
         m_pDecimals->addItem(QLocale().toString(128.0, 'f', decimals), decimals);
     }
     auto* label = new QLabel(tr("&Decimals, in the table and in tags:"), this);

@@ -4,6 +4,7 @@
 #include "desktop/ReasonLine.h"
 
 #include "desktop/Glyphs.h"
+#include "desktop/Margins.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -11,8 +12,7 @@
 
 namespace {
 
-constexpr int kMarginX = 9; // Fixed: pixels; the text stands below the table's texts.
-constexpr int kMarginY = 3; // Fixed: pixels above and below.
+constexpr int kReasonMarginY = 3; // Fixed: pixels above and below.
 
 } // namespace
 
@@ -26,7 +26,7 @@ CReasonLine::CReasonLine(QWidget* parent) : QWidget(parent), m_pText(new QLabel(
     m_pText->setWordWrap(true);
     m_pText->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(kMarginX, kMarginY, kMarginX, kMarginY);
+    layout->setContentsMargins(kTextMarginX, kReasonMarginY, kTextMarginX, kReasonMarginY);
     layout->addWidget(sign, 0, Qt::AlignTop);
     layout->addWidget(m_pText, 1);
     hide();

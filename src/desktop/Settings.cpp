@@ -22,7 +22,7 @@ constexpr char kOnlyLook[] = "tags/onlyLook";
 constexpr char kKeepTime[] = "tags/keepTime";
 constexpr char kZeros[] = "tempo/zeros";
 constexpr char kLikelyOctave[] = "tempo/likely";
-constexpr char kDecimals[] = "tempo/decimals";
+constexpr char kDecimalsKey[] = "tempo/decimals";
 constexpr char kSlowest[] = "tempo/slowest";
 constexpr char kFastest[] = "tempo/fastest";
 
@@ -68,7 +68,7 @@ CWishes CSettings::Wishes() const {
     wishes.m_bKeepTime = file.Get(kKeepTime, wishes.m_bKeepTime);
     wishes.m_bZeros = file.Get(kZeros, wishes.m_bZeros);
     wishes.m_bLikelyOctave = file.Get(kLikelyOctave, wishes.m_bLikelyOctave);
-    wishes.m_nDecimals = std::clamp(file.Get(kDecimals, wishes.m_nDecimals), 0, 2);
+    wishes.m_nDecimals = std::clamp(file.Get(kDecimalsKey, wishes.m_nDecimals), 0, 2);
     double const slowest = file.Get(kSlowest, 0.0);
     double const fastest = file.Get(kFastest, 0.0);
     if (slowest >= kSlowestTagBpm && fastest >= 2 * slowest && fastest <= kFastestTagBpm) {
@@ -90,7 +90,7 @@ void CSettings::SetWishes(CWishes const& wishes) {
     file.Set(kKeepTime, wishes.m_bKeepTime, factory.m_bKeepTime);
     file.Set(kZeros, wishes.m_bZeros, factory.m_bZeros);
     file.Set(kLikelyOctave, wishes.m_bLikelyOctave, factory.m_bLikelyOctave);
-    file.Set(kDecimals, wishes.m_nDecimals, factory.m_nDecimals);
+    file.Set(kDecimalsKey, wishes.m_nDecimals, factory.m_nDecimals);
     file.Set(kSlowest, wishes.m_dSlowest, factory.m_dSlowest);
     file.Set(kFastest, wishes.m_dFastest, factory.m_dFastest);
 }

@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr double kHeightLines = 3.0; // Fixed: height in lines of text.
-constexpr double kMixSide = 7.0;     // Fixed: pixels of a mix point's mark.
-constexpr double kMarksRoom = 9.0;   // Fixed: pixels below the envelopes, for the marks.
+constexpr double kBarLines = 3.0;   // Fixed: height in lines of text.
+constexpr double kBarMixSide = 7.0; // Fixed: pixels of a mix point's mark.
+constexpr double kMarksRoom = 9.0;  // Fixed: pixels below the envelopes, for the marks.
 
 } // namespace
 
@@ -23,7 +23,7 @@ CSongBar::CSongBar(QWidget* parent) : CPictureView(parent) {
 
 QSize CSongBar::sizeHint() const {
     return {minimumSizeHint().width(),
-            static_cast<int>(fontMetrics().height() * kHeightLines + kMarksRoom)};
+            static_cast<int>(fontMetrics().height() * kBarLines + kMarksRoom)};
 }
 
 CPictureSpan CSongBar::span() const {
@@ -45,7 +45,7 @@ void CSongBar::paintPicture(QPainter& painter, CPictureColors const& colors) con
     PaintGround(painter, whole, *picture(), colors);
     PaintEnvelopes(painter, upper, *picture(), colors, EHeights::QuietRaised);
     PaintFade(painter, upper, *picture(), colors);
-    PaintMixPoints(painter, whole, *picture(), colors, kMixSide);
+    PaintMixPoints(painter, whole, *picture(), colors, kBarMixSide);
     double const left = std::max(whole.XOf(m_dFrameFirst), 0.0);
     double const right = std::min(whole.XOf(m_dFrameLast), static_cast<double>(width()));
     if (right > left) {

@@ -6,6 +6,7 @@
 #include "desktop/AccentsView.h"
 #include "desktop/ElidedLabel.h"
 #include "desktop/Glyphs.h"
+#include "desktop/Margins.h"
 #include "desktop/Numbers.h"
 #include "desktop/PaneTexts.h"
 #include "desktop/PictureView.h"
@@ -27,10 +28,9 @@
 
 namespace {
 
-constexpr int kMarginX = 9;  // Fixed: pixels; texts stand below the table's texts.
-constexpr int kMarginY = 5;  // Fixed: pixels above and below.
-constexpr int kGap = 4;      // Fixed: pixels from line to line.
-constexpr int kFootGap = 18; // Fixed: pixels from one thing in the last line to the next.
+constexpr int kPaneMarginY = 5; // Fixed: pixels above and below.
+constexpr int kLineGap = 4;     // Fixed: pixels from line to line.
+constexpr int kFootGap = 18;    // Fixed: pixels from one thing in the last line to the next.
 
 QLabel* MakeLabel(QWidget* parent, char const* name) {
     auto* label = new QLabel(parent);
@@ -57,7 +57,7 @@ CSongPane::CSongPane(IPictureSource& source, CSoundChoice sound, QWidget* parent
     setAccessibleName(tr("Song"));
     m_pMessage->setAlignment(Qt::AlignCenter);
     m_pMessage->setWordWrap(true);
-    m_pMessage->setMargin(kMarginX);
+    m_pMessage->setMargin(kTextMarginX);
     m_pStack->addWidget(m_pMessage);
     m_pStack->addWidget(makePage());
     setUpSound();
@@ -131,8 +131,8 @@ void CSongPane::setUpHead(QWidget& page) {
     head->addWidget(m_pTitle, 1);
     head->addWidget(m_pFacts);
     auto* lines = new QVBoxLayout(&page);
-    lines->setContentsMargins(kMarginX, kMarginY, kMarginX, kMarginY);
-    lines->setSpacing(kGap);
+    lines->setContentsMargins(kTextMarginX, kPaneMarginY, kTextMarginX, kPaneMarginY);
+    lines->setSpacing(kLineGap);
     lines->addLayout(head);
     setTitleFont();
 }

@@ -3,6 +3,8 @@
 
 #include "desktop/SoundControls.h"
 
+#include "desktop/Numbers.h"
+
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -10,7 +12,6 @@
 
 namespace {
 
-constexpr int kWholePercent = 100;
 constexpr int kClickPercent = 50;      // Fixed: the click's level at first.
 constexpr int kSliderPixels = 60;      // Fixed: width of a slider.
 constexpr int kLoops[] = {0, 1, 4, 8}; // Fixed: measures.

@@ -16,15 +16,9 @@
 
 namespace {
 
-constexpr int kWholePercent = 100;
-
 class CStatusTexts {
     Q_DECLARE_TR_FUNCTIONS(StatusTexts)
 };
-
-int AsCount(std::size_t count) {
-    return static_cast<int>(count);
-}
 
 /// "1 h 2 min", "1 min 9 s", "12 s"; less than a second is one.
 QString DurationText(std::int64_t milliseconds) {

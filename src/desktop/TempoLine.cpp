@@ -19,7 +19,7 @@
 namespace {
 
 constexpr std::size_t kMostShown = 3;  // Fixed: as many as have room.
-constexpr int kGap = 14;               // Fixed: pixels from one reading to the next.
+constexpr int kReadingGap = 14;        // Fixed: pixels from one reading to the next.
 constexpr double kMilliseconds = 1e-3; // seconds
 
 } // namespace
@@ -32,7 +32,7 @@ CTempoLine::CTempoLine(QWidget* parent)
       m_pTaps(new QLabel(this)) {
     setObjectName("tempoLine");
     m_clock.start();
-    m_pReadings->setSpacing(kGap);
+    m_pReadings->setSpacing(kReadingGap);
     m_pTap->setObjectName("tapButton");
     m_pTap->setText(tr("Tap"));
     m_pTap->setToolTip(tr("Tap the tempo (T); Enter takes it"));

@@ -3,6 +3,8 @@
 
 #include "desktop/Tints.h"
 
+#include "desktop/Numbers.h"
+
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
@@ -13,7 +15,6 @@ constexpr double kTextContrast = 4.5; // Standard: WCAG 2.1, success criterion 1
 constexpr double kSignContrast = 3.0; // Standard: WCAG 2.1, success criterion 1.4.11.
 constexpr int kFaintestPercent = 60;  // Fixed: share of the ink in the faintest hint.
 constexpr int kStepPercent = 5;       // Fixed: from one share to the next.
-constexpr int kWholePercent = 100;
 
 // Standard: WCAG 2.1, "relative luminance".
 double LinearPart(float channel) {
