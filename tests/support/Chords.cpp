@@ -9,18 +9,18 @@
 
 namespace {
 
-constexpr double kRate = 44100.0;
+constexpr double kChordRate = 44100.0;
 constexpr int kHarmonics = 6;
 
 } // namespace
 
 void CChords::Play(std::vector<int> const& notes, double seconds) {
     std::size_t const first = m_vSamples.size();
-    m_vSamples.resize(first + static_cast<std::size_t>(seconds * kRate));
+    m_vSamples.resize(first + static_cast<std::size_t>(seconds * kChordRate));
     for (int const note : notes) {
         double const hertz = m_dA4 * std::exp2((note - 69) / 12.0);
         for (int harmonic = 1; harmonic <= kHarmonics; ++harmonic) {
-            double const step = 2.0 * std::numbers::pi * hertz * harmonic / kRate;
+            double const step = 2.0 * std::numbers::pi * hertz * harmonic / kChordRate;
             // x[n] = 2 cos(step) x[n - 1] - x[n - 2] is a sine.
             double const turn = 2.0 * std::cos(step);
             double now = 0.0;

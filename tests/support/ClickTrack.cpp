@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr double kRate = 44100.0;
+constexpr double kClickRate = 44100.0;
 constexpr double kTwoPi = 2.0 * std::numbers::pi;
 
 /// Numerical Recipes' 32-bit generator; the upper 24 bits become a float in [-1, 1).
@@ -30,10 +30,11 @@ private:
 
 void AddNoiseBurst(std::vector<float>& samples, std::int64_t start, double decaySeconds, float peak,
                    CLcg& lcg) {
-    auto const length = static_cast<std::int64_t>(decaySeconds * 5.0 * kRate);
+    auto const length = static_cast<std::int64_t>(decaySeconds * 5.0 * kClickRate);
     for (std::int64_t i = 0; i < length; ++i) {
         float const level =
-            peak * static_cast<float>(std::exp(-static_cast<double>(i) / (decaySeconds * kRate)));
+            peak *
+            static_cast<float>(std::exp(-static_cast<double>(i) / (decaySeconds * kClickRate)));
         float const value = lcg.Next() * level;
         std::int64_t const at = start + i;
         if (at >= 0 && at < static_cast<std::int64_t>(samples.size())) {
@@ -49,7 +50,7 @@ void AddTone(std::vector<float>& samples, std::int64_t start, std::int64_t lengt
         if (at >= 0 && at < static_cast<std::int64_t>(samples.size())) {
             samples[static_cast<std::size_t>(at)] +=
                 amplitude *
-                static_cast<float>(std::sin(kTwoPi * hertz * static_cast<double>(i) / kRate));
+                static_cast<float>(std::sin(kTwoPi * hertz * static_cast<double>(i) / kClickRate));
         }
     }
 }
@@ -57,11 +58,11 @@ void AddTone(std::vector<float>& samples, std::int64_t start, std::int64_t lengt
 } // namespace
 
 std::size_t SampleCountOf(double seconds) {
-    return static_cast<std::size_t>(std::llround(seconds * kRate));
+    return static_cast<std::size_t>(std::llround(seconds * kClickRate));
 }
 
 std::int64_t ClickPosition(CClickTrack const& track, int index) {
-    return std::llround((track.m_dStartSeconds + index * 60.0 / track.m_dBpm) * kRate);
+    return std::llround((track.m_dStartSeconds + index * 60.0 / track.m_dBpm) * kClickRate);
 }
 
 void AddClick(std::vector<float>& samples, std::int64_t start, CClickShape const& shape,
@@ -72,7 +73,7 @@ void AddClick(std::vector<float>& samples, std::int64_t start, CClickShape const
         if (at < 0 || at >= static_cast<std::int64_t>(samples.size())) {
             continue;
         }
-        double const time = static_cast<double>(i) / kRate;
+        double const time = static_cast<double>(i) / kClickRate;
         double const value =
             std::exp(-time / shape.m_dDecaySeconds) * std::cos(kTwoPi * shape.m_dToneHz * time);
         samples[static_cast<std::size_t>(at)] += gain * shape.m_fPeak * static_cast<float>(value);
