@@ -37,7 +37,7 @@ constexpr auto kFormats = std::to_array<CFormat>({
 // loss; with loss; samples as they are; differences of samples, and telephony. Of two for
 // the same sound the one that is to decode it comes first, as in the library's own list.
 constexpr char kDecoders[] =
-    "mp1float,mp1,mp2float,mp2,mp3float,mp3,aac,aac_fixed,ac3,eac3,"
+    "mp1,mp1float,mp2,mp2float,mp3float,mp3,aac,aac_fixed,ac3,eac3,"
     "alac,ape,flac,tta,wavpack,wmalossless,"
     "dca,opus,speex,vorbis,wmapro,wmav1,wmav2,wmavoice,amrnb,amrwb,"
     "pcm_alaw,pcm_mulaw,pcm_s8,pcm_s8_planar,pcm_u8,pcm_s16be,pcm_s16be_planar,pcm_s16le,"
