@@ -3,9 +3,10 @@
 
 #include "cli/DecodeReason.h"
 
+#include "cli/Message.h"
+
 #include <array>
 #include <charconv>
-#include <system_error>
 
 namespace {
 
@@ -37,7 +38,7 @@ std::string DecodeReason(CDecodeReport const& report) {
     case EDecodeProblem::Cancelled:
         return "cancelled";
     case EDecodeProblem::SystemError:
-        return std::generic_category().message(report.m_nError);
+        return SystemReason(report.m_nError);
     case EDecodeProblem::IsFolder:
         return "is a folder, not a file";
     case EDecodeProblem::NotRegular:

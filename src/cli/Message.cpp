@@ -6,6 +6,7 @@
 #include "cli/Text.h"
 
 #include <cstdio>
+#include <system_error>
 
 namespace {
 
@@ -17,6 +18,10 @@ void WriteLine(std::string const& line) {
 }
 
 } // namespace
+
+std::string SystemReason(int error) {
+    return std::generic_category().message(error);
+}
 
 std::string Printable(std::string_view text) {
     std::string out;

@@ -6,12 +6,12 @@
 #include "IDTag/PosixFile.h"
 #include "cli/InputWalk.h"
 #include "cli/Interrupt.h"
+#include "cli/Message.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace {
@@ -63,5 +63,5 @@ std::string ReadNameList(std::string const& path, bool endsInZero,
         // Here that is a file's name like any other.
         names.push_back(name == kStandardInputName ? "./" + name : std::move(name));
     }
-    return error == 0 ? "" : std::generic_category().message(error);
+    return error == 0 ? "" : SystemReason(error);
 }

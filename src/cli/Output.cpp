@@ -22,10 +22,6 @@ namespace {
 constexpr std::size_t kHeldBytes = 65536;       // Tuned: pipes take as much at once.
 constexpr std::size_t kUsualTerminalWidth = 80; // Standard: what VT100s had.
 
-std::string ReasonOf(int error) {
-    return std::generic_category().message(error);
-}
-
 } // namespace
 
 COutput::~COutput() {
@@ -43,7 +39,7 @@ int COutput::Open(std::string const& path, ReplaceCheck const& check) {
     bool const isOld = stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode);
     m_nFile = OpenFile();
     if (m_nFile < 0) {
-        ReportProblem(m_sName, ReasonOf(errno));
+        ReportProblem(m_sName, SystemReason(errno));
         return kExitOutput;
     }
     if (!isOld) {
@@ -55,7 +51,7 @@ int COutput::Open(std::string const& path, ReplaceCheck const& check) {
         return kExitUsage;
     }
     if (ftruncate(m_nFile, 0) != 0) {
-        ReportProblem(m_sName, ReasonOf(errno));
+        ReportProblem(m_sName, SystemReason(errno));
         return kExitOutput;
     }
     return kExitDone;
@@ -110,7 +106,7 @@ bool COutput::Finish() {
         CInterrupt::EndByBrokenPipe();
     }
     if (m_nError != 0) {
-        ReportProblem(m_sName, "can't be written: " + ReasonOf(m_nError));
+        ReportProblem(m_sName, "can't be written: " + SystemReason(m_nError));
     }
     return m_nError == 0;
 }

@@ -145,7 +145,7 @@ std::string ReadingJson(CTempoCandidate const& reading) {
         .Close();
 }
 
-std::string HarmonyJson(CHarmony const& harmony) {
+std::string RowHarmonyJson(CHarmony const& harmony) {
     if (harmony.m_eMode == EKeyMode::None) {
         return "null";
     }
@@ -183,7 +183,7 @@ std::string JsonRow(CReportRow const& row) {
             .Add("confidence", JsonNumber(row.m_candidates.m_fConfidence));
     }
     if (row.m_harmony) {
-        object.Add("harmony", HarmonyJson(*row.m_harmony));
+        object.Add("harmony", RowHarmonyJson(*row.m_harmony));
     }
     return object.Close();
 }

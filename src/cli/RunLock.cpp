@@ -3,12 +3,12 @@
 
 #include "cli/RunLock.h"
 
+#include "cli/Message.h"
 #include "records/Places.h"
 
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <system_error>
 
 namespace {
 
@@ -33,7 +33,7 @@ ERunLock CRunLock::Take(std::string const& folder) {
     (void)MakePrivateFolder(folder); // whether it is there is told by the file
     m_file = OpenFile(folder + kFileName);
     if (!m_file.IsOpen()) {
-        m_sReason = folder + kFileName + ": " + std::generic_category().message(errno);
+        m_sReason = folder + kFileName + ": " + SystemReason(errno);
         return ERunLock::NoFile;
     }
     switch (LockFile(m_file.Get())) {

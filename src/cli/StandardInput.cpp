@@ -4,6 +4,7 @@
 #include "cli/StandardInput.h"
 
 #include "cli/Interrupt.h"
+#include "cli/Message.h"
 
 #include <array>
 #include <cerrno>
@@ -16,10 +17,6 @@
 #include <unistd.h>
 
 namespace {
-
-std::string ReasonOf(int error) {
-    return std::generic_category().message(error);
-}
 
 /// A new file without a name. Returns: negative when there can't be one.
 int MakeNamelessFile() {
@@ -68,7 +65,7 @@ int SpoolStandardInput(std::string& error) {
     }
     int const file = MakeNamelessFile();
     if (file < 0 || !CopyStandardInput(file)) {
-        error = ReasonOf(errno);
+        error = SystemReason(errno);
     }
     return file;
 }

@@ -3,14 +3,15 @@
 
 #include "cli/WriteReason.h"
 
+#include "IDTag/MacCFile.h"
+#include "cli/Message.h"
+
 #include <cerrno>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace {
 
-constexpr off_t kLargestFileBytes = 0xFFFFFFFF; // Fixed: the tag code has 32-bit positions.
 constexpr char kTooLarge[] = "is over 4 GB";
 
 } // namespace
@@ -90,17 +91,16 @@ std::string ConversionNote(std::vector<CWiderId> const& ids) {
 std::string OpeningReason(std::string const& path) {
     struct stat info = {};
     if (::stat(path.c_str(), &info) != 0) {
-        return std::generic_category().message(errno);
+        return SystemReason(errno);
     }
     if (S_ISDIR(info.st_mode)) {
-        return std::generic_category().message(EISDIR);
+        return SystemReason(EISDIR);
     }
     if (!S_ISREG(info.st_mode) && !S_ISCHR(info.st_mode)) {
         return "is no plain file";
     }
-    if (info.st_size > kLargestFileBytes) {
+    if (info.st_size > off_t{kLargestFileBytes}) {
         return kTooLarge;
     }
-    return ::access(path.c_str(), R_OK) == 0 ? std::string()
-                                             : std::generic_category().message(errno);
+    return ::access(path.c_str(), R_OK) == 0 ? std::string() : SystemReason(errno);
 }
