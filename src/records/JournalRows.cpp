@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr char kTables[] = R"(
+constexpr char kJournalTables[] = R"(
     CREATE TABLE batches(
         id INTEGER PRIMARY KEY AUTOINCREMENT,
         time INTEGER NOT NULL,
@@ -178,7 +178,7 @@ CDatabaseKind const kJournalKind = {
     .m_pFileName = "journal.sqlite",
     .m_nApplication = 0x54614A6F, // Fixed: "TaJo".
     .m_nVersion = 1,
-    .m_pTables = kTables,
+    .m_pTables = kJournalTables,
     .m_bShrinks = false,
     .m_bDurable = true,
 };

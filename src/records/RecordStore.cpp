@@ -21,7 +21,7 @@ constexpr std::int64_t kRemovedShare = 10; // Fixed: one in as many goes at a ti
 constexpr std::int64_t kKeptPercent = 90;  // Fixed: room for some more after a removal.
 constexpr std::int64_t kPercent = 100;
 
-constexpr char kTables[] = R"(
+constexpr char kRecordTables[] = R"(
     CREATE TABLE songs(
         key BLOB NOT NULL UNIQUE,
         size INTEGER NOT NULL, written INTEGER NOT NULL, changed INTEGER NOT NULL,
@@ -35,7 +35,7 @@ CDatabaseKind const kStoreKind = {
     .m_pFileName = "songs.sqlite",
     .m_nApplication = 0x54615265, // Fixed: "TaRe".
     .m_nVersion = 1,
-    .m_pTables = kTables,
+    .m_pTables = kRecordTables,
     .m_bShrinks = true,
     .m_bDurable = false,
 };

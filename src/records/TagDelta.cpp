@@ -19,7 +19,7 @@ constexpr unsigned kNumberBits = 7;     // Fixed: bits of a number in each byte.
 constexpr std::uint8_t kMore = 0x80;    // Fixed: another byte of the number follows.
 constexpr unsigned kMostShift = 56;     // Derived: 9 bytes of 7 bits are enough for any size.
 
-using Bytes = std::span<std::uint8_t const>;
+using ByteView = std::span<std::uint8_t const>;
 using Blocks = std::unordered_map<std::uint64_t, std::size_t>;
 
 void PutNumber(std::vector<std::uint8_t>& delta, std::uint64_t number) {
@@ -29,7 +29,7 @@ void PutNumber(std::vector<std::uint8_t>& delta, std::uint64_t number) {
     delta.push_back(static_cast<std::uint8_t>(number));
 }
 
-bool TakeNumber(Bytes& delta, std::uint64_t& number) {
+bool TakeNumber(ByteView& delta, std::uint64_t& number) {
     number = 0;
     for (unsigned shift = 0; !delta.empty() && shift <= kMostShift; shift += kNumberBits) {
         std::uint8_t const byte = delta.front();
@@ -43,7 +43,7 @@ bool TakeNumber(Bytes& delta, std::uint64_t& number) {
 }
 
 /// A key by which blocks are found again; equal keys need not mean equal blocks.
-std::uint64_t KeyOf(Bytes bytes, std::size_t offset) {
+std::uint64_t KeyOf(ByteView bytes, std::size_t offset) {
     std::uint64_t first = 0;
     std::uint64_t second = 0;
     std::memcpy(&first, &bytes[offset], sizeof first);
@@ -52,7 +52,7 @@ std::uint64_t KeyOf(Bytes bytes, std::size_t offset) {
     return (first * kSpread) ^ second;
 }
 
-Blocks BlocksOf(Bytes from) {
+Blocks BlocksOf(ByteView from) {
     Blocks blocks;
     for (std::size_t i = 0; i + kBlockBytes <= from.size(); i += kBlockBytes) {
         blocks.try_emplace(KeyOf(from, i), i);
@@ -68,20 +68,20 @@ struct CPiece {
 };
 
 /// The piece around a block that both may have, no further back than `start` in `wanted`.
-CPiece Grown(Bytes from, Bytes wanted, CPiece piece, std::size_t start) {
+CPiece Grown(ByteView from, ByteView wanted, CPiece piece, std::size_t start) {
     while (piece.m_nFrom > 0 && piece.m_nWanted > start &&
            from[piece.m_nFrom - 1] == wanted[piece.m_nWanted - 1]) {
         --piece.m_nFrom;
         --piece.m_nWanted;
     }
-    Bytes const rest = from.subspan(piece.m_nFrom);
-    Bytes const wantedRest = wanted.subspan(piece.m_nWanted);
+    ByteView const rest = from.subspan(piece.m_nFrom);
+    ByteView const wantedRest = wanted.subspan(piece.m_nWanted);
     piece.m_nBytes =
         static_cast<std::size_t>(std::ranges::mismatch(rest, wantedRest).in1 - rest.begin());
     return piece;
 }
 
-void PutPiece(std::vector<std::uint8_t>& delta, Bytes added, CPiece const& piece) {
+void PutPiece(std::vector<std::uint8_t>& delta, ByteView added, CPiece const& piece) {
     PutNumber(delta, added.size());
     delta.insert(delta.end(), added.begin(), added.end());
     PutNumber(delta, piece.m_nBytes);
@@ -133,7 +133,7 @@ std::optional<std::vector<std::uint8_t>> ApplyDelta(std::span<std::uint8_t const
         if (!isWhole) {
             return std::nullopt;
         }
-        Bytes const piece = from.subspan(offset, copied);
+        ByteView const piece = from.subspan(offset, copied);
         made.insert(made.end(), piece.begin(), piece.end());
     }
     return made.size() == wantedBytes ? std::optional(std::move(made)) : std::nullopt;

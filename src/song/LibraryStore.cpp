@@ -8,6 +8,7 @@
 
 #include "IDTag/FileSwap.h"
 #include "IDTag/FrameIds.h"
+#include "IDTag/MacCFile.h"
 #include "IDTag/TagReading.h"
 #include "IDTag/TagTarget.h"
 #include "platform/AudioHash.h"
@@ -24,8 +25,7 @@
 
 namespace {
 
-constexpr char kTemporaryEnding[] = ".MP~";     // Fixed: song.flac is built as song.flac.MP~.
-constexpr off_t kLargestFileBytes = 0xFFFFFFFF; // Fixed: as for MP3 files.
+constexpr char kTemporaryEnding[] = ".MP~"; // Fixed: song.flac is built as song.flac.MP~.
 
 /// What must be the same before and after.
 struct CProof {
@@ -105,7 +105,8 @@ EWriteProblem CStore::LookAtName(CAudioKind const& kind) const {
         !m_target.MayBeWritten()) {
         return EWriteProblem::NotWritable;
     }
-    return info.st_size > kLargestFileBytes ? EWriteProblem::FileTooLarge : EWriteProblem::None;
+    return info.st_size > off_t{kLargestFileBytes} ? EWriteProblem::FileTooLarge
+                                                   : EWriteProblem::None;
 }
 
 EWriteProblem CStore::LookAtTag() {
