@@ -13,8 +13,6 @@
 
 // Songs whose tag has no room for a tempo (old, new) or just enough (roomy).
 
-inline TagBytes const kTitle = Frame23("TIT2", Latin1Text("Title"));
-inline TagBytes const kTempo = Frame23("TBPM", WrittenText("128"));
 inline TagBytes const kAudio = FakeAudio(600'000);
 inline TagBytes const kOld = Joined({TagOf(3, kTitle), kAudio});
 inline TagBytes const kNew = Joined({TagOf(3, Joined({kTitle, kTempo, Zeros(4096)})), kAudio});

@@ -13,9 +13,7 @@
 
 namespace {
 
-TagBytes const kTitle = Frame23("TIT2", Latin1Text("Title")); // 16 bytes
-TagBytes const kTempo = Frame23("TBPM", WrittenText("128"));  // 21 bytes
-TagBytes const kAudio = FakeAudio(3'000'000);                 // more than two pieces of the copy
+TagBytes const kLongAudio = FakeAudio(3'000'000); // more than two pieces of the copy
 
 struct stat StatOf(std::string const& path) {
     struct stat info = {};
@@ -50,7 +48,7 @@ protected:
 };
 
 TEST_F(ID3TagWriteTest, PaddingTakesANewFrameInPlace) {
-    TagBytes const before = Joined({TagOf(3, Joined({kTitle, Zeros(200)})), kAudio});
+    TagBytes const before = Joined({TagOf(3, Joined({kTitle, Zeros(200)})), kLongAudio});
     WriteBytes(m_sFile, before);
     ino_t const inode = StatOf(m_sFile).st_ino;
     ASSERT_EQ(Update(before), kStatusOk);
@@ -58,26 +56,26 @@ TEST_F(ID3TagWriteTest, PaddingTakesANewFrameInPlace) {
     EXPECT_EQ(StatOf(m_sFile).st_ino, inode);
     // The tag keeps its 10 + 16 + 200 bytes.
     EXPECT_EQ(ReadBytes(m_sFile),
-              Joined({TagOf(3, Joined({kTitle, kTempo, Zeros(200 - 21)})), kAudio}));
+              Joined({TagOf(3, Joined({kTitle, kTempo, Zeros(200 - 21)})), kLongAudio}));
 }
 
 TEST_F(ID3TagWriteTest, FrameThatFitsExactlyGoesInPlace) {
-    ASSERT_EQ(Update(Joined({TagOf(3, Joined({kTitle, Zeros(21)})), kAudio})), kStatusOk);
+    ASSERT_EQ(Update(Joined({TagOf(3, Joined({kTitle, Zeros(21)})), kLongAudio})), kStatusOk);
     EXPECT_FALSE(m_bRewritten);
-    EXPECT_EQ(ReadBytes(m_sFile), Joined({TagOf(3, Joined({kTitle, kTempo})), kAudio}));
+    EXPECT_EQ(ReadBytes(m_sFile), Joined({TagOf(3, Joined({kTitle, kTempo})), kLongAudio}));
 }
 
 TEST_F(ID3TagWriteTest, OneByteTooManyMakesANewFileWithPadding) {
-    ASSERT_EQ(Update(Joined({TagOf(3, Joined({kTitle, Zeros(20)})), kAudio})), kStatusOk);
+    ASSERT_EQ(Update(Joined({TagOf(3, Joined({kTitle, Zeros(20)})), kLongAudio})), kStatusOk);
     EXPECT_TRUE(m_bRewritten);
     EXPECT_EQ(ReadBytes(m_sFile),
-              Joined({TagOf(3, Joined({kTitle, kTempo, Zeros(4096)})), kAudio}));
+              Joined({TagOf(3, Joined({kTitle, kTempo, Zeros(4096)})), kLongAudio}));
 }
 
 TEST_F(ID3TagWriteTest, FileWithoutATagGetsOneInFront) {
-    ASSERT_EQ(Update(kAudio), kStatusOk);
+    ASSERT_EQ(Update(kLongAudio), kStatusOk);
     EXPECT_TRUE(m_bRewritten);
-    EXPECT_EQ(ReadBytes(m_sFile), Joined({TagOf(3, Joined({kTempo, Zeros(4096)})), kAudio}));
+    EXPECT_EQ(ReadBytes(m_sFile), Joined({TagOf(3, Joined({kTempo, Zeros(4096)})), kLongAudio}));
 }
 
 TEST_F(ID3TagWriteTest, EmptyFileGetsATagOnly) {
@@ -93,7 +91,7 @@ TEST_F(ID3TagWriteTest, FileThatIsAllTagKeepsNothingBehindIt) {
 }
 
 TEST_F(ID3TagWriteTest, UnsupportedVersionStaysAsAudio) {
-    TagBytes const old = Joined({TagOf(5, kTitle), kAudio});
+    TagBytes const old = Joined({TagOf(5, kTitle), kLongAudio});
     ASSERT_EQ(Update(old), kStatusOk);
     EXPECT_EQ(ReadBytes(m_sFile), Joined({TagOf(3, Joined({kTempo, Zeros(4096)})), old}));
 }
@@ -102,7 +100,7 @@ TEST_F(ID3TagWriteTest, Version22IsWrittenAsVersion23) {
     TagBytes const picture = Joined({{0x00}, Ascii("PNG"), {0x03}, Ascii("d"), {0x00}, Zeros(9)});
     TagBytes const old = TagOf(
         2, Joined({Frame22("TT2", Latin1Text("Title")), Frame22("PIC", picture), Zeros(300)}));
-    ASSERT_EQ(Update(Joined({old, kAudio})), kStatusOk);
+    ASSERT_EQ(Update(Joined({old, kLongAudio})), kStatusOk);
     EXPECT_FALSE(m_bRewritten);
     TagBytes const frames = Joined(
         {kTitle,
@@ -110,8 +108,9 @@ TEST_F(ID3TagWriteTest, Version22IsWrittenAsVersion23) {
              "APIC",
              Joined({{0x00}, Ascii("image/png"), {0x00}, {0x03}, Ascii("d"), {0x00}, Zeros(9)})),
          kTempo});
-    EXPECT_EQ(ReadBytes(m_sFile),
-              Joined({TagOf(3, Joined({frames, Zeros(old.size() - 10 - frames.size())})), kAudio}));
+    EXPECT_EQ(
+        ReadBytes(m_sFile),
+        Joined({TagOf(3, Joined({frames, Zeros(old.size() - 10 - frames.size())})), kLongAudio}));
 }
 
 TEST_F(ID3TagWriteTest, Version24KeepsFlagsAndEncodings) {
@@ -119,13 +118,13 @@ TEST_F(ID3TagWriteTest, Version24KeepsFlagsAndEncodings) {
     TagBytes const big = Joined({{0x00}, TagBytes(199, 'x')}); // its size differs between versions
     TagBytes const old = TagOf(4, Joined({Frame24("TPE1", utf8, 0x20, 0x00), Frame24("TIT2", big),
                                           Frame24("APIC", {0xFF, 0x00, 0xE0}, 0x10, 0x0B)}));
-    ASSERT_EQ(Update(Joined({old, kAudio})), kStatusOk);
+    ASSERT_EQ(Update(Joined({old, kLongAudio})), kStatusOk);
     EXPECT_TRUE(m_bRewritten);
     EXPECT_EQ(
         ReadBytes(m_sFile),
         Joined({TagOf(3, Joined({Frame23("TPE1", utf8, 0x20, 0x00), Frame23("TIT2", big),
                                  Frame23("APIC", {0xFF, 0xE0}, 0x10, 0x09), kTempo, Zeros(4096)})),
-                kAudio}));
+                kLongAudio}));
 }
 
 TEST_F(ID3TagWriteTest, UnsynchronizedTagIsWrittenDecodedAndWithoutFlags) {
@@ -133,44 +132,47 @@ TEST_F(ID3TagWriteTest, UnsynchronizedTagIsWrittenDecodedAndWithoutFlags) {
     TagBytes encoded = picture;
     encoded.insert(encoded.end() - 2, 0x00);
     TagBytes const old = TagOf(3, Joined({encoded, Zeros(100)}), 0x80);
-    ASSERT_EQ(Update(Joined({old, kAudio})), kStatusOk);
+    ASSERT_EQ(Update(Joined({old, kLongAudio})), kStatusOk);
     EXPECT_FALSE(m_bRewritten);
     // 14 + 100 bytes on disk; 13 of the picture, 21 of the tempo, the rest zero.
     EXPECT_EQ(ReadBytes(m_sFile),
-              Joined({TagOf(3, Joined({picture, kTempo, Zeros(114 - 13 - 21)})), kAudio}));
+              Joined({TagOf(3, Joined({picture, kTempo, Zeros(114 - 13 - 21)})), kLongAudio}));
 }
 
 TEST_F(ID3TagWriteTest, FrameToDiscardIsDroppedButCounted) {
     TagBytes const dropped = Frame23("MCDI", {1, 2, 3, 4}, 0x40); // 14 bytes
-    ASSERT_EQ(Update(Joined({TagOf(3, Joined({dropped, kTitle})), kAudio})), kStatusOk);
+    ASSERT_EQ(Update(Joined({TagOf(3, Joined({dropped, kTitle})), kLongAudio})), kStatusOk);
     EXPECT_TRUE(m_bRewritten);
     EXPECT_EQ(ReadBytes(m_sFile),
-              Joined({TagOf(3, Joined({kTitle, kTempo, Zeros(4096 + 14)})), kAudio}));
+              Joined({TagOf(3, Joined({kTitle, kTempo, Zeros(4096 + 14)})), kLongAudio}));
 }
 
 TEST_F(ID3TagWriteTest, FrameToDiscardLeavesZerosInPlace) {
     TagBytes const dropped = Frame23("MCDI", {1, 2, 3, 4}, 0x60);
-    ASSERT_EQ(Update(Joined({TagOf(3, Joined({dropped, kTitle, Zeros(21)})), kAudio})), kStatusOk);
+    ASSERT_EQ(Update(Joined({TagOf(3, Joined({dropped, kTitle, Zeros(21)})), kLongAudio})),
+              kStatusOk);
     EXPECT_FALSE(m_bRewritten);
-    EXPECT_EQ(ReadBytes(m_sFile), Joined({TagOf(3, Joined({kTitle, kTempo, Zeros(14)})), kAudio}));
+    EXPECT_EQ(ReadBytes(m_sFile),
+              Joined({TagOf(3, Joined({kTitle, kTempo, Zeros(14)})), kLongAudio}));
 }
 
 TEST_F(ID3TagWriteTest, CountedDroppedFrameCanForceANewFile) {
     // 30 bytes would do for title and tempo, were the dropped frame not counted.
     TagBytes const dropped = Frame23("MCDI", {1, 2, 3, 4}, 0x40);
-    ASSERT_EQ(Update(Joined({TagOf(3, Joined({dropped, kTitle, Zeros(20)})), kAudio})), kStatusOk);
+    ASSERT_EQ(Update(Joined({TagOf(3, Joined({dropped, kTitle, Zeros(20)})), kLongAudio})),
+              kStatusOk);
     EXPECT_TRUE(m_bRewritten);
 }
 
 TEST_F(ID3TagWriteTest, TextOfTheTempoIsReplacedInPlace) {
     TagBytes const old = Frame23("TBPM", Latin1Text("120"));
-    ASSERT_EQ(Update(Joined({TagOf(3, Joined({kTitle, old, Zeros(50)})), kAudio})), kStatusOk);
+    ASSERT_EQ(Update(Joined({TagOf(3, Joined({kTitle, old, Zeros(50)})), kLongAudio})), kStatusOk);
     EXPECT_EQ(ReadBytes(m_sFile),
-              Joined({TagOf(3, Joined({kTitle, kTempo, Zeros(14 + 50 - 21)})), kAudio}));
+              Joined({TagOf(3, Joined({kTitle, kTempo, Zeros(14 + 50 - 21)})), kLongAudio}));
 }
 
 TEST_F(ID3TagWriteTest, UnmodifiedTagWritesNothing) {
-    TagBytes const bytes = Joined({TagOf(4, Frame24("TIT2", Latin1Text("Title"))), kAudio});
+    TagBytes const bytes = Joined({TagOf(4, Frame24("TIT2", Latin1Text("Title"))), kLongAudio});
     WriteBytes(m_sFile, bytes);
     CID3Tag tag;
     ASSERT_EQ(tag.OpenFile(Path()), kStatusOk);
@@ -180,18 +182,18 @@ TEST_F(ID3TagWriteTest, UnmodifiedTagWritesNothing) {
 }
 
 TEST_F(ID3TagWriteTest, PrivateDataAreWritten) {
-    WriteBytes(m_sFile, kAudio);
+    WriteBytes(m_sFile, kLongAudio);
     CID3Tag tag;
     ASSERT_EQ(tag.OpenFile(Path()), kStatusNothing);
     std::uint8_t const data[] = {0x00, 0x01};
     ASSERT_EQ(tag.SetPrivateBinaryData("me", data, 2), kStatusOk);
     ASSERT_EQ(tag.UpdateFile(&m_bRewritten), kStatusOk);
     TagBytes const frame = Frame23("PRIV", {'m', 'e', 0x00, 0x00, 0x01});
-    EXPECT_EQ(ReadBytes(m_sFile), Joined({TagOf(3, Joined({frame, Zeros(4096)})), kAudio}));
+    EXPECT_EQ(ReadBytes(m_sFile), Joined({TagOf(3, Joined({frame, Zeros(4096)})), kLongAudio}));
 }
 
 TEST_F(ID3TagWriteTest, FrameWithoutABodyIsNotWritten) {
-    WriteBytes(m_sFile, kAudio);
+    WriteBytes(m_sFile, kLongAudio);
     CID3Tag tag;
     (void)tag.OpenFile(Path());
     (void)tag.SetString("TBPM", L"128");
@@ -200,7 +202,7 @@ TEST_F(ID3TagWriteTest, FrameWithoutABodyIsNotWritten) {
     ID3V2_3_FRAMEHEADER header = {};
     ASSERT_EQ(frame->SetData(&header, nullptr, 0), kStatusOk);
     ASSERT_EQ(tag.UpdateFile(&m_bRewritten), kStatusOk);
-    EXPECT_EQ(ReadBytes(m_sFile), Joined({TagOf(3, Zeros(10 + 4096)), kAudio}));
+    EXPECT_EQ(ReadBytes(m_sFile), Joined({TagOf(3, Zeros(10 + 4096)), kLongAudio}));
 }
 
 TEST_F(ID3TagWriteTest, MissingFileIsNotMade) {
@@ -223,7 +225,7 @@ TEST_F(ID3TagWriteTest, TagPastTheEndOfTheFileIsNotWritten) {
 }
 
 TEST_F(ID3TagWriteTest, TagOfTwoToTheTwentyEightBytesIsRefused) {
-    WriteBytes(m_sFile, kAudio);
+    WriteBytes(m_sFile, kLongAudio);
     CID3Tag tag;
     (void)tag.OpenFile(Path());
     // needed + 4096 = 2^28 with 10 + 10 bytes of headers, the owner and its 00
@@ -231,11 +233,11 @@ TEST_F(ID3TagWriteTest, TagOfTwoToTheTwentyEightBytesIsRefused) {
     (void)tag.SetPrivateBinaryData("o", data.data(), static_cast<std::uint32_t>(data.size()));
     EXPECT_EQ(tag.UpdateFile(&m_bRewritten), kStatusFailure);
     EXPECT_EQ(tag.GetWriteProblem(), EWriteProblem::TagTooLarge);
-    EXPECT_EQ(ReadBytes(m_sFile), kAudio);
+    EXPECT_EQ(ReadBytes(m_sFile), kLongAudio);
     data.pop_back();
     (void)tag.SetPrivateBinaryData("o", data.data(), static_cast<std::uint32_t>(data.size()));
     EXPECT_EQ(tag.UpdateFile(&m_bRewritten), kStatusOk);
-    EXPECT_EQ(std::filesystem::file_size(m_sFile), (1U << 28U) - 1 + kAudio.size());
+    EXPECT_EQ(std::filesystem::file_size(m_sFile), (1U << 28U) - 1 + kLongAudio.size());
 }
 
 TEST_F(ID3TagWriteTest, FileOverTwoGigabytesIsWritten) {

@@ -10,7 +10,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-Bytes Decoded(Bytes bytes) {
+Bytes Undone(Bytes bytes) {
     auto length = static_cast<std::uint32_t>(bytes.size());
     RemoveUnsynchronization(bytes.data(), &length);
     bytes.resize(length);
@@ -49,10 +49,10 @@ TEST(TagBytesTest, SyncsafeWritingMasks) {
 }
 
 TEST(TagBytesTest, UnsynchronizationGoesInOnePass) {
-    EXPECT_EQ(Decoded({0xFF, 0x00, 0xE0}), (Bytes{0xFF, 0xE0}));
-    EXPECT_EQ(Decoded({0xFF, 0x00, 0x00}), (Bytes{0xFF, 0x00}));
-    EXPECT_EQ(Decoded({0xFF, 0x00, 0xFF, 0x00}), (Bytes{0xFF, 0xFF}));
-    EXPECT_EQ(Decoded({0xFF, 0xFF, 0x00}), (Bytes{0xFF, 0xFF}));
-    EXPECT_EQ(Decoded({0x00, 0x01, 0xFF}), (Bytes{0x00, 0x01, 0xFF}));
-    EXPECT_EQ(Decoded({}), Bytes());
+    EXPECT_EQ(Undone({0xFF, 0x00, 0xE0}), (Bytes{0xFF, 0xE0}));
+    EXPECT_EQ(Undone({0xFF, 0x00, 0x00}), (Bytes{0xFF, 0x00}));
+    EXPECT_EQ(Undone({0xFF, 0x00, 0xFF, 0x00}), (Bytes{0xFF, 0xFF}));
+    EXPECT_EQ(Undone({0xFF, 0xFF, 0x00}), (Bytes{0xFF, 0xFF}));
+    EXPECT_EQ(Undone({0x00, 0x01, 0xFF}), (Bytes{0x00, 0x01, 0xFF}));
+    EXPECT_EQ(Undone({}), Bytes());
 }

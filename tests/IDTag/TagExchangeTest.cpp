@@ -16,8 +16,6 @@ namespace {
 
 constexpr std::int64_t kOldTime = 1'000'000'000'123'456'789; // nanoseconds; September 2001
 
-TagBytes const kSound = MpegAudio(4);
-
 /// Keeps copies of what it was told.
 class CKeptChange final : public ITagWitness {
 public:

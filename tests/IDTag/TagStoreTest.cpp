@@ -14,9 +14,6 @@
 
 namespace {
 
-TagBytes const kSound = MpegAudio(4);
-TagBytes const kTitle = Frame23("TIT2", Latin1Text("Title"));
-
 class TagStoreTest : public testing::Test {
 protected:
     EWriteProblem Store(std::string const& name, CTagStoreOptions const& options = {}) {

@@ -213,7 +213,7 @@ TEST(GridTest, FiveSecondsHaveATempoButNoGrid) {
 // onsets themselves stand for the grid then.
 TEST(GridTest, SoundBeforeTheFirstWindowOnlyGivesItsOnsets) {
     std::vector<float> samples = MakeNoise(5.0, 0.5f);
-    samples.resize(SampleCountOf(60.0), 0.0f);
+    samples.resize(SamplesIn(60.0), 0.0f);
     CProfiledTrack const profiled(samples);
     EXPECT_EQ(profiled.m_fBaseBpm, 0.0f);
     EXPECT_EQ(profiled.m_results.GetBpm(), 0.0f);

@@ -3,6 +3,7 @@
 
 #include "base/FileManager.h"
 
+#include "WidePath.h"
 #include "support/TempFolder.h"
 
 #include <filesystem>
@@ -14,10 +15,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-CString In(CTempFolder const& folder, char const* name) {
-    return CString::FromPath(folder / name);
-}
 
 // The paths below `folder`, without it; a "/" behind what is a directory.
 std::vector<std::string> Walk(CTempFolder const& folder) {

@@ -3,6 +3,7 @@
 
 #include "base/FileUtil.h"
 
+#include "WidePath.h"
 #include "base/FileManager.h"
 #include "support/TempFolder.h"
 
@@ -11,11 +12,6 @@
 #include <string>
 
 namespace {
-
-// The path of `name` in `folder`, as the wide routines take it.
-CString In(CTempFolder const& folder, char const* name) {
-    return CString::FromPath(folder / name);
-}
 
 constexpr wchar_t const* kMusic = L"wav;mp3;aiff;aif;caf;m4a";
 

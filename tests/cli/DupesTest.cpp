@@ -12,7 +12,7 @@
 
 namespace {
 
-using Json = nlohmann::json;
+using PlainJson = nlohmann::json;
 using testing::HasSubstr;
 using testing::UnorderedElementsAre;
 
@@ -45,10 +45,10 @@ protected:
         CProcessResult const result = Tactus(all);
         EXPECT_EQ(result.m_nExit, 0) << result.m_sErr;
         std::vector<std::set<std::string>> groups;
-        Json const found = Json::parse(result.m_sOut);
-        for (Json const& group : found["groups"]) {
+        PlainJson const found = PlainJson::parse(result.m_sOut);
+        for (PlainJson const& group : found["groups"]) {
             std::set<std::string> names;
-            for (Json const& file : group) {
+            for (PlainJson const& file : group) {
                 names.insert(file["path"]);
                 m_files[file["path"]] = file;
             }
@@ -57,7 +57,7 @@ protected:
         return groups;
     }
 
-    std::map<std::string, Json> m_files;
+    std::map<std::string, PlainJson> m_files;
 };
 
 TEST_F(DupesTest, CopiesAreFoundHoweverTheyAreCodedLevelledEqualisedOrCut) {

@@ -15,7 +15,7 @@
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 using testing::ElementsAre;
 
 class ProfileTest : public testing::Test {
@@ -28,7 +28,7 @@ protected:
         return RunProcess(setup);
     }
 
-    static std::vector<std::string> KeysOf(Json const& object) {
+    static std::vector<std::string> KeysOf(OrderedJson const& object) {
         std::vector<std::string> keys;
         for (auto const& [key, value] : object.items()) {
             keys.push_back(key);
@@ -45,7 +45,7 @@ TEST_F(ProfileTest, TraceHasTheEnginesRecordAndWhatTheStagesHandOn) {
     ASSERT_EQ(result.m_nExit, 0) << result.m_sErr;
     EXPECT_EQ(result.m_sErr, "");
     EXPECT_EQ(std::count(result.m_sOut.begin(), result.m_sOut.end(), '\n'), 1);
-    Json const json = Json::parse(result.m_sOut);
+    OrderedJson const json = OrderedJson::parse(result.m_sOut);
     std::vector<std::string> const keys = KeysOf(json);
     ASSERT_EQ(keys.size(), 27U);
     EXPECT_THAT(std::vector<std::string>(keys.begin(), keys.begin() + 18),
@@ -87,24 +87,24 @@ TEST_F(ProfileTest, HarmonyIsPrintedInThreeNotations) {
     CChords chords;
     chords.PlayCadence(6, true); // F sharp minor: 11A, 4m
     WriteWav(m_folder / "a.wav", chords.Samples());
-    Json const json = Json::parse(Profile({"--harmony", "a.wav"}).m_sOut);
+    OrderedJson const json = OrderedJson::parse(Profile({"--harmony", "a.wav"}).m_sOut);
     EXPECT_THAT(KeysOf(json["harmony"]),
                 ElementsAre("name", "camelot", "openKey", "confidence", "tuningCents"));
     EXPECT_EQ(json["harmony"]["name"], "F# minor");
     EXPECT_EQ(json["harmony"]["camelot"], "11A");
     EXPECT_EQ(json["harmony"]["openKey"], "4m");
     EXPECT_GT(json["harmony"]["confidence"].get<double>(), 0.5);
-    EXPECT_FALSE(Json::parse(Profile({"a.wav"}).m_sOut).contains("harmony"));
+    EXPECT_FALSE(OrderedJson::parse(Profile({"a.wav"}).m_sOut).contains("harmony"));
 }
 
 TEST_F(ProfileTest, HarmonyOfSilenceIsNull) {
     WriteWav(m_folder / "a.wav", MakeSilence(10.0));
-    EXPECT_TRUE(Json::parse(Profile({"--harmony", "a.wav"}).m_sOut)["harmony"].is_null());
+    EXPECT_TRUE(OrderedJson::parse(Profile({"--harmony", "a.wav"}).m_sOut)["harmony"].is_null());
 }
 
 TEST_F(ProfileTest, SilenceHasNoKey) {
     WriteWav(m_folder / "a.wav", MakeSilence(10.0));
-    Json const json = Json::parse(Profile({"a.wav"}).m_sOut);
+    OrderedJson const json = OrderedJson::parse(Profile({"a.wav"}).m_sOut);
     EXPECT_EQ(json["key"]["tonic"], 0);
     EXPECT_EQ(json["key"]["mode"], 0);
     EXPECT_TRUE(json["key"]["name"].is_null());
@@ -119,7 +119,7 @@ TEST_F(ProfileTest, OneObjectAFileAndAMessageForTheOthers) {
     EXPECT_EQ(result.m_sErr, "tactus: none.wav: No such file or directory\n"
                              "tactus: .: is a folder, not a file\n");
     EXPECT_EQ(std::count(result.m_sOut.begin(), result.m_sOut.end(), '\n'), 1);
-    Json const json = Json::parse(result.m_sOut);
+    OrderedJson const json = OrderedJson::parse(result.m_sOut);
     EXPECT_EQ(json["file"], "a\xEF\xBF\xBD.wav");
     EXPECT_THAT(json["uri"].get<std::string>(), testing::EndsWith("/a%FF.wav"));
 }

@@ -17,28 +17,28 @@
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::SizeIs;
 
 class RecordTest : public CCommandTest {
 protected:
-    static std::vector<Json> Lines(std::string const& text) {
-        std::vector<Json> lines;
+    static std::vector<OrderedJson> Lines(std::string const& text) {
+        std::vector<OrderedJson> lines;
         std::istringstream stream(text);
         for (std::string line; std::getline(stream, line);) {
-            lines.push_back(Json::parse(line));
+            lines.push_back(OrderedJson::parse(line));
         }
         return lines;
     }
 
     /// The one record that `profile` prints of the file, with all its fields.
-    Json RecordOf(std::string const& name) {
+    OrderedJson RecordOf(std::string const& name) {
         CProcessResult const result = Tactus({"profile", "--half-beats", "--samples", name});
         EXPECT_EQ(result.m_nExit, 0) << result.m_sErr;
-        std::vector<Json> const lines = Lines(result.m_sOut);
-        return lines.size() == 1 ? lines.front() : Json();
+        std::vector<OrderedJson> const lines = Lines(result.m_sOut);
+        return lines.size() == 1 ? lines.front() : OrderedJson();
     }
 
     /// What the schema says against the records in `text`.
@@ -79,7 +79,7 @@ std::vector<double> ErrorsOf(std::vector<double> const& beats) {
 TEST_F(RecordTest, BeatsOfAClickTrackLieOnItsClicksAtEveryRate) {
     for (std::uint32_t const rate : {44'100U, 48'000U, 96'000U}) {
         WriteClicks("a.wav", rate, 60.0);
-        Json const record = RecordOf("a.wav");
+        OrderedJson const record = RecordOf("a.wav");
         EXPECT_EQ(record["duration"], 60.0) << rate;
         EXPECT_EQ(record["source"]["rate"], rate);
         EXPECT_EQ(record["source"]["codec"], "pcm_s16le");
@@ -107,8 +107,8 @@ TEST_F(RecordTest, BeatsOfAClickTrackLieOnItsClicksAtEveryRate) {
 
 TEST_F(RecordTest, SamplesAreTheEnginesOwnPositions) {
     WriteClicks("a.wav", 44'100, 40.0);
-    Json const record = RecordOf("a.wav");
-    Json const trace = Json::parse(Tactus({"profile", "--trace", "a.wav"}).m_sOut);
+    OrderedJson const record = RecordOf("a.wav");
+    OrderedJson const trace = OrderedJson::parse(Tactus({"profile", "--trace", "a.wav"}).m_sOut);
     EXPECT_EQ(record["samples"]["grid"], trace["beats"]);
     EXPECT_EQ(record["samples"]["marks"], trace["measureMarks"]);
     EXPECT_EQ(record["samples"]["introEnd"], trace["introEnd"]);
@@ -159,7 +159,7 @@ TEST_F(RecordTest, FailuresAreRecordsWithTheirReason) {
     CProcessResult const result = Tactus({"profile", "text.wav", "none.wav"});
     EXPECT_EQ(result.m_nExit, 1);
     EXPECT_THAT(result.m_sErr, HasSubstr("tactus: none.wav: No such file or directory\n"));
-    std::vector<Json> const lines = Lines(result.m_sOut);
+    std::vector<OrderedJson> const lines = Lines(result.m_sOut);
     ASSERT_THAT(lines, SizeIs(2));
     EXPECT_EQ(lines[0]["path"], "text.wav");
     EXPECT_EQ(lines[0]["error"]["code"], "notAudio");
@@ -239,7 +239,7 @@ TEST_F(RecordTest, AnalyzeTellsTheTagsTempoAndKeepsIt) {
     CProcessResult const result =
         Tactus({"analyze", "--format", "jsonl", "--full", "--write", "-q", "a.mp3"});
     EXPECT_EQ(result.m_nExit, 0) << result.m_sErr;
-    std::vector<Json> const lines = Lines(result.m_sOut);
+    std::vector<OrderedJson> const lines = Lines(result.m_sOut);
     ASSERT_THAT(lines, SizeIs(1));
     EXPECT_EQ(lines[0]["tempo"], 174);
     EXPECT_EQ(lines[0]["tempoSource"], "tag");
@@ -265,7 +265,7 @@ TEST_F(RecordTest, HarmonyIsPrintedInAllNotations) {
     CChords chords;
     chords.PlayCadence(6, true); // F sharp minor: 11A, 4m
     WriteWav(m_folder / "a.wav", chords.Samples());
-    Json const harmony = RecordOf("a.wav")["harmony"];
+    OrderedJson const harmony = RecordOf("a.wav")["harmony"];
     EXPECT_EQ(harmony["plain"], "F#m");
     EXPECT_EQ(harmony["camelot"], "11A");
     EXPECT_EQ(harmony["openKey"], "4m");
@@ -276,7 +276,7 @@ TEST_F(RecordTest, OneFileUnderTwoNamesHasTwoRecords) {
     WriteClip("a.wav");
     std::filesystem::create_hard_link(m_folder / "a.wav", m_folder / "b.wav");
     CProcessResult const result = Tactus({"profile", "--fields", "tempo", "a.wav", "b.wav"});
-    std::vector<Json> const lines = Lines(result.m_sOut);
+    std::vector<OrderedJson> const lines = Lines(result.m_sOut);
     ASSERT_THAT(lines, SizeIs(2));
     EXPECT_EQ(lines[0]["path"], "a.wav");
     EXPECT_EQ(lines[1]["path"], "b.wav");

@@ -16,7 +16,7 @@
 
 namespace {
 
-using nlohmann::json;
+using PlainJson = nlohmann::json;
 using testing::HasSubstr;
 
 class TagTest : public testing::Test {
@@ -31,7 +31,9 @@ protected:
         return RunProcess(setup);
     }
 
-    json List(std::string const& name) { return json::parse(Tag({"list", "--json", name}).m_sOut); }
+    PlainJson List(std::string const& name) {
+        return PlainJson::parse(Tag({"list", "--json", name}).m_sOut);
+    }
 
     void Write(std::string const& name, TagBytes const& bytes) {
         WriteBytes(m_folder / name, bytes);
@@ -40,15 +42,13 @@ protected:
     CTempFolder m_folder;
 };
 
-TagBytes const kAudio = MpegAudio(4);
-
 TEST_F(TagTest, GetPrintsTheText) {
     Write(
         "a.mp3",
         Joined({TagOf(3, Joined({Frame23("TIT2", WrittenText("Title")),
                                  Frame23("COMM",
                                          Joined({{0x00}, Ascii("eng"), {0x00}, Ascii("Words")}))})),
-                kAudio}));
+                kSound}));
     CProcessResult const title = Tag({"get", "a.mp3", "TIT2"});
     EXPECT_EQ(title.m_nExit, 0);
     EXPECT_EQ(title.m_sOut, "Title\n");
@@ -58,14 +58,14 @@ TEST_F(TagTest, GetPrintsTheText) {
 }
 
 TEST_F(TagTest, GetOfWhatIsNotThereIsOne) {
-    Write("a.mp3", Joined({TagOf(3, Frame23("TIT2", WrittenText("Title"))), kAudio}));
+    Write("a.mp3", Joined({TagOf(3, Frame23("TIT2", WrittenText("Title"))), kSound}));
     CProcessResult const missing = Tag({"get", "a.mp3", "TBPM"});
     EXPECT_EQ(missing.m_nExit, 1);
     EXPECT_EQ(missing.m_sOut, "");
     EXPECT_EQ(missing.m_sErr, "tactus: a.mp3: has no TBPM\n");
-    Write("b.mp3", kAudio);
+    Write("b.mp3", kSound);
     EXPECT_EQ(Tag({"get", "b.mp3", "TIT2"}).m_nExit, 1);
-    Write("c.mp3", Joined({kAudio, Id3v1Trailer("Song", "", "", "", 17)}));
+    Write("c.mp3", Joined({kSound, Id3v1Trailer("Song", "", "", "", 17)}));
     EXPECT_EQ(Tag({"get", "c.mp3", "TIT2"}).m_nExit, 1);
     CProcessResult const noFile = Tag({"get", "none.mp3", "TIT2"});
     EXPECT_EQ(noFile.m_nExit, 1);
@@ -73,20 +73,20 @@ TEST_F(TagTest, GetOfWhatIsNotThereIsOne) {
 }
 
 TEST_F(TagTest, SetWritesAndSaysNothing) {
-    Write("a.mp3", kAudio);
+    Write("a.mp3", kSound);
     CProcessResult const result = Tag({"set", "a.mp3", "TBPM", "128.00"});
     EXPECT_EQ(result.m_nExit, 0);
     EXPECT_EQ(result.m_sOut + result.m_sErr, "");
     EXPECT_EQ(
         ReadBytes(m_folder / "a.mp3"),
-        Joined({TagOf(3, Joined({Frame23("TBPM", WrittenText("128.00")), Zeros(4096)})), kAudio}));
+        Joined({TagOf(3, Joined({Frame23("TBPM", WrittenText("128.00")), Zeros(4096)})), kSound}));
     EXPECT_EQ(Tag({"get", "a.mp3", "TBPM"}).m_sOut, "128.00\n");
 }
 
 TEST_F(TagTest, SetTakesAnyTextOfUtf8) {
     for (char const* text :
          {"-5", "[a,b]", "\xF0\x9F\x98\x80 caf\xC3\xA9", "two\nlines", " ", "--"}) {
-        Write("a.mp3", kAudio);
+        Write("a.mp3", kSound);
         EXPECT_EQ(Tag({"set", "a.mp3", "TIT2", "--", text}).m_nExit, 0) << text;
         EXPECT_EQ(Tag({"get", "a.mp3", "TIT2"}).m_sOut, std::string(text) + "\n");
     }
@@ -97,19 +97,19 @@ TEST_F(TagTest, SetTakesAnyTextOfUtf8) {
 TEST_F(TagTest, SetTakesFilesOfAnyName) {
     for (char const* name :
          {"\xF0\x9F\x98\x80.mp3", "caf\xE9.mp3", "-x.mp3", "[a].mp3", "a b.MP3"}) {
-        Write(name, kAudio);
+        Write(name, kSound);
         EXPECT_EQ(Tag({"set", "--", name, "TBPM", "90"}).m_nExit, 0) << name;
         EXPECT_EQ(Tag({"get", "--", name, "TBPM"}).m_sOut, "90\n") << name;
     }
 }
 
 TEST_F(TagTest, SetOfAnEmptyTextEmptiesTheFrame) {
-    Write("a.mp3", Joined({TagOf(3, Frame23("TBPM", WrittenText("128"))), kAudio}));
+    Write("a.mp3", Joined({TagOf(3, Frame23("TBPM", WrittenText("128"))), kSound}));
     EXPECT_EQ(Tag({"set", "a.mp3", "TBPM", ""}).m_nExit, 0);
     EXPECT_EQ(List("a.mp3")["frames"][0]["text"], "");
-    Write("b.mp3", kAudio);
+    Write("b.mp3", kSound);
     EXPECT_EQ(Tag({"set", "b.mp3", "TBPM", ""}).m_nExit, 0);
-    EXPECT_EQ(ReadBytes(m_folder / "b.mp3"), kAudio);
+    EXPECT_EQ(ReadBytes(m_folder / "b.mp3"), kSound);
 }
 
 TEST_F(TagTest, SetSaysWhyItDidNot) {
@@ -120,12 +120,12 @@ TEST_F(TagTest, SetSaysWhyItDidNot) {
     };
     TagBytes const title = Frame23("TIT2", Latin1Text("Title"));
     for (CCase const& c : {
-             CCase{"a.wav", kAudio, "only .mp3 files are"},
+             CCase{"a.wav", kSound, "only .mp3 files are"},
              CCase{"b.mp3", Joined({TagHeader(3, 9000), title}), "its tag can't be read"},
              CCase{"c.mp3", TagOf(3, Joined({title, Zeros(30), {1}})), "data that would be lost"},
              CCase{"e.mp3", Joined({TagOf(3, title), FakeAudio(5000)}), "it isn't MPEG audio"},
              CCase{"f.mp3", Ascii("<!DOCTYPE html><html></html>"), "it isn't MPEG audio"},
-             CCase{"g.mp3", Joined({TagOf(4, Frame24("TIT2", {0, 0, 0, 1, 0}, 0, 1)), kAudio}),
+             CCase{"g.mp3", Joined({TagOf(4, Frame24("TIT2", {0, 0, 0, 1, 0}, 0, 1)), kSound}),
                    "compressed, encrypted or grouped"},
          }) {
         Write(c.m_sName, c.m_vBytes);
@@ -136,7 +136,7 @@ TEST_F(TagTest, SetSaysWhyItDidNot) {
         EXPECT_THAT(result.m_sErr, HasSubstr(c.m_sReason));
         EXPECT_EQ(ReadBytes(m_folder / c.m_sName), c.m_vBytes);
     }
-    Write("d.mp3", kAudio);
+    Write("d.mp3", kSound);
     std::filesystem::create_directory(m_folder / "d.MP~");
     CProcessResult const result = Tag({"set", "d.mp3", "TBPM", "128"});
     EXPECT_EQ(result.m_nExit, 1);
@@ -149,7 +149,7 @@ TEST_F(TagTest, SetSaysWhyItDidNot) {
 TEST_F(TagTest, SetRefusesFramesThatAreNoText) {
     TagBytes const bytes =
         Joined({TagOf(3, Joined({Frame23("APIC", {1, 2, 3}), Frame23("TXXX", {0, 'a', 0, 'b'})})),
-                kAudio});
+                kSound});
     Write("a.mp3", bytes);
     for (char const* id : {"APIC", "TXXX", "PRIV", "tbpm", "TBP", "TBPMX", "", "T\xC3\x84X"}) {
         EXPECT_EQ(Tag({"set", "a.mp3", id, "128"}).m_nExit, 2) << id;
@@ -180,8 +180,8 @@ TEST_F(TagTest, ListTellsEveryFrame) {
     TagBytes const picture = Joined({{0x00}, Ascii("PNG"), {0x03}, Ascii("d"), {0x00}, Zeros(9)});
     Write("v22.mp3",
           Joined({TagOf(2, Joined({Frame22("TT2", Latin1Text("Title")), Frame22("PIC", picture)})),
-                  kAudio}));
-    EXPECT_EQ(List("v22.mp3"), json::parse(R"({
+                  kSound}));
+    EXPECT_EQ(List("v22.mp3"), PlainJson::parse(R"({
         "status": 0, "version": [2, 0], "tagSize": 44, "frames": [
             {"id": "TIT2", "flags": [0, 0], "size": 6, "text": "Title"},
             {"id": "APIC", "flags": [0, 0], "size": 23, "text": null}]})"));
@@ -192,7 +192,7 @@ TEST_F(TagTest, ListTellsEveryFrame) {
                    Frame24("TBPM", Latin1Text(std::string("1\0002", 3)))}));
     tag[4] = 9; // the revision
     Write("v24.mp3", tag);
-    EXPECT_EQ(List("v24.mp3"), json::parse(R"({
+    EXPECT_EQ(List("v24.mp3"), PlainJson::parse(R"({
         "status": 0, "version": [4, 9], "tagSize": 78, "frames": [
             {"id": "TPE1", "flags": [32, 65], "size": 3, "text": "A"},
             {"id": "APIC", "flags": [0, 1], "size": 2, "text": null},
@@ -202,21 +202,21 @@ TEST_F(TagTest, ListTellsEveryFrame) {
 }
 
 TEST_F(TagTest, ListTellsWhenThereIsNoTag) {
-    Write("plain.mp3", kAudio);
+    Write("plain.mp3", kSound);
     EXPECT_EQ(List("plain.mp3"),
-              json::parse(R"({"status": 1, "version": [0, 0], "tagSize": 0, "frames": []})"));
+              PlainJson::parse(R"({"status": 1, "version": [0, 0], "tagSize": 0, "frames": []})"));
     EXPECT_EQ(Tag({"list", "plain.mp3"}).m_sOut, "no ID3v2 tag\n");
     EXPECT_EQ(Tag({"list", "plain.mp3"}).m_nExit, 0);
     Write("v5.mp3", TagOf(5, Zeros(20)));
     EXPECT_EQ(List("v5.mp3"),
-              json::parse(R"({"status": 1, "version": [5, 0], "tagSize": 0, "frames": []})"));
+              PlainJson::parse(R"({"status": 1, "version": [5, 0], "tagSize": 0, "frames": []})"));
 }
 
 TEST_F(TagTest, ListFailsOnWhatItCannotRead) {
     CProcessResult const missing = Tag({"list", "--json", "none.mp3"});
     EXPECT_EQ(missing.m_nExit, 1);
     EXPECT_EQ(missing.m_sErr, "tactus: none.mp3: No such file or directory\n");
-    EXPECT_EQ(json::parse(missing.m_sOut)["status"], -2147483640);
+    EXPECT_EQ(PlainJson::parse(missing.m_sOut)["status"], -2147483640);
     Write("short.mp3", Joined({TagHeader(3, 100), Zeros(50)}));
     CProcessResult const cut = Tag({"list", "short.mp3"});
     EXPECT_EQ(cut.m_nExit, 1);
@@ -238,13 +238,13 @@ TEST_F(TagTest, ListKeepsIdsThatAreNoText) {
 }
 
 TEST_F(TagTest, LinkToAnotherKindOfFileIsNotWritten) {
-    Write("key.pem", kAudio);
+    Write("key.pem", kSound);
     std::filesystem::create_symlink("key.pem", m_folder / "a.mp3");
     CProcessResult const result = Tag({"set", "a.mp3", "TBPM", "128"});
     EXPECT_EQ(result.m_nExit, 1);
     EXPECT_EQ(result.m_sErr,
               "tactus: a.mp3: isn't written: it is a link to a file of another kind\n");
-    EXPECT_EQ(ReadBytes(m_folder / "key.pem"), kAudio);
+    EXPECT_EQ(ReadBytes(m_folder / "key.pem"), kSound);
 }
 
 TEST_F(TagTest, Version22IdsOfPlayersAreConvertedAndTold) {
@@ -252,7 +252,7 @@ TEST_F(TagTest, Version22IdsOfPlayersAreConvertedAndTold) {
         "podcast.mp3",
         Joined({TagOf(2, Joined({Frame22("TT2", Latin1Text("Title")), Frame22("PCS", {0, 0, 0, 0}),
                                  Frame22("GP1", Latin1Text("Group"))})),
-                kAudio}));
+                kSound}));
     EXPECT_EQ(Tag({"get", "podcast.mp3", "TIT2"}).m_sOut, "Title\n");
     EXPECT_EQ(Tag({"get", "podcast.mp3", "GRP1"}).m_sOut, "Group\n");
     CProcessResult const result = Tag({"set", "podcast.mp3", "TBPM", "128"});
@@ -265,10 +265,10 @@ TEST_F(TagTest, Version22IdsOfPlayersAreConvertedAndTold) {
 
 TEST_F(TagTest, UnknownVersion22IdIsListedAndNotWritten) {
     TagBytes const bytes = Joined(
-        {TagOf(2, Joined({Frame22("ZZZ", {1, 2}), Frame22("TT2", Latin1Text("Title"))})), kAudio});
+        {TagOf(2, Joined({Frame22("ZZZ", {1, 2}), Frame22("TT2", Latin1Text("Title"))})), kSound});
     Write("odd.mp3", bytes);
     EXPECT_EQ(Tag({"get", "odd.mp3", "TIT2"}).m_sOut, "Title\n");
-    EXPECT_EQ(List("odd.mp3")["frames"], json::parse(R"([
+    EXPECT_EQ(List("odd.mp3")["frames"], PlainJson::parse(R"([
         {"id": "ZZZ", "flags": [0, 0], "size": 2, "text": null},
         {"id": "TIT2", "flags": [0, 0], "size": 6, "text": "Title"}])"));
     CProcessResult const result = Tag({"set", "odd.mp3", "TBPM", "1"});
@@ -302,7 +302,7 @@ TEST_F(TagTest, NoTagEndsTheProcess) {
         TagOf(4, Frame24("TBPM", {0xFF, 0, 0, 0}, 0, 0x43), 0x80),
     };
     for (TagBytes const& tag : tags) {
-        TagBytes const bytes = Joined({tag, kAudio});
+        TagBytes const bytes = Joined({tag, kSound});
         Write("a.mp3", bytes);
         for (std::vector<std::string> const& arguments :
              {std::vector<std::string>{"get", "a.mp3", "TBPM"},
@@ -316,8 +316,8 @@ TEST_F(TagTest, NoTagEndsTheProcess) {
         }
         // Written or not, the sound is there.
         TagBytes const after = ReadBytes(m_folder / "a.mp3");
-        ASSERT_GE(after.size(), kAudio.size());
-        EXPECT_TRUE(std::equal(kAudio.rbegin(), kAudio.rend(), after.rbegin()));
+        ASSERT_GE(after.size(), kSound.size());
+        EXPECT_TRUE(std::equal(kSound.rbegin(), kSound.rend(), after.rbegin()));
     }
 }
 

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+constexpr std::size_t kAllRows = 1'000'000; ///< More than any test has.
+
 /// A file list of rows written by hand.
 class FakeFileList : public IFileList {
 public:

@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr std::size_t kAllRows = 1'000'000;
-
 /// A model over hand-written rows, watched by Qt's own checker, which aborts on a breach.
 struct ModelFixture : testing::Test {
     void show() {

@@ -11,8 +11,6 @@
 
 namespace {
 
-constexpr std::size_t kAllRows = 1'000'000;
-
 /// Rows named after what they are: "done", "todo", "failed". Watched by Qt's own checker.
 struct FileTableOrderTest : testing::Test {
     void add(std::u16string const& title) {

@@ -22,8 +22,6 @@
 
 namespace {
 
-constexpr std::size_t kAllRows = 1'000'000;
-
 struct FileTableViewTest : testing::Test {
     FileTableViewTest() {
         view.resize(700, 400);

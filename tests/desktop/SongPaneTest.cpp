@@ -31,7 +31,7 @@ namespace {
 constexpr std::int64_t kBeat = 22050; // of 120 BPM
 
 /// A minute at 120 BPM whose downbeat is at 0, full of energy and without bass.
-std::shared_ptr<CSongPicture> Minute() {
+std::shared_ptr<CSongPicture> MinuteOfMusic() {
     auto picture = std::make_shared<CSongPicture>();
     picture->m_nSamples = 60 * 44100;
     picture->m_fBpm = 120.0f;
@@ -62,7 +62,7 @@ public:
             picture->m_outcome.m_report.m_problem = EDecodeProblem::NotAudio;
             return picture;
         }
-        return Minute();
+        return MinuteOfMusic();
     }
 };
 

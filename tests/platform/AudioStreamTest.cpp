@@ -6,6 +6,7 @@
 #include "platform/MpegFrame.h"
 #include "support/ClickTrack.h"
 #include "support/Process.h"
+#include "support/SongLength.h"
 #include "support/TempFolder.h"
 #include "support/WavFile.h"
 
@@ -15,17 +16,15 @@
 
 namespace {
 
-constexpr std::int32_t kFrames = 91'875; // no multiple of a packet's of any kind
-
 class AudioStreamTest : public testing::Test {
 protected:
     AudioStreamTest() { m_stream.SetPatience(std::chrono::minutes(1)); }
 
-    /// A tone of `rate`, `kFrames` frames long, as ffmpeg encodes it.
+    /// A tone of `rate`, `kUnevenFrames` frames long, as ffmpeg encodes it.
     std::string Encode(std::string const& name, std::vector<std::string> const& options = {},
                        std::uint32_t rate = 44100) {
         WriteWav(m_folder / "source.wav", {.m_nRate = rate},
-                 MakeSine(440.0, kFrames / 44100.0, 0.5f));
+                 MakeSine(440.0, kUnevenFrames / 44100.0, 0.5f));
         return FfmpegEncode(m_folder / "source.wav", m_folder / name, options);
     }
 
@@ -89,7 +88,7 @@ TEST_F(AudioStreamTest, WholeFilesAreCountedRightBeforeTheyAreDecoded) {
     struct CCase {
         std::string m_sName;
         std::vector<std::string> m_vOptions;
-        std::int32_t m_nCount = kFrames;
+        std::int32_t m_nCount = kUnevenFrames;
     };
     // Without a header an MP3 has its encoder's delay of 1105 samples and whole frames of 1152:
     // (91,875 + 1,105) / 1152 = 80.7.
@@ -110,7 +109,7 @@ TEST_F(AudioStreamTest, OtherRatesAreCountedRightToo) {
     for (std::uint32_t const rate : {8000U, 22'050U, 48'000U}) {
         for (std::string const name : {"x.wav", "x.mp3", "x.m4a"}) {
             ASSERT_EQ(m_stream.Open(Encode(name, {}, rate)), kStatusOk);
-            EXPECT_EQ(m_stream.GetCount(), kFrames) << name << " at " << rate;
+            EXPECT_EQ(m_stream.GetCount(), kUnevenFrames) << name << " at " << rate;
             EXPECT_EQ(Drain(), kStatusOk) << name << " at " << rate;
         }
     }
@@ -118,14 +117,14 @@ TEST_F(AudioStreamTest, OtherRatesAreCountedRightToo) {
 
 TEST_F(AudioStreamTest, ADamagedFileRestartsOnceWithTheTrueCount) {
     ASSERT_EQ(m_stream.Open(WriteDamaged()), kStatusOk);
-    EXPECT_EQ(m_stream.GetCount(), kFrames); // by its packets
+    EXPECT_EQ(m_stream.GetCount(), kUnevenFrames); // by its packets
     EXPECT_EQ(Drain(), kStatusFailure);
     EXPECT_TRUE(m_stream.MustRestart());
     EXPECT_EQ(m_stream.GetReport().m_problem, EDecodeProblem::None);
 
     ASSERT_EQ(m_stream.Restart(), kStatusOk);
     EXPECT_FALSE(m_stream.MustRestart());
-    EXPECT_LT(m_stream.GetCount(), kFrames);
+    EXPECT_LT(m_stream.GetCount(), kUnevenFrames);
     EXPECT_EQ(m_stream.GetCount() % 1024, 0); // whole packets
     EXPECT_EQ(Drain(), kStatusOk);
     EXPECT_FALSE(m_stream.MustRestart());

@@ -5,6 +5,7 @@
 
 #include "support/ClickTrack.h"
 #include "support/Process.h"
+#include "support/SongLength.h"
 #include "support/TempFolder.h"
 #include "support/WavFile.h"
 
@@ -18,8 +19,6 @@
 
 namespace {
 
-// 2 1/12 s, deliberately no multiple of an encoder's frame of 1024 or 1152.
-constexpr std::int32_t kFrames = 91'875;
 constexpr std::int32_t kMp3Frame = 1152; // Standard: ISO/IEC 11172-3, samples of a frame.
 constexpr std::int32_t kAacFrame = 1024; // Standard: ISO/IEC 14496-3, samples of a frame.
 
@@ -27,7 +26,7 @@ class CompressedAudioTest : public testing::Test {
 protected:
     void SetUp() override {
         m_vSource = MakeSine(440.0, 91'875.0 / 44100.0, 0.5f);
-        ASSERT_EQ(m_vSource.size(), static_cast<std::size_t>(kFrames));
+        ASSERT_EQ(m_vSource.size(), static_cast<std::size_t>(kUnevenFrames));
         std::vector<float> stereo;
         for (float const sample : m_vSource) {
             stereo.insert(stereo.end(), {sample, sample});
@@ -90,7 +89,7 @@ TEST_F(CompressedAudioTest, LosslessContainersKeepLengthAndSamples) {
           CCase{"alac.caf", {"-c:a", "alac"}}, CCase{"alac.m4a", {"-c:a", "alac"}},
           CCase{"float.wav", {"-c:a", "pcm_f32le"}}}) {
         CDecodedAudio const audio = Decode(Encode(item.m_sName, item.m_vOptions));
-        EXPECT_EQ(audio.m_nCount, kFrames) << item.m_sName;
+        EXPECT_EQ(audio.m_nCount, kUnevenFrames) << item.m_sName;
         EXPECT_LE(Distance(audio), kLossless) << item.m_sName;
         EXPECT_FALSE(m_report.IsDamaged()) << item.m_sName;
     }
@@ -101,7 +100,7 @@ TEST_F(CompressedAudioTest, Mp3WithEncoderNoteIsTrimmed) {
          {std::vector<std::string>{"-c:a", "libmp3lame", "-b:a", "320k"},
           std::vector<std::string>{"-c:a", "libmp3lame", "-q:a", "2"}}) {
         CDecodedAudio const audio = Decode(Encode("x.mp3", options));
-        EXPECT_EQ(audio.m_nCount, kFrames);
+        EXPECT_EQ(audio.m_nCount, kUnevenFrames);
         EXPECT_LT(Distance(audio), kLossy);
         EXPECT_FALSE(m_report.IsDamaged());
     }
@@ -112,8 +111,8 @@ TEST_F(CompressedAudioTest, Mp3WithoutEncoderNoteKeepsItsPadding) {
         Decode(Encode("x.mp3", {"-c:a", "libmp3lame", "-b:a", "128k", "-write_xing", "0"}));
     // Whole frames: the music, the encoder's delay before it and the rest of the last frame.
     EXPECT_EQ(audio.m_nCount % kMp3Frame, 0);
-    EXPECT_GT(audio.m_nCount, kFrames);
-    EXPECT_LT(audio.m_nCount, kFrames + 3 * kMp3Frame);
+    EXPECT_GT(audio.m_nCount, kUnevenFrames);
+    EXPECT_LT(audio.m_nCount, kUnevenFrames + 3 * kMp3Frame);
 }
 
 TEST_F(CompressedAudioTest, TheReportSaysWhatWasSkippedAndWhy) {
@@ -141,7 +140,7 @@ TEST_F(CompressedAudioTest, AacInMp4LosesStartAndTail) {
          {std::vector<std::string>{"-c:a", "aac"},
           std::vector<std::string>{"-c:a", "aac", "-movflags", "+faststart"}}) {
         CDecodedAudio const audio = Decode(Encode("x.m4a", options));
-        EXPECT_EQ(audio.m_nCount, kFrames);
+        EXPECT_EQ(audio.m_nCount, kUnevenFrames);
         EXPECT_LT(Distance(audio), kLossy);
     }
 }
@@ -149,7 +148,7 @@ TEST_F(CompressedAudioTest, AacInMp4LosesStartAndTail) {
 TEST_F(CompressedAudioTest, AacInMp4WithoutEditListKeepsTheStart) {
     CDecodedAudio const audio = Decode(Encode("x.m4a", {"-c:a", "aac", "-use_editlist", "0"}));
     // The track's table counts one frame of priming and the music.
-    EXPECT_EQ(audio.m_nCount, kFrames + kAacFrame);
+    EXPECT_EQ(audio.m_nCount, kUnevenFrames + kAacFrame);
     EXPECT_LT(Distance(audio, kAacFrame), kLossy);
 }
 
@@ -167,7 +166,7 @@ TEST_F(CompressedAudioTest, FasterAacEndsInZerosFromItsEndOn) {
     // 91875 x 480 / 441 = 100000 frames, which are 91875 samples again.
     ASSERT_EQ(audio.m_nCount, 100'000);
     EXPECT_LT(Distance(audio), kLossy);
-    for (float const sample : audio.Samples().subspan(kFrames)) {
+    for (float const sample : audio.Samples().subspan(kUnevenFrames)) {
         ASSERT_EQ(sample, 0.0f);
     }
 }
@@ -264,13 +263,13 @@ TEST_F(CompressedAudioTest, CoverAndSecondStreamAreNoObstacle) {
     std::string const mp3 = Encode("x.mp3", {"-c:a", "libmp3lame"});
     Ffmpeg({"-i", mp3, "-i", m_folder / "cover.png", "-map", "0", "-map", "1", "-c", "copy",
             "-disposition:v", "attached_pic", m_folder / "cover.mp3"});
-    EXPECT_EQ(Decode(m_folder / "cover.mp3").m_nCount, kFrames);
+    EXPECT_EQ(Decode(m_folder / "cover.mp3").m_nCount, kUnevenFrames);
     Ffmpeg({"-i", m_folder / "source.wav", "-i", m_folder / "cover.png", "-map", "1", "-map", "0",
             "-c:v", "copy", "-disposition:v", "attached_pic", m_folder / "cover.m4a"});
-    EXPECT_EQ(Decode(m_folder / "cover.m4a").m_nCount, kFrames);
+    EXPECT_EQ(Decode(m_folder / "cover.m4a").m_nCount, kUnevenFrames);
     Ffmpeg({"-i", m_folder / "source.wav", "-f", "lavfi", "-i", "sine=880:d=1", "-map", "0", "-map",
             "1", m_folder / "two.m4a"});
-    EXPECT_EQ(Decode(m_folder / "two.m4a").m_nCount, kFrames);
+    EXPECT_EQ(Decode(m_folder / "two.m4a").m_nCount, kUnevenFrames);
 }
 
 TEST_F(CompressedAudioTest, BrokenOffMp3GivesWhatIsThereAndSaysSo) {
@@ -288,8 +287,8 @@ TEST_F(CompressedAudioTest, BrokenOffMp4GivesWhatIsThereAndSaysSo) {
     std::size_t const half = ReadText(whole).size() / 2;
     CDecodedAudio const audio = Decode(CutFile(whole, "cut.m4a", half));
     EXPECT_GT(m_report.m_nBadPackets, 0);
-    EXPECT_GT(audio.m_nCount, kFrames / 4);
-    EXPECT_LT(audio.m_nCount, kFrames * 3 / 4);
+    EXPECT_GT(audio.m_nCount, kUnevenFrames / 4);
+    EXPECT_LT(audio.m_nCount, kUnevenFrames * 3 / 4);
 }
 
 TEST_F(CompressedAudioTest, AFileThatIsCutSaysHowMuchOfItIsThere) {
@@ -371,8 +370,8 @@ TEST_F(CompressedAudioTest, ForgedLengthAllocatesNothing) {
     bytes.replace(note + 8, 4, "\x7F\xFF\xFF\xFF");
     WriteText(m_folder / "forged.mp3", bytes);
     CDecodedAudio const audio = Decode(m_folder / "forged.mp3");
-    EXPECT_GE(audio.m_nCount, kFrames);
-    EXPECT_LT(audio.m_nCount, kFrames + 3 * kMp3Frame);
+    EXPECT_GE(audio.m_nCount, kUnevenFrames);
+    EXPECT_LT(audio.m_nCount, kUnevenFrames + 3 * kMp3Frame);
 }
 
 } // namespace

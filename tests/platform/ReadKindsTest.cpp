@@ -6,6 +6,7 @@
 #include "platform/AudioDecoder.h"
 #include "support/ClickTrack.h"
 #include "support/Process.h"
+#include "support/SongLength.h"
 #include "support/TempFolder.h"
 #include "support/WavFile.h"
 
@@ -17,8 +18,6 @@
 // Kinds of files beside those of the window's list, made by ffmpeg's encoders or by hand.
 
 namespace {
-
-constexpr std::int32_t kFrames = 91'875; // 2 1/12 s: no multiple of any codec's frame
 
 class ReadKindsTest : public testing::Test {
 protected:
@@ -52,7 +51,7 @@ struct CCase {
 
 TEST_F(ReadKindsTest, KindsWithoutLossGiveEverySampleBack) {
     CDecodedAudio const source = Decode(m_folder / "source.wav");
-    ASSERT_EQ(source.m_nCount, kFrames);
+    ASSERT_EQ(source.m_nCount, kUnevenFrames);
     for (CCase const& item :
          {CCase{"x.wv", {"-c:a", "wavpack"}, EContainer::WavPack, "wavpack"},
           CCase{"x.tta", {"-c:a", "tta"}, EContainer::TrueAudio, "tta"},
@@ -90,7 +89,7 @@ TEST_F(ReadKindsTest, KindsWithLossGiveTheSongsLength) {
     }
 }
 
-std::string Little(std::uint32_t value, int bytes = 4) {
+std::string LowFirst(std::uint32_t value, int bytes = 4) {
     std::string text;
     for (int i = 0; i < bytes; ++i) {
         text += static_cast<char>(value >> (8 * i) & 0xFF);
@@ -100,18 +99,19 @@ std::string Little(std::uint32_t value, int bytes = 4) {
 
 TEST_F(ReadKindsTest, MonkeysAudioIsRead) {
     // No free program writes this kind, but a frame of silence is a few words long.
-    std::string const frame = Little(0x80000000) + // its sum, and that flags follow
-                              Little(3) +          // silence in every channel
-                              Little(0) + Little(0);
-    std::string const file = "MAC " + Little(3990, 2) + Little(0, 2) + // version, padding
-                             Little(52) + Little(24) + Little(4) + // the lengths of this header,
-                             Little(0) +                           // the next, the table, a WAV's
-                             Little(16) + Little(0) + Little(0) +  // frames, and a WAV's end
-                             std::string(16, '\0') +               // digest
-                             Little(1000, 2) + Little(0, 2) +      // compression: fast; flags
-                             Little(73'728) + Little(50'000) +     // samples of a frame, the last
-                             Little(1) + Little(16, 2) + Little(1, 2) + // frames, bits, channels
-                             Little(44'100) + Little(80) + frame;       // rate; place of the frame
+    std::string const frame = LowFirst(0x80000000) + // its sum, and that flags follow
+                              LowFirst(3) +          // silence in every channel
+                              LowFirst(0) + LowFirst(0);
+    std::string const file =
+        "MAC " + LowFirst(3990, 2) + LowFirst(0, 2) +    // version, padding
+        LowFirst(52) + LowFirst(24) + LowFirst(4) +      // the lengths of this header,
+        LowFirst(0) +                                    // the next, the table, a WAV's
+        LowFirst(16) + LowFirst(0) + LowFirst(0) +       // frames, and a WAV's end
+        std::string(16, '\0') +                          // digest
+        LowFirst(1000, 2) + LowFirst(0, 2) +             // compression: fast; flags
+        LowFirst(73'728) + LowFirst(50'000) +            // samples of a frame, the last
+        LowFirst(1) + LowFirst(16, 2) + LowFirst(1, 2) + // frames, bits, channels
+        LowFirst(44'100) + LowFirst(80) + frame;         // rate; place of the frame
     WriteText(m_folder / "x.ape", file);
     CDecodedAudio const audio = Decode(m_folder / "x.ape");
     EXPECT_EQ(audio.m_nCount, 50'000);
@@ -123,7 +123,7 @@ TEST_F(ReadKindsTest, MonkeysAudioIsRead) {
 TEST_F(ReadKindsTest, AFilmGivesItsSoundAlone) {
     Ffmpeg({"-i", m_folder / "source.wav", "-f", "lavfi", "-i", "color=red:s=64x64:d=2", "-c:a",
             "flac", "-c:v", "mpeg4", m_folder / "x.mkv"});
-    EXPECT_EQ(Decode(m_folder / "x.mkv").m_nCount, kFrames);
+    EXPECT_EQ(Decode(m_folder / "x.mkv").m_nCount, kUnevenFrames);
     Ffmpeg({"-f", "lavfi", "-i", "color=red:s=64x64:d=1", "-c:v", "mpeg4", m_folder / "mute.mp4"});
     (void)Decode(m_folder / "mute.mp4");
     EXPECT_EQ(m_report.m_problem, EDecodeProblem::NoAudio);
@@ -140,13 +140,13 @@ TEST_F(ReadKindsTest, AnEncryptedWindowsMediaFileIsProtected) {
     std::string const object = std::string("\xFB\xB3\x11\x22\x23\xBD\xD2\x11"
                                            "\xB4\xB7\x00\xA0\xC9\x55\xFC\x6E",
                                            16) +
-                               Little(16 + 8 + 4 * 4 + 4 + 4) + Little(0) + // size
-                               Little(4) + "key." + Little(4) + std::string("DRM\0", 4) +
-                               Little(0) + Little(0);
+                               LowFirst(16 + 8 + 4 * 4 + 4 + 4) + LowFirst(0) + // size
+                               LowFirst(4) + "key." + LowFirst(4) + std::string("DRM\0", 4) +
+                               LowFirst(0) + LowFirst(0);
     constexpr std::size_t kHeaderBytes = 30; // GUID, size, count, two reserved bytes
     auto const size = static_cast<std::uint32_t>(static_cast<unsigned char>(file[16]) +
                                                  256 * static_cast<unsigned char>(file[17]));
-    file.replace(16, 4, Little(size + static_cast<std::uint32_t>(object.size())));
+    file.replace(16, 4, LowFirst(size + static_cast<std::uint32_t>(object.size())));
     file.insert(kHeaderBytes, object);
     WriteText(m_folder / "x.wma", file);
     (void)Decode(m_folder / "x.wma");

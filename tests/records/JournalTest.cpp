@@ -15,8 +15,6 @@
 
 namespace {
 
-TagBytes const kSound = MpegAudio(4);
-
 class JournalTest : public testing::Test {
 protected:
     std::string Song(std::string const& name) {

@@ -15,9 +15,6 @@
 
 namespace {
 
-TagBytes const kSound = MpegAudio(4);
-TagBytes const kTitle = Frame23("TIT2", Latin1Text("Title"));
-
 TagBytes Tempo(std::string_view text) {
     return Frame23("TBPM", Latin1Text(text));
 }

@@ -20,7 +20,7 @@ CBeatCurves CurvesOf(std::vector<float> const& samples) {
 
 /// Index of the loudest of the last row.
 template <typename Rows>
-std::ptrdiff_t Loudest(Rows const& rows) {
+std::ptrdiff_t LoudestOf(Rows const& rows) {
     auto const& row = rows.back();
     return std::max_element(row.begin(), row.end()) - row.begin();
 }
@@ -82,17 +82,17 @@ TEST(BeatListenerTest, WhatIsNotFiniteIsSilence) {
 
 TEST(BeatListenerTest, AToneIsInItsBand) {
     // The edges are 120, 500, 2500 and 6000 Hz.
-    EXPECT_EQ(Loudest(CurvesOf(MakeSine(60.0, 0.5, 0.5f)).m_vBands), 0);
-    EXPECT_EQ(Loudest(CurvesOf(MakeSine(260.0, 0.5, 0.5f)).m_vBands), 1);
-    EXPECT_EQ(Loudest(CurvesOf(MakeSine(1200.0, 0.5, 0.5f)).m_vBands), 2);
-    EXPECT_EQ(Loudest(CurvesOf(MakeSine(12000.0, 0.5, 0.5f)).m_vBands), 3);
+    EXPECT_EQ(LoudestOf(CurvesOf(MakeSine(60.0, 0.5, 0.5f)).m_vBands), 0);
+    EXPECT_EQ(LoudestOf(CurvesOf(MakeSine(260.0, 0.5, 0.5f)).m_vBands), 1);
+    EXPECT_EQ(LoudestOf(CurvesOf(MakeSine(1200.0, 0.5, 0.5f)).m_vBands), 2);
+    EXPECT_EQ(LoudestOf(CurvesOf(MakeSine(12000.0, 0.5, 0.5f)).m_vBands), 3);
 }
 
 TEST(BeatListenerTest, ANoteHasItsPitch) {
     // A1 is 55 Hz; A3 lies 24 semitones above, C5 (523.25 Hz) 39.
-    EXPECT_EQ(Loudest(CurvesOf(MakeSine(55.0, 1.0, 0.5f)).m_vPitches), 0);
-    EXPECT_EQ(Loudest(CurvesOf(MakeSine(220.0, 1.0, 0.5f)).m_vPitches), 24);
-    EXPECT_EQ(Loudest(CurvesOf(MakeSine(523.25, 1.0, 0.5f)).m_vPitches), 39);
+    EXPECT_EQ(LoudestOf(CurvesOf(MakeSine(55.0, 1.0, 0.5f)).m_vPitches), 0);
+    EXPECT_EQ(LoudestOf(CurvesOf(MakeSine(220.0, 1.0, 0.5f)).m_vPitches), 24);
+    EXPECT_EQ(LoudestOf(CurvesOf(MakeSine(523.25, 1.0, 0.5f)).m_vPitches), 39);
 }
 
 TEST(BeatListenerTest, WhatRingsOutEndsInSilence) {

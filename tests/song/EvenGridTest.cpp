@@ -9,13 +9,13 @@
 
 namespace {
 
-constexpr double kHopSeconds = 32.0 / 44100.0;
+constexpr double kRiseSeconds = 32.0 / 44100.0;
 
 /// Rises of 30 every `step` seconds from `first` on.
-std::vector<std::uint8_t> Strokes(double first, double step, double seconds) {
-    std::vector<std::uint8_t> rises(static_cast<std::size_t>(seconds / kHopSeconds), 0);
+std::vector<std::uint8_t> RisesOf(double first, double step, double seconds) {
+    std::vector<std::uint8_t> rises(static_cast<std::size_t>(seconds / kRiseSeconds), 0);
     for (double moment = first; moment < seconds; moment += step) {
-        rises[static_cast<std::size_t>(moment / kHopSeconds)] = 30;
+        rises[static_cast<std::size_t>(moment / kRiseSeconds)] = 30;
     }
     return rises;
 }
@@ -30,7 +30,7 @@ double OffAt(CEvenGrid const& grid, double first, double step, double seconds) {
 } // namespace
 
 TEST(EvenGridTest, FindsAStepThatIsNotQuiteTheOneGiven) {
-    auto const grid = FindEvenGrid(Strokes(0.1, 0.2517, 50.0), 0.25);
+    auto const grid = FindEvenGrid(RisesOf(0.1, 0.2517, 50.0), 0.25);
     ASSERT_TRUE(grid.has_value());
     // To a bin of 2.9 ms and a drift of 6 ms at both ends.
     EXPECT_LT(OffAt(*grid, 0.1, 0.2517, 1.0), 0.009);
@@ -38,7 +38,7 @@ TEST(EvenGridTest, FindsAStepThatIsNotQuiteTheOneGiven) {
 }
 
 TEST(EvenGridTest, HoldsTenMinutes) {
-    auto const grid = FindEvenGrid(Strokes(0.1, 0.2517, 600.0), 0.2509);
+    auto const grid = FindEvenGrid(RisesOf(0.1, 0.2517, 600.0), 0.2509);
     ASSERT_TRUE(grid.has_value());
     EXPECT_LT(OffAt(*grid, 0.1, 0.2517, 1.0), 0.009);
     EXPECT_LT(OffAt(*grid, 0.1, 0.2517, 300.0), 0.009);
@@ -51,8 +51,8 @@ TEST(EvenGridTest, SilenceHasNone) {
 }
 
 TEST(EvenGridTest, AShortSongAndAnEndlessOneHaveNone) {
-    EXPECT_FALSE(FindEvenGrid(Strokes(0.0, 0.25, 3.9), 0.25).has_value());
-    EXPECT_TRUE(FindEvenGrid(Strokes(0.0, 0.25, 4.1), 0.25).has_value());
-    EXPECT_FALSE(FindEvenGrid(Strokes(0.0, 0.25, 901.0), 0.25).has_value());
-    EXPECT_FALSE(FindEvenGrid(Strokes(0.0, 0.25, 10.0), 0.0).has_value());
+    EXPECT_FALSE(FindEvenGrid(RisesOf(0.0, 0.25, 3.9), 0.25).has_value());
+    EXPECT_TRUE(FindEvenGrid(RisesOf(0.0, 0.25, 4.1), 0.25).has_value());
+    EXPECT_FALSE(FindEvenGrid(RisesOf(0.0, 0.25, 901.0), 0.25).has_value());
+    EXPECT_FALSE(FindEvenGrid(RisesOf(0.0, 0.25, 10.0), 0.0).has_value());
 }

@@ -14,8 +14,8 @@
 namespace {
 
 /// An element of 256 samples at 25600 Hz lasts 10 ms, a frame of four 40 ms.
-constexpr std::uint32_t kRate = 25600;
-constexpr std::uint16_t kElement = 256;
+constexpr std::uint32_t kCurveRate = 25600;
+constexpr std::uint16_t kCurveElement = 256;
 constexpr float kFrameSeconds = 0.04f;
 
 /// Silence with a stroke of one element at the start of every `period`-th frame, behind two frames.
@@ -24,7 +24,7 @@ CPfPcmThumbnail Strokes(std::size_t frames, std::size_t period) {
     for (std::size_t frame = 2; frame < frames; frame += period) {
         elements[frame * 4] = 1.0f;
     }
-    return MakeEnvelope(elements, kRate, kElement);
+    return MakeEnvelope(elements, kCurveRate, kCurveElement);
 }
 
 COnsetCurve CurveOf(std::vector<float> values) {
@@ -59,11 +59,13 @@ TEST(OnsetCurveTest, ASlowerStrokeIsPeakier) {
 }
 
 TEST(OnsetCurveTest, SilenceAndAHeldLevelHaveNoCurve) {
-    EXPECT_TRUE(MakeOnsetCurve(MakeEnvelope(std::vector<float>(400, 0.0f), kRate, kElement))
-                    .m_vValues.empty());
-    EXPECT_TRUE(MakeOnsetCurve(MakeEnvelope(std::vector<float>(400, 0.5f), kRate, kElement))
-                    .m_vValues.empty());
-    EXPECT_TRUE(MakeOnsetCurve(MakeEnvelope({}, kRate, kElement)).m_vValues.empty());
+    EXPECT_TRUE(
+        MakeOnsetCurve(MakeEnvelope(std::vector<float>(400, 0.0f), kCurveRate, kCurveElement))
+            .m_vValues.empty());
+    EXPECT_TRUE(
+        MakeOnsetCurve(MakeEnvelope(std::vector<float>(400, 0.5f), kCurveRate, kCurveElement))
+            .m_vValues.empty());
+    EXPECT_TRUE(MakeOnsetCurve(MakeEnvelope({}, kCurveRate, kCurveElement)).m_vValues.empty());
 }
 
 TEST(OnsetCurveTest, BadElementsCountAsSilence) {
@@ -80,7 +82,7 @@ TEST(OnsetCurveTest, LoudnessDoesNotMatter) {
     for (std::size_t i = 8; i < elements.size(); i += 40) {
         elements[i] = 0.25f; // a power of two: nothing is rounded differently
     }
-    EXPECT_EQ(MakeOnsetCurve(MakeEnvelope(elements, kRate, kElement)).m_vValues,
+    EXPECT_EQ(MakeOnsetCurve(MakeEnvelope(elements, kCurveRate, kCurveElement)).m_vValues,
               MakeOnsetCurve(Strokes(100, 10)).m_vValues);
 }
 

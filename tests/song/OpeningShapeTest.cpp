@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "song/OpeningShape.h"
+#include "support/SongLength.h"
 #include "support/Strokes.h"
 
 #include <algorithm>
@@ -11,10 +12,8 @@
 
 namespace {
 
-constexpr std::size_t kWhole = 4096; // elements of an opening
-
 TEST(OpeningShapeTest, LoudnessLeavesTheShapeAlmostAsItIs) {
-    std::vector<double> const song = StrokesOf(1, kWhole);
+    std::vector<double> const song = StrokesOf(1, kOpeningElements);
     COpeningShape const loud(LevelsFrom(song));
     std::vector<double> quiet = song;
     std::ranges::for_each(quiet, [](double& value) { value *= 0.25; });
@@ -38,7 +37,7 @@ TEST(OpeningShapeTest, AnchorsAreStrokesThatStandOut) {
 }
 
 TEST(OpeningShapeTest, SilenceHasNoAnchors) {
-    EXPECT_TRUE(COpeningShape(std::vector<std::uint8_t>(kWhole, 0)).Anchors().empty());
+    EXPECT_TRUE(COpeningShape(std::vector<std::uint8_t>(kOpeningElements, 0)).Anchors().empty());
     EXPECT_TRUE(COpeningShape(std::vector<std::uint8_t>()).Anchors().empty());
 }
 
@@ -64,7 +63,7 @@ TEST(OpeningShapeTest, CodeSaysWhetherEachBinIsAboveTheOneBefore) {
 }
 
 TEST(OpeningShapeTest, CutIsFoundToTheElement) {
-    std::vector<double> const song = StrokesOf(2, kWhole + 172);
+    std::vector<double> const song = StrokesOf(2, kOpeningElements + 172);
     COpeningShape const whole(LevelsFrom(std::vector<double>(song.begin(), song.end() - 172)));
     COpeningShape const cut(LevelsFrom(std::vector<double>(song.begin() + 172, song.end())));
     CShapeMatch const match = MatchShapes(whole, cut);
@@ -74,9 +73,9 @@ TEST(OpeningShapeTest, CutIsFoundToTheElement) {
 }
 
 TEST(OpeningShapeTest, ItselfIsWhollyAlikeAndAnotherIsNot) {
-    COpeningShape const song(LevelsFrom(StrokesOf(3, kWhole)));
+    COpeningShape const song(LevelsFrom(StrokesOf(3, kOpeningElements)));
     EXPECT_NEAR(MatchShapes(song, song).m_dLikeness, 1.0, 1e-12); // a quotient of two roots
-    COpeningShape const other(LevelsFrom(StrokesOf(4, kWhole)));
+    COpeningShape const other(LevelsFrom(StrokesOf(4, kOpeningElements)));
     EXPECT_LT(MatchShapes(song, other).m_dLikeness, 0.5);
 }
 

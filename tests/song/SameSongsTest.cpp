@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "song/SameSongs.h"
+#include "support/SongLength.h"
 #include "support/Strokes.h"
 
 #include <cmath>
@@ -15,7 +16,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr std::size_t kWhole = 4096; // elements of an opening
 constexpr double kElementSeconds = 256.0 / 44100.0;
 
 bool EarlierIsBetter(std::size_t a, std::size_t b) {
@@ -51,7 +51,7 @@ protected:
 
     /// The song of `seed` from element `from` on.
     static std::vector<double> CutSong(std::uint32_t seed, std::size_t from) {
-        std::vector<double> const song = StrokesOf(seed, kWhole + from);
+        std::vector<double> const song = StrokesOf(seed, kOpeningElements + from);
         return {song.begin() + static_cast<std::ptrdiff_t>(from), song.end()};
     }
 
@@ -72,16 +72,16 @@ protected:
 
 TEST_F(SameSongsTest, NothingIsFoundInNothing) {
     EXPECT_THAT(Find(), IsEmpty());
-    Add(StrokesOf(1, kWhole));
+    Add(StrokesOf(1, kOpeningElements));
     EXPECT_THAT(Find(), IsEmpty());
 }
 
 TEST_F(SameSongsTest, CopiesAreFoundAmongOthersWithTheirOffsets) {
-    Add(StrokesOf(1, kWhole));
-    Add(StrokesOf(2, kWhole));
+    Add(StrokesOf(1, kOpeningElements));
+    Add(StrokesOf(2, kOpeningElements));
     Add(CutSong(1, 172), 179.0);
     Add(Roughened(CutSong(2, 86), 0.2, 7), 179.5);
-    Add(StrokesOf(3, kWhole));
+    Add(StrokesOf(3, kOpeningElements));
     auto const groups = Find();
     ASSERT_EQ(groups.size(), 2U);
     EXPECT_THAT(PlacesOf(groups[0]), ElementsAre(0, 2));
@@ -95,7 +95,7 @@ TEST_F(SameSongsTest, CopiesAreFoundAmongOthersWithTheirOffsets) {
 
 TEST_F(SameSongsTest, TheBetterOneComesFirstAndOffsetsCountFromIt) {
     Add(CutSong(1, 172), 179.0);
-    Add(StrokesOf(1, kWhole));
+    Add(StrokesOf(1, kOpeningElements));
     auto const groups = Find([](std::size_t a, std::size_t b) { return a > b; });
     ASSERT_EQ(groups.size(), 1U);
     EXPECT_THAT(PlacesOf(groups[0]), ElementsAre(1, 0));
@@ -103,9 +103,9 @@ TEST_F(SameSongsTest, TheBetterOneComesFirstAndOffsetsCountFromIt) {
 }
 
 TEST_F(SameSongsTest, AnotherLengthIsAnotherVersion) {
-    Add(StrokesOf(1, kWhole), 180.0);
-    Add(StrokesOf(1, kWhole), 185.0);
-    Add(StrokesOf(1, kWhole), 200.0);
+    Add(StrokesOf(1, kOpeningElements), 180.0);
+    Add(StrokesOf(1, kOpeningElements), 185.0);
+    Add(StrokesOf(1, kOpeningElements), 200.0);
     auto const groups = Find();
     ASSERT_EQ(groups.size(), 1U);
     EXPECT_THAT(PlacesOf(groups[0]), ElementsAre(0, 1));
@@ -113,8 +113,8 @@ TEST_F(SameSongsTest, AnotherLengthIsAnotherVersion) {
 
 TEST_F(SameSongsTest, TwoOfFourHaveToAgree) {
     // Lengths are a second apart and outros too; the key is the same.
-    Add(StrokesOf(1, kWhole), 180.0, EKeyMode::Minor, 9);
-    Add(StrokesOf(1, kWhole), 181.0, EKeyMode::Minor, 9);
+    Add(StrokesOf(1, kOpeningElements), 180.0, EKeyMode::Minor, 9);
+    Add(StrokesOf(1, kOpeningElements), 181.0, EKeyMode::Minor, 9);
     m_vSongs[1].m_dOutroSeconds += 1.0;
     EXPECT_THAT(Find(), IsEmpty());
     m_vSongs[1].m_dOutroSeconds -= 1.05; // within a tenth of a second
@@ -126,8 +126,8 @@ TEST_F(SameSongsTest, TwoOfFourHaveToAgree) {
 }
 
 TEST_F(SameSongsTest, ThreeOfFourHaveToAgreeWhereOpeningsDiffer) {
-    Add(StrokesOf(1, kWhole), 180.0, EKeyMode::Minor, 9);
-    Add(Roughened(StrokesOf(1, kWhole), 4.0, 5), 180.0, EKeyMode::Minor, 9);
+    Add(StrokesOf(1, kOpeningElements), 180.0, EKeyMode::Minor, 9);
+    Add(Roughened(StrokesOf(1, kOpeningElements), 4.0, 5), 180.0, EKeyMode::Minor, 9);
     auto const groups = Find();
     ASSERT_EQ(groups.size(), 1U);
     EXPECT_GT(groups[0][1].m_dLikeness, 0.70);
@@ -144,8 +144,8 @@ TEST_F(SameSongsTest, ExcerptOfTheSameSpotAgreesWhereverItsFrameBegins) {
         seed = seed * 1664525U + 1013904223U;
         spot.push_back(static_cast<float>(seed >> 8U) / 8388608.0f - 1.0f);
     }
-    Add(StrokesOf(1, kWhole), 180.0, EKeyMode::Minor, 9);
-    Add(StrokesOf(1, kWhole), 181.0, EKeyMode::Minor, 9);
+    Add(StrokesOf(1, kOpeningElements), 180.0, EKeyMode::Minor, 9);
+    Add(StrokesOf(1, kOpeningElements), 181.0, EKeyMode::Minor, 9);
     m_vSongs[1].m_dOutroSeconds = 9.0;
     m_vSongs[0].m_excerpt = std::span<float const>(spot).first(128);
     m_vSongs[1].m_excerpt = std::span<float const>(spot).last(128);
@@ -157,15 +157,15 @@ TEST_F(SameSongsTest, ExcerptOfTheSameSpotAgreesWhereverItsFrameBegins) {
 }
 
 TEST_F(SameSongsTest, SilenceIsNoCopyOfSilence) {
-    Add(std::vector<double>(kWhole, 1.0));
-    Add(std::vector<double>(kWhole, 1.0));
+    Add(std::vector<double>(kOpeningElements, 1.0));
+    Add(std::vector<double>(kOpeningElements, 1.0));
     EXPECT_THAT(Find(), IsEmpty());
 }
 
 TEST_F(SameSongsTest, SongsOfOneMachineRhythmAreNotTheSame) {
     for (std::uint32_t seed = 0; seed < 40; ++seed) {
         // All as long, and in one key.
-        Add(MachineStrokesOf(seed, kWhole, 126.0), 240.0);
+        Add(MachineStrokesOf(seed, kOpeningElements, 126.0), 240.0);
         m_vSongs.back().m_dOutroSeconds = 200.0 + seed;
     }
     EXPECT_THAT(Find(), IsEmpty());
@@ -174,7 +174,7 @@ TEST_F(SameSongsTest, SongsOfOneMachineRhythmAreNotTheSame) {
 TEST_F(SameSongsTest, ManyCopiesOfOneRhythmAreAllFound) {
     // More than are looked at around an entry of the index, with others of the same beat between.
     for (std::uint32_t i = 0; i < 60; ++i) {
-        Add(MachineStrokesOf(i % 2 == 0 ? 1 : 100 + i, kWhole, 126.0));
+        Add(MachineStrokesOf(i % 2 == 0 ? 1 : 100 + i, kOpeningElements, 126.0));
         m_vSongs.back().m_dOutroSeconds = i % 2 == 0 ? 150.0 : 100.0 + 0.5 * i;
     }
     auto const groups = Find();

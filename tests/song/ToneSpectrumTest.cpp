@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr double kRate = 44100.0;
+constexpr double kToneRate = 44100.0;
 
 std::vector<float> Noise() {
     std::vector<float> samples(kToneFrameSamples);
@@ -77,7 +77,7 @@ TEST(ToneSpectrumTest, WhatLiesAboveTheBandStaysOut) {
         std::vector<float> samples(kToneFrameSamples);
         for (std::size_t i = 0; i < samples.size(); ++i) {
             samples[i] = static_cast<float>(
-                std::sin(2.0 * std::numbers::pi * hertz * static_cast<double>(i) / kRate));
+                std::sin(2.0 * std::numbers::pi * hertz * static_cast<double>(i) / kToneRate));
         }
         EXPECT_EQ(spectrum.Take(samples), kToneFrameSamples);
         spectrum.Analyze(&magnitudes);

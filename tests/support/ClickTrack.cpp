@@ -57,7 +57,7 @@ void AddTone(std::vector<float>& samples, std::int64_t start, std::int64_t lengt
 
 } // namespace
 
-std::size_t SampleCountOf(double seconds) {
+std::size_t SamplesIn(double seconds) {
     return static_cast<std::size_t>(std::llround(seconds * kClickRate));
 }
 
@@ -67,7 +67,7 @@ std::int64_t ClickPosition(CClickTrack const& track, int index) {
 
 void AddClick(std::vector<float>& samples, std::int64_t start, CClickShape const& shape,
               float gain) {
-    auto const length = static_cast<std::int64_t>(SampleCountOf(shape.m_dLengthSeconds));
+    auto const length = static_cast<std::int64_t>(SamplesIn(shape.m_dLengthSeconds));
     for (std::int64_t i = 0; i < length; ++i) {
         std::int64_t const at = start + i;
         if (at < 0 || at >= static_cast<std::int64_t>(samples.size())) {
@@ -99,11 +99,11 @@ std::vector<float> MakeClickTrack(double bpm, double seconds) {
 }
 
 std::vector<float> MakeSilence(double seconds) {
-    return std::vector<float>(SampleCountOf(seconds), 0.0f);
+    return std::vector<float>(SamplesIn(seconds), 0.0f);
 }
 
 std::vector<float> MakeNoise(double seconds, float amplitude, std::uint32_t seed) {
-    std::vector<float> samples(SampleCountOf(seconds));
+    std::vector<float> samples(SamplesIn(seconds));
     CLcg lcg(seed);
     std::ranges::generate(samples, [&] { return amplitude * lcg.Next(); });
     return samples;

@@ -29,7 +29,7 @@ struct CClickTrack {
 };
 
 /// Number of samples in `seconds`, rounded to the nearest.
-std::size_t SampleCountOf(double seconds);
+std::size_t SamplesIn(double seconds);
 
 /// Sample position of click `index`, rounded to the nearest sample; clicks never drift.
 std::int64_t ClickPosition(CClickTrack const& track, int index);

@@ -14,12 +14,12 @@ namespace {
 thread_local bool watching = false;
 thread_local int firstFailing = 0;
 thread_local int lastFailing = 0;
-thread_local int count = 0;
+thread_local int seen = 0;
 
 /// Counts an allocation. Returns: whether it has to fail.
 bool Fails() {
-    count += watching ? 1 : 0;
-    return watching && count >= firstFailing && count <= lastFailing;
+    seen += watching ? 1 : 0;
+    return watching && seen >= firstFailing && seen <= lastFailing;
 }
 } // namespace
 
@@ -27,11 +27,11 @@ CFailingAllocation::CFailingAllocation(int passing, int failing) {
     watching = true;
     firstFailing = passing + 1;
     lastFailing = passing + failing;
-    count = 0;
+    seen = 0;
 }
 
 int CFailingAllocation::GetCount() {
-    return count;
+    return seen;
 }
 
 CFailingAllocation::~CFailingAllocation() {

@@ -43,6 +43,10 @@ TagBytes FakeAudio(std::size_t count);
 /// the one before says, 417 bytes on, and bytes that are no sound between them.
 TagBytes MpegAudio(std::size_t count);
 
+inline TagBytes const kTitle = Frame23("TIT2", Latin1Text("Title")); // 16 bytes
+inline TagBytes const kTempo = Frame23("TBPM", WrittenText("128"));  // 21 bytes
+inline TagBytes const kSound = MpegAudio(4);
+
 /// The 128 bytes of an ID3v1 trailer; texts are filled up with spaces.
 TagBytes Id3v1Trailer(std::string_view title, std::string_view second, std::string_view third,
                       std::string_view year, std::uint8_t genre);

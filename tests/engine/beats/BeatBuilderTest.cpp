@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "engine/beats/BeatBuilder.h"
+#include "base/EngineRate.h"
 
 #include "engine/tempo/ImpactFinder.h"
 #include "support/Envelope.h"
@@ -20,7 +21,6 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr std::uint32_t kRate = 44100;
 constexpr std::uint16_t kPerElement = 256;
 constexpr std::int64_t kMinute = 2'646'000;
 constexpr std::int64_t kFirstPulse = 20; // element
@@ -38,7 +38,7 @@ CPfPcmThumbnail Pulses(std::vector<std::int64_t> const& missing = {}) {
     for (std::int64_t const i : missing) {
         elements[static_cast<std::size_t>(kFirstPulse + i * kSpacing)] = 0.0f;
     }
-    return MakeEnvelope(elements, kRate, kPerElement);
+    return MakeEnvelope(elements, kEngineRateHz, kPerElement);
 }
 
 /// bpm = 60 / (a beat's seconds), a beat being two steps, each operation in single precision.
@@ -70,7 +70,7 @@ TEST_F(BeatBuilderTest, EvenPulsesGiveTheGridOfTheirFeet) {
     EXPECT_EQ(Build(Pulses()), expected);
     EXPECT_EQ(m_fBpm, BpmOf(11'008.0f));
     EXPECT_EQ(m_out.GetResolution(), 8U);
-    EXPECT_EQ(m_out.GetSampleRate(), kRate);
+    EXPECT_EQ(m_out.GetSampleRate(), kEngineRateHz);
     EXPECT_EQ(m_out.GetSampleCount(), kMinute / kPerElement * kPerElement);
 }
 
@@ -100,20 +100,20 @@ TEST_F(BeatBuilderTest, OutIsReplacedWithItsMarks) {
 
 TEST_F(BeatBuilderTest, SilenceHasNoGridAndKeepsTheTempoOfItsStep) {
     // 44100 / (120.3 / 240) is 87980.05 samples a measure; an eighth, truncated, is 10997.
-    EXPECT_THAT(Build(MakeEnvelope(std::vector<float>(10'335, 0.0f), kRate, kPerElement)),
+    EXPECT_THAT(Build(MakeEnvelope(std::vector<float>(10'335, 0.0f), kEngineRateHz, kPerElement)),
                 IsEmpty());
     EXPECT_EQ(m_fBpm, BpmOf(10'997.0f));
     EXPECT_EQ(m_out.GetResolution(), 8U);
 }
 
 TEST_F(BeatBuilderTest, AnEmptyTrackHasNoGrid) {
-    EXPECT_THAT(Build(MakeEnvelope({}, kRate, kPerElement)), IsEmpty());
+    EXPECT_THAT(Build(MakeEnvelope({}, kEngineRateHz, kPerElement)), IsEmpty());
     EXPECT_EQ(m_out.GetResolution(), 8U);
 }
 
 TEST_F(BeatBuilderTest, WithoutATempoTheOnsetsAreTheGrid) {
     CPfPcmThumbnail const pulses = Pulses();
-    CPfImpactPoints onsets(kRate, kMinute);
+    CPfImpactPoints onsets(kEngineRateHz, kMinute);
     CPfImpactFinder(nullptr).BuildImpactPoints(&pulses, 8, &onsets);
     onsets.SortAndFilterDupes();
     ASSERT_GT(onsets.GetUpperBound(), 160); // 20 measures at 82 BPM, eight points each
@@ -155,7 +155,8 @@ TEST_F(BeatBuilderTest, OnsetsAreScoredOnTheOtherThumbnail) {
     // All scores are 0 where the envelope is flat, so nothing is chained; but the step is the
     // onsets' own.
     CPfPcmThumbnail const pulses = Pulses();
-    CPfPcmThumbnail const flat = MakeEnvelope(std::vector<float>(10'335, 1.0f), kRate, kPerElement);
+    CPfPcmThumbnail const flat =
+        MakeEnvelope(std::vector<float>(10'335, 1.0f), kEngineRateHz, kPerElement);
     EXPECT_TRUE(m_builder.BuildBeatPointsAlt(&flat, &pulses, &m_fBpm, &m_out));
     EXPECT_THAT(m_out.Points(), IsEmpty());
     EXPECT_EQ(m_fBpm, BpmOf(11'008.0f));

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
+#include "base/EngineRate.h"
 #include "engine/beats/BeatBuilder.h"
 
 #include "support/Envelope.h"
@@ -22,8 +23,7 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr std::uint32_t kRate = 44100;
-constexpr std::uint16_t kPerElement = 10;
+constexpr std::uint16_t kElementSamples = 10;
 
 /// Nodes of (position, confidence), numbered in order.
 CPfBeatBuilder::Nodes
@@ -39,7 +39,7 @@ Nodes(std::initializer_list<std::pair<std::int64_t, float>> const& candidates) {
     return nodes;
 }
 
-std::vector<std::int64_t> Positions(CPfBeatBuilder::Nodes const& nodes) {
+std::vector<std::int64_t> PositionsOf(CPfBeatBuilder::Nodes const& nodes) {
     std::vector<std::int64_t> positions;
     for (CPfBeatPoint const& node : nodes) {
         positions.push_back(node.m_nPosition);
@@ -50,7 +50,7 @@ std::vector<std::int64_t> Positions(CPfBeatBuilder::Nodes const& nodes) {
 /// What the filter leaves at a step of 1000, that is a reach of 450 samples.
 std::vector<std::int64_t> Thinned(CPfBeatBuilder::Nodes nodes) {
     EXPECT_TRUE(CPfBeatBuilder::ProximityConfFilter(1000.0f, &nodes));
-    return Positions(nodes);
+    return PositionsOf(nodes);
 }
 
 struct CClusters {
@@ -62,12 +62,12 @@ struct CClusters {
 
 CClusters Cluster(CPfPcmThumbnail const& envelope, float interval,
                   std::vector<std::int64_t> const& candidates) {
-    CPfImpactPoints in(kRate, 0);
+    CPfImpactPoints in(kEngineRateHz, 0);
     for (std::int64_t const position : candidates) {
         in.Add(position);
     }
     CCancelFlag const cancel;
-    CPfImpactPoints out(kRate, 0);
+    CPfImpactPoints out(kEngineRateHz, 0);
     float step = -1.0f;
     EXPECT_TRUE(CPfBeatBuilder(&cancel).ClusterFilterPoints(&envelope, interval, &in, &out, &step));
     return {{out.Points().begin(), out.Points().end()}, step};
@@ -82,7 +82,7 @@ CClusters ClusterBeats(std::int64_t count, float interval) {
         elements[static_cast<std::size_t>(i) * 100] = 1.0f;
         candidates.push_back(i * 1000);
     }
-    return Cluster(MakeEnvelope(elements, kRate, kPerElement), interval, candidates);
+    return Cluster(MakeEnvelope(elements, kEngineRateHz, kElementSamples), interval, candidates);
 }
 
 } // namespace
@@ -92,7 +92,7 @@ TEST(BeatClustersTest, ConfidenceIsTheRiseOverEightElementsOnEachSide) {
     for (std::size_t i = 4; i < 20; ++i) {
         elements[i] = i < 12 ? 1.0f : 3.0f;
     }
-    CPfPcmThumbnail const envelope = MakeEnvelope(elements, kRate, kPerElement);
+    CPfPcmThumbnail const envelope = MakeEnvelope(elements, kEngineRateHz, kElementSamples);
     // Element 12: 12 to 19 hold 3 each, 4 to 11 hold 1 each.
     EXPECT_EQ(CPfBeatBuilder::CalcPointConfidence(&envelope, 120), 16.0f);
     EXPECT_EQ(CPfBeatBuilder::CalcPointConfidence(&envelope, 129), 16.0f);
@@ -101,7 +101,8 @@ TEST(BeatClustersTest, ConfidenceIsTheRiseOverEightElementsOnEachSide) {
 }
 
 TEST(BeatClustersTest, ConfidenceCountsTheEndsOnceForAllThatLiesOutside) {
-    CPfPcmThumbnail const ones = MakeEnvelope(std::vector<float>(32, 1.0f), kRate, kPerElement);
+    CPfPcmThumbnail const ones =
+        MakeEnvelope(std::vector<float>(32, 1.0f), kEngineRateHz, kElementSamples);
     EXPECT_EQ(CPfBeatBuilder::CalcPointConfidence(&ones, 0), 7.0f);    // 0 to 7 less 0
     EXPECT_EQ(CPfBeatBuilder::CalcPointConfidence(&ones, -9), 7.0f);   // truncated to element 0
     EXPECT_EQ(CPfBeatBuilder::CalcPointConfidence(&ones, 30), 5.0f);   // 3 to 10 less 0 to 2
@@ -125,7 +126,7 @@ TEST(BeatClustersTest, ConfidenceAddsUpInAscendingOrder) {
     for (std::size_t i = 17; i < 24; ++i) {
         elements[i] = 1.0f;
     }
-    CPfPcmThumbnail const envelope = MakeEnvelope(elements, kRate, kPerElement);
+    CPfPcmThumbnail const envelope = MakeEnvelope(elements, kEngineRateHz, kElementSamples);
     EXPECT_EQ(CPfBeatBuilder::CalcPointConfidence(&envelope, 160), 16'777'216.0f);
 }
 
@@ -167,7 +168,7 @@ TEST(BeatClustersTest, ThinsLikeAListThatIsWalkedInBothDirections) {
         CPfBeatBuilder::Nodes expected = nodes;
         plain::Thin(1000.0f, &expected);
         CPfBeatBuilder::ProximityConfFilter(1000.0f, &nodes);
-        ASSERT_EQ(Positions(nodes), Positions(expected)) << round;
+        ASSERT_EQ(PositionsOf(nodes), PositionsOf(expected)) << round;
     }
 }
 
@@ -245,14 +246,15 @@ TEST(BeatClustersTest, ChainsOfLessThan32IndicesAreDropped) {
 
 TEST(BeatClustersTest, FewerThanTwoCandidatesGiveNothing) {
     CPfPcmThumbnail const envelope =
-        MakeEnvelope(std::vector<float>(100, 1.0f), kRate, kPerElement);
+        MakeEnvelope(std::vector<float>(100, 1.0f), kEngineRateHz, kElementSamples);
     EXPECT_EQ(Cluster(envelope, 1010.0f, {}), (CClusters{{}, 1010.0f}));
     EXPECT_EQ(Cluster(envelope, 1010.0f, {500}), (CClusters{{}, 1010.0f}));
 }
 
 TEST(BeatClustersTest, CandidatesOfEqualConfidenceGiveNothing) {
     // A range of 0 becomes 1, and all confidences are 0.
-    CPfPcmThumbnail const flat = MakeEnvelope(std::vector<float>(10'000, 1.0f), kRate, kPerElement);
+    CPfPcmThumbnail const flat =
+        MakeEnvelope(std::vector<float>(10'000, 1.0f), kEngineRateHz, kElementSamples);
     std::vector<std::int64_t> candidates;
     for (std::int64_t i = 1; i < 90; ++i) {
         candidates.push_back(i * 1000);
@@ -264,9 +266,9 @@ TEST(BeatClustersTest, CancelLeavesTheOutputsAlone) {
     CCancelFlag cancel;
     cancel.Set();
     CPfPcmThumbnail const envelope =
-        MakeEnvelope(std::vector<float>(100, 1.0f), kRate, kPerElement);
-    CPfImpactPoints const in(kRate, 0);
-    CPfImpactPoints out(kRate, 0);
+        MakeEnvelope(std::vector<float>(100, 1.0f), kEngineRateHz, kElementSamples);
+    CPfImpactPoints const in(kEngineRateHz, 0);
+    CPfImpactPoints out(kEngineRateHz, 0);
     out.Add(7);
     float step = -1.0f;
     EXPECT_FALSE(CPfBeatBuilder(&cancel).ClusterFilterPoints(&envelope, 1000.0f, &in, &out, &step));
@@ -303,7 +305,7 @@ CClusters PlainCluster(CPfPcmThumbnail const& envelope, float interval,
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         nodes[i].m_nIndex = static_cast<std::int32_t>(i);
     }
-    float const step = CPfBeatBuilder::AverageInterval(interval, Positions(nodes));
+    float const step = CPfBeatBuilder::AverageInterval(interval, PositionsOf(nodes));
     std::vector<CPfBeatConnection> connections = plain::Connections(nodes, step);
     plain::Rank(&connections);
     plain::Chains chains;
@@ -347,10 +349,10 @@ TEST(BeatClustersTest, ClustersLikeTheRulesCarriedOutOneByOne) {
             position += random() % 6 == 0 ? static_cast<std::int64_t>(random() % 700) : step;
             position += static_cast<std::int64_t>(random() % 40);
             candidates.push_back(position);
-            elements[static_cast<std::size_t>(position / kPerElement)] +=
+            elements[static_cast<std::size_t>(position / kElementSamples)] +=
                 static_cast<float>(1 + random() % 4) / 4.0f;
         }
-        CPfPcmThumbnail const envelope = MakeEnvelope(elements, kRate, kPerElement);
+        CPfPcmThumbnail const envelope = MakeEnvelope(elements, kEngineRateHz, kElementSamples);
         CClusters const clusters = Cluster(envelope, 1010.0f, candidates);
         CClusters const expected = PlainCluster(envelope, 1010.0f, candidates);
         ASSERT_EQ(clusters.m_vPoints, expected.m_vPoints) << round;

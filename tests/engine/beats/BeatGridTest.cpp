@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
+#include "base/EngineRate.h"
 #include "engine/beats/BeatBuilder.h"
 
 #include "support/Envelope.h"
@@ -17,14 +18,13 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr std::uint32_t kRate = 44100;
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
 using Positions = std::vector<std::int64_t>;
 
-CPfImpactPoints Points(Positions const& positions) {
-    CPfImpactPoints points(kRate, 0);
+CPfImpactPoints PointsAt(Positions const& positions) {
+    CPfImpactPoints points(kEngineRateHz, 0);
     for (std::int64_t const position : positions) {
         points.Add(position);
     }
@@ -36,33 +36,33 @@ Positions ToList(CPfImpactPoints const& points) {
 }
 
 Positions Interpolated(float interval, Positions const& positions) {
-    CPfImpactPoints points = Points(positions);
+    CPfImpactPoints points = PointsAt(positions);
     EXPECT_TRUE(CPfBeatBuilder::InterpolatePoints(interval, &points));
     return ToList(points);
 }
 
 Positions Extrapolated(float interval, std::int64_t sampleCount, Positions const& positions) {
-    CPfImpactPoints points = Points(positions);
+    CPfImpactPoints points = PointsAt(positions);
     EXPECT_TRUE(CPfBeatBuilder::ExtrapolatePoints(interval, sampleCount, &points));
     return ToList(points);
 }
 
 Positions Pll(float interval, Positions const& positions) {
-    CPfImpactPoints const in = Points(positions);
+    CPfImpactPoints const in = PointsAt(positions);
     CCancelFlag const cancel;
-    CPfImpactPoints out(kRate, 0);
+    CPfImpactPoints out(kEngineRateHz, 0);
     EXPECT_TRUE(CPfBeatBuilder(&cancel).BuildGridPll(&in, interval, &out));
     return ToList(out);
 }
 
-/// Points 100, 200 ... 500, whose confidences are 1, 2, 3, 2, 1: pulses ten elements apart.
+/// PointsAt 100, 200 ... 500, whose confidences are 1, 2, 3, 2, 1: pulses ten elements apart.
 Positions KeptByConfidence(float fraction) {
     std::vector<float> elements(70, 0.0f);
     elements[10] = elements[50] = 1.0f;
     elements[20] = elements[40] = 2.0f;
     elements[30] = 3.0f;
-    CPfPcmThumbnail const envelope = MakeEnvelope(elements, kRate, 10);
-    CPfImpactPoints points = Points({500, 400, 300, 200, 100});
+    CPfPcmThumbnail const envelope = MakeEnvelope(elements, kEngineRateHz, 10);
+    CPfImpactPoints points = PointsAt({500, 400, 300, 200, 100});
     EXPECT_TRUE(CPfBeatBuilder::RemoveLowConfidencePoints(&envelope, fraction, &points));
     return ToList(points);
 }
@@ -171,8 +171,8 @@ TEST(BeatGridTest, LockedGridNeedsStepsOfASample) {
 TEST(BeatGridTest, CancelledLockedGridFails) {
     CCancelFlag cancel;
     cancel.Set();
-    CPfImpactPoints const in = Points({0, 1000, 2000});
-    CPfImpactPoints out(kRate, 0);
+    CPfImpactPoints const in = PointsAt({0, 1000, 2000});
+    CPfImpactPoints out(kEngineRateHz, 0);
     EXPECT_FALSE(CPfBeatBuilder(&cancel).BuildGridPll(&in, 1000.0f, &out));
     EXPECT_THAT(ToList(out), IsEmpty());
 }
@@ -208,13 +208,13 @@ TEST(BeatGridTest, ValuesAreHeldToTheirBounds) {
 }
 
 TEST(BeatGridTest, EverySecondPointIsKept) {
-    CPfImpactPoints fromFirst = Points({50, 10, 40, 20, 30});
+    CPfImpactPoints fromFirst = PointsAt({50, 10, 40, 20, 30});
     CPfBeatBuilder::DownsampleByHalf(1, &fromFirst);
     EXPECT_THAT(ToList(fromFirst), ElementsAre(50, 40, 30));
-    CPfImpactPoints fromSecond = Points({50, 10, 40, 20, 30});
+    CPfImpactPoints fromSecond = PointsAt({50, 10, 40, 20, 30});
     CPfBeatBuilder::DownsampleByHalf(0, &fromSecond);
     EXPECT_THAT(ToList(fromSecond), ElementsAre(10, 20));
-    CPfImpactPoints none = Points({});
+    CPfImpactPoints none = PointsAt({});
     CPfBeatBuilder::DownsampleByHalf(-1, &none);
     EXPECT_THAT(ToList(none), IsEmpty());
 }

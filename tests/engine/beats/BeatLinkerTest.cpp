@@ -23,7 +23,7 @@ using testing::Pair;
 
 namespace {
 
-CPfBeatBuilder::Nodes Nodes(std::int32_t count) {
+CPfBeatBuilder::Nodes UnlinkedNodes(std::int32_t count) {
     CPfBeatBuilder::Nodes nodes(static_cast<std::size_t>(count));
     for (std::int32_t i = 0; i < count; ++i) {
         nodes[static_cast<std::size_t>(i)].m_nIndex = i;
@@ -64,7 +64,7 @@ protected:
         return indices;
     }
 
-    CPfBeatBuilder::Nodes m_nodes = Nodes(10);
+    CPfBeatBuilder::Nodes m_nodes = UnlinkedNodes(10);
     CPfBeatLinker m_linker{&m_nodes};
 };
 
@@ -217,10 +217,10 @@ TEST_F(BeatLinkerTest, LinksLikeTheRulesCarriedOutOneByOne) {
                 connections.push_back({first, second, 1.0f});
             }
         }
-        CPfBeatBuilder::Nodes nodes = Nodes(count);
+        CPfBeatBuilder::Nodes nodes = UnlinkedNodes(count);
         CPfBeatLinker linker(&nodes);
         ASSERT_TRUE(linker.LinkBestFirst(connections, nullptr));
-        plain::Nodes plainNodes = Nodes(count);
+        plain::Nodes plainNodes = UnlinkedNodes(count);
         plain::Chains plainChains;
         plain::Link(connections, &plainNodes, &plainChains);
 

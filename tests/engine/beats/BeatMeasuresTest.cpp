@@ -9,10 +9,10 @@
 
 namespace {
 
-constexpr std::int64_t kStep = 100; // samples from one grid point to the next
+constexpr std::int64_t kGridStep = 100; // samples from one grid point to the next
 
 CPfImpactPoints MakePoints(std::vector<std::int64_t> const& positions, std::uint16_t resolution) {
-    CPfImpactPoints points(100, positions.empty() ? 0 : positions.back() + kStep);
+    CPfImpactPoints points(100, positions.empty() ? 0 : positions.back() + kGridStep);
     for (std::int64_t const position : positions) {
         points.Add(position);
     }
@@ -23,7 +23,7 @@ CPfImpactPoints MakePoints(std::vector<std::int64_t> const& positions, std::uint
 std::vector<std::int64_t> Even(std::int32_t count, std::int64_t first = 0) {
     std::vector<std::int64_t> positions;
     for (std::int32_t i = 0; i < count; ++i) {
-        positions.push_back(first + i * kStep);
+        positions.push_back(first + i * kGridStep);
     }
     return positions;
 }
@@ -34,7 +34,7 @@ std::vector<std::int64_t> Marks(CPfImpactPoints const& points) {
 }
 
 /// One element for every ten samples, so ten to a grid step.
-CPfPcmThumbnail MakeThumbnail(std::vector<float> const& elements) {
+CPfPcmThumbnail MakeSteps(std::vector<float> const& elements) {
     CPfPcmThumbnail thumbnail;
     thumbnail.Initialize(static_cast<std::int64_t>(elements.size()) * 10, 100, 10);
     for (std::size_t i = 0; i < elements.size(); ++i) {
@@ -49,7 +49,7 @@ CPfPcmThumbnail MakePeaks(std::int32_t count, std::vector<std::pair<std::int32_t
     for (auto const& [step, level] : peaks) {
         elements[static_cast<std::size_t>(step) * 10 + 5] = level;
     }
-    return MakeThumbnail(elements);
+    return MakeSteps(elements);
 }
 
 } // namespace
@@ -170,7 +170,7 @@ TEST(BeatMeasuresTest, BreakBehindAWholeEvenMeasureIsMarked) {
     CPfImpactPoints points = MakePoints(positions, 8);
     points.AddMeasStartMark(0);
     EXPECT_TRUE(CPfBeatBuilder::BuildExtMeasStartMarks(&points));
-    EXPECT_EQ(Marks(points), (std::vector<std::int64_t>{0, 1600, 1750 + 15 * kStep}));
+    EXPECT_EQ(Marks(points), (std::vector<std::int64_t>{0, 1600, 1750 + 15 * kGridStep}));
 }
 
 TEST(BeatMeasuresTest, PinsBreakInTheFirstMeasureMarksBackwardsOnly) {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "engine/envelope/ImpactPoints.h"
+#include "base/EngineRate.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -15,11 +16,10 @@ using testing::ElementsAre;
 
 namespace {
 
-constexpr std::uint32_t kRate = 44100;
 constexpr std::int64_t kLength = 1'000'000;
 
-CPfImpactPoints Points(std::initializer_list<std::int64_t> positions) {
-    CPfImpactPoints points(kRate, kLength);
+CPfImpactPoints PointsOf(std::initializer_list<std::int64_t> positions) {
+    CPfImpactPoints points(kEngineRateHz, kLength);
     for (std::int64_t const position : positions) {
         points.Add(position);
     }
@@ -38,15 +38,15 @@ CVectorArray<std::int64_t> RandomValues(std::size_t count) {
 } // namespace
 
 TEST(ImpactPointsTest, StartsEmptyWithRateAndLength) {
-    CPfImpactPoints const points(kRate, kLength);
+    CPfImpactPoints const points(kEngineRateHz, kLength);
     EXPECT_EQ(points.GetUpperBound(), -1);
-    EXPECT_EQ(points.GetSampleRate(), kRate);
+    EXPECT_EQ(points.GetSampleRate(), kEngineRateHz);
     EXPECT_EQ(points.GetSampleCount(), kLength);
     EXPECT_EQ(points.GetResolution(), 0U);
 }
 
 TEST(ImpactPointsTest, EnumeratesInsideTheListOnly) {
-    CPfImpactPoints points = Points({30, 10});
+    CPfImpactPoints points = PointsOf({30, 10});
     points.AddMeasStartMark(7);
     std::int64_t position = -1;
     EXPECT_FALSE(points.EnumPoints(-1, &position));
@@ -62,7 +62,7 @@ TEST(ImpactPointsTest, EnumeratesInsideTheListOnly) {
 }
 
 TEST(ImpactPointsTest, RemoveAllLeavesTheMarks) {
-    CPfImpactPoints points = Points({30, 10});
+    CPfImpactPoints points = PointsOf({30, 10});
     points.AddMeasStartMark(7);
     points.RemoveAll();
     EXPECT_EQ(points.GetUpperBound(), -1);
@@ -71,19 +71,19 @@ TEST(ImpactPointsTest, RemoveAllLeavesTheMarks) {
 
 TEST(ImpactPointsTest, ClosestPointOfEquallyDistantOnesIsTheFirstStored) {
     std::int32_t index = -1;
-    EXPECT_TRUE(Points({20, 10}).GetClosestPointIndex(15, &index)); // not in ascending order
+    EXPECT_TRUE(PointsOf({20, 10}).GetClosestPointIndex(15, &index)); // not in ascending order
     EXPECT_EQ(index, 0);
-    EXPECT_TRUE(Points({10, 20}).GetClosestPointIndex(15, &index));
+    EXPECT_TRUE(PointsOf({10, 20}).GetClosestPointIndex(15, &index));
     EXPECT_EQ(index, 0);
-    EXPECT_TRUE(Points({10, 20, 20, 20}).GetClosestPointIndex(21, &index));
+    EXPECT_TRUE(PointsOf({10, 20, 20, 20}).GetClosestPointIndex(21, &index));
     EXPECT_EQ(index, 1);
-    EXPECT_TRUE(Points({10, 10, 20}).GetClosestPointIndex(15, &index));
+    EXPECT_TRUE(PointsOf({10, 10, 20}).GetClosestPointIndex(15, &index));
     EXPECT_EQ(index, 0);
 }
 
 TEST(ImpactPointsTest, ClosestPointOfAnEmptyListIsNone) {
     std::int32_t index = 5;
-    EXPECT_FALSE(Points({}).GetClosestPointIndex(15, &index));
+    EXPECT_FALSE(PointsOf({}).GetClosestPointIndex(15, &index));
     EXPECT_EQ(index, 5);
 }
 
@@ -91,9 +91,9 @@ TEST(ImpactPointsTest, PinsClosestPointMustBeatTheFarEnd) {
     // |2^62 - 1 - 0| = 2^62 - 1 is not smaller than itself; one sample nearer is.
     constexpr std::int64_t kFarEnd = 0x3FFFFFFFFFFFFFFF;
     std::int32_t index = 5;
-    EXPECT_FALSE(Points({kFarEnd}).GetClosestPointIndex(0, &index));
+    EXPECT_FALSE(PointsOf({kFarEnd}).GetClosestPointIndex(0, &index));
     EXPECT_EQ(index, 5);
-    EXPECT_TRUE(Points({kFarEnd - 1}).GetClosestPointIndex(0, &index));
+    EXPECT_TRUE(PointsOf({kFarEnd - 1}).GetClosestPointIndex(0, &index));
     EXPECT_EQ(index, 0);
 }
 
@@ -103,7 +103,7 @@ TEST(ImpactPointsTest, ClosestPointIsTheSameForAnyOrderOfSearch) {
         std::vector<std::int64_t> values(random() % 12 + 1);
         std::ranges::generate(values, [&] { return static_cast<std::int64_t>(random() % 30); });
         std::ranges::sort(values);
-        CPfImpactPoints ascending(kRate, kLength);
+        CPfImpactPoints ascending(kEngineRateHz, kLength);
         for (std::int64_t const value : values) {
             ascending.Add(value);
         }
@@ -121,7 +121,7 @@ TEST(ImpactPointsTest, ClosestPointIsTheSameForAnyOrderOfSearch) {
 }
 
 TEST(ImpactPointsTest, SortOrdersPointsAndMarks) {
-    CPfImpactPoints points = Points({5, 3, 5, 3});
+    CPfImpactPoints points = PointsOf({5, 3, 5, 3});
     points.AddMeasStartMark(9);
     points.AddMeasStartMark(2);
     points.Sort();
@@ -130,7 +130,7 @@ TEST(ImpactPointsTest, SortOrdersPointsAndMarks) {
 }
 
 TEST(ImpactPointsTest, SortAndFilterDupesKeepsDuplicateMarks) {
-    CPfImpactPoints points = Points({5, 3, 5, 3});
+    CPfImpactPoints points = PointsOf({5, 3, 5, 3});
     for (std::int64_t const mark : {9, 2, 9}) {
         points.AddMeasStartMark(mark);
     }
@@ -141,10 +141,10 @@ TEST(ImpactPointsTest, SortAndFilterDupesKeepsDuplicateMarks) {
 
 TEST(ImpactPointsTest, PinsFilterDropsTheLowestPositionButOne) {
     constexpr std::int64_t kLowest = INT64_MIN;
-    CPfImpactPoints points = Points({kLowest + 1, kLowest + 1, 4});
+    CPfImpactPoints points = PointsOf({kLowest + 1, kLowest + 1, 4});
     points.SortAndFilterDupes();
     EXPECT_THAT(points.Points(), ElementsAre(4));
-    points = Points({kLowest, kLowest + 1, 4}); // here it isn't the first, so it stays
+    points = PointsOf({kLowest, kLowest + 1, 4}); // here it isn't the first, so it stays
     points.SortAndFilterDupes();
     EXPECT_THAT(points.Points(), ElementsAre(kLowest, kLowest + 1, 4));
 }
@@ -181,8 +181,8 @@ TEST(ImpactPointsTest, SortOfAnEmptyArrayIsFalse) {
 }
 
 TEST(ImpactPointsTest, AppendTakesPointsOnly) {
-    CPfImpactPoints points = Points({1});
-    CPfImpactPoints other = Points({3, 2});
+    CPfImpactPoints points = PointsOf({1});
+    CPfImpactPoints other = PointsOf({3, 2});
     other.AddMeasStartMark(9);
     points.Append(other);
     EXPECT_THAT(points.Points(), ElementsAre(1, 3, 2));
@@ -195,7 +195,7 @@ TEST(ImpactPointsTest, AppendTakesPointsOnly) {
 }
 
 TEST(ImpactPointsTest, AssignmentCopiesEverything) {
-    CPfImpactPoints source = Points({4, 2});
+    CPfImpactPoints source = PointsOf({4, 2});
     source.AddMeasStartMark(4);
     source.SetResolution(8);
     CPfImpactPoints target(8000, 5);
@@ -204,12 +204,12 @@ TEST(ImpactPointsTest, AssignmentCopiesEverything) {
     target = source;
     EXPECT_THAT(target.Points(), ElementsAre(4, 2));
     EXPECT_THAT(target.MeasStartMarks(), ElementsAre(4));
-    EXPECT_EQ(target.GetSampleRate(), kRate);
+    EXPECT_EQ(target.GetSampleRate(), kEngineRateHz);
     EXPECT_EQ(target.GetSampleCount(), kLength);
     EXPECT_EQ(target.GetResolution(), 8U);
 }
 
 TEST(ImpactPointsTest, MeasureIsFourBeatsAtTheListsRate) {
-    EXPECT_EQ(Points({}).SamPerMeas(120.0f), 88'200U); // 44100 / ((120 * 0.25) / 60)
-    EXPECT_EQ(Points({}).SamPerMeas(0.0f), 0U);
+    EXPECT_EQ(PointsOf({}).SamPerMeas(120.0f), 88'200U); // 44100 / ((120 * 0.25) / 60)
+    EXPECT_EQ(PointsOf({}).SamPerMeas(0.0f), 0U);
 }

@@ -16,7 +16,7 @@
 namespace {
 
 /// A thumbnail of `values`, one sample per element.
-CPfPcmThumbnail Thumbnail(std::initializer_list<float> values, std::uint32_t rate = 44100) {
+CPfPcmThumbnail ThumbnailOf(std::initializer_list<float> values, std::uint32_t rate = 44100) {
     CPfPcmThumbnail thumb;
     EXPECT_TRUE(thumb.Initialize(static_cast<std::int64_t>(values.size()), rate, 1));
     std::int32_t i = 0;
@@ -100,7 +100,7 @@ TEST(PcmThumbnailTest, RefusesCountsThatNoArrayCanHave) {
 }
 
 TEST(PcmThumbnailTest, OutsideReadsAreZeroAndWritesAreDropped) {
-    CPfPcmThumbnail thumb = Thumbnail({1.0f, 2.0f, 3.0f});
+    CPfPcmThumbnail thumb = ThumbnailOf({1.0f, 2.0f, 3.0f});
     thumb.SetAt(-1, 9.0f);
     thumb.SetAt(3, 9.0f);
     EXPECT_EQ(thumb.GetAt(-1), 0.0f);
@@ -116,7 +116,7 @@ TEST(PcmThumbnailTest, OutsideReadsAreZeroAndWritesAreDropped) {
 }
 
 TEST(PcmThumbnailTest, GetDataHandsOutTheArrayItself) {
-    CPfPcmThumbnail thumb = Thumbnail({1.0f, 2.0f});
+    CPfPcmThumbnail thumb = ThumbnailOf({1.0f, 2.0f});
     float* data = nullptr;
     std::uint32_t count = 0;
     ASSERT_TRUE(thumb.GetData(&data, &count));
@@ -126,22 +126,22 @@ TEST(PcmThumbnailTest, GetDataHandsOutTheArrayItself) {
 }
 
 TEST(PcmThumbnailTest, MaximumAndMinimumStartFromElementZero) {
-    CPfPcmThumbnail const below = Thumbnail({-2.0f, -1.0f, -3.0f});
+    CPfPcmThumbnail const below = ThumbnailOf({-2.0f, -1.0f, -3.0f});
     EXPECT_EQ(below.GetMaxValue(), -1.0f);
     EXPECT_EQ(below.GetMinValue(), -3.0f);
-    CPfPcmThumbnail const above = Thumbnail({2.0f, 5.0f, 4.0f});
+    CPfPcmThumbnail const above = ThumbnailOf({2.0f, 5.0f, 4.0f});
     EXPECT_EQ(above.GetMaxValue(), 5.0f);
     EXPECT_EQ(above.GetMinValue(), 2.0f);
 }
 
 TEST(PcmThumbnailTest, TiesKeepTheCurrentValue) {
-    CPfPcmThumbnail const zeros = Thumbnail({-0.0f, 0.0f});
+    CPfPcmThumbnail const zeros = ThumbnailOf({-0.0f, 0.0f});
     EXPECT_TRUE(std::signbit(zeros.GetMaxValue()));
     EXPECT_TRUE(std::signbit(zeros.GetMinValue()));
 }
 
 TEST(PcmThumbnailTest, RangeMaximumIncludesBothEnds) {
-    CPfPcmThumbnail const thumb = Thumbnail({9.0f, 1.0f, 3.0f, 2.0f, 8.0f});
+    CPfPcmThumbnail const thumb = ThumbnailOf({9.0f, 1.0f, 3.0f, 2.0f, 8.0f});
     EXPECT_EQ(thumb.GetMaxRangeValue(1, 3), 3.0f);
     EXPECT_EQ(thumb.GetMaxRangeValue(0, 1), 9.0f);
     EXPECT_EQ(thumb.GetMaxRangeValue(3, 99), 8.0f); // held to the last element
@@ -170,28 +170,29 @@ TEST(PcmThumbnailTest, ElementsPerMeasureAtZeroBpmAreThoseStored) {
 
 TEST(PcmThumbnailTest, RunningAverageDividesByTheMeasureWhileTheWindowFills) {
     // Three elements per measure. Sums: 3, 6; the third never comes.
-    CPfPcmThumbnail const thumb = Thumbnail({3.0f, 3.0f}, kSlowRate);
+    CPfPcmThumbnail const thumb = ThumbnailOf({3.0f, 3.0f}, kSlowRate);
     EXPECT_EQ(thumb.CalcMaxRunningMeasAvg(kThreeSamplesPerMeasureBpm), 2.0f);
 }
 
 TEST(PcmThumbnailTest, PinsRunningAverageNeverDropsElementZero) {
     // Sums of i = 0..5: 90; 90; 90; 90 + 3 (four elements, nothing has left yet);
     // + 3 - element 1 = 96; + 3 - element 2 = 99. The largest is 99 / 3.
-    CPfPcmThumbnail const loudStart = Thumbnail({90.0f, 0.0f, 0.0f, 3.0f, 3.0f, 3.0f}, kSlowRate);
+    CPfPcmThumbnail const loudStart = ThumbnailOf({90.0f, 0.0f, 0.0f, 3.0f, 3.0f, 3.0f}, kSlowRate);
     EXPECT_EQ(loudStart.CalcMaxRunningMeasAvg(kThreeSamplesPerMeasureBpm), 33.0f);
     // The first subtraction is of element 1 at i = 4: 0 6 6 6 | 6 - 6 + 1 = 1 | 2 | 3.
-    CPfPcmThumbnail const later = Thumbnail({0.0f, 6.0f, 0.0f, 0.0f, 1.0f, 1.0f, 1.0f}, kSlowRate);
+    CPfPcmThumbnail const later =
+        ThumbnailOf({0.0f, 6.0f, 0.0f, 0.0f, 1.0f, 1.0f, 1.0f}, kSlowRate);
     EXPECT_EQ(later.CalcMaxRunningMeasAvg(kThreeSamplesPerMeasureBpm), 2.0f);
 }
 
 TEST(PcmThumbnailTest, RunningAverageIsNeverNegative) {
-    CPfPcmThumbnail const thumb = Thumbnail({-1.0f, -2.0f}, kSlowRate);
+    CPfPcmThumbnail const thumb = ThumbnailOf({-1.0f, -2.0f}, kSlowRate);
     EXPECT_EQ(thumb.CalcMaxRunningMeasAvg(kThreeSamplesPerMeasureBpm), 0.0f);
 }
 
 TEST(PcmThumbnailTest, RunningAverageSumsInDouble) {
     // In single precision 2^24 + 1 would be lost; (2^24 + 1 + 1) / 3 = 5592406 exactly.
-    CPfPcmThumbnail const thumb = Thumbnail({16777216.0f, 1.0f, 1.0f}, kSlowRate);
+    CPfPcmThumbnail const thumb = ThumbnailOf({16777216.0f, 1.0f, 1.0f}, kSlowRate);
     EXPECT_EQ(thumb.CalcMaxRunningMeasAvg(kThreeSamplesPerMeasureBpm), 5592406.0f);
 }
 
@@ -204,14 +205,14 @@ TEST(PcmThumbnailTest, RunningAverageOfAMeasureWithoutElementsIsZero) {
 }
 
 TEST(PcmThumbnailTest, ApplyBpmStoresBothMeasureFields) {
-    CPfPcmThumbnail thumb = Thumbnail({3.0f, 3.0f, 6.0f}, kSlowRate);
+    CPfPcmThumbnail thumb = ThumbnailOf({3.0f, 3.0f, 6.0f}, kSlowRate);
     thumb.ApplyBpm(kThreeSamplesPerMeasureBpm);
     EXPECT_EQ(thumb.GetMaxRunningMeasAvg(), 4.0f);
     EXPECT_EQ(thumb.GetElePerMeas(0.0f), 3U);
 }
 
 TEST(PcmThumbnailTest, CopiesElementsAndMeasureFields) {
-    CPfPcmThumbnail thumb = Thumbnail({3.0f, 3.0f, 6.0f}, kSlowRate);
+    CPfPcmThumbnail thumb = ThumbnailOf({3.0f, 3.0f, 6.0f}, kSlowRate);
     thumb.ApplyBpm(kThreeSamplesPerMeasureBpm);
     CPfPcmThumbnail copy(thumb);
     thumb.SetAt(0, 8.0f);
@@ -227,7 +228,7 @@ TEST(PcmThumbnailTest, CopiesElementsAndMeasureFields) {
 }
 
 TEST(PcmThumbnailTest, AMoveTakesTheElementsAlong) {
-    CPfPcmThumbnail thumb = Thumbnail({3.0f, 3.0f, 6.0f}, kSlowRate);
+    CPfPcmThumbnail thumb = ThumbnailOf({3.0f, 3.0f, 6.0f}, kSlowRate);
     thumb.ApplyBpm(kThreeSamplesPerMeasureBpm);
     float const* const elements = thumb.Elements().data();
     CPfPcmThumbnail moved(std::move(thumb));
@@ -245,9 +246,9 @@ TEST(PcmThumbnailTest, AMoveTakesTheElementsAlong) {
 }
 
 TEST(PcmThumbnailTest, AnAssignmentWithoutMemoryLeavesTheTargetEmpty) {
-    CPfPcmThumbnail source = Thumbnail({3.0f, 3.0f, 6.0f}, kSlowRate);
+    CPfPcmThumbnail source = ThumbnailOf({3.0f, 3.0f, 6.0f}, kSlowRate);
     source.ApplyBpm(kThreeSamplesPerMeasureBpm);
-    CPfPcmThumbnail target = Thumbnail({1.0f, 2.0f});
+    CPfPcmThumbnail target = ThumbnailOf({1.0f, 2.0f});
     {
         CFailingAllocation const noMemory;
         target = source;
@@ -279,7 +280,7 @@ TEST(PcmThumbnailTest, PinsAverageBetweenPointsDividesByTheDistance) {
 }
 
 TEST(PcmThumbnailTest, AverageOfMissingPointsGoesToTheEnds) {
-    CPfPcmThumbnail const thumb = Thumbnail({1.0f, 2.0f, 3.0f, 6.0f});
+    CPfPcmThumbnail const thumb = ThumbnailOf({1.0f, 2.0f, 3.0f, 6.0f});
     CPfImpactPoints points(44100, 4);
     points.Add(1);
     points.Add(2);
@@ -293,7 +294,7 @@ TEST(PcmThumbnailTest, AverageOfMissingPointsGoesToTheEnds) {
 }
 
 TEST(PcmThumbnailTest, AverageOfABackwardRangeIsZero) {
-    CPfPcmThumbnail const thumb = Thumbnail({1.0f, 2.0f, 3.0f, 6.0f});
+    CPfPcmThumbnail const thumb = ThumbnailOf({1.0f, 2.0f, 3.0f, 6.0f});
     CPfImpactPoints points(44100, 4);
     points.Add(3);
     points.Add(1);

@@ -20,11 +20,11 @@ using testing::ElementsAre;
 
 namespace {
 
-constexpr std::uint32_t kRate = 4;
-constexpr float kBpm = 60.0f;
+constexpr std::uint32_t kElementRate = 4;
+constexpr float kElementBpm = 60.0f;
 constexpr std::uint16_t kMeasures = 16;
 
-std::vector<float> Pulses(std::size_t count) {
+std::vector<float> PulsesEachSecond(std::size_t count) {
     std::vector<float> elements(count, 0.0f);
     for (std::size_t i = 10; i < count; i += 16) {
         elements[i] = 3.0f;
@@ -33,11 +33,11 @@ std::vector<float> Pulses(std::size_t count) {
 }
 
 CProfileResults Sprockets(std::vector<float> const& elements, std::uint16_t measures = kMeasures) {
-    CPfPcmThumbnail thumb = MakeEnvelope(elements, kRate, 1);
-    thumb.ApplyBpm(kBpm);
+    CPfPcmThumbnail thumb = MakeEnvelope(elements, kElementRate, 1);
+    thumb.ApplyBpm(kElementBpm);
     CCancelFlag const cancel;
     CProfileResults results;
-    results.SetBpm(kBpm);
+    results.SetBpm(kElementBpm);
     EXPECT_TRUE(CPfMixParamGen::BuildBeatMixSprocketsClassic(&thumb, &cancel, measures, &results));
     return results;
 }
@@ -55,14 +55,14 @@ std::vector<std::int64_t> Outro(CProfileResults const& results) {
 TEST(MixSprocketsTest, PairsOfOnsetsLieNearestToBothEnds) {
     // The intro ends at 10, so the first onset behind it is 25. The last loud measure begins with
     // the last pulse, 1194, and its first quiet element is 1195; the last onset before it is 1193.
-    CProfileResults const results = Sprockets(Pulses(1200));
+    CProfileResults const results = Sprockets(PulsesEachSecond(1200));
     EXPECT_THAT(Intro(results), ElementsAre(25, 281));
     EXPECT_THAT(Outro(results), ElementsAre(937, 1193));
 }
 
 TEST(MixSprocketsTest, ALengthMayBeLongByTheTolerance) {
     // From 282 on all pulses are one later: 282 takes the place of 281, 257 from 25.
-    std::vector<float> elements = Pulses(1200);
+    std::vector<float> elements = PulsesEachSecond(1200);
     elements.insert(elements.begin() + 280, 0.0f);
     EXPECT_THAT(Intro(Sprockets(elements)), ElementsAre(25, 282));
 }
@@ -70,7 +70,7 @@ TEST(MixSprocketsTest, ALengthMayBeLongByTheTolerance) {
 TEST(MixSprocketsTest, ALengthMustNotBeShortByTheTolerance) {
     // The pulses from 26 to 250 are one later, the one at 266 is missing: 26 to 281 are 255, and
     // more than 256 - 1 is asked for. So it goes for all of them; 281 begins the first pair.
-    std::vector<float> elements = Pulses(1200);
+    std::vector<float> elements = PulsesEachSecond(1200);
     elements.insert(elements.begin() + 20, 0.0f);
     elements.erase(elements.begin() + 270);
     elements[267] = 0.0f;
@@ -80,14 +80,14 @@ TEST(MixSprocketsTest, ALengthMustNotBeShortByTheTolerance) {
 TEST(MixSprocketsTest, PairsThatCrossGiveWayToTheOuterOnes) {
     // Intro 25 to 281, outro 137 to 393. The intro's end is 10, the outro's start 395, the gap 385;
     // 256 twice does not fit, 128 does.
-    CProfileResults const results = Sprockets(Pulses(400));
+    CProfileResults const results = Sprockets(PulsesEachSecond(400));
     EXPECT_THAT(Intro(results), ElementsAre(10, 138));
     EXPECT_THAT(Outro(results), ElementsAre(395, 267));
 }
 
 TEST(MixSprocketsTest, PairsMayTouch) {
     // One pulse short of 16 + 16 + 1 onsets behind the intro's end: 25 to 281 and 281 to 537.
-    CProfileResults const results = Sprockets(Pulses(540));
+    CProfileResults const results = Sprockets(PulsesEachSecond(540));
     EXPECT_THAT(Intro(results), ElementsAre(25, 281));
     EXPECT_THAT(Outro(results), ElementsAre(281, 537));
 }
@@ -95,7 +95,7 @@ TEST(MixSprocketsTest, PairsMayTouch) {
 TEST(MixSprocketsTest, LengthIsAProductOf32Bits) {
     // 0.001 BPM at 44100 Hz is 2^31 or more samples a measure, and twice that wraps around.
     CPfPcmThumbnail thumb = MakeEnvelope(std::vector<float>(400, 1.0f), 44100, 256);
-    thumb.ApplyBpm(kBpm);
+    thumb.ApplyBpm(kElementBpm);
     CProfileResults results;
     results.SetBpm(0.001f);
     ASSERT_GT(thumb.SamPerMeas(0.001f), 0x80000000U);
@@ -106,7 +106,7 @@ TEST(MixSprocketsTest, LengthIsAProductOf32Bits) {
 }
 
 TEST(MixSprocketsTest, WithoutATempoOnlyTheEndsAreLeft) {
-    CPfPcmThumbnail thumb = MakeEnvelope(Pulses(1200), kRate, 1);
+    CPfPcmThumbnail thumb = MakeEnvelope(PulsesEachSecond(1200), kElementRate, 1);
     thumb.ApplyBpm(0.0f);
     CProfileResults results;
     EXPECT_TRUE(CPfMixParamGen::BuildBeatMixSprocketsClassic(&thumb, nullptr, 8, &results));

@@ -47,7 +47,7 @@ struct CListening {
 };
 
 /// The stream as the detector's own filter leaves it, section by section.
-std::vector<float> Filtered(std::vector<float> stream) {
+std::vector<float> FilteredBass(std::vector<float> stream) {
     CIIRFilt filter;
     filter.Init(44100);
     filter.SetSectionCount(3);
@@ -159,7 +159,7 @@ TEST(NoteDetectorTest, CancelledProfilerLeavesTheMapAsItIs) {
 
 TEST(NoteDetectorTest, SearchesOnceItHolds61440Samples) {
     std::vector<float> const stream = MakeSine(65.0, 3.0, 0.8f);
-    std::vector<float> const filtered = Filtered(stream);
+    std::vector<float> const filtered = FilteredBass(stream);
     CListening listening(stream);
     listening.PushFrames(stream, 0, 61440 - 256);
     EXPECT_EQ(listening.m_detector.GetNoteMap()->GetCount(), 0U);
@@ -180,7 +180,7 @@ TEST(NoteDetectorTest, FindsWhatThePlainRulesFind) {
         listening.PushAll(streams[i]);
         ASSERT_EQ(listening.m_detector.FinalizeNoteDetection(&profiler), kStatusOk);
         COracleMap expected;
-        OracleStream(Filtered(streams[i]), &expected);
+        OracleStream(FilteredBass(streams[i]), &expected);
         EXPECT_EQ(listening.m_detector.GetFoundCount(), expected.GetNotes().size()) << i;
         expected.Prune(500000);
         EXPECT_EQ(Difference(*listening.m_detector.GetNoteMap(), expected), "") << i;
@@ -189,7 +189,7 @@ TEST(NoteDetectorTest, FindsWhatThePlainRulesFind) {
 
 TEST(NoteDetectorTest, ThumbnailHoldsThePeaksOfTheFilteredSignal) {
     std::vector<float> const stream = BassMix(4.0);
-    std::vector<float> const filtered = Filtered(stream);
+    std::vector<float> const filtered = FilteredBass(stream);
     CListening listening(stream);
     listening.PushAll(stream);
     CProfiler profiler(nullptr);
@@ -236,7 +236,7 @@ TEST(NoteDetectorTest, BlockThatDoesNotFitIsDropped) {
     EXPECT_EQ(listening.m_detector.GetNoteMap()->GetCount(), 0U);
     EXPECT_EQ(listening.m_detector.PushPcm(&stream[61439], 1), kStatusOk);
     COracleMap expected;
-    OracleSearch(Filtered(stream).data(), 32768, 61440, 0, &expected);
+    OracleSearch(FilteredBass(stream).data(), 32768, 61440, 0, &expected);
     EXPECT_EQ(Difference(*listening.m_detector.GetNoteMap(), expected), "");
 }
 
@@ -244,7 +244,7 @@ TEST(NoteDetectorTest, PinsCrossingBetweenStridesIsNeverTested) {
     // Put silence in front of a steady tone until a crossing of the filtered signal falls on sample
     // 32768, where the second stride begins.
     std::vector<float> const tone = MakeSine(65.0, 4.0, 0.8f);
-    std::vector<float> const reference = Filtered(tone);
+    std::vector<float> const reference = FilteredBass(tone);
     std::size_t crossing = 20000;
     while (!(reference[crossing - 1] < 0.0f && reference[crossing] >= 0.0f)) {
         ++crossing;
@@ -272,7 +272,7 @@ TEST(NoteDetectorTest, HalfAMinuteAtOnceIsFilteredAsOneStream) {
     // Longer than what waits for the filter, so that it works before the end, too.
     std::vector<float> stream = MakeSong(128.0, 45.0);
     std::fill(stream.begin() + 500'000, stream.begin() + 800'000, 0.0f);
-    std::vector<float> const filtered = Filtered(stream);
+    std::vector<float> const filtered = FilteredBass(stream);
     COracleMap expected;
     OracleStream(filtered, &expected);
     for (CKernelTarget const& target : GetKernelTargets()) {
@@ -294,7 +294,7 @@ TEST(NoteDetectorTest, HalfAMinuteAtOnceIsFilteredAsOneStream) {
 
 TEST(NoteDetectorTest, ACancelAtAnyFrameLeavesTheStridesThatWereComplete) {
     std::vector<float> const stream = BassMix(6.0);
-    std::vector<float> const filtered = Filtered(stream);
+    std::vector<float> const filtered = FilteredBass(stream);
     CProfiler profiler(nullptr);
     profiler.CancelProfile();
     for (std::size_t const frames : {0U, 1U, 239U, 240U, 241U, 367U, 368U, 600U, 1000U}) {

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 
+#include "base/EngineRate.h"
 #include "engine/print/Fingerprint.h"
 
 #include "base/TimeUtil.h"
@@ -15,19 +16,18 @@
 
 namespace {
 
-constexpr std::uint32_t kRate = 44100;
-constexpr std::size_t kFrame = 256;
+constexpr std::size_t kFrameSamples = 256;
 constexpr std::size_t kWindow = 16384;
 constexpr std::int64_t kNoOffset = -99;
 
 /// Pushes data[0, count) in frames, as the pass does.
 void PushFrames(CPfFingerprintBuilder& builder, std::vector<float> const& data, std::size_t count) {
-    for (std::size_t pos = 0; pos + kFrame <= count; pos += kFrame) {
-        builder.PushPcm(&data[pos], kFrame);
+    for (std::size_t pos = 0; pos + kFrameSamples <= count; pos += kFrameSamples) {
+        builder.PushPcm(&data[pos], kFrameSamples);
     }
 }
 
-void PushAll(CPfFingerprintBuilder& builder, std::vector<float> const& data) {
+void PushData(CPfFingerprintBuilder& builder, std::vector<float> const& data) {
     PushFrames(builder, data, data.size());
 }
 
@@ -48,7 +48,7 @@ public:
         : m_pCapture(capture), m_pReference(reference), m_pOffset(offset) {}
 
     CStatus PushPcm(float const* data, std::uint32_t n) {
-        if (SamplePosToTime(m_nFirst, kRate) > 30000000) {
+        if (SamplePosToTime(m_nFirst, kEngineRateHz) > 30000000) {
             return kStatusNothing;
         }
         auto const overflow = static_cast<std::int64_t>(m_vWindow.size()) + n - 16384;
@@ -68,7 +68,8 @@ public:
 
 private:
     void Scan() {
-        if (m_bCaptured || SamplePosToTime(m_nFirst, kRate) <= 999999 || m_vWindow.size() < 512) {
+        if (m_bCaptured || SamplePosToTime(m_nFirst, kEngineRateHz) <= 999999 ||
+            m_vWindow.size() < 512) {
             return;
         }
         float min = 0.0f;
@@ -78,8 +79,8 @@ private:
             max = std::max(max, m_vWindow[i]);
         }
         if (m_pCapture->IsPrintSmaller(min, max)) {
-            m_pCapture->CapturePrint(m_vWindow.data(), 512, SamplePosToTime(m_nFirst, kRate), min,
-                                     max);
+            m_pCapture->CapturePrint(m_vWindow.data(), 512,
+                                     SamplePosToTime(m_nFirst, kEngineRateHz), min, max);
             m_bCaptured = max - min > 1.0f;
         }
     }
@@ -87,13 +88,13 @@ private:
     void Find() {
         auto const count = static_cast<std::int64_t>(m_vWindow.size());
         std::int64_t const low = m_nFirst < 2048 ? 0 : m_nFirst + 2048;
-        std::int64_t const from = std::max(SamplePosToTime(low, kRate), m_nNext);
-        std::int64_t const to = SamplePosToTime(m_nFirst + count - 2561, kRate);
+        std::int64_t const from = std::max(SamplePosToTime(low, kEngineRateHz), m_nNext);
+        std::int64_t const to = SamplePosToTime(m_nFirst + count - 2561, kEngineRateHz);
         std::int64_t const time = m_pReference->GetTime();
         if (time < from || time > to) {
             return;
         }
-        std::int64_t const rel = TimeToSamplePos(time, kRate) - m_nFirst;
+        std::int64_t const rel = TimeToSamplePos(time, kEngineRateHz) - m_nFirst;
         std::int64_t const start = std::max<std::int64_t>(rel - 2048, 0);
         std::int64_t const end = count < rel + 2560 ? count - 512 : rel + 2048;
         std::int32_t pos = 0;
@@ -101,7 +102,7 @@ private:
             m_pReference->DoesPrintMatch(m_vWindow.data(), static_cast<std::uint32_t>(count),
                                          static_cast<std::int32_t>(start),
                                          static_cast<std::int32_t>(end), &pos)) {
-            *m_pOffset = (pos - rel) * 1000000 / kRate;
+            *m_pOffset = (pos - rel) * 1000000 / kEngineRateHz;
         }
         m_nNext = to + 1;
     }
@@ -121,8 +122,8 @@ std::int64_t OffsetOfShifted(std::int64_t shift) {
     std::vector<float> const data = QuietNoise(4.0);
     CFingerprint reference;
     CPfFingerprintBuilder first(&reference, nullptr, nullptr);
-    first.SetSampleRate(kRate);
-    PushAll(first, data);
+    first.SetSampleRate(kEngineRateHz);
+    PushData(first, data);
 
     std::vector<float> moved;
     if (shift > 0) {
@@ -134,8 +135,8 @@ std::int64_t OffsetOfShifted(std::int64_t shift) {
                  data.end());
     std::int64_t offset = kNoOffset;
     CPfFingerprintBuilder second(nullptr, &reference, &offset);
-    second.SetSampleRate(kRate);
-    PushAll(second, moved);
+    second.SetSampleRate(kEngineRateHz);
+    PushData(second, moved);
     return offset;
 }
 
@@ -147,10 +148,10 @@ TEST(FingerprintBuilderTest, CapturesNothingBeforeTheFirstSecond) {
     std::vector<float> const data = QuietNoise(3.0);
     CFingerprint print;
     CPfFingerprintBuilder builder(&print, nullptr, nullptr);
-    builder.SetSampleRate(kRate);
+    builder.SetSampleRate(kEngineRateHz);
     PushFrames(builder, data, 44032 + kWindow);
     EXPECT_TRUE(print.GetValues().empty());
-    builder.PushPcm(&data[44032 + kWindow], kFrame);
+    builder.PushPcm(&data[44032 + kWindow], kFrameSamples);
     EXPECT_EQ(print.GetTime(), 1004263);
     ASSERT_EQ(print.GetValues().size(), 128U);
     EXPECT_EQ(print.GetValues()[0], data[44288]);
@@ -179,7 +180,7 @@ TEST(FingerprintBuilderTest, FirstSecondMustBeExceeded) {
 }
 
 TEST(FingerprintBuilderTest, KeepsTheWidestExcerptUntilOneExceedsARangeOfOne) {
-    std::vector<float> data(20 * std::size_t{kRate}, 0.0f);
+    std::vector<float> data(20 * std::size_t{kEngineRateHz}, 0.0f);
     AddPair(data, 100000, 0.25f); // first seen by the window at 99584 = 389 * 256
     AddPair(data, 200000, 0.125f);
     AddPair(data, 300000, 0.25f); // as wide as the first: not taken
@@ -188,24 +189,24 @@ TEST(FingerprintBuilderTest, KeepsTheWidestExcerptUntilOneExceedsARangeOfOne) {
     AddPair(data, 600000, 1.0f);
     CFingerprint print;
     CPfFingerprintBuilder builder(&print, nullptr, nullptr);
-    builder.SetSampleRate(kRate);
+    builder.SetSampleRate(kEngineRateHz);
 
     // The pair at p lies in the first 512 samples of the window at w when w <= p, p + 4 < w + 512:
     // w is the first multiple of 256 above p - 508.
     std::size_t pushed = 0;
     auto const pushTo = [&](std::size_t end) {
-        for (; pushed + kFrame <= end; pushed += kFrame) {
-            builder.PushPcm(&data[pushed], kFrame);
+        for (; pushed + kFrameSamples <= end; pushed += kFrameSamples) {
+            builder.PushPcm(&data[pushed], kFrameSamples);
         }
     };
     pushTo(350000 + kWindow);
-    EXPECT_EQ(print.GetTime(), SamplePosToTime(99584, kRate));
+    EXPECT_EQ(print.GetTime(), SamplePosToTime(99584, kEngineRateHz));
     EXPECT_EQ(print.GetMax(), 0.25f);
     EXPECT_EQ(print.GetMin(), -0.25f);
     pushTo(450000 + kWindow);
-    EXPECT_EQ(print.GetTime(), SamplePosToTime(399616, kRate)); // 1561 * 256
+    EXPECT_EQ(print.GetTime(), SamplePosToTime(399616, kEngineRateHz)); // 1561 * 256
     pushTo(data.size());
-    EXPECT_EQ(print.GetTime(), SamplePosToTime(499712, kRate)); // 1952 * 256
+    EXPECT_EQ(print.GetTime(), SamplePosToTime(499712, kEngineRateHz)); // 1952 * 256
     EXPECT_EQ(print.GetMax(), 0.75f);
     // 500000 - 499712 = 288, the value at 288 / 4.
     EXPECT_EQ(print.GetValues()[72], 0.75f);
@@ -213,28 +214,28 @@ TEST(FingerprintBuilderTest, KeepsTheWidestExcerptUntilOneExceedsARangeOfOne) {
 }
 
 TEST(FingerprintBuilderTest, OnlyEveryFourthSampleCounts) {
-    std::vector<float> data(3 * std::size_t{kRate}, 0.0f);
+    std::vector<float> data(3 * std::size_t{kEngineRateHz}, 0.0f);
     data[100001] = 0.9f;
     CFingerprint print;
     CPfFingerprintBuilder builder(&print, nullptr, nullptr);
-    builder.SetSampleRate(kRate);
-    PushAll(builder, data);
+    builder.SetSampleRate(kEngineRateHz);
+    PushData(builder, data);
     EXPECT_TRUE(print.GetValues().empty()) << "a range of 0 is no wider than that of no print";
 }
 
 TEST(FingerprintBuilderTest, AnswersNothingAfterThirtySeconds) {
     // After k frames the window begins at 256 k - 16384. That exceeds 30 s, 1323000 samples, for
     // k = 5232: 1323008 samples, 30000181 us.
-    std::vector<float> const frame(kFrame, 0.5f);
+    std::vector<float> const frame(kFrameSamples, 0.5f);
     CFingerprint print;
     CPfFingerprintBuilder builder(&print, nullptr, nullptr);
-    builder.SetSampleRate(kRate);
+    builder.SetSampleRate(kEngineRateHz);
     for (int k = 1; k <= 5232; ++k) {
-        ASSERT_EQ(builder.PushPcm(frame.data(), kFrame), kStatusOk) << k;
+        ASSERT_EQ(builder.PushPcm(frame.data(), kFrameSamples), kStatusOk) << k;
     }
-    std::vector<float> const loud(kFrame, 0.9f);
+    std::vector<float> const loud(kFrameSamples, 0.9f);
     for (int k = 0; k < 100; ++k) {
-        ASSERT_EQ(builder.PushPcm(loud.data(), kFrame), kStatusNothing);
+        ASSERT_EQ(builder.PushPcm(loud.data(), kFrameSamples), kStatusNothing);
     }
     EXPECT_EQ(print.GetMax(), 0.5f) << "nothing more is captured";
 }
@@ -262,17 +263,17 @@ TEST(FingerprintBuilderTest, NeedsReferenceResultAndRate) {
     CSmartPtr<CFingerprint> reference;
     reference.Create();
     CPfFingerprintBuilder first(reference.Get(), nullptr, nullptr);
-    first.SetSampleRate(kRate);
-    PushAll(first, data);
+    first.SetSampleRate(kEngineRateHz);
+    PushData(first, data);
     CPfFingerprintBuilder withoutResult(nullptr, reference.Get(), nullptr);
-    withoutResult.SetSampleRate(kRate);
+    withoutResult.SetSampleRate(kEngineRateHz);
     std::int64_t offset = kNoOffset;
     CPfFingerprintBuilder withoutReference(nullptr, nullptr, &offset);
-    withoutReference.SetSampleRate(kRate);
+    withoutReference.SetSampleRate(kEngineRateHz);
     CPfFingerprintBuilder withoutRate(nullptr, reference.Get(), &offset);
-    PushAll(withoutResult, data);
-    PushAll(withoutReference, data);
-    PushAll(withoutRate, data);
+    PushData(withoutResult, data);
+    PushData(withoutReference, data);
+    PushData(withoutRate, data);
     EXPECT_EQ(offset, kNoOffset);
 }
 
@@ -280,11 +281,11 @@ TEST(FingerprintBuilderTest, GivesBackItsReference) {
     std::vector<float> const data = QuietNoise(4.0);
     CSmartPtr<CFingerprint> reference;
     reference.Create();
-    reference->CapturePrint(&data[50000], 512, SamplePosToTime(50000, kRate), -0.3f, 0.3f);
+    reference->CapturePrint(&data[50000], 512, SamplePosToTime(50000, kEngineRateHz), -0.3f, 0.3f);
     std::int64_t offset = kNoOffset;
     CPfFingerprintBuilder builder(nullptr, reference.Get(), &offset);
-    builder.SetSampleRate(kRate);
-    PushAll(builder, data);
+    builder.SetSampleRate(kEngineRateHz);
+    PushData(builder, data);
     EXPECT_EQ(offset, 0);
     EXPECT_EQ(reference->AddRef(), 2);
     EXPECT_EQ(reference->Release(), 1);
@@ -298,13 +299,14 @@ TEST(FingerprintBuilderTest, MovingWindowIsTheShiftedWindow) {
     }
     for (std::uint32_t seed = 1; seed <= 3; ++seed) {
         CFingerprint reference;
-        reference.CapturePrint(&data[80000], 512, SamplePosToTime(80300, kRate), -0.1f, 0.1f);
+        reference.CapturePrint(&data[80000], 512, SamplePosToTime(80300, kEngineRateHz), -0.1f,
+                               0.1f);
         CFingerprint captured;
         CFingerprint expected;
         std::int64_t offset = kNoOffset;
         std::int64_t expectedOffset = kNoOffset;
         CPfFingerprintBuilder builder(&captured, &reference, &offset);
-        builder.SetSampleRate(kRate);
+        builder.SetSampleRate(kEngineRateHz);
         CShiftingWindow oracle(&expected, &reference, &expectedOffset);
         std::uint32_t random = seed;
         for (std::size_t pos = 0; pos < data.size();) {
@@ -333,9 +335,9 @@ TEST(FingerprintBuilderTest, PinsOversizedPushKeepsItsFirstValues) {
     }
     CFingerprint print;
     CPfFingerprintBuilder builder(&print, nullptr, nullptr);
-    builder.SetSampleRate(kRate);
+    builder.SetSampleRate(kEngineRateHz);
     EXPECT_EQ(builder.PushPcm(data.data(), 105000), kStatusOk);
-    EXPECT_EQ(print.GetTime(), SamplePosToTime(105000 - 16384, kRate));
+    EXPECT_EQ(print.GetTime(), SamplePosToTime(105000 - 16384, kEngineRateHz));
     ASSERT_EQ(print.GetValues().size(), 128U);
     EXPECT_EQ(print.GetValues()[0], data[0]);
     EXPECT_EQ(print.GetValues()[127], data[508]);
@@ -343,7 +345,7 @@ TEST(FingerprintBuilderTest, PinsOversizedPushKeepsItsFirstValues) {
 
 TEST(FingerprintBuilderTest, LargePrintTakesTheFirst4096Elements) {
     CPfPcmThumbnail thumb;
-    thumb.Initialize(5000 * 256, kRate, 256);
+    thumb.Initialize(5000 * 256, kEngineRateHz, 256);
     for (std::int32_t i = 0; i < 5000; ++i) {
         thumb.SetAt(i, static_cast<float>(i));
     }
@@ -356,7 +358,7 @@ TEST(FingerprintBuilderTest, LargePrintTakesTheFirst4096Elements) {
     EXPECT_EQ(print.GetMin(), 0.0f);
     EXPECT_EQ(print.GetTime(), 0);
 
-    thumb.Initialize(10 * 256, kRate, 256);
+    thumb.Initialize(10 * 256, kEngineRateHz, 256);
     builder.BuildLargePrint(&thumb, &print);
     EXPECT_EQ(print.GetValues().size(), 10U);
     builder.BuildLargePrint(&thumb, nullptr);

@@ -4,6 +4,7 @@
 // Responses against the analytic ones. With the bilinear transform the response at frequency f is
 // that of the prototype at s = j tan(pi f T), computed here in double from the prototype itself.
 
+#include "base/EngineRate.h"
 #include "engine/signal/IIRFilt.h"
 
 #include <array>
@@ -15,8 +16,7 @@
 
 namespace {
 
-constexpr int kRate = 44100;
-constexpr double kPeriod = 1.0 / kRate;
+constexpr double kPeriod = 1.0 / kEngineRateHz;
 
 using Polynomial = std::array<double, 3>; // s^0, s^1, s^2
 
@@ -107,7 +107,7 @@ std::vector<CDesign> EveryType() {
 TEST(IIRFiltResponseTest, EveryTypeFollowsItsPrototypeAtTwentyFrequencies) {
     for (CDesign const& design : EveryType()) {
         CIIRFilt filter;
-        filter.Init(kRate);
+        filter.Init(kEngineRateHz);
         filter.SetSectionCount(1);
         filter.SetSection(0, design.m_nType, kFrequency, kDamping, design.m_fGain);
         filter.setfilt();
@@ -131,7 +131,7 @@ TEST(IIRFiltResponseTest, EveryTypeFollowsItsPrototypeAtTwentyFrequencies) {
 
 TEST(IIRFiltResponseTest, BassFilterHasUnityGainAtZeroAndFallsSteeplyAbove) {
     CIIRFilt filter;
-    filter.Init(kRate);
+    filter.Init(kEngineRateHz);
     filter.SetSectionCount(3);
     for (int i = 0; i < 3; ++i) {
         filter.SetSection(i, CIIRFilt::kLowPass, 120.0f, 1.25f);
@@ -150,7 +150,7 @@ TEST(IIRFiltResponseTest, BassFilterHasUnityGainAtZeroAndFallsSteeplyAbove) {
 
 TEST(IIRFiltResponseTest, AllPassLetsEverythingThrough) {
     CIIRFilt filter;
-    filter.Init(kRate);
+    filter.Init(kEngineRateHz);
     filter.SetSectionCount(1);
     filter.SetSection(0, CIIRFilt::kAllPass, 5000.0f, 0.5f);
     filter.setfilt();

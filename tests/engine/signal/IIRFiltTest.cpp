@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "engine/signal/IIRFilt.h"
+#include "base/EngineRate.h"
 
 #include "engine/kernels/Kernels.h"
 #include "engine/signal/IIRSection.h"
@@ -18,12 +19,10 @@
 
 namespace {
 
-constexpr int kRate = 44100;
-
 /// The filter of the note detector: three low-passes at 120 Hz, damping 1.25.
 CIIRFilt BassFilter(int sections = 3) {
     CIIRFilt filter;
-    filter.Init(kRate);
+    filter.Init(kEngineRateHz);
     filter.SetSectionCount(sections);
     for (int i = 0; i < sections; ++i) {
         filter.SetSection(i, CIIRFilt::kLowPass, 120.0f, 1.25f);
@@ -36,7 +35,7 @@ CIIRFilt BassFilter(int sections = 3) {
 /// coefficient follows by hand.
 CIIRFilt QuarterRateFilter(int type, float damping) {
     CIIRFilt filter;
-    filter.Init(kRate);
+    filter.Init(kEngineRateHz);
     filter.SetSectionCount(1);
     filter.SetSection(0, type, 11025.0f, damping);
     filter.setfilt();
@@ -76,7 +75,7 @@ TEST(IIRFiltTest, InitMakesRoomForThirtyTwoSections) {
     CIIRFilt filter;
     EXPECT_EQ(filter.GetSectionCount(), 0);
     EXPECT_FALSE(filter.IsDesigned());
-    filter.Init(kRate);
+    filter.Init(kEngineRateHz);
     EXPECT_EQ(filter.GetSectionCount(), 32);
     filter.SetSectionCount(33);
     EXPECT_EQ(filter.GetSectionCount(), 32);
@@ -102,7 +101,7 @@ TEST(IIRFiltTest, SecondInitDropsDesignAndState) {
     CIIRFilt filter = BassFilter();
     std::vector<float> x = Noise(100);
     filter.fl(x.data(), 0, 100, 1);
-    filter.Init(kRate);
+    filter.Init(kEngineRateHz);
     EXPECT_FALSE(filter.IsDesigned());
     EXPECT_EQ(filter.GetSectionCount(), 32);
     EXPECT_EQ(filter.GetNumerator(0)[0], 0.0f);
@@ -163,7 +162,7 @@ TEST(IIRFiltTest, MappingLowersTheOrderToTheHighestPowerPresent) {
 TEST(IIRFiltTest, SectionWithoutDenominatorIsAnError) {
     // At 0 Hz the prewarped frequency is 0 and so is every coefficient of a first-order section.
     CIIRFilt filter;
-    filter.Init(kRate);
+    filter.Init(kEngineRateHz);
     filter.SetSectionCount(1);
     filter.SetSection(0, CIIRFilt::kFirstOrderLowPass, 0.0f, 1.0f);
     filter.setfilt();
@@ -178,7 +177,7 @@ TEST(IIRFiltTest, SectionWithoutDenominatorIsAnError) {
 TEST(IIRFiltTest, FilteringClearsTheMappingError) {
     for (int routine = 0; routine < 3; ++routine) {
         CIIRFilt filter;
-        filter.Init(kRate);
+        filter.Init(kEngineRateHz);
         filter.SetSectionCount(3);
         for (int i = 0; i < 3; ++i) {
             filter.SetSection(i, CIIRFilt::kFirstOrderLowPass, 0.0f, 1.0f);
@@ -263,13 +262,13 @@ TEST(IIRFiltTest, ThreeSectionsAtOnceKeepTheBits) {
 
 TEST(IIRFiltTest, DecayIntoDenormalsKeepsTheBits) {
     // An impulse followed by two seconds of silence; nothing is flushed to zero on either way.
-    std::vector<float> input(2 * kRate, 0.0f);
+    std::vector<float> input(2 * kEngineRateHz, 0.0f);
     input[0] = 1.0e-30f;
     CIIRFilt quick = BassFilter();
     CIIRFilt plain = BassFilter();
     std::vector<float> a = Filtered(quick, input);
     std::vector<float> b = input;
-    plain.flPlain(b.data(), 0, 2 * kRate, 1);
+    plain.flPlain(b.data(), 0, 2 * kEngineRateHz, 1);
     EXPECT_TRUE(SameBits(a, b));
     EXPECT_TRUE(std::ranges::any_of(
         a, [](float v) { return v != 0.0f && std::abs(v) < std::numeric_limits<float>::min(); }));
@@ -278,7 +277,7 @@ TEST(IIRFiltTest, DecayIntoDenormalsKeepsTheBits) {
 TEST(IIRFiltTest, DirectFormOneAgreesWithDirectFormTwo) {
     std::vector<float> const input = Noise(20000);
     CIIRFilt formTwo;
-    formTwo.Init(kRate);
+    formTwo.Init(kEngineRateHz);
     formTwo.SetSectionCount(3);
     for (int i = 0; i < 3; ++i) {
         formTwo.SetSection(i, i, 3000.0f, 1.0f); // low-pass, high-pass, band-pass

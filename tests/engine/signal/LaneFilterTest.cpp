@@ -24,7 +24,7 @@ namespace {
 // Three of them are the note search's low-pass: 120 Hz, damping 1.25, at 44100 Hz.
 constexpr CIIRSection kBassSection{7.23033736e-05f, 0.000144606747f, 7.23033736e-05f, -1.97856641f,
                                    0.97885561f};
-constexpr std::int64_t kSpacing = 20'000; // rounded up to 41 bursts of 512, 20992 samples
+constexpr std::int64_t kRunnerSpacing = 20'000; // rounded up to 41 bursts of 512, 20992 samples
 
 using CStream = std::vector<float>;
 
@@ -55,7 +55,7 @@ void PushAll(CLaneFilter& filter, std::span<float const> stream, std::size_t pie
     }
 }
 
-CStream Filtered(CStream const& stream, std::int32_t lanes, std::int64_t spacing = kSpacing,
+CStream Filtered(CStream const& stream, std::int32_t lanes, std::int64_t spacing = kRunnerSpacing,
                  std::size_t piece = 256) {
     CLaneFilter filter(kBassSection, lanes, spacing);
     EXPECT_TRUE(filter.IsReady());
@@ -208,7 +208,7 @@ TEST(LaneFilterTest, LanesOfAnyLengthKeepTheBits) {
 
 TEST(LaneFilterTest, RunnersMeetInMusic) {
     // Else no test here would ever see a runner end.
-    EXPECT_LT(SamplesToMeet(MakeSong(128.0, 15.0), kSpacing).value_or(1'000'000), 600'000U);
+    EXPECT_LT(SamplesToMeet(MakeSong(128.0, 15.0), kRunnerSpacing).value_or(1'000'000), 600'000U);
 }
 
 TEST(LaneFilterTest, StatesThatNeverMeetKeepTheBits) {
@@ -243,7 +243,8 @@ TEST(LaneFilterTest, PushesOfAnyLengthKeepTheBits) {
     CStream const stream = MakeSong(97.3, 4.0);
     CStream const expected = Plain(stream);
     for (std::size_t const piece : {1U, 255U, 511U, 513U, 4096U, 1'000'000U}) {
-        EXPECT_EQ(FirstDifference(Filtered(stream, 8, kSpacing, piece), expected), -1) << piece;
+        EXPECT_EQ(FirstDifference(Filtered(stream, 8, kRunnerSpacing, piece), expected), -1)
+            << piece;
     }
     for (std::int64_t const spacing : {1, 512, 513, 3000, 100'000}) {
         EXPECT_EQ(FirstDifference(Filtered(stream, 8, spacing), expected), -1) << spacing;
@@ -254,7 +255,7 @@ TEST(LaneFilterTest, TheStreamGoesOnAfterAFinish) {
     CStream const stream = MakeSong(128.0, 8.0);
     CStream const expected = Plain(stream);
     for (std::size_t const cut : {0U, 1U, 700U, 60'000U, 200'001U}) {
-        CLaneFilter filter(kBassSection, 4, kSpacing);
+        CLaneFilter filter(kBassSection, 4, kRunnerSpacing);
         CStream out;
         PushAll(filter, {stream.data(), cut}, 256, out);
         filter.Finish();
@@ -318,7 +319,7 @@ TEST(LaneFilterTest, AWindowLiesInOnePieceAcrossTheEndOfTheRing) {
 
 TEST(LaneFilterTest, ARunFinishesASpacing) {
     CStream const stream = MakeSong(128.0, 8.0);
-    CLaneFilter filter(kBassSection, 4, kSpacing);
+    CLaneFilter filter(kBassSection, 4, kRunnerSpacing);
     EXPECT_EQ(filter.Push(stream), 5U * 20'992U); // (4 + 1) spacings
     EXPECT_TRUE(filter.GetFinished().empty());
     filter.Run();
@@ -327,5 +328,5 @@ TEST(LaneFilterTest, ARunFinishesASpacing) {
 
 TEST(LaneFilterTest, WithoutMemoryItIsNotReady) {
     CFailingAllocation const failing;
-    EXPECT_FALSE(CLaneFilter(kBassSection, 4, kSpacing).IsReady());
+    EXPECT_FALSE(CLaneFilter(kBassSection, 4, kRunnerSpacing).IsReady());
 }

@@ -16,8 +16,8 @@
 namespace {
 
 // Three of them are the note search's low-pass: 120 Hz, damping 1.25, at 44100 Hz.
-constexpr CIIRSection kBassSection{7.23033736e-05f, 0.000144606747f, 7.23033736e-05f, -1.97856641f,
-                                   0.97885561f};
+constexpr CIIRSection kQuietSection{7.23033736e-05f, 0.000144606747f, 7.23033736e-05f, -1.97856641f,
+                                    0.97885561f};
 
 std::vector<std::uint32_t> BitsOf(std::vector<float> const& samples, CThreeStates const& states) {
     std::vector<std::uint32_t> bits;
@@ -32,7 +32,7 @@ std::vector<std::uint32_t> BitsOf(std::vector<float> const& samples, CThreeState
 
 /// Both ways from the same states: outputs and states must agree bit for bit.
 void ExpectSame(std::vector<float> const& stream, CThreeStates const& states,
-                std::string const& what, CIIRSection const& section = kBassSection) {
+                std::string const& what, CIIRSection const& section = kQuietSection) {
     auto const count = static_cast<std::int32_t>(stream.size());
     std::vector<float> plain(stream.size());
     std::vector<float> quiet(stream.size());
@@ -114,9 +114,9 @@ TEST(QuietFilterTest, StatesAtRestStayAsTheyAre) {
     std::vector<float> const silence(40'000);
     std::vector<float> out(silence.size());
     CThreeStates states = CRandom(3).States(-3, 0);
-    FilterQuiet(kBassSection, {silence.data(), out.data(), &states}, 40'000);
+    FilterQuiet(kQuietSection, {silence.data(), out.data(), &states}, 40'000);
     CThreeStates const rest = states;
-    FilterLanePlain(kBassSection, {silence.data(), out.data(), &states}, 1);
+    FilterLanePlain(kQuietSection, {silence.data(), out.data(), &states}, 1);
     EXPECT_EQ(BitsOf({}, states), BitsOf({}, rest));
     EXPECT_NE(states[0], 0.0f); // it rests beside zero, not on it
     ExpectSame(std::vector<float>(5'000), rest, "at rest");

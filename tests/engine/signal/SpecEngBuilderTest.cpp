@@ -37,7 +37,7 @@ std::complex<double> BinOf(CPfSpecEngBuilder const& builder, std::vector<float> 
     return {static_cast<double>(data[at]), static_cast<double>(data[at + 1])};
 }
 
-std::vector<float> Noise(std::size_t count, std::uint32_t seed) {
+std::vector<float> SeededNoise(std::size_t count, std::uint32_t seed) {
     std::vector<float> samples = MakeNoise(1.0, 1.0f, seed);
     samples.resize(count);
     return samples;
@@ -52,7 +52,7 @@ float EnergyOf(std::vector<float> const& frame) {
 
 TEST(SpecEngBuilderTest, RealFftIsTheScaledPlainTransform) {
     for (std::size_t const length : {4U, 8U, 16U, 64U, 256U, 1024U}) {
-        std::vector<float> const input = Noise(length, static_cast<std::uint32_t>(length));
+        std::vector<float> const input = SeededNoise(length, static_cast<std::uint32_t>(length));
         std::vector<float> output = input;
         auto const frameLength = static_cast<std::uint16_t>(length);
         CPfSpecEngBuilder const builder(frameLength);
@@ -69,7 +69,7 @@ TEST(SpecEngBuilderTest, RealFftIsTheScaledPlainTransform) {
 }
 
 TEST(SpecEngBuilderTest, BinZeroHoldsDcAndNyquistTogether) {
-    std::vector<float> const input = Noise(256, 3);
+    std::vector<float> const input = SeededNoise(256, 3);
     std::vector<float> output = input;
     CPfSpecEngBuilder const builder(256);
     builder.RealFFT(output.data(), 256);
@@ -119,7 +119,7 @@ TEST(SpecEngBuilderTest, BinsStandBitReversed) {
 }
 
 TEST(SpecEngBuilderTest, MagnitudesAreThoseOfTheWindowedFrame) {
-    std::vector<float> const frame = Noise(256, 5);
+    std::vector<float> const frame = SeededNoise(256, 5);
     std::vector<float> windowed(256);
     for (std::size_t k = 0; k < 256; ++k) {
         double const window = 0.54 - 0.46 * std::cos(kTwoPi * static_cast<double>(k) / 256.0);
@@ -158,7 +158,7 @@ TEST(SpecEngBuilderTest, SineInABinHasTheEnergyOfItsThreeWindowedBins) {
 }
 
 TEST(SpecEngBuilderTest, EnergyIsTheAscendingSumOfTheBinsAboveZero) {
-    std::vector<float> const frame = Noise(256, 9);
+    std::vector<float> const frame = SeededNoise(256, 9);
     std::vector<float> magnitudes(256);
     CPfSpecEngBuilder builder(256);
     builder.DoFFTToMagnitude(frame.data(), 256, magnitudes.data());
@@ -179,7 +179,7 @@ TEST(SpecEngBuilderTest, AnyOtherFrameLengthHasNoEnergy) {
 
 TEST(SpecEngBuilderTest, EndsAndStartsAgain) {
     CPfSpecEngBuilder builder(256);
-    std::vector<float> const frame = Noise(512, 2);
+    std::vector<float> const frame = SeededNoise(512, 2);
     float const before = builder.GetSpecEnergy(frame.data());
     builder.EndFFT();
     EXPECT_EQ(builder.GetSpecEnergy(frame.data()), 0.0f);

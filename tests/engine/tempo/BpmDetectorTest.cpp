@@ -5,6 +5,7 @@
 // and 29400 at 90 BPM (117600 / 4). A phase of 1 to a tenth of the period votes for the first bin.
 
 #include "engine/tempo/BpmDetector.h"
+#include "base/EngineRate.h"
 
 #include "engine/envelope/ImpactPoints.h"
 #include "support/ClickTrack.h"
@@ -18,14 +19,13 @@
 
 namespace {
 
-constexpr std::uint32_t kRate = 44100;
 constexpr std::int64_t kPeriodAt82 = 32'268;
 constexpr std::int64_t kPeriodAt90 = 29'400;
 constexpr std::uint16_t kFour = 4;
 constexpr std::uint16_t kEight = 8;
 
 CPfImpactPoints Points(std::initializer_list<std::int64_t> positions) {
-    CPfImpactPoints points(kRate, 0);
+    CPfImpactPoints points(kEngineRateHz, 0);
     for (std::int64_t const position : positions) {
         points.Add(position);
     }
@@ -34,7 +34,7 @@ CPfImpactPoints Points(std::initializer_list<std::int64_t> positions) {
 
 /// `count` points with the same distance, the first at `distance`.
 CPfImpactPoints EvenPoints(int count, std::int64_t distance) {
-    CPfImpactPoints points(kRate, 0);
+    CPfImpactPoints points(kEngineRateHz, 0);
     for (int i = 1; i <= count; ++i) {
         points.Add(i * distance);
     }
@@ -45,7 +45,7 @@ CPfImpactPoints EvenPoints(int count, std::int64_t distance) {
 CPfImpactPoints Clicks(double bpm) {
     CClickTrack track;
     track.m_dBpm = bpm;
-    CPfImpactPoints points(kRate, static_cast<std::int64_t>(SampleCountOf(60.0)));
+    CPfImpactPoints points(kEngineRateHz, static_cast<std::int64_t>(SamplesIn(60.0)));
     for (int i = 0; ClickPosition(track, i) < points.GetSampleCount(); ++i) {
         points.Add(ClickPosition(track, i));
     }
@@ -122,14 +122,14 @@ TEST_F(BpmDetectorTest, CandidatesAddUpInSinglePrecision) {
 }
 
 TEST_F(BpmDetectorTest, CountsTheFirst512PointsOfAWindow) {
-    CPfImpactPoints points(kRate, 0);
+    CPfImpactPoints points(kEngineRateHz, 0);
     points.Add(-5); // outside: not one of the 512
     for (int i = 0; i < 511; ++i) {
         points.Add(1);
     }
     points.Add(kPeriodAt90 + 1); // the 512th
     EXPECT_EQ(Window(points, 0, 882'000), Candidate(90.0f));
-    CPfImpactPoints more(kRate, 0);
+    CPfImpactPoints more(kEngineRateHz, 0);
     for (int i = 0; i < 512; ++i) {
         more.Add(1);
     }
@@ -180,7 +180,7 @@ TEST_F(BpmDetectorTest, MedianOfAnEvenNumberIsTheUpperOne) {
 TEST_F(BpmDetectorTest, BaseTempoIsTheMedianOfNineWindowsAndTwoDivisions) {
     // Clicks that speed up all the time give every window another tempo.
     constexpr std::int64_t kLength = 9'000'000;
-    CPfImpactPoints points(kRate, kLength);
+    CPfImpactPoints points(kEngineRateHz, kLength);
     for (std::int64_t at = 50, distance = 32'000; at < kLength; at += distance, distance -= 30) {
         points.Add(at);
     }
@@ -200,18 +200,18 @@ TEST_F(BpmDetectorTest, BaseTempoIsTheMedianOfNineWindowsAndTwoDivisions) {
 TEST_F(BpmDetectorTest, ShortTracksHaveNineWindowsToo) {
     // Windows start at 10, 20 ... 90 and reach far past the end. Five hold both points; the four
     // from 60 on hold none and don't count.
-    CPfImpactPoints points(kRate, 100);
+    CPfImpactPoints points(kEngineRateHz, 100);
     points.Add(55);
     points.Add(56);
     EXPECT_EQ(m_detector.DetectBaseBpm(&points), 82.0f);
-    CPfImpactPoints early(kRate, 100);
+    CPfImpactPoints early(kEngineRateHz, 100);
     early.Add(5);
     early.Add(10); // not strictly inside the first window
     EXPECT_EQ(m_detector.DetectBaseBpm(&early), 0.0f);
 }
 
 TEST_F(BpmDetectorTest, AnEmptyListHasNoTempo) {
-    CPfImpactPoints const none(kRate, 9'000'000);
+    CPfImpactPoints const none(kEngineRateHz, 9'000'000);
     EXPECT_EQ(m_detector.DetectBaseBpm(&none), 0.0f);
 }
 
@@ -264,7 +264,7 @@ TEST_F(BpmDetectorTest, HalfBeatsLieStrictlyWithinAFifth) {
 TEST_F(BpmDetectorTest, PinsExactly53PercentDoNotDouble) {
     // 100 intervals. 53 / 100 * 100 is 52.9999962 in single precision, but 53 would not do either.
     auto const withHalfBeats = [](int count) {
-        CPfImpactPoints points(kRate, 0);
+        CPfImpactPoints points(kEngineRateHz, 0);
         std::int64_t at = 0;
         points.Add(at);
         for (int i = 0; i < 100; ++i) {
@@ -334,7 +334,7 @@ TEST_F(BpmDetectorTest, CountsLikeAScanThatCastsEveryVote) {
         return static_cast<std::uint32_t>(engine()) % bound;
     };
     for (int round = 0; round < 40; ++round) {
-        std::uint32_t const rate = round % 4 == 0 ? 300 + random(2000) : kRate;
+        std::uint32_t const rate = round % 4 == 0 ? 300 + random(2000) : kEngineRateHz;
         // Low 32 bits near their end now and then.
         std::int64_t const origin = round % 3 == 0 ? 0xFFF00000 : 0x100000000;
         CPfImpactPoints points(rate, 0);

@@ -5,6 +5,7 @@
 // an envelope of n such measures asks for 4 n points at four to the measure. An envelope of zeros
 // with a single element of height h has one rise, from 0 to h in one element.
 
+#include "base/EngineRate.h"
 #include "engine/tempo/ImpactFinder.h"
 
 #include "engine/envelope/ImpactPoints.h"
@@ -25,34 +26,33 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr std::uint32_t kRate = 44100;
-constexpr std::uint16_t kPerElement = 256;
+constexpr std::uint16_t kSamplesPerElement = 256;
 constexpr std::size_t kTwoMeasures = 1010; // elements: 258560 samples, 2 * 129073 = 258146
 constexpr std::uint16_t kPointsPerMeasure = 4;
-constexpr std::size_t kSpacing = 40; // elements from pulse to pulse
+constexpr std::size_t kPulseSpacing = 40; // elements from pulse to pulse
 
 /// `count` pulses of one height on a floor, the first at element `first`.
 void AddPulses(std::vector<float>* values, std::size_t first, std::size_t count, float height) {
     for (std::size_t i = 0; i < count; ++i) {
-        (*values)[first + i * kSpacing] = height;
+        (*values)[first + i * kPulseSpacing] = height;
     }
 }
 
 class ImpactSearchTest : public testing::Test {
 protected:
     std::int32_t Search(std::vector<float> const& values) {
-        CPfPcmThumbnail const thumb = MakeEnvelope(values, kRate, kPerElement);
+        CPfPcmThumbnail const thumb = MakeEnvelope(values, kEngineRateHz, kSamplesPerElement);
         return m_finder.BuildImpactPoints(&thumb, kPointsPerMeasure, &m_points);
     }
 
     std::int32_t SearchRatios(std::vector<float> const& values) {
-        CPfPcmThumbnail const thumb = MakeEnvelope(values, kRate, kPerElement);
+        CPfPcmThumbnail const thumb = MakeEnvelope(values, kEngineRateHz, kSamplesPerElement);
         return m_finder.BuildImpactPointsClassic(&thumb, kPointsPerMeasure, &m_points);
     }
 
     CCancelFlag m_cancel;
     CPfImpactFinder m_finder{&m_cancel};
-    CPfImpactPoints m_points{kRate, 0};
+    CPfImpactPoints m_points{kEngineRateHz, 0};
 };
 
 } // namespace
@@ -62,8 +62,9 @@ TEST_F(ImpactSearchTest, FirstThresholdThatReachesTheTargetWins) {
     AddPulses(&values, 100, 8, 3.0f);  // above 2.44
     AddPulses(&values, 500, 12, 2.0f); // below
     EXPECT_EQ(Search(values), 8);
-    EXPECT_EQ(m_points.Points().front(), 99 * kPerElement); // sorted; the feet, not the peaks
-    EXPECT_EQ(m_points.Points().back(), (99 + 7 * 40) * kPerElement);
+    EXPECT_EQ(m_points.Points().front(),
+              99 * kSamplesPerElement); // sorted; the feet, not the peaks
+    EXPECT_EQ(m_points.Points().back(), (99 + 7 * 40) * kSamplesPerElement);
 }
 
 TEST_F(ImpactSearchTest, LoweringTheThresholdMayFindMoreThanTheTarget) {
@@ -82,7 +83,7 @@ TEST_F(ImpactSearchTest, SlopeSearchRunsSixtyTwoTimes) {
     EXPECT_THAT(m_points.Points(), IsEmpty());
     AddPulses(&values, 500, 1, 3.7e-5f);
     EXPECT_EQ(Search(values), 1);
-    EXPECT_THAT(m_points.Points(), ElementsAre(499 * kPerElement));
+    EXPECT_THAT(m_points.Points(), ElementsAre(499 * kSamplesPerElement));
 }
 
 TEST_F(ImpactSearchTest, RatioSearchRunsNineteenTimes) {
@@ -92,7 +93,7 @@ TEST_F(ImpactSearchTest, RatioSearchRunsNineteenTimes) {
     EXPECT_EQ(SearchRatios(values), 0);
     AddPulses(&values, 500, 1, 1.15f);
     EXPECT_EQ(SearchRatios(values), 1);
-    EXPECT_THAT(m_points.Points(), ElementsAre(500 * kPerElement)); // the peak, not the foot
+    EXPECT_THAT(m_points.Points(), ElementsAre(500 * kSamplesPerElement)); // the peak, not the foot
 }
 
 TEST_F(ImpactSearchTest, TargetOfNoneOnlySorts) {
@@ -132,18 +133,18 @@ TEST_F(ImpactSearchTest, RangeSearchGivesEachTenSecondsTheirThreshold) {
     AddPulses(&values, 100, 12, 3.0f);
     AddPulses(&values, 1000, 12, 0.01f);
     AddPulses(&values, kSegment + 100, 12, 0.01f);
-    CPfPcmThumbnail const thumb = MakeEnvelope(values, kRate, kPerElement);
+    CPfPcmThumbnail const thumb = MakeEnvelope(values, kEngineRateHz, kSamplesPerElement);
     m_points.Add(5); // emptied first
     EXPECT_EQ(m_finder.BuildImpactPointsRange(&thumb, kPointsPerMeasure, &m_points), 24);
-    EXPECT_EQ(m_points.Points()[0], 99 * kPerElement);
-    EXPECT_EQ(m_points.Points()[11], (99 + 11 * 40) * kPerElement);
-    EXPECT_EQ(m_points.Points()[12], static_cast<std::int64_t>(kSegment + 99) * kPerElement);
+    EXPECT_EQ(m_points.Points()[0], 99 * kSamplesPerElement);
+    EXPECT_EQ(m_points.Points()[11], (99 + 11 * 40) * kSamplesPerElement);
+    EXPECT_EQ(m_points.Points()[12], static_cast<std::int64_t>(kSegment + 99) * kSamplesPerElement);
 }
 
 TEST_F(ImpactSearchTest, RangeSearchOfLessThanAMeasureFindsNothing) {
     std::vector<float> values(504, 0.0f);
     AddPulses(&values, 100, 5, 3.0f);
-    CPfPcmThumbnail const thumb = MakeEnvelope(values, kRate, kPerElement);
+    CPfPcmThumbnail const thumb = MakeEnvelope(values, kEngineRateHz, kSamplesPerElement);
     m_points.Add(5);
     EXPECT_EQ(m_finder.BuildImpactPointsRange(&thumb, kPointsPerMeasure, &m_points), 0);
     EXPECT_THAT(m_points.Points(), IsEmpty());
@@ -152,7 +153,7 @@ TEST_F(ImpactSearchTest, RangeSearchOfLessThanAMeasureFindsNothing) {
 TEST_F(ImpactSearchTest, RangeSearchEndsWhereASegmentHasNoElement) {
     // At 10 samples a second ten seconds are 100 samples, less than one element.
     std::vector<float> const values(600, 0.0f);
-    CPfPcmThumbnail const thumb = MakeEnvelope(values, 10, kPerElement);
+    CPfPcmThumbnail const thumb = MakeEnvelope(values, 10, kSamplesPerElement);
     EXPECT_EQ(m_finder.BuildImpactPointsRange(&thumb, kPointsPerMeasure, &m_points), 0);
 }
 
