@@ -28,6 +28,10 @@ if(TACTUS_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # gcc reports false positives of these two once it has instrumented the code.
     target_compile_options(Warnings INTERFACE -Wno-null-dereference -Wno-maybe-uninitialized)
 endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND TACTUS_SHARE_HEADERS)
+    # Of sources that are compiled together gcc knows none as the one that a class is private to.
+    target_compile_options(Warnings INTERFACE -Wno-subobject-linkage)
+endif()
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     # Unlike gcc, clang asks for an attribute on every function that hands a va_list on.
     target_compile_options(Warnings INTERFACE -Wno-format-nonliteral)
