@@ -274,7 +274,7 @@ TEST(LaneFilterTest, WhatIsLeftAfterAFinishStaysInFront) {
     CStream const expected = Plain(stream);
     for (std::size_t const left : {1U, 511U, 512U, 513U, 60'000U, 65'536U}) {
         constexpr std::size_t kCut = 200'001;
-        CLaneFilter filter(kBassSection, 4, kSpacing);
+        CLaneFilter filter(kBassSection, 4, kRunnerSpacing);
         CStream out;
         PushAll(filter, {stream.data(), kCut - left}, 256, out);
         filter.Finish();

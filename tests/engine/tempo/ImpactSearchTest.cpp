@@ -191,7 +191,7 @@ std::vector<std::int64_t> SearchByScans(CPfPcmThumbnail const& thumb, float thre
                                         DetectProc detect) {
     std::int32_t const target =
         static_cast<std::int32_t>(thumb.GetSampleCount() / 129073) * kPointsPerMeasure;
-    CPfImpactPoints points(kRate, 0);
+    CPfImpactPoints points(kEngineRateHz, 0);
     for (int i = 0; i < tries; ++i, threshold /= 1.2f) {
         points.RemoveAll();
         if (detect(&thumb, threshold, 4, &points) >= target) {
@@ -208,7 +208,7 @@ TEST_F(ImpactSearchTest, FindsWhatWholeScansFind) {
     std::mt19937 random(5);
     for (int i = 0; i < 300; ++i) {
         std::vector<float> const values = MakeOddEnvelope(random);
-        CPfPcmThumbnail const thumb = MakeEnvelope(values, kRate, kPerElement);
+        CPfPcmThumbnail const thumb = MakeEnvelope(values, kEngineRateHz, kSamplesPerElement);
         (void)Search(values);
         ASSERT_THAT(m_points.Points(),
                     ElementsAreArray(
