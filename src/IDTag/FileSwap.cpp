@@ -178,13 +178,13 @@ EWriteProblem CFileSwap::ClearName() {
 
 /// Makes the file, or opens the one that lies there from an earlier attempt, without cutting it.
 bool CFileSwap::OpenTemporary(bool* isNew) {
-    constexpr int kFlags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    constexpr int kNewFileFlags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
     char const* const name = m_sTemporaryName.c_str();
     m_temporary =
-        CDescriptor(::openat(m_folder.Get(), name, kFlags | O_CREAT | O_EXCL, kPrivateMode));
+        CDescriptor(::openat(m_folder.Get(), name, kNewFileFlags | O_CREAT | O_EXCL, kPrivateMode));
     *isNew = m_temporary.IsOpen();
     if (!*isNew && errno == EEXIST) {
-        m_temporary = CDescriptor(::openat(m_folder.Get(), name, kFlags));
+        m_temporary = CDescriptor(::openat(m_folder.Get(), name, kNewFileFlags));
     }
     return m_temporary.IsOpen();
 }

@@ -191,9 +191,9 @@ std::string Levels(CLevels const& levels) {
 }
 
 std::string Fingerprint(CTakenSong const& song) {
-    constexpr double kMicroseconds = 1e6; // Standard: in a second.
+    constexpr double kPrintUnits = 1e6; // Standard: in a second.
     return CJsonObject()
-        .Add("start", Seconds(static_cast<double>(song.m_print.m_nMicroseconds) / kMicroseconds))
+        .Add("start", Seconds(static_cast<double>(song.m_print.m_nMicroseconds) / kPrintUnits))
         .Add("values", ListOf(song.m_print.m_vValues))
         .Add("opening", Levels(song.m_opening))
         .Close();

@@ -103,7 +103,6 @@ bool AddStreams(AVFormatContext const& format, CHasher& hasher) {
 /// Where tags begin that stand behind the sound: some containers take all up to the file's end for
 /// it.
 std::int64_t EndOfSound(CSourceFile& source) {
-    constexpr std::int64_t kFooterBytes = 32; // Standard: APEv2: mark, version, size, count, flags.
     constexpr std::size_t kSizeOffset = 12;
     constexpr std::size_t kFlagsOffset = 20;
     constexpr std::uint32_t kHasHeader = 0x80000000;
@@ -112,10 +111,11 @@ std::int64_t EndOfSound(CSourceFile& source) {
     };
     std::int64_t end = source.GetSize();
     end -= begins(ReadPiece(source, end - kOldTagBytes, kOldTagBytes), "TAG") ? kOldTagBytes : 0;
-    std::vector<std::uint8_t> const footer = ReadPiece(source, end - kFooterBytes, kFooterBytes);
-    if (footer.size() == static_cast<std::size_t>(kFooterBytes) && begins(footer, "APETAGEX")) {
+    std::vector<std::uint8_t> const footer =
+        ReadPiece(source, end - kApeFooterBytes, kApeFooterBytes);
+    if (footer.size() == static_cast<std::size_t>(kApeFooterBytes) && begins(footer, "APETAGEX")) {
         bool const hasHeader = (AV_RL32(&footer[kFlagsOffset]) & kHasHeader) != 0;
-        end -= std::int64_t{AV_RL32(&footer[kSizeOffset])} + (hasHeader ? kFooterBytes : 0);
+        end -= std::int64_t{AV_RL32(&footer[kSizeOffset])} + (hasHeader ? kApeFooterBytes : 0);
     }
     return std::max<std::int64_t>(end, 0);
 }

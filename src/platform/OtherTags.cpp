@@ -34,7 +34,6 @@ using TagLib::String;
 using TagLib::StringList;
 
 constexpr unsigned kLongestText = 65'536; // Fixed: characters; what is longer is no title.
-constexpr std::int64_t kFooterBytes = 32; // Standard: APEv2.
 constexpr std::string_view kFooterMark = "APETAGEX"; // Standard: likewise.
 
 std::string_view Letters(std::vector<std::uint8_t> const& bytes, std::size_t place,
@@ -95,7 +94,6 @@ bool IsFractionOf(std::string const& text, int whole) {
 }
 
 void ReadMp4(CTagStream& stream, COtherTags& tags) {
-    constexpr char kTempoItem[] = "tmpo"; // a whole number
     TagLib::MP4::File file(&stream, false);
     TagLib::MP4::Tag const* const tag = file.isValid() ? file.tag() : nullptr;
     if (tag == nullptr) {
@@ -132,8 +130,8 @@ public:
 
 /// The APEv2 tag whose footer ends `behind` bytes before the file does.
 void ReadApe(CSourceFile& source, std::int64_t behind, COtherTags& tags) {
-    std::int64_t const footer = source.GetSize() - behind - kFooterBytes;
-    if (footer < 0 || Letters(ReadPiece(source, footer, kFooterBytes), 0, 8) != kFooterMark) {
+    std::int64_t const footer = source.GetSize() - behind - kApeFooterBytes;
+    if (footer < 0 || Letters(ReadPiece(source, footer, kApeFooterBytes), 0, 8) != kFooterMark) {
         return;
     }
     CTagStream stream(source, 0);

@@ -41,7 +41,6 @@ constexpr char kTempoComment[] = "BPM";
 constexpr char kKeyComment[] = "INITIALKEY";
 constexpr char kTempoFrame[] = "TBPM";                   // Standard: ID3v2.3.0, section 4.2.1.
 constexpr char kKeyFrame[] = "TKEY";                     // Standard: likewise.
-constexpr char kTempoItem[] = "tmpo";                    // Standard: a whole number.
 constexpr char kFreePrefix[] = "----:com.apple.iTunes:"; // Standard: where everybody looks for it.
 
 /// Calls `put` with the name and the text of each wish.

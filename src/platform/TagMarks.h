@@ -32,8 +32,11 @@ constexpr std::int64_t kTagMarkBytes = 512; // Fixed: a mark, and the first page
 /// `head`: a file's first bytes, behind an ID3v2 tag if there is one.
 ETagMark TagMarkOf(std::span<std::uint8_t const> head);
 
-constexpr std::int64_t kOldTagBytes = 128;                      // Standard: ID3v1, at a file's end.
+constexpr std::int64_t kOldTagBytes = 128;   // Standard: ID3v1, at a file's end.
+constexpr std::int64_t kApeFooterBytes = 32; // Standard: APEv2: mark, version, size, count, flags.
 constexpr std::int64_t kMostId3Bytes = std::int64_t{32} << 20U; // Fixed: with any usual cover.
+
+constexpr char kTempoItem[] = "tmpo"; // of MP4: a whole number
 
 /// The last part of a freeform MP4 item's name, "----:com.apple.iTunes:BPM", its ASCII letters in
 /// upper case; empty for another item.

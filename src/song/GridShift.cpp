@@ -65,10 +65,10 @@ CShiftTable CollectRises(std::span<double const> grid, std::span<std::uint8_t co
 }
 
 CLineShift FindLine(CShiftTable const& table) {
-    constexpr std::int64_t kReach = kShiftHops - kStretchHops;
+    constexpr std::int64_t kReachHops = kShiftHops - kStretchHops;
     CLineShift best{0, 0, Met(table, {})}; // which wins a tie
     for (std::int64_t turn = -kStretchHops; turn <= kStretchHops; ++turn) {
-        for (std::int64_t shift = -kReach; shift <= kReach; ++shift) {
+        for (std::int64_t shift = -kReachHops; shift <= kReachHops; ++shift) {
             std::int64_t const met = Met(table, {shift, turn});
             best = met > best.m_nMet ? CLineShift{shift, turn, met} : best;
         }
