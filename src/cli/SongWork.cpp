@@ -4,7 +4,6 @@
 #include "cli/SongWork.h"
 
 #include "IDTag/FrameIds.h"
-#include "app/RowTags.h"
 #include "base/FileUtil.h"
 #include "cli/DecodeReason.h"
 #include "cli/WriteReason.h"
