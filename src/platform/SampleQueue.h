@@ -8,8 +8,8 @@
 #include <span>
 #include <vector>
 
-/// Every sample as sample / 32767, one single-precision division each: -32768 comes out just below
-/// -1. Shape: as many in `samples`.
+/// Every sample as sample / 32767, with the bits of a single-precision division: -32768 comes out
+/// just below -1. Shape: as many in `samples`.
 void WidenPcm(std::span<std::int16_t const> pcm, float* samples);
 
 /// Samples between the decoder that makes them and the reader that takes them, oldest first. It

@@ -4,6 +4,7 @@
 #include "platform/SampleQueue.h"
 
 #include <array>
+#include <bit>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <vector>
@@ -23,6 +24,20 @@ TEST(SampleQueueTest, DividesBy32767) {
     CSampleQueue queue;
     queue.Append(Pcm{0, 1, 32767, -32768});
     EXPECT_THAT(Take(queue, 4), ElementsAre(0.0f, 1.0f / 32767.0f, 1.0f, -1.0000305f));
+}
+
+TEST(SampleQueueTest, EverySampleHasTheBitsOfADivision) {
+    Pcm pcm;
+    for (int sample = -32768; sample <= 32767; ++sample) {
+        pcm.push_back(static_cast<std::int16_t>(sample));
+    }
+    std::vector<float> samples(pcm.size());
+    WidenPcm(pcm, samples.data());
+    for (std::size_t i = 0; i < pcm.size(); ++i) {
+        float const divided = static_cast<float>(pcm[i]) / 32767.0f;
+        ASSERT_EQ(std::bit_cast<std::uint32_t>(samples[i]), std::bit_cast<std::uint32_t>(divided))
+            << pcm[i];
+    }
 }
 
 TEST(SampleQueueTest, GivesTheOldestFirstAcrossAppends) {
