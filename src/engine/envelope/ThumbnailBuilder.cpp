@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstring>
 #include <limits>
 
@@ -24,7 +25,7 @@ namespace {
 using CFour = float __attribute__((vector_size(16)));
 using CFourBits = std::int32_t __attribute__((vector_size(16)));
 constexpr std::int32_t kMagnitude = 0x7FFFFFFF; // Standard: IEEE 754, all but the sign.
-constexpr std::uint32_t kFours = 4; // Derived: each takes four cycles, one begins in each.
+constexpr std::size_t kFours = 4; // Derived: each takes four cycles, one begins in each.
 
 /// The larger of each two; `b` where there is no order.
 CFour LargerOf(CFour a, CFour b) {
@@ -81,9 +82,9 @@ float CPcmThumbnailBuilder::GetMaxValue(float const* samples, std::uint32_t n) {
     // Sixteen maxima side by side, so that none waits for the one before it. No comparison with NaN
     // is true, so it is passed over, and the largest of all doesn't depend on the order.
     std::array<CFour, kFours> largest{};
-    std::uint32_t i = 0;
+    std::size_t i = 0;
     for (; n - i >= 4 * kFours; i += 4 * kFours) {
-        for (std::uint32_t k = 0; k < kFours; ++k) {
+        for (std::size_t k = 0; k < kFours; ++k) {
             largest[k] = LargerOf(MagnitudesOf(samples + i + 4 * k), largest[k]);
         }
     }
