@@ -178,13 +178,13 @@ EWriteProblem CFileSwap::ClearName() {
 
 /// Makes the file, or opens the one that lies there from an earlier attempt, without cutting it.
 bool CFileSwap::OpenTemporary(bool* isNew) {
-    constexpr int kNewFileFlags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    constexpr int kTemporaryFlags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
     char const* const name = m_sTemporaryName.c_str();
-    m_temporary =
-        CDescriptor(::openat(m_folder.Get(), name, kNewFileFlags | O_CREAT | O_EXCL, kPrivateMode));
+    m_temporary = CDescriptor(
+        ::openat(m_folder.Get(), name, kTemporaryFlags | O_CREAT | O_EXCL, kPrivateMode));
     *isNew = m_temporary.IsOpen();
     if (!*isNew && errno == EEXIST) {
-        m_temporary = CDescriptor(::openat(m_folder.Get(), name, kNewFileFlags));
+        m_temporary = CDescriptor(::openat(m_folder.Get(), name, kTemporaryFlags));
     }
     return m_temporary.IsOpen();
 }

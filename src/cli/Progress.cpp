@@ -22,12 +22,12 @@ constexpr double kLongestSeconds = 1e9;                 // Fixed: a guess beyond
 
 /// "42 s left  ", in whole seconds, so that the line is quiet.
 std::string LeftText(std::optional<double> const& left) {
-    constexpr double kSecondsUpTo = 60.0;
+    constexpr double kLongestInSeconds = 60.0;
     if (!left || !(*left < kLongestSeconds)) {
         return "";
     }
     double const seconds = std::ceil(*left);
-    std::string const text = seconds < kSecondsUpTo
+    std::string const text = seconds < kLongestInSeconds
                                  ? std::to_string(static_cast<std::int64_t>(seconds)) + " s"
                                  : TimeText(std::chrono::duration<double>(seconds));
     return text + " left  ";

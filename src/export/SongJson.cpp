@@ -191,9 +191,10 @@ std::string Levels(CLevels const& levels) {
 }
 
 std::string Fingerprint(CTakenSong const& song) {
-    constexpr double kPrintUnits = 1e6; // Standard: in a second.
+    constexpr double kPrintMicroseconds = 1e6; // Standard: in a second.
     return CJsonObject()
-        .Add("start", Seconds(static_cast<double>(song.m_print.m_nMicroseconds) / kPrintUnits))
+        .Add("start",
+             Seconds(static_cast<double>(song.m_print.m_nMicroseconds) / kPrintMicroseconds))
         .Add("values", ListOf(song.m_print.m_vValues))
         .Add("opening", Levels(song.m_opening))
         .Close();

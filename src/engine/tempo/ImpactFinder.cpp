@@ -46,13 +46,18 @@ std::int32_t ScanOnce(Test const& test, std::span<float const> elements, float t
     return found;
 }
 
-/// A rise towards the peak that is steeper than the threshold, per element; found at its foot.
-struct CSlopeTest {
+/// What both tests look at.
+struct CThumbnailTest {
     std::span<float const> m_elements;
     std::int64_t m_nPerElement;
 
-    explicit CSlopeTest(CPfPcmThumbnail const& thumbnail)
+    explicit CThumbnailTest(CPfPcmThumbnail const& thumbnail)
         : m_elements(thumbnail.Elements()), m_nPerElement(thumbnail.GetSamplesPerElement()) {}
+};
+
+/// A rise towards the peak that is steeper than the threshold, per element; found at its foot.
+struct CSlopeTest : CThumbnailTest {
+    using CThumbnailTest::CThumbnailTest;
 
     [[nodiscard]] float Most(std::int32_t i, std::int32_t peak) const {
         if (peak == i) {
@@ -71,12 +76,8 @@ struct CSlopeTest {
 };
 
 /// A peak above the threshold times the element; found at the peak.
-struct CRatioTest {
-    std::span<float const> m_elements;
-    std::int64_t m_nPerElement;
-
-    explicit CRatioTest(CPfPcmThumbnail const& thumbnail)
-        : m_elements(thumbnail.Elements()), m_nPerElement(thumbnail.GetSamplesPerElement()) {}
+struct CRatioTest : CThumbnailTest {
+    using CThumbnailTest::CThumbnailTest;
 
     /// Of thresholds from 1 on. Both the quotient here and the product there are rounded by less
     /// than 2^-23 of themselves.
