@@ -33,7 +33,6 @@
 namespace {
 
 constexpr QSize kFirstWindowSize(760, 460); // Fixed: pixels; some fifteen rows.
-constexpr QSize kSmallestSize(420, 220);    // Fixed: pixels; the toolbar still fits.
 
 } // namespace
 
@@ -46,10 +45,10 @@ BpmWindow::BpmWindow(BPMController& controller, CSettings settings)
     setWindowTitle(tr("Tactus"));
     setAccessibleName(windowTitle());
     setWindowIcon(ProductIcon());
-    setMinimumSize(kSmallestSize);
     resize(kFirstWindowSize.boundedTo(screen()->availableSize()));
     setAcceptDrops(true);
     setUpCentre();
+    fitSmallestSize();
     setUpActions();
     setUpCorrections();
     setUpMoreActions();

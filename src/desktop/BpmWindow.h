@@ -165,6 +165,7 @@ private:
     void showCounts();
     void showReason();
     void showPane(bool isOpen);
+    void fitSmallestSize();
     void switchPane();
     void showSong();
     void showUnreadFolders(CBatchStatus const& status);

@@ -13,10 +13,12 @@
 #include <QAction>
 #include <QScreen>
 #include <QSplitter>
+#include <algorithm>
 
 namespace {
 
 constexpr QSize kSizeWithPane(760, 620); // Fixed: pixels; twelve rows and the pane.
+constexpr QSize kSmallestSize(420, 220); // Fixed: pixels; the toolbar still fits, and two rows.
 
 } // namespace
 
@@ -27,6 +29,18 @@ void BpmWindow::setUpPane(QSplitter& splitter) {
     splitter.setStretchFactor(1, 0);
     splitter.setChildrenCollapsible(false);
     m_pPane->hide();
+    connect(m_pPane, &CSongPane::settled, this, &BpmWindow::fitSmallestSize);
+}
+
+// Nothing in the pane is squeezed: what is open keeps its room, as far as the screen has it. At its
+// first size the window doesn't grow for a song of which there is more to tell.
+void BpmWindow::fitSmallestSize() {
+    QSize smallest = kSmallestSize;
+    if (!m_pPane->isHidden()) {
+        QSize const pane = m_pPane->minimumSizeHint();
+        smallest = {std::max(smallest.width(), pane.width()), smallest.height() + pane.height()};
+    }
+    setMinimumSize(smallest.boundedTo(kSizeWithPane).boundedTo(screen()->availableSize()));
 }
 
 void BpmWindow::setUpPaneActions() {
@@ -74,6 +88,7 @@ void BpmWindow::showPane(bool isOpen) {
     }
     m_pTogglePane->setChecked(isOpen);
     m_pPane->setVisible(isOpen);
+    fitSmallestSize();
     showSong();
 }
 

@@ -126,6 +126,22 @@ TEST_F(BpmWindowPaneTest, TheFirstStartOpensItAndStoresNothing) {
     EXPECT_EQ(CSettings().PaneOpen(), std::nullopt);
 }
 
+TEST_F(BpmWindowPaneTest, NothingInTheOpenPaneIsSqueezed) {
+    QSize const shut = window.minimumSize();
+    action("actionPane")->trigger();
+    open({writeClip("a.wav")});
+    ASSERT_TRUE(waitUntilIdle());
+    QSignalSpy settled(pane, &CSongPane::settled);
+    table->selectRow(0);
+    ASSERT_TRUE(settled.wait(20'000));
+    window.resize(1, 1);
+    QTest::qWait(50);
+    EXPECT_GE(pane->width(), pane->minimumSizeHint().width());
+    EXPECT_GE(pane->height(), pane->minimumSizeHint().height());
+    action("actionPane")->trigger();
+    EXPECT_EQ(window.minimumSize(), shut);
+}
+
 TEST_F(BpmWindowPaneTest, EnterOpensIt) {
     open({writeClip("a.wav")});
     ASSERT_TRUE(waitUntilIdle());
