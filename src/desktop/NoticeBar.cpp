@@ -47,7 +47,6 @@ CNoticeBar::CNoticeBar(QWidget* parent)
     m_pText->setTextFormat(Qt::PlainText);
     m_pText->setWordWrap(true);
     m_pText->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    m_pSign->setAlignment(Qt::AlignTop);
     layout->addWidget(m_pSign);
     layout->addWidget(m_pText, 1);
     for (std::size_t choice = 0; choice < kMostChoices; ++choice) {
@@ -57,7 +56,26 @@ CNoticeBar::CNoticeBar(QWidget* parent)
         layout->addWidget(button, 0, Qt::AlignTop);
         m_vButtons.push_back(button);
     }
+    tint();
     hide();
+}
+
+/// The desktop's own colours of tips, if they go with its windows.
+void CNoticeBar::tint() {
+    QPalette const all = QApplication::palette();
+    QPalette own;
+    for (auto const group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        own.setColor(group, QPalette::ToolTipBase, NoticeGround(all, group));
+        own.setColor(group, QPalette::ToolTipText, NoticeInk(all, group));
+    }
+    setPalette(own);
+}
+
+void CNoticeBar::changeEvent(QEvent* event) {
+    QFrame::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        tint();
+    }
 }
 
 void CNoticeBar::post(CNotice notice) {

@@ -52,7 +52,11 @@ signals:
     /// The bar has gone while one of its buttons had the keyboard.
     void focusLeft();
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
+    void tint();
     void remove(ENotice about);
     void showLatest();
     void showButtons(CNotice const& notice);

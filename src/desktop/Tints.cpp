@@ -14,6 +14,7 @@ namespace {
 constexpr double kTextContrast = 4.5; // Standard: WCAG 2.1, success criterion 1.4.3.
 constexpr double kSignContrast = 3.0; // Standard: WCAG 2.1, success criterion 1.4.11.
 constexpr int kFaintestPercent = 60;  // Fixed: share of the ink in the faintest hint.
+constexpr int kNoticePercent = 25;    // Fixed: share of the highlight in a notice's ground.
 constexpr int kStepPercent = 5;       // Fixed: from one share to the next.
 
 // Standard: WCAG 2.1, "relative luminance".
@@ -79,6 +80,24 @@ QColor HintColor(QPalette const& palette, QPalette::ColorGroup group) {
 bool CanStripeRows(QPalette const& palette, QPalette::ColorGroup group) {
     return Contrast(palette.color(group, QPalette::Text),
                     palette.color(group, QPalette::AlternateBase)) >= kTextContrast;
+}
+
+QColor NoticeGround(QPalette const& palette, QPalette::ColorGroup group) {
+    QColor const tips = palette.color(group, QPalette::ToolTipBase);
+    QColor const window = palette.color(group, QPalette::Window);
+    return Contrast(tips, window) < kSignContrast
+               ? tips
+               : Mix(palette.color(group, QPalette::Highlight), window, kNoticePercent);
+}
+
+QColor NoticeInk(QPalette const& palette, QPalette::ColorGroup group) {
+    QColor const ground = NoticeGround(palette, group);
+    for (auto const role : {QPalette::ToolTipText, QPalette::WindowText}) {
+        if (Contrast(palette.color(group, role), ground) >= kTextContrast) {
+            return palette.color(group, role);
+        }
+    }
+    return BlackOrWhite(ground);
 }
 
 QColor SignColor(QColor const& sign, QColor const& paper) {

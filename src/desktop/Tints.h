@@ -23,5 +23,12 @@ QColor HintColor(QPalette const& palette, QPalette::ColorGroup group = QPalette:
 /// Is text legible on the ground of every second row? Some dark palettes leave it light.
 bool CanStripeRows(QPalette const& palette, QPalette::ColorGroup group = QPalette::Active);
 
+/// The ground of a notice: that of the palette's tips, but where those are light on a dark window,
+/// or dark on a light one, the window's with some of the highlight in it.
+QColor NoticeGround(QPalette const& palette, QPalette::ColorGroup group = QPalette::Active);
+
+/// What can be read on that ground: the palette's text of tips or windows, or black or white.
+QColor NoticeInk(QPalette const& palette, QPalette::ColorGroup group = QPalette::Active);
+
 /// `sign` darkened or lightened until it has the contrast of 3 to `paper`, which a sign needs.
 QColor SignColor(QColor const& sign, QColor const& paper);

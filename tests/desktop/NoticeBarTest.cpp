@@ -3,11 +3,15 @@
 
 #include "desktop/NoticeBar.h"
 
+#include "desktop/Tints.h"
+
 #include <QAccessible>
+#include <QApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace {
@@ -32,6 +36,23 @@ struct NoticeBarTest : testing::Test {
     CNoticeBar bar{&window};
     int acted = 0;
 };
+
+/// The middle row of what `label` shows, in its parent. Its upper right corner is bare.
+double MiddleOf(QLabel& label) {
+    QImage const picture = label.grab().toImage();
+    QRgb const ground = picture.pixel(picture.width() - 1, 0);
+    int first = picture.height();
+    int last = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (picture.pixel(x, y) != ground) {
+                first = std::min(first, y);
+                last = y;
+            }
+        }
+    }
+    return label.y() + (first + last) / 2.0;
+}
 
 } // namespace
 
@@ -122,4 +143,44 @@ TEST_F(NoticeBarTest, TheKeyboardLeavesWithTheNotice) {
     QTest::keyClick(button(1), Qt::Key_Space);
     EXPECT_FALSE(bar.isVisible());
     EXPECT_EQ(left.count(), 1);
+}
+
+TEST_F(NoticeBarTest, TheSignStandsInTheMiddleOfItsSentence) {
+    post(ENotice::Added, "xxxx"); // no letter stands out above or below
+    QTest::qWait(50);
+    auto* sentence = bar.findChild<QLabel*>("noticeText");
+    for (QLabel* label : bar.findChildren<QLabel*>()) {
+        // Three pixels, because small letters are below the middle of their line.
+        EXPECT_NEAR(MiddleOf(*label), MiddleOf(*sentence), 3.0);
+    }
+}
+
+TEST_F(NoticeBarTest, OnADarkWindowItIsDarkThoughTipsAreLight) {
+    QPalette const before = QApplication::palette();
+    QPalette dark = before;
+    dark.setColor(QPalette::Window, QColor(42, 46, 50));
+    dark.setColor(QPalette::WindowText, QColor(252, 252, 252));
+    dark.setColor(QPalette::ToolTipBase, QColor(255, 255, 220));
+    dark.setColor(QPalette::ToolTipText, Qt::black);
+    QApplication::setPalette(dark);
+    post(ENotice::Added, "one");
+    QTest::qWait(50);
+    QColor const ground = bar.grab().toImage().pixelColor(bar.width() / 2, bar.height() - 4);
+    EXPECT_LT(Contrast(ground, dark.color(QPalette::Window)), 3.0);
+    auto const* sentence = bar.findChild<QLabel*>("noticeText");
+    EXPECT_GE(Contrast(sentence->palette().color(sentence->foregroundRole()), ground), 4.5);
+    QApplication::setPalette(before);
+}
+
+TEST_F(NoticeBarTest, TipsColoursStayWhereTheyGoWithTheWindow) {
+    QPalette const before = QApplication::palette();
+    QPalette light = before;
+    light.setColor(QPalette::Window, QColor(239, 239, 239));
+    light.setColor(QPalette::ToolTipBase, QColor(255, 255, 220));
+    QApplication::setPalette(light);
+    post(ENotice::Added, "one");
+    QTest::qWait(50);
+    EXPECT_EQ(bar.grab().toImage().pixelColor(bar.width() / 2, bar.height() - 4),
+              QColor(255, 255, 220));
+    QApplication::setPalette(before);
 }
