@@ -6,6 +6,8 @@
 #include "desktop/Texts.h"
 
 #include <QAccessible>
+#include <QApplication>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileInfo>
@@ -14,10 +16,12 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QSettings>
 #include <QSortFilterProxyModel>
 #include <QStandardPaths>
+#include <QStyledItemDelegate>
 #include <QTreeView>
 
 namespace {
@@ -52,6 +56,29 @@ private:
     COpenPanelRules const& m_rules;
 };
 
+/// Names, sizes and dates in their own direction, also in a window from right to left.
+class CPanelDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QString displayText(QVariant const& value, QLocale const& locale) const override {
+        return Isolated(QStyledItemDelegate::displayText(value, locale));
+    }
+};
+
+/// The desktop's own style, but texts are paths, which begin on the left in every language.
+class CPathStyle : public QProxyStyle {
+public:
+    CPathStyle() : QProxyStyle(QApplication::style()->name()) {}
+
+    void drawItemText(QPainter* painter, QRect const& place, int flags, QPalette const& colors,
+                      bool isEnabled, QString const& text,
+                      QPalette::ColorRole role) const override {
+        QProxyStyle::drawItemText(painter, place, flags, colors, isEnabled, LeftToRight(text),
+                                  role);
+    }
+};
+
 /// Qt's panel reads its folder and its widths from a file of settings, and writes them there when
 /// it goes. Below a path that can't be a folder it finds and leaves nothing.
 QWidget* WithoutSettings(QWidget* parent) {
@@ -72,6 +99,12 @@ COpenPanel::COpenPanel(COpenPanelRules rules, QWidget* parent)
     setFileMode(QFileDialog::ExistingFiles);
     setNameFilter(tr("Music files and folders") + " (*)");
     setProxyModel(new CPanelFilter(m_rules, this));
+    setItemDelegate(new CPanelDelegate(this));
+    auto* folder = findChild<QComboBox*>("lookInCombo");
+    auto* pathStyle = new CPathStyle;
+    pathStyle->setParent(this);
+    folder->setStyle(pathStyle);
+    folder->setLayoutDirection(Qt::LeftToRight);
     resize(kPanelSize);
     setUpPlaces();
     setUpColumns();

@@ -4,6 +4,7 @@
 #include "desktop/OpenPanel.h"
 
 #include <QAction>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
@@ -13,6 +14,7 @@
 #include <QListView>
 #include <QPushButton>
 #include <QStandardPaths>
+#include <QStyledItemDelegate>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
@@ -218,4 +220,18 @@ TEST_F(OpenPanelTest, ItLeavesNoSettingsBehind) {
     other.reset();
     EXPECT_EQ(settings.open(QIODevice::ReadOnly), wasThere);
     EXPECT_EQ(wasThere ? settings.readAll() : QByteArray(), before);
+}
+
+TEST_F(OpenPanelTest, InAMirroredWindowNamesAndPathsKeepTheirDirection) {
+    auto* folder = panel.findChild<QComboBox*>("lookInCombo");
+    folder->setFixedSize(400, 30);
+    QImage const unmirrored = folder->grab().toImage();
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    auto const* delegate = qobject_cast<QStyledItemDelegate*>(panel.itemDelegate());
+    ASSERT_NE(delegate, nullptr);
+    // Between "first strong isolate" and its end, the number stays in front.
+    EXPECT_EQ(delegate->displayText("01 a.mp3", QLocale::c()),
+              QChar(0x2068) + QString("01 a.mp3") + QChar(0x2069));
+    EXPECT_EQ(folder->grab().toImage(), unmirrored);
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
