@@ -198,3 +198,10 @@ TEST(TranslationsTest, WindowsInEnglishAreNotMirrored) {
     CLanguage const hebrew(QLocale(QLocale::Hebrew, QLocale::Israel));
     EXPECT_FALSE(QGuiApplication::isRightToLeft());
 }
+
+TEST(GermanTextsTest, GermanNamesTheColumnToSortByAsItStands) {
+    CLanguage const german{QLocale("de_DE")};
+    // "Nach Andere Lesart sortieren" would need another ending.
+    EXPECT_EQ(QCoreApplication::translate("BpmWindow", "Sort by %1").arg("Andere Lesart"),
+              "Sortieren: Andere Lesart");
+}

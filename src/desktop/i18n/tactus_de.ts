@@ -136,7 +136,7 @@
     </message>
     <message>
         <source>Sort by %1</source>
-        <translation>Nach %1 sortieren</translation>
+        <translation>Sortieren: %1</translation>
     </message>
     <message>
         <source>Menu</source>
