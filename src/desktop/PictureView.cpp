@@ -5,12 +5,12 @@
 
 #include "desktop/PaneTexts.h"
 #include "desktop/PictureAccess.h"
+#include "desktop/Tints.h"
 
 #include <QAccessible>
 #include <QMouseEvent>
 #include <QPaintEvent>
-#include <QStyle>
-#include <QStyleOptionFocusRect>
+#include <QPainter>
 #include <QToolTip>
 #include <algorithm>
 #include <cmath>
@@ -20,6 +20,7 @@ namespace {
 
 constexpr int kPlaceWidth = 2;         // Fixed: pixels of the line where one is.
 constexpr int kSmallestWidth = 100;    // Fixed: pixels.
+constexpr int kFocusWidth = 2;         // Fixed: pixels of the frame around what has the keyboard.
 constexpr double kSmallestLines = 1.8; // Fixed: smallest height, in lines of text.
 
 } // namespace
@@ -94,12 +95,17 @@ void CPictureView::paintEvent(QPaintEvent* event) {
     painter.setClipRegion(event->region());
     painter.drawPixmap(0, 0, m_kept);
     painter.fillRect(placeRect(), colors.m_place);
-    if (hasFocus()) {
-        QStyleOptionFocusRect option;
-        option.initFrom(this);
-        option.backgroundColor = colors.m_ground;
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
+        paintFocus(painter, colors);
     }
+}
+
+// What styles draw is too faint on black.
+void CPictureView::paintFocus(QPainter& painter, CPictureColors const& colors) const {
+    QColor const mark = SignColor(palette().color(QPalette::Highlight), colors.m_ground);
+    painter.setPen(QPen(mark, kFocusWidth, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(rect().adjusted(1, 1, -1, -1));
 }
 
 void CPictureView::changeEvent(QEvent* event) {

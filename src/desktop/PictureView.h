@@ -58,6 +58,7 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
 
 private:
+    void paintFocus(QPainter& painter, CPictureColors const& colors) const;
     [[nodiscard]] QRect placeRect() const;
 
     CSongPicturePtr m_pPicture;

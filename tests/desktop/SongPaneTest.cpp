@@ -6,6 +6,7 @@
 #include "desktop/AccentsView.h"
 #include "desktop/PictureView.h"
 #include "desktop/SoundControls.h"
+#include "desktop/Tints.h"
 #include "song/BeatTimes.h"
 #include "support/ClickTrack.h"
 #include "support/TempFolder.h"
@@ -361,4 +362,21 @@ TEST_F(SongPaneTest, WhatTheTagSaysHasRoomInASmallWindow) {
     EXPECT_EQ(tag->text(), "no tempo in the tag");
     QTest::qWait(0); // the layout follows
     EXPECT_GE(tag->width(), tag->fontMetrics().horizontalAdvance(tag->text()));
+}
+
+TEST_F(SongPaneTest, TheFrameOfWhatHasTheKeyboardCanBeSeenOnBlack) {
+    QPalette black;
+    black.setColor(QPalette::Base, Qt::black);
+    black.setColor(QPalette::Text, Qt::white);
+    black.setColor(QPalette::Highlight, Qt::yellow);
+    pane.setPalette(black);
+    choose("song");
+    pane.takeFocus();
+    QTest::qWait(50);
+    QImage const picture = strip->grab().toImage();
+    int faint = 0;
+    for (int x = 0; x < picture.width(); ++x) {
+        faint += Contrast(picture.pixelColor(x, 1), Qt::black) < 3.0 ? 1 : 0;
+    }
+    EXPECT_EQ(faint, 0);
 }
