@@ -4,11 +4,13 @@
 # cmake -DCMARK=program -DPAGE=page.md -DHTML=page.html -P MakePage.cmake
 #
 # Turns one page of the guide into HTML: the first heading becomes the title, links to other pages
-# follow them to their HTML, and every page has the same way around.
+# follow them to their HTML, and every page has the same way around. The paragraph that leads to the
+# page of all pictures, which isn't installed, is left out.
 execute_process(COMMAND ${CMARK} --extension table ${PAGE}
     OUTPUT_VARIABLE body COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX MATCH "<h1>([^\n]*)</h1>" heading "${body}")
 set(title "${CMAKE_MATCH_1}")
+string(REGEX REPLACE "<p><a href=\"window-pictures\\.md\"[^\n]*</p>\n" "" body "${body}")
 string(REGEX REPLACE "href=\"([a-z-]+)\\.md([\"#])" "href=\"\\1.html\\2" body "${body}")
 
 set(around "")
