@@ -35,7 +35,8 @@ for tactus in "$@"; do
             }' "$work/table"
     done <<'NAMES'
 whole profile|CProfileBuilder::BuildProfile
-bass filter|CIIRFilt::fl
+bass filter, frame by frame|CIIRFilt::fl
+bass filter, in lanes|CLaneFilter::RunBurst
 search for bass notes|CPfNoteDetector::FindPeriodicWaveforms
 peaks of the bass|CPcmThumbnailBuilder::BuildPcmThumbnailRange
 transform and energy, frame by frame|CPfSpecEngBuilder::GetSpecEnergy
@@ -46,6 +47,8 @@ onsets by slope|CPfImpactFinder::BuildImpactPoints
 onsets by ratio|CPfImpactFinder::BuildImpactPointsClassic
 base tempo|CPfBpmDetector::DetectBaseBpm
 beat grid|CPfBeatBuilder::BuildBeatPointsAlt
+beat grid, first half: its onsets|CPfBeatBuilder::FindCandidates
+beat grid, second half|CPfBeatBuilder::BuildGrid
 grid: scoring, connecting and linking onsets|CPfBeatBuilder::ClusterFilterPoints
 measure marks|CPfBeatBuilder::BuildMeasStartMarks
 NAMES
