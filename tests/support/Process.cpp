@@ -18,6 +18,11 @@ CProcess::CProcess(CProcessSetup const& setup)
     : m_sOutput(setup.m_sOutput.empty() ? m_folder / "out" : setup.m_sOutput) {
     std::string const errPath = m_folder / "err";
     std::string const inPath = setup.m_sInput.empty() ? "/dev/null" : setup.m_sInput;
+    // They can be read from now on: under an emulator the program opens them at some later time.
+    WriteText(errPath, "");
+    if (setup.m_sOutput.empty()) {
+        WriteText(m_sOutput, "");
+    }
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     int const create = O_WRONLY | O_CREAT | O_TRUNC;
