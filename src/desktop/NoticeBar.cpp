@@ -4,6 +4,7 @@
 #include "desktop/NoticeBar.h"
 
 #include "desktop/Margins.h"
+#include "desktop/Tints.h"
 
 #include <QAccessibleWidget>
 #include <QApplication>
