@@ -14,10 +14,11 @@
 
 namespace {
 
-constexpr std::size_t kBlockBytes = 16; // Fixed: shorter pieces aren't worth their numbers.
-constexpr unsigned kNumberBits = 7;     // Fixed: bits of a number in each byte.
-constexpr std::uint8_t kMore = 0x80;    // Fixed: another byte of the number follows.
-constexpr unsigned kMostShift = 56;     // Derived: 9 bytes of 7 bits are enough for any size.
+constexpr std::size_t kBlockBytes = 16;        // Fixed: shorter pieces aren't worth their numbers.
+constexpr std::size_t kMostBlocks = 1U << 16U; // Tuned: milliseconds to list, whatever the size.
+constexpr unsigned kNumberBits = 7;            // Fixed: bits of a number in each byte.
+constexpr std::uint8_t kMore = 0x80;           // Fixed: another byte of the number follows.
+constexpr unsigned kMostShift = 56; // Derived: 9 bytes of 7 bits are enough for any size.
 
 using ByteView = std::span<std::uint8_t const>;
 using Blocks = std::unordered_map<std::uint64_t, std::size_t>;
@@ -52,9 +53,11 @@ std::uint64_t KeyOf(ByteView bytes, std::size_t offset) {
     return (first * kSpread) ^ second;
 }
 
+/// Of a large tag not every block: what is worth copying there is larger than what lies between.
 Blocks BlocksOf(ByteView from) {
     Blocks blocks;
-    for (std::size_t i = 0; i + kBlockBytes <= from.size(); i += kBlockBytes) {
+    std::size_t const step = std::max(kBlockBytes, from.size() / kMostBlocks);
+    for (std::size_t i = 0; i + kBlockBytes <= from.size(); i += step) {
         blocks.try_emplace(KeyOf(from, i), i);
     }
     return blocks;

@@ -45,6 +45,14 @@ TEST(TagDeltaTest, APictureCostsNothing) {
     ExpectWay(from, wanted, 34 + 12);
 }
 
+TEST(TagDeltaTest, AByteThatChangesInALargePictureIsAlone) {
+    TagBytes const from = Noise(3'000'000, 10);
+    TagBytes wanted = from;
+    wanted[1'500'000] ^= 1;
+    // The byte, and for a piece on each side of it two counts and an offset of up to 4 bytes each.
+    ExpectWay(from, wanted, 1 + 2 * 12);
+}
+
 TEST(TagDeltaTest, PiecesInAnotherOrderAreFound) {
     TagBytes const a = Noise(500, 5);
     TagBytes const b = Noise(500, 6);
