@@ -22,7 +22,7 @@ import time
 import unittest
 
 TACTUS = ""
-SONG_BYTES = 50 * 1000 * 1000
+SONG_BYTES = 20 * 1000 * 1000
 KILLS = 200
 KILLS_IN_PLACE = 100
 STOPS = 84  # stops ahead of a change of the song: one before and one behind each system call
