@@ -80,6 +80,23 @@ private:
     std::uint64_t m_nReciprocal;
 };
 
+/// The same in one multiplication, for numbers below 2^28 that are less than 2^8 times the divisor.
+/// Exact: what the reciprocal is too large by, times the number, stays below 2^56.
+class CBinDivisor {
+public:
+    explicit CBinDivisor(std::uint32_t bin)
+        : m_nReciprocal((std::uint64_t{1} << kReciprocalBits) / bin + 1) {}
+
+    [[nodiscard]] std::uint32_t Divide(std::uint32_t n) const {
+        return static_cast<std::uint32_t>(n * m_nReciprocal >> kReciprocalBits);
+    }
+
+private:
+    static constexpr unsigned kReciprocalBits = 56;
+
+    std::uint64_t m_nReciprocal;
+};
+
 /// Highest count of any bin. A position votes for every bin that starts before its phase by less
 /// than the tolerance; nothing wraps around at the end of the period. The bins of one position
 /// follow each other, so only the ends of its run are noted and the counts are their running sum.
@@ -87,22 +104,25 @@ std::int32_t BestBin(std::vector<std::uint32_t> const& positions, std::uint32_t 
                      std::uint32_t bin) {
     std::uint32_t const tolerance = period / kToleranceFraction;
     CDivisor const byPeriod(period);
-    CDivisor const byBin(bin);
-    std::array<std::int32_t, kBins + 1> ends{};
+    CBinDivisor const byBin(bin);
+    // A period has less than twice as many bins. Runs that begin and that end are counted apart:
+    // often many positions have the phase of the one before, whose count would have to be waited
+    // for.
+    std::array<std::int32_t, 2 * kBins + 2> begins{};
+    std::array<std::int32_t, 2 * kBins + 2> ends{};
     for (std::uint32_t const position : positions) {
         std::uint32_t const phase = byPeriod.Modulo(position);
-        // The first bin with phase < tolerance + start; the first with start >= phase.
-        std::uint32_t const first = phase < tolerance ? 0 : byBin.Divide(phase - tolerance) + 1;
-        std::uint32_t const end = std::min(byBin.Divide(phase + bin - 1), kBins);
-        if (first < end) {
-            ++ends[first];
-            --ends[end];
-        }
+        // The first bin with phase < tolerance + start; the first with start >= phase. As the
+        // tolerance is no less than a bin, the one isn't behind the other. No branch: nothing
+        // foretells the phases.
+        std::uint32_t const isBehind = phase >= tolerance ? ~std::uint32_t{0} : 0;
+        ++begins[byBin.Divide((phase - tolerance + bin) & isBehind)];
+        ++ends[byBin.Divide(phase + bin - 1)];
     }
     std::int32_t best = 0;
     std::int32_t count = 0;
     for (std::uint32_t j = 0; j < kBins; ++j) {
-        count += ends[j];
+        count += begins[j] - ends[j];
         best = std::max(best, count);
     }
     return best;
