@@ -4,7 +4,7 @@
 // Run and Finish repeat
 //   StartRunners   as many as there are lanes, each a spacing ahead of the last
 //   RunBurst       one burst of every runner that has samples: side by side (FilterLanes), quiet
-//                  ones by themselves (FilterQuiet)
+//                  ones by themselves (RunQuiet)
 //     PassRecord   ends a runner that meets the states left there, else leaves its own
 
 #include "engine/signal/LaneFilter.h"
@@ -16,6 +16,7 @@
 #include <bit>
 #include <cstring>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -111,7 +112,7 @@ void CLaneFilter::StartRunners() {
         if (start >= GetRunnable()) {
             return;
         }
-        m_vRunners.push_back({start, {}});
+        m_vRunners.push_back({.m_nPos = start, .m_states = {}});
         m_vRecords[BurstAt(start)] = {start, {}};
     }
 }
@@ -126,8 +127,9 @@ bool CLaneFilter::RunBurst() {
             continue;
         }
         if (IsQuiet(runner.m_states)) {
-            FilterQuiet(m_section, LaneOf(runner), kBurst);
+            RunQuiet(runner);
         } else {
+            runner.m_bSilent = false;
             loud[loudCount++] = LaneOf(runner);
         }
     }
@@ -144,6 +146,30 @@ bool CLaneFilter::RunBurst() {
         }
     }
     return hasRun;
+}
+
+/// One burst of a runner with small states. A decay that is known is not computed again.
+void CLaneFilter::RunQuiet(CRunner& runner) {
+    CIIRLane const lane = LaneOf(runner);
+    bool const wasSilent =
+        std::exchange(runner.m_bSilent, CountSilent(lane.m_pIn, kBurst) == kBurst);
+    if (!runner.m_bSilent) {
+        FilterQuiet(m_section, lane, kBurst);
+        return;
+    }
+    if (!wasSilent) {
+        runner.m_nInDecay = m_decay.Find(runner.m_states);
+    }
+    if (runner.m_nInDecay && m_decay.Replay(*runner.m_nInDecay, lane, kBurst)) {
+        *runner.m_nInDecay += kBurst;
+        return;
+    }
+    if (!wasSilent && !runner.m_nInDecay) {
+        m_decay.Start(runner.m_states);
+    }
+    runner.m_nInDecay.reset();
+    bool const isNew = m_decay.Continues(runner.m_states);
+    FilterSilence(m_section, lane, kBurst, isNew ? &m_decay : nullptr);
 }
 
 /// Returns: true when the runner has met what the one ahead of it left.

@@ -3,11 +3,13 @@
 
 #pragma once
 
+#include "engine/signal/Decay.h"
 #include "engine/signal/IIRLanes.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -56,6 +58,8 @@ private:
     struct CRunner {
         std::int64_t m_nPos; // in whole bursts but for the end of the stream
         CThreeStates m_states;
+        bool m_bSilent = false;                  // its last burst was silence
+        std::optional<std::size_t> m_nInDecay{}; // its place in the decay that is known
     };
 
     /// What a runner left at the start of a burst.
@@ -66,6 +70,7 @@ private:
 
     void StartRunners();
     bool RunBurst();
+    void RunQuiet(CRunner& runner);
     bool PassRecord(std::size_t runner);
     void FinishRest();
     void Restart();
@@ -84,6 +89,7 @@ private:
     std::int64_t m_nRoom;             // samples held, in and out
     std::unique_ptr<float[]> m_pRoom; // those that came, those that go
     float* m_pOut = nullptr;          // the latter
+    CDecay m_decay;                   // of the last runner that came into silence by a new way
     std::vector<CRecord> m_vRecords;  // one a burst
     std::vector<CRunner> m_vRunners;  // from the true one to the one furthest on
     std::int64_t m_nTaken = 0;        // end of what came

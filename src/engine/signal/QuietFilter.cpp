@@ -246,9 +246,23 @@ bool FillWhenFixed(CWideSection const& section, CIIRLane const& lane, std::int32
     return true;
 }
 
-void FilterStretch(CBothSections const& sections, CIIRLane const& lane, std::int32_t count) {
+/// Puts the states of a job, which stands somewhere in the lane, down in the decay.
+void Remember(CJob const& job, CIIRLane const& lane, CDecay& decay) {
+    auto const section = static_cast<std::size_t>(job.m_states.data() - lane.m_pState->data()) / 2;
+    auto const at = static_cast<std::size_t>(job.m_block.data() - lane.m_pOut);
+    std::span<float> const states = decay.NewStates(section).subspan(at, job.m_block.size());
+    for (std::size_t k = 0; k < states.size(); ++k) {
+        states[k] = job.m_eWay == EWay::Float ? job.m_w[k + 2] : Narrow(job.m_dWide[k + 2]);
+    }
+}
+
+void FilterStretch(CBothSections const& sections, CIIRLane const& lane, std::int32_t count,
+                   CDecay* decay) {
     std::span<float> const stretch{lane.m_pOut, static_cast<std::size_t>(count)};
     std::copy_n(lane.m_pIn, count, lane.m_pOut);
+    if (decay != nullptr) {
+        decay->Extend(count);
+    }
     std::size_t const blocks = (stretch.size() + kBlock - 1) / kBlock;
     std::vector<CJob> jobs;
     jobs.reserve(kSections);
@@ -270,7 +284,13 @@ void FilterStretch(CBothSections const& sections, CIIRLane const& lane, std::int
         }
         for (CJob& job : jobs) {
             WriteOutputs(sections, job);
+            if (decay != nullptr) {
+                Remember(job, lane, *decay);
+            }
         }
+    }
+    if (decay != nullptr) {
+        std::ranges::copy(stretch, decay->NewOutputs().begin());
     }
 }
 
@@ -282,7 +302,8 @@ std::int32_t CountBelow(std::uint32_t bits, float const* samples, std::int32_t c
     return static_cast<std::int32_t>(end - samples);
 }
 
-/// Zeros at the beginning, those below zero left out.
+} // namespace
+
 std::int32_t CountSilent(float const* samples, std::int32_t count) {
     constexpr std::int32_t kAtOnce = 64;
     std::int32_t silent = 0;
@@ -299,8 +320,6 @@ std::int32_t CountSilent(float const* samples, std::int32_t count) {
     return silent;
 }
 
-} // namespace
-
 bool IsQuiet(CThreeStates const& states) {
     // The first section gets small long before the last, which still hears it.
     std::span<float const, 6> const all(states);
@@ -309,24 +328,33 @@ bool IsQuiet(CThreeStates const& states) {
            LargestOf(all.subspan<4, 2>()) < kNearSmallBits;
 }
 
+void FilterSilence(CIIRSection const& section, CIIRLane const& lane, std::int32_t count,
+                   CDecay* decay) {
+    CBothSections const sections(section);
+    for (std::int32_t i = 0; i < count; i += kStretch) {
+        CIIRLane const rest{lane.m_pIn + i, lane.m_pOut + i, lane.m_pState};
+        if (FillWhenFixed(sections.m_wide, rest, count - i)) {
+            return;
+        }
+        FilterStretch(sections, rest, std::min(kStretch, count - i), decay);
+    }
+}
+
 void FilterQuiet(CIIRSection const& section, CIIRLane const& lane, std::int32_t count) {
     CBothSections const sections(section);
-    std::int32_t silentEnd = 0;
     for (std::int32_t i = 0; i < count;) {
         CIIRLane const rest{lane.m_pIn + i, lane.m_pOut + i, lane.m_pState};
-        if (i >= silentEnd) {
-            silentEnd = i + CountSilent(rest.m_pIn, count - i);
-        }
-        if (i < silentEnd && FillWhenFixed(sections.m_wide, rest, silentEnd - i)) {
-            i = silentEnd;
+        std::int32_t const silent = CountSilent(rest.m_pIn, count - i);
+        if (silent > 0) {
+            FilterSilence(section, rest, silent);
+            i += silent;
             continue;
         }
         std::int32_t const stretch = std::min(kStretch, count - i);
-        std::int32_t const quiet = i < silentEnd ? std::min(stretch, silentEnd - i)
-                                                 : CountBelow(kSmallBits, rest.m_pIn, stretch);
+        std::int32_t const quiet = CountBelow(kSmallBits, rest.m_pIn, stretch);
         std::int32_t const taken =
             quiet > 0 ? quiet : std::min(static_cast<std::int32_t>(kBlock), stretch);
-        FilterStretch(sections, rest, taken);
+        FilterStretch(sections, rest, taken, nullptr);
         i += taken;
     }
 }

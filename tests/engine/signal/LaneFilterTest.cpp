@@ -105,6 +105,18 @@ CStream Impulse() {
     return stream;
 }
 
+/// Clicks of two kinds by turns, with silence between them that is a multiple of nothing.
+CStream TwoKindsOfClicks() {
+    constexpr std::size_t kPeriodSamples = 17'011;
+    CStream stream(40 * kPeriodSamples);
+    for (std::size_t i = 0; i < stream.size(); ++i) {
+        std::size_t const since = i % kPeriodSamples;
+        bool const isStrong = i / kPeriodSamples % 3 == 0;
+        stream[i] = since < (isStrong ? 200U : 90U) ? (isStrong ? 0.9f : -0.3f) : 0.0f;
+    }
+    return stream;
+}
+
 std::map<std::string, CStream> MakeStreams() {
     return {
         {"song", MakeSong(128.0, 15.0)},
@@ -117,6 +129,7 @@ std::map<std::string, CStream> MakeStreams() {
         {"half a second of music, then silence", Then(MakeSong(128.0, 0.5), CStream(250'000))},
         {"clicks, silence between", MakeClickTrack(128.0, 6.0)},
         {"clicks, silence for long", MakeClickTrack(31.0, 6.0)},
+        {"clicks of two kinds", TwoKindsOfClicks()},
         {"fade to zero", FadeToZero(MakeSong(140.0, 4.0))},
         {"impulse", Impulse()},
         {"subnormal from the start", Times(MakeNoise(0.5, 1.0f), 0x1.0p-130f)},
