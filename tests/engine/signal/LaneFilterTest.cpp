@@ -108,7 +108,7 @@ CStream Impulse() {
 /// Clicks of two kinds by turns, with silence between them that is a multiple of nothing.
 CStream TwoKindsOfClicks() {
     constexpr std::size_t kPeriodSamples = 17'011;
-    CStream stream(40 * kPeriodSamples);
+    CStream stream(12 * kPeriodSamples);
     for (std::size_t i = 0; i < stream.size(); ++i) {
         std::size_t const since = i % kPeriodSamples;
         bool const isStrong = i / kPeriodSamples % 3 == 0;
