@@ -11,8 +11,6 @@ namespace {
 // Tuned: 0.4 s, several times what the bass filter takes to its rest.
 constexpr std::size_t kMostSamples = 16384;
 
-using Bits = std::array<std::uint32_t, std::tuple_size_v<CThreeStates>>;
-
 } // namespace
 
 CThreeStates CDecay::StatesAt(std::size_t place) const {
@@ -25,7 +23,7 @@ CThreeStates CDecay::StatesAt(std::size_t place) const {
 }
 
 bool CDecay::HasStates(std::size_t place, CThreeStates const& states) const {
-    return std::bit_cast<Bits>(StatesAt(place)) == std::bit_cast<Bits>(states);
+    return AreSame(StatesAt(place), states);
 }
 
 std::optional<std::size_t> CDecay::Find(CThreeStates const& states) const {

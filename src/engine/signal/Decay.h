@@ -14,7 +14,8 @@
 
 /// How three sections came to rest in silence the last time, sample by sample. A sequencer repeats
 /// its sounds to the bit, and whatever has the same states before the same silence goes the same
-/// way. Thread: one thread at a time.
+/// way.
+/// Thread: one thread at a time.
 class CDecay {
 public:
     /// The place whose samples follow these states, bit for bit; nothing when they are not in it.

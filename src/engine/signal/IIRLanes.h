@@ -6,11 +6,18 @@
 #include "engine/signal/IIRSection.h"
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <span>
 
 /// What three like sections remember: w1 and w2 of the first, of the second, of the third.
 using CThreeStates = std::array<float, 6>;
+
+/// True when they agree in every bit.
+[[nodiscard]] constexpr bool AreSame(CThreeStates const& a, CThreeStates const& b) {
+    using Bits = std::array<std::uint32_t, std::tuple_size_v<CThreeStates>>;
+    return std::bit_cast<Bits>(a) == std::bit_cast<Bits>(b);
+}
 
 constexpr std::int32_t kMostLanes = 8;    // Fixed: the most that a register takes.
 constexpr std::int32_t kLaneMultiple = 4; // Fixed: lanes run over multiples of four samples.

@@ -13,7 +13,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstring>
 #include <new>
 #include <utility>
@@ -25,11 +24,6 @@ constexpr std::int64_t kBurst = 512; // Tuned: BM_LaneFilter; samples between tw
 // Derived: a quarter of a page of 4096 bytes. What comes and what goes would else stand at the same
 // places of their pages, where a processor takes a load for one that waits for a store.
 constexpr std::int64_t kGapSamples = 256;
-
-bool AreSame(CThreeStates const& a, CThreeStates const& b) {
-    using Bits = std::array<std::uint32_t, std::tuple_size_v<CThreeStates>>;
-    return std::bit_cast<Bits>(a) == std::bit_cast<Bits>(b);
-}
 
 std::int64_t RoundUp(std::int64_t samples, std::int64_t step) {
     return (samples + step - 1) / step * step;
