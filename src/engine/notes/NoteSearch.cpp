@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tactus authors
 // SPDX-License-Identifier: MIT
 //
-// Plain search: for every upward crossing that is loud enough (PeakBehind), for every note, compare
-// each sample of one period with up to four repetitions (TestNote).
+// Plain search: for every upward crossing that is loud enough (FindNotePeak), for every note,
+// compare each sample of one period with up to four repetitions (TestNote).
 
 #include "engine/notes/NoteSearch.h"
 
@@ -11,6 +11,7 @@
 #include "engine/notes/NoteMap.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace {
@@ -36,12 +37,22 @@ bool CompareRepetitions(CNoteSearch const& search, std::int32_t j, std::int32_t 
 } // namespace
 
 float FindNotePeak(CNoteSearch const& search, std::int32_t i) {
+    // Eight maxima at a time, so that none waits for another; the largest of all doesn't depend on
+    // the order.
     std::int32_t const end = std::min(i + search.m_vPeriods.front(), search.m_nLast);
-    float peak = 0.0f;
-    for (std::int32_t k = i; k < end; k += kNotePeakStep) {
-        peak = std::max(peak, search.m_pSamples[k]);
+    std::array<float, 8> peaks{};
+    constexpr std::int32_t kStride = peaks.size() * kNotePeakStep;
+    std::int32_t k = i;
+    for (; k + kStride - kNotePeakStep < end; k += kStride) {
+        float const* const samples = search.m_pSamples + k;
+        for (std::size_t lane = 0; lane < peaks.size(); ++lane) {
+            peaks[lane] = std::max(peaks[lane], samples[lane * kNotePeakStep]);
+        }
     }
-    return peak;
+    for (; k < end; k += kNotePeakStep) {
+        peaks[0] = std::max(peaks[0], search.m_pSamples[k]);
+    }
+    return *std::ranges::max_element(peaks);
 }
 
 float GetNoteStrength(float sum, std::int32_t count) {
