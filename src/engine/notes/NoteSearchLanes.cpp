@@ -17,8 +17,6 @@
 #include "engine/notes/NoteMap.h"
 
 #include <algorithm>
-#include <array>
-#include <bit>
 #include <cmath>
 #include <cstddef>
 
@@ -56,8 +54,11 @@ HWY_INLINE CWide Compare(float const* samples, std::int32_t period, CWide& sums)
     return largest;
 }
 
-/// True when a few stretches along the period are within `limits` of their repetitions.
-HWY_INLINE bool PassesProbes(float const* samples, std::int32_t period, CWide limits) {
+/// True when the samples of one period, all but the last, are within `limit` of their repetitions.
+/// `sum` is then that of all differences, in some order.
+HWY_INLINE bool Repeats(float const* samples, std::int32_t period, float limit, float* sum) {
+    CWide const limits = hn::Set(kWide, limit);
+    CWide sums[] = {hn::Zero(kWide), hn::Zero(kWide)};
     for (std::int32_t const probe : kProbes) {
         CWide unused = hn::Zero(kWide);
         float const* const at = samples + (period - kWidth) * probe / kProbeScale;
@@ -65,17 +66,6 @@ HWY_INLINE bool PassesProbes(float const* samples, std::int32_t period, CWide li
             return false;
         }
     }
-    return true;
-}
-
-/// True when the samples of one period, all but the last, are within `limit` of their repetitions.
-/// `sum` is then that of all differences, in some order.
-HWY_INLINE bool Repeats(float const* samples, std::int32_t period, float limit, float* sum) {
-    CWide const limits = hn::Set(kWide, limit);
-    if (!PassesProbes(samples, period, limits)) {
-        return false;
-    }
-    CWide sums[] = {hn::Zero(kWide), hn::Zero(kWide)};
     std::int32_t k = 0;
     for (; k + 2 * kWidth <= period; k += 2 * kWidth) {
         CWide const first = Compare(samples + k, period, sums[0]);
@@ -159,19 +149,16 @@ void SearchLanes(CNoteSearch const& search, CPfNoteMap* map) {
     float const* const samples = search.m_pSamples;
     std::int32_t const scanEnd = search.GetScanEnd();
     std::int32_t i = 1;
-    for (; i + kWidth <= scanEnd; i += kWidth) {
+    while (i + kWidth <= scanEnd) {
         auto const isBelow = hn::Lt(hn::LoadU(kWide, samples + i - 1), hn::Zero(kWide));
         auto const isAbove = hn::Ge(hn::LoadU(kWide, samples + i), hn::Zero(kWide));
-        auto const isCrossing = hn::And(isBelow, isAbove);
-        if (hn::AllFalse(kWide, isCrossing)) {
+        std::ptrdiff_t const first = hn::FindFirstTrue(kWide, hn::And(isBelow, isAbove));
+        if (first < 0) {
+            i += kWidth;
             continue;
         }
-        std::array<std::uint8_t, 8> bits{}; // what is stored is at least a byte
-        hn::StoreMaskBits(kWide, isCrossing, bits.data());
-        std::uint32_t crossings = bits[0] | std::uint32_t{bits[1]} << 8U;
-        for (; crossings != 0; crossings &= crossings - 1) {
-            TestCrossing(search, i + std::countr_zero(crossings), map);
-        }
+        i += static_cast<std::int32_t>(first);
+        TestCrossing(search, i++, map);
     }
     for (; i < scanEnd; ++i) {
         if (IsUpwardCrossing(samples, i)) {
