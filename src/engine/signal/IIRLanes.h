@@ -33,7 +33,7 @@ struct CIIRLane {
 [[nodiscard]] std::int32_t GetLaneCount();
 
 /// Sends in[0, count) of every lane through three sections alike, side by side, into out[0, count).
-/// Each lane sees the operations of `FilterThreePlain` in their order: the bits are the same.
+/// Each lane sees the operations of `FilterLanePlain` in their order: the bits are the same.
 /// Shape: at most `kMostLanes` lanes; `count` is a multiple of `kLaneMultiple`, or anything for one
 /// lane alone; what a lane writes must not overlap what another reads or writes.
 /// Thread: worker.

@@ -44,6 +44,3 @@ inline void FilterOne(CIIRSection const& section, float* x, float* state, std::i
 /// after the other.
 /// Shape: the states of the sections follow each other.
 void FilterThree(CThreeSections const& sections, float* x, float* state, std::int32_t count);
-
-/// `FilterThree` without vector instructions: sample by sample, the states in registers.
-void FilterThreePlain(CThreeSections const& sections, float* x, float* state, std::int32_t count);
