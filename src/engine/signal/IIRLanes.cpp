@@ -57,27 +57,19 @@ HWY_INLINE CFour FourOf(float a, float b, float c) {
     return hn::InterleaveLower(kFour, ac, b0);
 }
 
-HWY_INLINE void RunOne(CIIRSection const& section, float* x, std::int32_t count, float* w) {
-    for (std::int32_t i = 0; i < count; ++i) {
-        x[i] = section.Run(x[i], w[0], w[1]);
-    }
-}
-
 /// The second section runs two samples behind the first and the third two behind the second: what a
 /// section needs of the one before it was ready two steps ago.
-void ThreeLanes(CThreeSections const& sections, float* x, CThreeStates& states,
-                std::int32_t count) {
-    float* const w = states.data();
-    RunOne(sections[0], x, kAhead, w);
-    RunOne(sections[1], x, kAhead / 2, w + 2);
+void ThreeLanes(CThreeSections const& sections, float* x, float* state, std::int32_t count) {
+    FilterOne(sections[0], x, state, kAhead, 1);
+    FilterOne(sections[1], x, state + kIIRStates, kAhead / 2, 1);
     auto const lanesOf = [&](float CIIRSection::*value) {
         return FourOf(sections[0].*value, sections[1].*value, sections[2].*value);
     };
     CStep<CFour> const step{lanesOf(&CIIRSection::m_fB0), lanesOf(&CIIRSection::m_fB1),
                             lanesOf(&CIIRSection::m_fB2), lanesOf(&CIIRSection::m_fA1),
                             lanesOf(&CIIRSection::m_fA2)};
-    CFour w1 = FourOf(w[0], w[2], w[4]);
-    CFour w2 = FourOf(w[1], w[3], w[5]);
+    CFour w1 = FourOf(state[1], state[4], state[7]);
+    CFour w2 = FourOf(state[2], state[5], state[8]);
     CFour before = FourOf(x[2], x[0], 0.0f); // outputs of two steps ago
     CFour last = FourOf(x[3], x[1], 0.0f);   // outputs of one step ago
     for (std::int32_t i = kAhead; i < count; ++i) {
@@ -88,13 +80,15 @@ void ThreeLanes(CThreeSections const& sections, float* x, CThreeStates& states,
         before = last;
         last = outputs;
     }
-    hn::StoreU(hn::InterleaveLower(kFour, w1, w2), kFour, w);
-    hn::StoreU(hn::LowerHalf(hn::InterleaveUpper(kFour, w1, w2)), hn::Half<CFourTag>(), w + 4);
+    for (std::size_t i = 0; i < kThreeSections; ++i) {
+        state[kIIRStates * i] = state[kIIRStates * i + 1] = hn::ExtractLane(w1, i);
+        state[kIIRStates * i + 2] = hn::ExtractLane(w2, i);
+    }
     // The last four samples have passed the first section, or the first two.
     float* const tail = x + count - kAhead;
     hn::StoreU(hn::Shuffle1032(hn::InterleaveLower(kFour, before, last)), kFour, tail);
-    RunOne(sections[1], tail + 2, kAhead / 2, w + 2);
-    RunOne(sections[2], tail, kAhead, w + 4);
+    FilterOne(sections[1], tail + 2, state + kIIRStates, kAhead / 2, 1);
+    FilterOne(sections[2], tail, state + 2 * kIIRStates, kAhead, 1);
 }
 
 /// The lanes of one register, and what is on its way from one section to the next.
@@ -188,14 +182,16 @@ HWY_INLINE void FilterTogether(CIIRSection const& section, std::span<CIIRLane co
 
 #else
 
-void ThreeLanes(CThreeSections const& sections, float* x, CThreeStates& states,
-                std::int32_t count) {
+void ThreeLanes(CThreeSections const& sections, float* x, float* state, std::int32_t count) {
     CThreeSections const s = sections;
-    CThreeStates w = states;
+    float w[] = {state[1], state[2], state[4], state[5], state[7], state[8]};
     for (std::int32_t i = 0; i < count; ++i) {
         x[i] = s[2].Run(s[1].Run(s[0].Run(x[i], w[0], w[1]), w[2], w[3]), w[4], w[5]);
     }
-    states = w;
+    for (std::size_t i = 0; i < kThreeSections; ++i) {
+        state[kIIRStates * i] = state[kIIRStates * i + 1] = w[2 * i];
+        state[kIIRStates * i + 2] = w[2 * i + 1];
+    }
 }
 
 #endif
@@ -209,8 +205,11 @@ void RunLanes(CIIRSection const& section, std::span<CIIRLane const> lanes, std::
     }
 #endif
     for (CIIRLane const& lane : lanes) {
+        CThreeStates& s = *lane.m_pState;
+        float state[] = {s[0], s[0], s[1], s[2], s[2], s[3], s[4], s[4], s[5]};
         std::copy_n(lane.m_pIn, count, lane.m_pOut);
-        ThreeLanes({section, section, section}, lane.m_pOut, *lane.m_pState, count);
+        ThreeLanes({section, section, section}, lane.m_pOut, state, count);
+        s = {state[1], state[2], state[4], state[5], state[7], state[8]};
     }
 }
 
@@ -236,12 +235,7 @@ void FilterThree(CThreeSections const& sections, float* x, float* state, std::in
         }
         return;
     }
-    CThreeStates w = {state[1], state[2], state[4], state[5], state[7], state[8]};
-    HWY_DYNAMIC_DISPATCH(ThreeLanes)(sections, x, w, count);
-    for (std::size_t i = 0; i < kThreeSections; ++i) {
-        state[kIIRStates * i] = state[kIIRStates * i + 1] = w[2 * i];
-        state[kIIRStates * i + 2] = w[2 * i + 1];
-    }
+    HWY_DYNAMIC_DISPATCH(ThreeLanes)(sections, x, state, count);
 }
 
 void FilterLanes(CIIRSection const& section, std::span<CIIRLane const> lanes, std::int32_t count) {
