@@ -41,8 +41,8 @@ struct CReportRow {
     std::string m_sTagKey = {};              // the key that the tag tells, UTF-8
     ETagTempo m_tagTempo = ETagTempo::Plain; // of a tempo from the tag: what it is worth there
 
-    ESetBy m_setBy = ESetBy::Nobody;    // of the tempo that stands in an MP3 file's tag
-    std::string m_sBefore = {};         // the tempo in an MP3 file's tag, UTF-8
+    ESetBy m_setBy = ESetBy::Nobody;    // of the tempo that stands in the file's tag
+    std::string m_sBefore = {};         // the text of the tempo there, UTF-8
     EPlan m_plan = EPlan::None;         // of a dry run
     CTempoCandidates m_candidates = {}; // none unless they were asked for
     std::shared_ptr<CTakenSong const> m_pSong =
