@@ -4,7 +4,7 @@
 #
 # make_signals.sh DEMO_TRACK FOLDER: generated files on which builds are held to the same bits. Songs
 # of many tempi, one that changes its tempo, one with a gap; clicks, noise, silence, tones, very short
-# and very long files, other rates, channels and depths, and each lossless kind of file.
+# and very long files, other rates, channels and depths, and FLAC, ALAC, AIFF and CAF.
 set -euo pipefail
 demo=$(readlink -f "$1")
 mkdir -p "$2"

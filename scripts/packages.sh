@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: MIT
 #
 # Debian 12 packages that Tactus needs, by purpose, and how to install the missing ones. Sourced by
-# run.sh, test.sh and .ci/run.
+# run.sh, test.sh, .ci/run and test_package.sh.
 
 # To build the program: compiler, decoder, tag, text and command-line libraries, the guide.
 PACKAGES_BUILD=(
