@@ -35,7 +35,10 @@ _tactus() {
             mapfile -t COMPREPLY < <(compgen -W "likely heard" -- "$cur")
             return
             ;;
-        --where | --sort | --columns | --delimiter | --base | --offset | --only-if-off | --range | --exclude | --max-errors | --fields | -j | --jobs | --types | --write-types | -n | --number) return ;;
+        --where | --sort | --columns | --delimiter | --base | --offset | --only-if-off | --range | --exclude | --max-errors | --fields | -j | --jobs | --types | --write-types | --number) return ;;
+        -n)
+            [ "$command" = history ] && return
+            ;;
     esac
     case $command in
         analyze)
