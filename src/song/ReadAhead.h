@@ -15,7 +15,7 @@
 
 class CAudioStream;
 
-/// Reads an open stream on a thread of its own, some 24 seconds ahead of whoever takes the samples,
+/// Reads an open stream on a thread of its own, 24 seconds ahead of whoever takes the samples,
 /// so that a song is decoded and heard at the same time. The stream is this object's until it is
 /// gone. Thread: one thread at a time, beside its own.
 class CReadAhead {

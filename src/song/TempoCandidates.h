@@ -43,9 +43,9 @@ constexpr float kSlowestCandidateBpm = 40.0f; // Fixed: both ends are readings s
 constexpr float kFastestCandidateBpm = 250.0f;
 
 /// The reported tempo; its ratios 2:1, 1:2, 3:2, 2:3, 4:3 and 3:4 as far as they lie between
-/// `kSlowestCandidateBpm` and `kFastestCandidateBpm`; the tempo heard where a clip's length
-/// decided; and up to `kMostRunnersUp` tempos at which the envelopes repeat. Scores come from the
-/// model of `TempoModel.h`. Returns: nothing for a reported tempo that is not a positive number,
-/// and for envelopes without a rise in them. The same input gives the same bits. Thread: any;
-/// nothing is kept.
+/// `kSlowestCandidateBpm` and `kFastestCandidateBpm`; the tempo before the rule for short clips, if
+/// it lies there too and is another; and up to `kMostRunnersUp` tempos at which the envelopes
+/// repeat. Scores come from the model of `TempoModel.h`. Returns: nothing for a reported tempo that
+/// is not a positive number, and for envelopes without a rise in them. The same input gives the
+/// same bits. Thread: any; nothing is kept.
 [[nodiscard]] CTempoCandidates FindTempoCandidates(CTempoSource const& source);
