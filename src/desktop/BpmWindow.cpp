@@ -116,7 +116,8 @@ void BpmWindow::openFile() {
                       },
                       [this](std::string const& path) {
                           return m_controller.panelCanChooseFilename(CString::FromPath(path));
-                      }},
+                      },
+                      m_wishes.m_bOtherKinds},
                      this);
     if (panel.exec() == QDialog::Accepted) {
         addPaths(panel.chosenPaths());
@@ -155,7 +156,7 @@ void BpmWindow::endAddition(CBatchStatus const& status) {
     bool const isTold =
         (status.m_nUnreadFolders > before.m_nUnreadFolders || status.m_nLeftOut > 0) &&
         added + known == 0;
-    QString const text = AddedText(added, known, before.m_vNames);
+    QString const text = AddedText(added, known, before.m_vNames, m_wishes);
     if (text.isEmpty() || isTold) {
         m_pNotices->withdraw(ENotice::Added);
     } else {
@@ -180,8 +181,10 @@ bool BpmWindow::askBeforeReplacing(std::size_t count) {
     question.setTextFormat(Qt::PlainText);
     question.setText(
         tr("%Ln tempo(s) came with the files. Replace them?", nullptr, static_cast<int>(count)));
-    question.setInformativeText(tr("Tactus did not find them; they may have been set by hand. "
-                                   "MP3 files get the new tempo in their tags."));
+    QString const origin = tr("Tactus did not find them; they may have been set by hand.");
+    question.setInformativeText(
+        m_wishes.m_bOnlyLook ? origin
+                             : origin + ' ' + tr("MP3 files get the new tempo in their tags."));
     QPushButton* replace = question.addButton(tr("Analyze all again"), QMessageBox::AcceptRole);
     question.setDefaultButton(question.addButton(tr("Cancel"), QMessageBox::RejectRole));
     question.exec();

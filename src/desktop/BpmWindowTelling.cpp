@@ -107,7 +107,10 @@ void BpmWindow::showKeys() {
         tr("Filters"));
     add({Qt::Key_Left, Qt::Key_Right}, tr("In the song: beat by beat"));
     add({Qt::CTRL | Qt::Key_Left, Qt::CTRL | Qt::Key_Right}, tr("In the song: measure by measure"));
+    add({Qt::Key_Home, Qt::Key_End}, tr("In the song: to its start and end"));
     add({Qt::Key_Space}, tr("In the song: play and pause"));
+    add({Qt::Key_T}, tr("In the song: tap the tempo"));
+    add({Qt::Key_Return}, tr("In the song: take the tapped tempo"));
     CListDialog dialog(tr("Keys"), {tr("Key"), tr("Does")}, rows, this);
     dialog.addChoice(tr("Open the guide"));
     if (dialog.exec() == QDialog::Accepted) {

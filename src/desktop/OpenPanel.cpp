@@ -189,9 +189,13 @@ bool COpenPanel::takeTyped(QStringList const& names) {
             return false;
         }
         if (!m_rules.m_canChoose(PathBytes(path))) {
-            tell(tr("“%1” can't be chosen here, only wav, mp3 and aiff files and folders. Other "
-                    "kinds come in with their folder, or when they are dropped on the window.")
-                     .arg(Isolated(name)));
+            QString const reason =
+                m_rules.m_bEveryKind
+                    ? tr("“%1” is neither a folder nor a music file of a kind that is read.")
+                    : tr("“%1” can't be chosen here, only wav, mp3 and aiff files and folders. "
+                         "Other kinds come in with their folder, or when they are dropped on the "
+                         "window.");
+            tell(reason.arg(Isolated(name)));
             return false;
         }
         m_vChosen.push_back(PathBytes(path));

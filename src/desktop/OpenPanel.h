@@ -15,6 +15,7 @@ class QLabel;
 struct COpenPanelRules {
     std::function<bool(std::string const& path)> m_shouldShow; ///< Is it listed at all?
     std::function<bool(std::string const& path)> m_canChoose;  ///< May it be chosen?
+    bool m_bEveryKind = false;                                 ///< May every kind of music be?
 };
 
 /// One panel for files and folders, several at once. Entries that may not be chosen are greyed; one

@@ -79,7 +79,8 @@ int OverallPercent(CBatchStatus const& status) {
     return static_cast<int>((done * kWholePercent + running) / status.m_nBatchFiles);
 }
 
-QString AddedText(std::size_t added, std::size_t known, QStringList const& names) {
+QString AddedText(std::size_t added, std::size_t known, QStringList const& names,
+                  CWishes const& wishes) {
     if (known > 0) {
         QString const rest = CStatusTexts::tr("%Ln already in the list", nullptr, AsCount(known));
         return added == 0 ? CStatusTexts::tr("Nothing added: %1.").arg(rest)
@@ -87,6 +88,11 @@ QString AddedText(std::size_t added, std::size_t known, QStringList const& names
     }
     if (added > 0) {
         return {};
+    }
+    if (wishes.m_bOtherKinds) {
+        return names.size() == 1 ? CStatusTexts::tr("Nothing added: no music in “%1”.")
+                                       .arg(Isolated(names.front()))
+                                 : CStatusTexts::tr("Nothing added: no music in these folders.");
     }
     QString const kinds = LeftToRight(QStringLiteral("wav, mp3, aiff, aif, caf, m4a"));
     return names.size() == 1

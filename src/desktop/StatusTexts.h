@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/BpmView.h"
+#include "app/Wishes.h"
 #include "base/CString.h"
 
 #include <QString>
@@ -23,8 +24,9 @@ QString ActivityText(CBatchStatus const& status, std::size_t problems);
 int OverallPercent(CBatchStatus const& status);
 
 /// What came of an addition: `added` rows, `known` paths that were in the list already. Empty when
-/// all went as everybody expects.
-QString AddedText(std::size_t added, std::size_t known, QStringList const& names);
+/// all went as everybody expects. `wishes` tells which kinds count as music.
+QString AddedText(std::size_t added, std::size_t known, QStringList const& names,
+                  CWishes const& wishes);
 
 /// How many files were left out for their kind, the kinds with the most first.
 QString LeftOutText(std::set<CString> const& files);

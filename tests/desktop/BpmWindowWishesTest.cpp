@@ -9,6 +9,7 @@
 
 #include <QCheckBox>
 #include <QDialog>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
 
@@ -130,4 +131,27 @@ TEST_F(BpmWindowWishesTest, RememberedWishesCountFromTheStart) {
     EXPECT_EQ(controller.numberOfRowsInTableView(), 3U);
     BpmWindow const factory(controller, CSettings::Factory());
     EXPECT_FALSE(controller.panelShouldShowFilename(CString::FromPath(folder / "b.flac")));
+}
+
+TEST_F(BpmWindowWishesTest, TheQuestionBeforeReplacingSpeaksOfTagsOnlyWhereTheyAreWritten) {
+    std::string const song = folder / "song.mp3";
+    Ffmpeg({"-i", writeClip("clip.wav"), "-metadata", "TBPM=128", song});
+    auto const toldBy = [](BpmWindow& asked) {
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] { return asked.findChild<QAction*>("actionRescan")->isEnabled(); }));
+        QString told;
+        QTimer::singleShot(0, &asked, [&] {
+            auto* question = asked.findChild<QMessageBox*>("askBeforeReplacing");
+            told = question->informativeText();
+            question->reject();
+        });
+        asked.findChild<QAction*>("actionRescan")->trigger();
+        return told.toStdString();
+    };
+    controller.add(CString::FromPath(song));
+    EXPECT_EQ(toldBy(window), "Tactus did not find them; they may have been set by hand. "
+                              "MP3 files get the new tempo in their tags.");
+    CSettings().SetWishes({.m_bOnlyLook = true});
+    BpmWindow onlyLooking(controller);
+    EXPECT_EQ(toldBy(onlyLooking), "Tactus did not find them; they may have been set by hand.");
 }

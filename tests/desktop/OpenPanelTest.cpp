@@ -145,6 +145,18 @@ TEST_F(OpenPanelTest, ATypedNameOfAGreyedKindIsToldAndThePanelStays) {
     EXPECT_EQ(panel.chosenPaths(), (Paths{path("a.mp3")}));
 }
 
+TEST_F(OpenPanelTest, WithEveryKindATypedNameIsToldToBeNoMusic) {
+    COpenPanel every{{[](std::string const&) { return true; },
+                      [](std::string const& chosen) { return !EndsWith(chosen, ".txt"); }, true}};
+    every.setDirectory(root.path());
+    every.show();
+    QTest::keyClicks(every.findChild<QLineEdit*>("fileNameEdit"), "c.txt");
+    every.accept();
+    EXPECT_TRUE(every.isVisible());
+    EXPECT_EQ(every.findChild<QLabel*>("panelNotice")->text(),
+              "“c.txt” is neither a folder nor a music file of a kind that is read.");
+}
+
 TEST_F(OpenPanelTest, OneBadNameAmongSeveralKeepsThePanelOpen) {
     type("\"a.mp3\" \"missing.mp3\"");
     panel.accept();

@@ -122,13 +122,14 @@ TEST(StatusTextsTest, OverallProgressIsThatOfTheBatch) {
 
 TEST(StatusTextsTest, AnAdditionTellsWhatItBroughtUnlessAllIsNew) {
     CLanguage const english(QLocale(QLocale::English, QLocale::UnitedStates));
-    auto const text = [](std::size_t added, std::size_t known) {
-        return AddedText(added, known, {"album"}).toStdString();
+    auto const text = [](std::size_t added, std::size_t known, CWishes const& wishes = {}) {
+        return AddedText(added, known, {"album"}, wishes).toStdString();
     };
     EXPECT_EQ(text(12, 7), "12 added, 7 already in the list.");
     EXPECT_EQ(text(0, 7), "Nothing added: 7 already in the list.");
     EXPECT_EQ(text(12, 0), "");
     EXPECT_EQ(text(0, 0), "Nothing added: no music in “album” (wav, mp3, aiff, aif, caf, m4a).");
+    EXPECT_EQ(text(0, 0, {.m_bOtherKinds = true}), "Nothing added: no music in “album”.");
 }
 
 TEST(StatusTextsTest, UnreadableFoldersAreCountedAndTheLastIsNamed) {

@@ -42,7 +42,9 @@ ELSEWHERE_KEYS = {
     "First and last row": "Home, End", "Filters": "Alt+1, Alt+2, Alt+3, Alt+4, Alt+5",
     "In the song: beat by beat": "Left, Right",
     "In the song: measure by measure": "Ctrl+Left, Ctrl+Right",
-    "In the song: play and pause": "Space"}
+    "In the song: to its start and end": "Home, End",
+    "In the song: play and pause": "Space", "In the song: tap the tempo": "T",
+    "In the song: take the tapped tempo": "Return"}
 
 
 def tearDownModule():

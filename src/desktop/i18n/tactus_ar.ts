@@ -107,8 +107,12 @@
         </translation>
     </message>
     <message>
-        <source>Tactus did not find them; they may have been set by hand. MP3 files get the new tempo in their tags.</source>
-        <translation>لم يجدها Tactus، وربما حُدّدت يدويًا. تُكتب السرعة الجديدة في وسوم ملفات MP3.</translation>
+        <source>Tactus did not find them; they may have been set by hand.</source>
+        <translation>لم يجدها Tactus، وربما حُدّدت يدويًا.</translation>
+    </message>
+    <message>
+        <source>MP3 files get the new tempo in their tags.</source>
+        <translation>تُكتب السرعة الجديدة في وسوم ملفات MP3.</translation>
     </message>
     <message>
         <source>Analyze all again</source>
@@ -243,8 +247,20 @@
         <translation>في الأغنية: مازورة مازورة</translation>
     </message>
     <message>
+        <source>In the song: to its start and end</source>
+        <translation>في الأغنية: إلى البداية وإلى النهاية</translation>
+    </message>
+    <message>
         <source>In the song: play and pause</source>
         <translation>في الأغنية: تشغيل وإيقاف</translation>
+    </message>
+    <message>
+        <source>In the song: tap the tempo</source>
+        <translation>في الأغنية: نقر السرعة</translation>
+    </message>
+    <message>
+        <source>In the song: take the tapped tempo</source>
+        <translation>في الأغنية: أخذ السرعة المنقورة</translation>
     </message>
     <message>
         <source>Keys</source>
@@ -713,6 +729,10 @@
     <message>
         <source>There is no “%1” here.</source>
         <translation>لا يوجد «%1» هنا.</translation>
+    </message>
+    <message>
+        <source>“%1” is neither a folder nor a music file of a kind that is read.</source>
+        <translation>«%1» ليس مجلدًا ولا ملفًا موسيقيًا من نوع يمكن قراءته.</translation>
     </message>
     <message>
         <source>“%1” can&apos;t be chosen here, only wav, mp3 and aiff files and folders. Other kinds come in with their folder, or when they are dropped on the window.</source>
@@ -1403,6 +1423,14 @@
         </translation>
     </message>
     <message>
+        <source>Nothing added: no music in “%1”.</source>
+        <translation>لم يُضف شيء: لا موسيقى في «%1».</translation>
+    </message>
+    <message>
+        <source>Nothing added: no music in these folders.</source>
+        <translation>لم يُضف شيء: لا موسيقى في هذه المجلدات.</translation>
+    </message>
+    <message>
         <source>Nothing added: no music in “%1” (%2).</source>
         <translation>لم يُضف شيء: لا موسيقى في «%1» (%2).</translation>
     </message>
@@ -1604,8 +1632,8 @@
         <translation>%1، وينقطع</translation>
     </message>
     <message>
-        <source>only MP3 files are tagged</source>
-        <translation>لا تُكتب الوسوم إلا في ملفات MP3</translation>
+        <source>files of its kind are not tagged</source>
+        <translation>لا تُكتب الوسوم في ملفات من هذا النوع</translation>
     </message>
     <message>
         <source>it is an MP4 file under an MP3&apos;s name</source>

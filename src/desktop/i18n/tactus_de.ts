@@ -103,8 +103,12 @@
         </translation>
     </message>
     <message>
-        <source>Tactus did not find them; they may have been set by hand. MP3 files get the new tempo in their tags.</source>
-        <translation>Tactus hat sie nicht gefunden; vielleicht wurden sie von Hand gesetzt. MP3-Dateien bekommen das neue Tempo in ihren Tag.</translation>
+        <source>Tactus did not find them; they may have been set by hand.</source>
+        <translation>Tactus hat sie nicht gefunden; vielleicht wurden sie von Hand gesetzt.</translation>
+    </message>
+    <message>
+        <source>MP3 files get the new tempo in their tags.</source>
+        <translation>MP3-Dateien bekommen das neue Tempo in ihren Tag.</translation>
     </message>
     <message>
         <source>Analyze all again</source>
@@ -239,8 +243,20 @@
         <translation>Im Lied: Takt für Takt</translation>
     </message>
     <message>
+        <source>In the song: to its start and end</source>
+        <translation>Im Lied: an den Anfang und an das Ende</translation>
+    </message>
+    <message>
         <source>In the song: play and pause</source>
         <translation>Im Lied: abspielen und anhalten</translation>
+    </message>
+    <message>
+        <source>In the song: tap the tempo</source>
+        <translation>Im Lied: das Tempo tippen</translation>
+    </message>
+    <message>
+        <source>In the song: take the tapped tempo</source>
+        <translation>Im Lied: das getippte Tempo übernehmen</translation>
     </message>
     <message>
         <source>Keys</source>
@@ -677,6 +693,10 @@
     <message>
         <source>There is no “%1” here.</source>
         <translation>Hier gibt es kein „%1“.</translation>
+    </message>
+    <message>
+        <source>“%1” is neither a folder nor a music file of a kind that is read.</source>
+        <translation>„%1“ ist weder ein Ordner noch eine Musikdatei, die gelesen werden kann.</translation>
     </message>
     <message>
         <source>“%1” can&apos;t be chosen here, only wav, mp3 and aiff files and folders. Other kinds come in with their folder, or when they are dropped on the window.</source>
@@ -1303,6 +1323,14 @@
         </translation>
     </message>
     <message>
+        <source>Nothing added: no music in “%1”.</source>
+        <translation>Nichts hinzugefügt: keine Musik in „%1“.</translation>
+    </message>
+    <message>
+        <source>Nothing added: no music in these folders.</source>
+        <translation>Nichts hinzugefügt: keine Musik in diesen Ordnern.</translation>
+    </message>
+    <message>
         <source>Nothing added: no music in “%1” (%2).</source>
         <translation>Nichts hinzugefügt: keine Musik in „%1“ (%2).</translation>
     </message>
@@ -1480,8 +1508,8 @@
         <translation>%1, und sie bricht ab</translation>
     </message>
     <message>
-        <source>only MP3 files are tagged</source>
-        <translation>nur MP3-Dateien werden beschriftet</translation>
+        <source>files of its kind are not tagged</source>
+        <translation>Dateien dieser Art werden nicht beschriftet</translation>
     </message>
     <message>
         <source>it is an MP4 file under an MP3&apos;s name</source>
