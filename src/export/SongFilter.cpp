@@ -6,6 +6,7 @@
 
 #include "export/SongFilter.h"
 
+#include "base/Utf16.h"
 #include "export/TakenSong.h"
 #include "song/KeyCodes.h"
 
@@ -39,6 +40,11 @@ std::string Lower(std::string_view text) {
     std::ranges::for_each(
         lower, [](char& c) { c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
     return lower;
+}
+
+/// True when `text` holds `part`, in upper or lower case of any script.
+bool Holds(std::string_view text, std::string_view part) {
+    return LowerCase(DecodePath(text)).find(LowerCase(DecodePath(part))) != std::u16string::npos;
 }
 
 bool IsColumnOfKeys(CColumn const& column) {
@@ -225,7 +231,7 @@ bool IsCellTrue(EKind kind, CCell const& cell, CCell const& value) {
     case EKind::MoreOrEqual:
         return cell >= value;
     default:
-        return Lower(std::get<std::string>(cell)).find(Lower(*text)) != std::string::npos;
+        return Holds(std::get<std::string>(cell), *text);
     }
 }
 

@@ -56,6 +56,14 @@ TEST(SongFilterTest, TextsAreEqualOrHoldAPart) {
     EXPECT_FALSE(Accepts("title~other", song));
 }
 
+TEST(SongFilterTest, APartIsFoundInTheOtherCaseOfEveryScript) {
+    CTakenSong song = SongInAMinor();
+    song.m_sTitle = "BJÖRK и Песня";
+    EXPECT_TRUE(Accepts("title~björk", song));
+    EXPECT_TRUE(Accepts("title~ПЕСНЯ", song));
+    EXPECT_FALSE(Accepts("title~bjork", song));
+}
+
 TEST(SongFilterTest, WhatIsMissingIsInNoComparisonButThatWithNothing) {
     CTakenSong const song = SongInAMinor();
     EXPECT_FALSE(Accepts("artist~a or artist!=a or artist<a", song));
