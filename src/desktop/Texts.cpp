@@ -154,7 +154,7 @@ QString WriteProblemText(EWriteProblem problem) {
     case EWriteProblem::None:
         break;
     case EWriteProblem::OtherExtension:
-        return CTexts::tr("files of its kind are not tagged");
+        return CTexts::tr("only MP3 files are tagged");
     case EWriteProblem::LinkTarget:
         return CTexts::tr("its name is a link to a file of another kind");
     case EWriteProblem::OtherFormat:

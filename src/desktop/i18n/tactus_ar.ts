@@ -1632,8 +1632,8 @@
         <translation>%1، وينقطع</translation>
     </message>
     <message>
-        <source>files of its kind are not tagged</source>
-        <translation>لا تُكتب الوسوم في ملفات من هذا النوع</translation>
+        <source>only MP3 files are tagged</source>
+        <translation>لا تُكتب الوسوم إلا في ملفات MP3</translation>
     </message>
     <message>
         <source>it is an MP4 file under an MP3&apos;s name</source>

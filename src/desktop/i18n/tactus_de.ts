@@ -1508,8 +1508,8 @@
         <translation>%1, und sie bricht ab</translation>
     </message>
     <message>
-        <source>files of its kind are not tagged</source>
-        <translation>Dateien dieser Art werden nicht beschriftet</translation>
+        <source>only MP3 files are tagged</source>
+        <translation>nur MP3-Dateien werden beschriftet</translation>
     </message>
     <message>
         <source>it is an MP4 file under an MP3&apos;s name</source>
